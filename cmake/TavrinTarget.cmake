@@ -1,0 +1,38 @@
+# What every target of the project shares.
+
+find_program(TAVRIN_LLD ld.lld)
+
+# Compiler options, sanitizers and the precompiled header for one target.
+function(tavrin_options target)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor
+                                           -Woverloaded-virtual -Wold-style-cast -Wcast-qual)
+  target_compile_definitions(${target} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
+                                               QT_NO_FOREACH QT_NO_KEYWORDS)
+  if(TAVRIN_WERROR)
+    target_compile_options(${target} PRIVATE -Werror)
+  endif()
+  if(TAVRIN_SANITIZE)
+    target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=all
+                                             -fno-omit-frame-pointer)
+    target_link_options(${target} PUBLIC -fsanitize=address,undefined)
+  endif()
+  if(TAVRIN_TRACE)
+    target_compile_definitions(${target} PRIVATE TAVRIN_TRACE)
+  endif()
+endfunction()
+
+# A library below src/, all of whose includes are written from src/ on, as in <base/Error.h>.
+function(tavrin_library name)
+  cmake_parse_arguments(arg "" "PCH" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
+  add_library(${name} STATIC ${arg_SOURCES})
+  target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+  target_link_libraries(${name} PUBLIC ${arg_LINK} PRIVATE ${arg_PRIVATE_LINK})
+  if(arg_PCH)
+    target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/${arg_PCH})
+  elseif(TARGET tavrin_widgets AND NOT name STREQUAL "tavrin_widgets")
+    target_precompile_headers(${name} REUSE_FROM tavrin_widgets)
+  else()
+    target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/pch.h)
+  endif()
+  tavrin_options(${name})
+endfunction()

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QColor>
+#include <QMetaType>
+#include <QPalette>
+
+namespace tavrin {
+
+/// A colour as records, forms and themes hold it: a 32-bit value.
+///
+/// Plain: 0x00BBGGRR, blue in the high byte. With the top bit set: 0x80000000 + the index of a system
+/// colour, which is looked up in a palette at the moment of painting, so that a change of theme shows at
+/// once.
+class Color
+{
+public:
+    constexpr Color() = default;
+    constexpr explicit Color(quint32 value)
+        : m_value(value)
+    {
+    }
+
+    static constexpr Color rgb(int red, int green, int blue)
+    {
+        return Color(static_cast<quint32>(red) | static_cast<quint32>(green) << 8 |
+                     static_cast<quint32>(blue) << 16);
+    }
+
+    constexpr quint32 value() const { return m_value; }
+    constexpr bool isSystem() const { return (m_value & 0x80000000U) != 0; }
+
+    /// The colour in this palette. A system index that is not known gives the palette's window text.
+    QColor resolve(const QPalette& palette) const;
+
+    /// The palette role that stands for the system index; `QPalette::NoRole` for a plain colour.
+    QPalette::ColorRole role() const;
+
+    friend constexpr bool operator==(Color a, Color b) { return a.m_value == b.m_value; }
+    friend constexpr bool operator!=(Color a, Color b) { return a.m_value != b.m_value; }
+
+private:
+    quint32 m_value = 0;
+};
+
+namespace SystemColor {
+inline constexpr Color WindowBackground{0x80000005U};
+inline constexpr Color WindowText{0x80000008U};
+inline constexpr Color Highlight{0x8000000DU};
+inline constexpr Color HighlightText{0x8000000EU};
+inline constexpr Color ButtonFace{0x8000000FU};
+inline constexpr Color GreyText{0x80000011U};
+inline constexpr Color ButtonText{0x80000012U};
+inline constexpr Color Light3D{0x80000016U};
+inline constexpr Color TooltipText{0x80000017U};
+inline constexpr Color TooltipBackground{0x80000018U};
+} // namespace SystemColor
+
+} // namespace tavrin
+
+Q_DECLARE_METATYPE(tavrin::Color)

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Error.h"
+
+#include <QObject>
+
+#include <functional>
+#include <utility>
+
+namespace tavrin {
+
+/// Takes a failure that nobody caught. `where` names the place at which Qt called us.
+using UnhandledErrorHandler = std::function<void(const Error& error, const QString& where)>;
+
+/// Installs the application's handler of unhandled errors and returns the one before.
+/// Without one, the failure is printed as a warning.
+UnhandledErrorHandler setUnhandledErrorHandler(UnhandledErrorHandler handler);
+
+/// Hands the exception that is being handled to the installed handler. Never throws.
+void reportUnhandledError(const QString& where) noexcept;
+
+/// Runs `body` at a place where Qt calls us; no exception leaves it.
+template <typename Body>
+void guard(const char* where, Body&& body) noexcept
+{
+    try {
+        std::forward<Body>(body)();
+    } catch (...) {
+        reportUnhandledError(QString::fromLatin1(where));
+    }
+}
+
+/// Connects a Qt signal with a handler that may throw.
+template <typename Sender, typename Signal, typename Handler>
+QMetaObject::Connection connectGuarded(const Sender* sender, Signal signal, const QObject* context,
+                                       const char* where, Handler handler)
+{
+    return QObject::connect(sender, signal, context,
+                            [where, handler = std::move(handler)](auto&&... args) mutable {
+                                guard(where, [&] { std::invoke(handler, args...); });
+                            });
+}
+
+} // namespace tavrin

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cmath>
+
+namespace tavrin {
+
+/// Layout lengths are twips (1/1440 inch) in single precision. A widget's place is stored in pixels; the one
+/// rounding happens on the way there. Pixels are Qt's device-independent ones at 96 to the inch, which Qt
+/// scales for dense screens.
+using Twips = float;
+
+inline constexpr Twips TwipsPerInch = 1440;
+inline constexpr Twips TwipsPerPixel = 15;
+inline constexpr Twips TwipsPerPoint = 20;
+
+inline int toPixels(Twips twips)
+{
+    return static_cast<int>(std::lround(twips / TwipsPerPixel));
+}
+
+constexpr Twips toTwips(int pixels)
+{
+    return static_cast<Twips>(pixels) * TwipsPerPixel;
+}
+
+/// Units of a container, by their scale-mode numbers.
+enum class ScaleMode
+{
+    User = 0,
+    Twips = 1,
+    Points = 2,
+    Pixels = 3,
+    Characters = 4,
+    Inches = 5,
+    Millimeters = 6,
+    Centimeters = 7,
+};
+
+/// How many twips one unit is. A character is 120 twips wide and 240 high; a user unit counts as a twip.
+Twips twipsPerUnitX(ScaleMode mode);
+Twips twipsPerUnitY(ScaleMode mode);
+
+} // namespace tavrin

@@ -1,0 +1,179 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+namespace pugi {
+class xml_node;
+struct xml_node_struct;
+} // namespace pugi
+
+namespace tavrin {
+
+namespace xml {
+struct State; // one document: its tree, which it may share with clones, and its properties
+struct Tree;  // the nodes
+} // namespace xml
+
+class XmlDocument;
+class XmlNodeList;
+
+/// One node of an XML document, shared by reference: copies name the same node.
+///
+/// A node keeps its document alive. It stays the same node when its document stops sharing its tree with a
+/// clone, and when it was made by `createElement` and is appended. A default-constructed node is null;
+/// reading from it gives nothing, writing to it raises an `Error`.
+class XmlNode
+{
+public:
+    XmlNode() = default;
+
+    bool isNull() const { return m_node == nullptr; }
+    QString nodeName() const;
+
+    /// The texts of the node and of everything below it, in document order.
+    QString text() const;
+    /// Replaces everything below the node by one text.
+    void setText(const QString& text);
+
+    /// "" when there is none.
+    QString attribute(const QString& name) const;
+    bool hasAttribute(const QString& name) const;
+    void setAttribute(const QString& name, const QString& value);
+
+    XmlNode parentNode() const;
+    XmlNodeList childNodes() const;
+    /// The first child element of this name; null when there is none.
+    XmlNode childElement(const QString& name) const;
+
+    /// Appends `child` and returns it. A node that stands in this document moves; one made by
+    /// `createElement` or `cloneNode`, of whichever document, arrives. Raises an `Error` for a node that
+    /// stands in another document and for one that holds this node.
+    XmlNode appendChild(const XmlNode& child) const;
+    /// Makes an element with a text and appends it: `createElement`, `setText`, `appendChild` in one step.
+    XmlNode appendElement(const QString& name, const QString& text = {}) const;
+    /// A copy that stands in no document yet; with everything below it when `deep`.
+    XmlNode cloneNode(bool deep) const;
+
+    /// The nodes that an XPath 1.0 expression selects from here, in document order. An expression that is
+    /// not valid, or that does not select nodes, raises an `Error` that quotes it.
+    XmlNodeList selectNodes(const QString& expression) const;
+    /// The first of them in document order; null when there is none.
+    XmlNode selectSingleNode(const QString& expression) const;
+
+    XmlDocument ownerDocument() const;
+
+    friend bool operator==(const XmlNode& a, const XmlNode& b);
+    friend bool operator!=(const XmlNode& a, const XmlNode& b) { return !(a == b); }
+
+private:
+    friend class XmlDocument;
+    friend class XmlNodeList;
+    friend struct xml::State;
+
+    XmlNode(std::shared_ptr<xml::State> state, std::shared_ptr<xml::Tree> tree, pugi::xml_node_struct* node);
+
+    pugi::xml_node resolved() const;
+    pugi::xml_node writable() const;
+    XmlNode sibling(pugi::xml_node node) const;
+
+    // Mutable: a handle follows its node into another tree when it is next used.
+    mutable std::shared_ptr<xml::State> m_state;
+    mutable std::shared_ptr<xml::Tree> m_tree;
+    mutable pugi::xml_node_struct* m_node = nullptr;
+};
+
+/// Nodes in a fixed order. Holds 8 bytes a node; an `XmlNode` comes into being at access.
+class XmlNodeList
+{
+public:
+    class Iterator
+    {
+    public:
+        XmlNode operator*() const { return m_list->at(m_index); }
+        Iterator& operator++()
+        {
+            ++m_index;
+            return *this;
+        }
+        bool operator!=(const Iterator& other) const { return m_index != other.m_index; }
+
+    private:
+        friend class XmlNodeList;
+        Iterator(const XmlNodeList* list, std::size_t index)
+            : m_list(list)
+            , m_index(index)
+        {
+        }
+        const XmlNodeList* m_list;
+        std::size_t m_index;
+    };
+
+    std::size_t size() const { return m_nodes.size(); }
+    bool empty() const { return m_nodes.empty(); }
+    /// The node at `index`, counted from 0; null outside the list.
+    XmlNode at(std::size_t index) const;
+    Iterator begin() const { return {this, 0}; }
+    Iterator end() const { return {this, size()}; }
+
+private:
+    friend class XmlNode;
+    std::shared_ptr<xml::State> m_state;
+    std::shared_ptr<xml::Tree> m_tree;
+    std::vector<pugi::xml_node_struct*> m_nodes;
+};
+
+/// An XML document, shared by reference: copies of the object name the same document.
+///
+/// `cloneNode` gives a document of its own that shares the tree until one of the two is changed; so a
+/// dozen clones of a large list cost one tree.
+///
+///     XmlDocument document;
+///     document.loadXML(QStringLiteral("<List><Item>a</Item></List>"));
+///     for (const XmlNode& item : document.selectNodes(QStringLiteral("List/Item")))
+///         qInfo() << item.text();
+class XmlDocument
+{
+public:
+    XmlDocument();
+
+    /// Replaces the content. A text that is not one well-formed element raises an `Error` with line and
+    /// column, and the document stays as it was. White space between elements is dropped.
+    void loadXML(const QString& text);
+    /// The document as text, without declaration and indentation.
+    QString xml() const;
+
+    /// The root element; null while the document is empty.
+    XmlNode documentElement() const;
+    /// Makes `element` the root. Raises an `Error` when there is one already.
+    XmlNode appendChild(const XmlNode& element);
+    /// An element that stands in no document until it is appended.
+    XmlNode createElement(const QString& name) const;
+
+    XmlNodeList selectNodes(const QString& expression) const;
+    XmlNode selectSingleNode(const QString& expression) const;
+
+    /// A document of its own with the same properties; with the same content when `deep`, else empty.
+    XmlDocument cloneNode(bool deep) const;
+
+    /// Properties are kept and travel with clones. "SelectionLanguage" is the one that callers set, always
+    /// to "XPath", which is the only language there is; any other raises an `Error`.
+    void setProperty(const QString& name, const QVariant& value);
+    QVariant property(const QString& name) const;
+
+    /// True while both read the same tree in memory. For tests and figures about memory.
+    bool sharesTreeWith(const XmlDocument& other) const;
+
+private:
+    friend class XmlNode;
+    explicit XmlDocument(std::shared_ptr<xml::State> state);
+    XmlNode asNode() const;
+
+    std::shared_ptr<xml::State> m_state;
+};
+
+} // namespace tavrin

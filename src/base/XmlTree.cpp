@@ -1,0 +1,213 @@
+#include "XmlTree.h"
+
+#include "Error.h"
+
+#include <QStringView>
+
+#include <algorithm>
+#include <cstring>
+
+namespace tavrin::xml {
+
+namespace {
+
+/// Deeper documents are refused: working on them recurses.
+constexpr int MaxDepth = 1000;
+
+[[noreturn]] void raiseAt(const QByteArray& bytes, std::ptrdiff_t offset, const QString& what)
+{
+    const QByteArray before = bytes.left(std::clamp<qsizetype>(offset, 0, bytes.size()));
+    const auto line = before.count('\n') + 1;
+    const auto column = QString::fromUtf8(before.mid(before.lastIndexOf('\n') + 1)).size() + 1;
+    throw Error(
+        QStringLiteral("XML is not well-formed at line %1, column %2: %3").arg(line).arg(column).arg(what));
+}
+
+bool isXmlCharacter(QChar character)
+{
+    return character >= u' ' ? character != QChar(0xFFFE) && character != QChar(0xFFFF)
+                             : character == u'\t' || character == u'\n' || character == u'\r';
+}
+
+/// Raises for the first character that XML cannot hold.
+void checkCharacters(const QString& text)
+{
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar character = text.at(i);
+        const bool pair =
+            character.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
+        if (pair) {
+            ++i;
+        } else if (character.isSurrogate() || !isXmlCharacter(character)) {
+            const QByteArray before = toBytes(text.left(i));
+            raiseAt(before, before.size(),
+                    QStringLiteral("the character U+%1 is not allowed")
+                        .arg(static_cast<uint>(character.unicode()), 4, 16, QLatin1Char('0')));
+        }
+    }
+}
+
+void checkShape(const QByteArray& bytes, const pugi::xml_document& dom)
+{
+    int roots = 0;
+    for (const pugi::xml_node node : dom.children()) {
+        if (node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata)
+            raiseAt(bytes, node.offset_debug(), QStringLiteral("text outside the root element"));
+        if (node.type() == pugi::node_element && ++roots > 1)
+            raiseAt(bytes, node.offset_debug(), QStringLiteral("a second root element"));
+    }
+    if (roots == 0)
+        raiseAt(bytes, bytes.size(), QStringLiteral("there is no root element"));
+    int depth = 0;
+    for (pugi::xml_node node = dom.first_child(); node;) {
+        if (const pugi::xml_node child = node.first_child()) {
+            node = child;
+            if (++depth > MaxDepth)
+                raiseAt(bytes, node.offset_debug(), QStringLiteral("elements nest too deep"));
+            continue;
+        }
+        while (node && !node.next_sibling()) {
+            node = node.parent();
+            --depth;
+        }
+        node = node.next_sibling();
+    }
+}
+
+void appendUnit(QByteArray& bytes, char16_t unit)
+{
+    if (unit == 0) {
+        bytes.append("\xC0\x80", 2);
+        return;
+    }
+    bytes.append(static_cast<char>(0xE0 | unit >> 12));
+    bytes.append(static_cast<char>(0x80 | (unit >> 6 & 0x3F)));
+    bytes.append(static_cast<char>(0x80 | (unit & 0x3F)));
+}
+
+} // namespace
+
+State::State(std::shared_ptr<Tree> content)
+    : tree(std::move(content))
+{
+    ++tree->documents;
+}
+
+State::~State()
+{
+    --tree->documents;
+}
+
+void State::moveTo(std::shared_ptr<Tree> next)
+{
+    tree->left = true;
+    --tree->documents;
+    tree = std::move(next);
+    ++tree->documents;
+}
+
+const State::Forward* State::forwardFrom(const Tree* from) const
+{
+    for (const Forward& forward : forwards) {
+        if (forward.from.get() == from)
+            return &forward;
+    }
+    return nullptr;
+}
+
+NodeMap pairUp(pugi::xml_node from, pugi::xml_node to)
+{
+    NodeMap map;
+    std::vector<std::pair<pugi::xml_node, pugi::xml_node>> open{{from, to}};
+    while (!open.empty()) {
+        auto [source, copy] = open.back();
+        open.pop_back();
+        map.emplace(source.internal_object(), copy.internal_object());
+        pugi::xml_node copyChild = copy.first_child();
+        for (const pugi::xml_node child : source.children()) {
+            open.emplace_back(child, copyChild);
+            copyChild = copyChild.next_sibling();
+        }
+    }
+    return map;
+}
+
+pugi::xml_node samePlace(pugi::xml_node node, const pugi::xml_document& copy)
+{
+    std::vector<int> path;
+    for (; node.parent(); node = node.parent()) {
+        int index = 0;
+        for (pugi::xml_node before = node.previous_sibling(); before; before = before.previous_sibling())
+            ++index;
+        path.push_back(index);
+    }
+    pugi::xml_node place = copy;
+    for (auto index = path.rbegin(); index != path.rend(); ++index) {
+        place = place.first_child();
+        for (int i = 0; i < *index; ++i)
+            place = place.next_sibling();
+    }
+    return place;
+}
+
+QByteArray toBytes(const QString& text)
+{
+    const auto special = [](QChar character) { return character.isNull() || character.isSurrogate(); };
+    if (std::none_of(text.begin(), text.end(), special))
+        return text.toUtf8();
+    QByteArray bytes;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar character = text.at(i);
+        if (character.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate())
+            bytes += QStringView(text).mid(i++, 2).toUtf8();
+        else if (special(character))
+            appendUnit(bytes, character.unicode());
+        else
+            bytes += QStringView(text).mid(i, 1).toUtf8();
+    }
+    return bytes;
+}
+
+QString fromBytes(const char* bytes)
+{
+    const auto length = static_cast<qsizetype>(std::strlen(bytes));
+    const auto special = [](char byte) { return byte == '\xC0' || byte == '\xED'; };
+    if (std::none_of(bytes, bytes + length, special))
+        return QString::fromUtf8(bytes, length);
+    QString text;
+    qsizetype plainFrom = 0;
+    const auto takePlain = [&](qsizetype end) {
+        text += QString::fromUtf8(bytes + plainFrom, end - plainFrom);
+    };
+    for (qsizetype i = 0; i < length; ++i) {
+        const auto next = [&](qsizetype ahead) { return static_cast<unsigned char>(bytes[i + ahead]); };
+        if (next(0) == 0xC0) {
+            takePlain(i);
+            text += QChar(0);
+            plainFrom = ++i + 1;
+        } else if (next(0) == 0xED && next(1) >= 0xA0) {
+            takePlain(i);
+            text += QChar(static_cast<char16_t>(0xD000 | (next(1) & 0x3F) << 6 | (next(2) & 0x3F)));
+            i += 2;
+            plainFrom = i + 1;
+        }
+    }
+    takePlain(length);
+    return text;
+}
+
+void parse(const QString& text, pugi::xml_document& dom)
+{
+    checkCharacters(text);
+    const QByteArray bytes = text.toUtf8();
+    // parse_fragment: so that text outside the root is seen, and not passed over.
+    constexpr unsigned int options =
+        pugi::parse_default | pugi::parse_comments | pugi::parse_pi | pugi::parse_fragment;
+    const pugi::xml_parse_result result = dom.load_buffer(
+        bytes.constData(), static_cast<std::size_t>(bytes.size()), options, pugi::encoding_utf8);
+    if (!result)
+        raiseAt(bytes, result.offset, QString::fromLatin1(result.description()));
+    checkShape(bytes, dom);
+}
+
+} // namespace tavrin::xml

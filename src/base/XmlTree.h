@@ -1,0 +1,70 @@
+#pragma once
+
+// Private to XmlDocument.cpp, XmlTree.cpp: the only two files that name pugixml.
+
+#include <QByteArray>
+#include <QMap>
+#include <QString>
+#include <QVariant>
+#include <pugixml.hpp>
+
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+namespace tavrin::xml {
+
+/// The nodes of one or more documents. A tree that a document has left is never changed again, so that
+/// handles that still point into it can be led on.
+struct Tree
+{
+    pugi::xml_document dom;
+    int documents = 0;
+    bool left = false;
+
+    bool mayChange() const { return documents == 1 && !left; }
+};
+
+using NodeMap = std::unordered_map<pugi::xml_node_struct*, pugi::xml_node_struct*>;
+
+struct State
+{
+    /// Where the nodes of a tree went that this document has left.
+    struct Forward
+    {
+        std::shared_ptr<Tree> from;
+        std::shared_ptr<State> toState; // nullptr: this document
+        std::shared_ptr<Tree> to;       // the same as `from`: the nodes stay the same
+        NodeMap nodes;
+    };
+
+    explicit State(std::shared_ptr<Tree> content);
+    ~State();
+    State(const State&) = delete;
+    State& operator=(const State&) = delete;
+
+    /// Takes `next` for its tree.
+    void moveTo(std::shared_ptr<Tree> next);
+    const Forward* forwardFrom(const Tree* tree) const;
+
+    std::shared_ptr<Tree> tree;
+    QMap<QString, QVariant> properties;
+    std::vector<Forward> forwards;
+    bool isDraft = false; // holds one node that was made by createElement and stands in no document yet
+};
+
+/// Pairs each node at and below `from` with the one at the same place at and below `to`, its copy.
+NodeMap pairUp(pugi::xml_node from, pugi::xml_node to);
+
+/// The node at the same place in a copy of its tree.
+pugi::xml_node samePlace(pugi::xml_node node, const pugi::xml_document& copy);
+
+/// UTF-8, in which a NUL and a lone surrogate have a form of their own that no parsed text can hold: so
+/// they can be searched for, and are found nowhere.
+QByteArray toBytes(const QString& text);
+QString fromBytes(const char* bytes);
+
+/// Parses one well-formed element into `dom`, or raises an `Error` with line and column.
+void parse(const QString& text, pugi::xml_document& dom);
+
+} // namespace tavrin::xml

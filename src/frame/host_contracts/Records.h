@@ -1,0 +1,144 @@
+#pragma once
+
+#include "base/Event.h"
+
+#include <QMetaType>
+#include <QString>
+#include <QVariant>
+
+#include <memory>
+
+namespace tavrin {
+
+class tvBusinessObject;
+class tvField;
+class tvTableCollection;
+class tvTableRow;
+
+/// Anything that `Item` can give: a record, a row, a collection or a field. Shared by reference.
+class HostObject
+{
+public:
+    HostObject() = default;
+    HostObject(const HostObject&) = delete;
+    HostObject& operator=(const HostObject&) = delete;
+    virtual ~HostObject() = default;
+};
+
+using HostObjectPtr = std::shared_ptr<HostObject>;
+using tvBusinessObjectPtr = std::shared_ptr<tvBusinessObject>;
+using tvFieldPtr = std::shared_ptr<tvField>;
+using tvTableCollectionPtr = std::shared_ptr<tvTableCollection>;
+using tvTableRowPtr = std::shared_ptr<tvTableRow>;
+
+/// A record of the host, such as an incident or a location.
+class tvBusinessObject : public HostObject
+{
+public:
+    /// The child of this name: a row, a collection, another record, or in a row a field.
+    /// nullptr when there is none; the caller tests that. Names compare without case.
+    virtual HostObjectPtr Item(const QString& name) = 0;
+};
+
+/// One column of one row.
+class tvField : public HostObject
+{
+public:
+    /// Null when the field is empty.
+    virtual QVariant Value() const = 0;
+    /// A plain value, or the object from `Session::MakeFieldReference`, which links the two fields: this one
+    /// then takes the other's value, also one that is assigned only when the record is saved.
+    virtual void SetValue(const QVariant& value) = 0;
+    virtual QString Name() const = 0;
+    /// Part of the row's key.
+    virtual bool IsKey() const = 0;
+    /// The longest text that the field takes, in UTF-16 units; 0 where no length is set.
+    virtual qint32 MaxLength() const = 0;
+};
+
+/// The column that links a row to the record above it.
+class tvLinkField : public tvField
+{
+};
+
+/// One row of a table.
+class tvTableRow : public tvBusinessObject
+{
+public:
+    using tvBusinessObject::Item;
+    /// The column at `index`, counted from 1; nullptr outside.
+    virtual tvFieldPtr Item(int index) = 0;
+    virtual int FieldCount() const = 0;
+    /// The row has never been saved.
+    virtual bool IsNew() const = 0;
+};
+
+/// The column of this name. Raises an `Error` that names it when the row has none.
+tvFieldPtr fieldOf(tvTableRow& row, const QString& name);
+
+/// An ordered collection of rows, counted from 1, with a current position.
+///
+/// The events are raised inside the call that causes them, and an exception of a handler reaches its caller.
+class tvTableCollection : public HostObject
+{
+public:
+    class Iterator
+    {
+    public:
+        Iterator(tvTableCollection* rows, qint32 index)
+            : m_rows(rows)
+            , m_index(index)
+        {
+        }
+        tvTableRowPtr operator*() const { return m_rows->Item(m_index); }
+        Iterator& operator++()
+        {
+            ++m_index;
+            return *this;
+        }
+        bool operator!=(const Iterator& other) const { return m_index != other.m_index; }
+
+    private:
+        tvTableCollection* m_rows;
+        qint32 m_index;
+    };
+
+    /// Name of the key column.
+    virtual QString KeyColumn() const = 0;
+    /// A row of the collection's class, not yet added.
+    virtual tvTableRowPtr NewItem() = 0;
+    /// Appends a new empty row, makes it current and returns it.
+    virtual tvTableRowPtr AddNew() = 0;
+    /// Appends a row made by `NewItem`.
+    virtual void Add(const tvTableRowPtr& row) = 0;
+    /// Removes the row at `Position`, then raises `ItemRemoved` and `ItemRemovedEx`. With `immediately` the
+    /// row leaves the database at once, else with the next save.
+    virtual void RemoveCurrent(bool immediately) = 0;
+    virtual qint32 Count() const = 0;
+    /// The row at `index`, counted from 1. Raises an `Error` outside.
+    virtual tvTableRowPtr Item(qint32 index) = 0;
+    /// Class name of the rows, for a collection that a control makes for itself.
+    virtual void SetItemClass(const QString& name) = 0;
+    /// Index of the current row, counted from 1; 0 while the collection is empty.
+    virtual qint16 Position() const = 0;
+    virtual void SetPosition(qint16 position) = 0;
+    virtual bool CurrentIsPrimary() const = 0;
+    /// Makes the row with this key the primary one, Null makes none. Raises `PrimaryStatusChanged`.
+    virtual void SetPrimaryValue(const QVariant& key) = 0;
+    /// Index of the primary row, counted from 1; 0 for none.
+    virtual qint32 PrimaryIndex() const = 0;
+
+    Iterator begin() { return {this, 1}; }
+    Iterator end() { return {this, Count() + 1}; }
+
+    /// Key value of the removed row.
+    Event<const QVariant&> ItemRemoved;
+    /// Index that the row had, counted from 1, and the row.
+    Event<qint32, const tvTableRowPtr&> ItemRemovedEx;
+    /// Key value of the primary row, Null when there is none any more.
+    Event<const QVariant&> PrimaryStatusChanged;
+};
+
+} // namespace tavrin
+
+Q_DECLARE_METATYPE(tavrin::HostObjectPtr)

@@ -1,0 +1,29 @@
+#include "TestCase.h"
+
+#include <QApplication>
+#include <QRegularExpression>
+
+namespace tavrin::test {
+
+void TestCase::init()
+{
+    QTest::failOnWarning(QRegularExpression(QStringLiteral(".")));
+}
+
+void TestCase::cleanup()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    for (const QWidget* window : QApplication::topLevelWidgets())
+        QVERIFY2(!window->isVisible(), qPrintable(QStringLiteral("left open: ") +
+                                                  QString::fromLatin1(window->metaObject()->className())));
+}
+
+int run(TestCase& testCase, int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    return QTest::qExec(&testCase, argc, argv);
+}
+
+} // namespace tavrin::test
