@@ -5,6 +5,7 @@
 #include <QObject>
 
 #include <functional>
+#include <type_traits>
 #include <utility>
 
 namespace tavrin {
@@ -30,14 +31,19 @@ void guard(const char* where, Body&& body) noexcept
     }
 }
 
-/// Connects a Qt signal with a handler that may throw.
+/// Connects a Qt signal with a handler that may throw. The handler takes the signal's arguments or none.
 template <typename Sender, typename Signal, typename Handler>
 QMetaObject::Connection connectGuarded(const Sender* sender, Signal signal, const QObject* context,
                                        const char* where, Handler handler)
 {
     return QObject::connect(sender, signal, context,
                             [where, handler = std::move(handler)](auto&&... args) mutable {
-                                guard(where, [&] { std::invoke(handler, args...); });
+                                guard(where, [&] {
+                                    if constexpr (std::is_invocable_v<Handler&, decltype(args)...>)
+                                        handler(args...);
+                                    else
+                                        handler();
+                                });
                             });
 }
 

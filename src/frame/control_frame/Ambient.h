@@ -1,0 +1,44 @@
+#pragma once
+
+#include "base/Color.h"
+#include "base/Font.h"
+
+#include <QString>
+
+class QWidget;
+
+namespace tavrin {
+
+/// What a control learns of its container. Read afresh at each call.
+class Ambient
+{
+public:
+    explicit Ambient(const QWidget& control);
+
+    /// False in the designer, true at run time; fixed when the control is made.
+    bool UserMode() const { return m_userMode; }
+    /// The name that the designer gave the instance.
+    QString DisplayName() const;
+    FontPtr Font() const;
+    Color BackColor() const;
+    /// Name of the container's unit of length: the container's property "ScaleUnits", else "Twip".
+    QString ScaleUnits() const;
+
+private:
+    const QWidget& m_control;
+    bool m_userMode;
+};
+
+/// Controls that are made while such an object lives on the thread run in the designer: they leave the
+/// host's lists alone and show themselves only.
+class DesignTime
+{
+public:
+    DesignTime();
+    ~DesignTime();
+    DesignTime(const DesignTime&) = delete;
+    DesignTime& operator=(const DesignTime&) = delete;
+    static bool isActive();
+};
+
+} // namespace tavrin

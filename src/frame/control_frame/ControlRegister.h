@@ -1,0 +1,33 @@
+#pragma once
+
+#include "UserControl.h"
+
+#include <functional>
+#include <map>
+
+namespace tavrin {
+
+/// The controls that can be made by their class names, such as "TVBoundControls.AutoCompleteField".
+class ControlRegister
+{
+public:
+    using Factory = std::function<UserControl*(QWidget* parent, const ControlSite& site)>;
+
+    /// A second factory for a name takes the place of the first.
+    void add(const QString& className, Factory factory);
+    template <typename Control>
+    void add(const QString& className)
+    {
+        add(className, [](QWidget* parent, const ControlSite& site) { return new Control(parent, site); });
+    }
+
+    bool contains(const QString& className) const { return m_factories.count(className) != 0; }
+    QStringList classNames() const;
+    /// A new control, owned by `parent`. Raises an `Error` that names a class that is not registered.
+    UserControl* create(const QString& className, QWidget* parent, const ControlSite& site) const;
+
+private:
+    std::map<QString, Factory> m_factories;
+};
+
+} // namespace tavrin

@@ -1,0 +1,84 @@
+#include "Extender.h"
+
+#include "UserControl.h"
+#include "base/Error.h"
+#include "frame/host_contracts/Host.h"
+
+#include <QVariant>
+
+namespace tavrin {
+
+Color Container::BackColor() const
+{
+    const QVariant color = m_widget ? m_widget->property("BackColor") : QVariant();
+    if (!color.canConvert<Color>())
+        throw Error(QStringLiteral("Object doesn't support this property or method"),
+                    Error::NoSuchMemberNumber);
+    return color.value<Color>();
+}
+
+namespace {
+
+/// The container's unit; a container without one counts in twips, and then no host is asked.
+ScaleMode scaleMode(const QWidget& control)
+{
+    const QString units = Ambient(control).ScaleUnits();
+    if (units == QLatin1String("Twip"))
+        return ScaleMode::Twips;
+    return currentHost().uiServices().ScaleModeFromUnits(units);
+}
+
+} // namespace
+
+float Extender::unitX() const
+{
+    return twipsPerUnitX(scaleMode(m_control));
+}
+
+float Extender::unitY() const
+{
+    return twipsPerUnitY(scaleMode(m_control));
+}
+
+float Extender::Left() const
+{
+    return toTwips(m_control.x()) / unitX();
+}
+
+float Extender::Top() const
+{
+    return toTwips(m_control.y()) / unitY();
+}
+
+float Extender::Width() const
+{
+    return toTwips(m_control.width()) / unitX();
+}
+
+void Extender::SetWidth(float width)
+{
+    m_control.resize(toPixels(width * unitX()), m_control.height());
+}
+
+float Extender::Height() const
+{
+    return toTwips(m_control.height()) / unitY();
+}
+
+void Extender::SetHeight(float height)
+{
+    m_control.resize(m_control.width(), toPixels(height * unitY()));
+}
+
+void Extender::Move(float left, float top, float width, float height)
+{
+    m_control.setGeometry(toPixels(left * unitX()), toPixels(top * unitY()), toPixels(width * unitX()),
+                          toPixels(height * unitY()));
+}
+
+tavrin::Container Extender::Container() const
+{
+    return tavrin::Container(m_control.parentWidget());
+}
+
+} // namespace tavrin

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "ControlRegister.h"
+#include "PropertyBag.h"
+
+#include <QJsonObject>
+
+#include <vector>
+
+namespace tavrin {
+
+/// The controls of one form with their saved properties, in a JSON file:
+///
+///     { "title": "General",
+///       "controls": [ { "class": "TVBoundControls.AutoCompleteField", "name": "Weapon",
+///                       "properties": { "TableNo": 302 },
+///                       "host": { "field": "WeaponNo", "label": "&Weapon" } } ] }
+///
+/// What stands under "host" is the host's own and travels along untouched.
+class FormFile
+{
+public:
+    struct Control
+    {
+        QString className;
+        QString name;
+        PropertyBag properties;
+        QJsonObject host;
+    };
+
+    QString title;
+    std::vector<Control> controls;
+
+    /// Reads a form. `problems` gets one sentence for each thing that cannot be read, naming `fileName` and
+    /// the control; all else stands. Content that is no JSON gives an empty form and one sentence with
+    /// the position.
+    static FormFile fromJson(const QByteArray& content, const QString& fileName, QStringList& problems);
+    /// As `fromJson`; a file that cannot be opened is one problem.
+    static FormFile load(const QString& fileName, QStringList& problems);
+
+    QByteArray toJson() const;
+    /// Raises an `Error` that names the file; the one that was there then stands as it was.
+    void save(const QString& fileName) const;
+
+    /// Makes the form's controls below `parent`. The pointer of a control whose class is not registered is
+    /// nullptr, and `problems` gets a sentence that names `fileName` and the control.
+    std::vector<UserControl*> createControls(const ControlRegister& classes, QWidget* parent,
+                                             const QString& fileName, QStringList& problems) const;
+};
+
+} // namespace tavrin

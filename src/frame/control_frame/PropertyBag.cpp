@@ -1,0 +1,152 @@
+#include "PropertyBag.h"
+
+#include "base/Color.h"
+#include "base/Error.h"
+#include "base/Font.h"
+#include "base/Variant.h"
+
+#include <QBuffer>
+#include <QImage>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tavrin {
+
+namespace {
+
+QJsonObject fontToJson(const Font& font)
+{
+    return {{QStringLiteral("name"), font.Name()},
+            {QStringLiteral("size"), font.Size()},
+            {QStringLiteral("weight"), font.Weight()},
+            {QStringLiteral("italic"), font.Italic()},
+            {QStringLiteral("underline"), font.Underline()},
+            {QStringLiteral("strikethrough"), font.Strikethrough()}};
+}
+
+FontPtr fontFromJson(const QJsonObject& object)
+{
+    auto font = std::make_shared<Font>();
+    font->SetName(object.value(QStringLiteral("name")).toString(font->Name()));
+    font->SetSize(object.value(QStringLiteral("size")).toDouble(font->Size()));
+    font->SetWeight(object.value(QStringLiteral("weight")).toInt(font->Weight()));
+    font->SetItalic(object.value(QStringLiteral("italic")).toBool());
+    font->SetUnderline(object.value(QStringLiteral("underline")).toBool());
+    font->SetStrikethrough(object.value(QStringLiteral("strikethrough")).toBool());
+    return font;
+}
+
+QJsonValue toJsonValue(const QString& key, const QVariant& value)
+{
+    if (IsNull(value))
+        return QJsonValue::Null;
+    if (value.typeId() == qMetaTypeId<Color>()) {
+        const QString hex = QStringLiteral("0x%1").arg(value.value<Color>().value(), 8, 16, QLatin1Char('0'));
+        return QJsonObject{{QStringLiteral("color"), hex}};
+    }
+    if (value.typeId() == qMetaTypeId<FontPtr>())
+        return QJsonObject{{QStringLiteral("font"), fontToJson(*value.value<FontPtr>())}};
+    if (value.typeId() == QMetaType::QImage) {
+        QBuffer png;
+        value.value<QImage>().save(&png, "PNG");
+        return QJsonObject{{QStringLiteral("picture"), QString::fromLatin1(png.data().toBase64())}};
+    }
+    const QJsonValue plain = QJsonValue::fromVariant(value);
+    if (plain.isNull() || plain.isObject() || plain.isArray())
+        throw Error(QStringLiteral("The value of %1 cannot be saved").arg(key));
+    return plain;
+}
+
+/// Empty when the value cannot be read.
+QVariant fromJsonObject(const QJsonObject& object)
+{
+    if (object.contains(QStringLiteral("color"))) {
+        bool ok = false;
+        const quint32 value = object.value(QStringLiteral("color")).toString().toUInt(&ok, 0);
+        return ok ? QVariant::fromValue(Color(value)) : QVariant();
+    }
+    const QJsonValue font = object.value(QStringLiteral("font"));
+    if (font.isObject())
+        return QVariant::fromValue(fontFromJson(font.toObject()));
+    const QByteArray png = object.value(QStringLiteral("picture")).toString().toLatin1();
+    const QImage picture = QImage::fromData(QByteArray::fromBase64(png), "PNG");
+    return picture.isNull() ? QVariant() : QVariant(picture);
+}
+
+QVariant fromJsonValue(const QJsonValue& value)
+{
+    switch (value.type()) {
+    case QJsonValue::Null:
+        return Null();
+    case QJsonValue::Double: {
+        const double number = value.toDouble();
+        const bool whole = std::floor(number) == number && std::fabs(number) <= 0x7FFFFFFF;
+        return whole ? QVariant(static_cast<qint32>(number)) : QVariant(number);
+    }
+    case QJsonValue::Object:
+        return fromJsonObject(value.toObject());
+    case QJsonValue::Array:
+    case QJsonValue::Undefined:
+        return {};
+    default:
+        return value.toVariant();
+    }
+}
+
+template <typename Entries>
+auto find(Entries& entries, const QString& key)
+{
+    return std::find_if(entries.begin(), entries.end(), [&](const PropertyBag::Entry& entry) {
+        return entry.key.compare(key, Qt::CaseInsensitive) == 0;
+    });
+}
+
+} // namespace
+
+QVariant PropertyBag::ReadProperty(const QString& key, const QVariant& fallback) const
+{
+    const auto entry = find(m_entries, key);
+    return entry == m_entries.end() ? fallback : entry->value;
+}
+
+void PropertyBag::WriteProperty(const QString& key, const QVariant& value, const QVariant& fallback)
+{
+    const auto entry = find(m_entries, key);
+    if (SameValue(value, fallback)) {
+        if (entry != m_entries.end())
+            m_entries.erase(entry);
+    } else if (entry != m_entries.end()) {
+        *entry = {key, value};
+    } else {
+        m_entries.push_back({key, value});
+    }
+}
+
+bool PropertyBag::contains(const QString& key) const
+{
+    return find(m_entries, key) != m_entries.end();
+}
+
+QJsonObject PropertyBag::toJson() const
+{
+    QJsonObject object;
+    for (const Entry& entry : m_entries)
+        object.insert(entry.key, toJsonValue(entry.key, entry.value));
+    return object;
+}
+
+PropertyBag PropertyBag::fromJson(const QJsonObject& object, QStringList* problems)
+{
+    PropertyBag bag;
+    for (auto entry = object.begin(); entry != object.end(); ++entry) {
+        const QVariant value = fromJsonValue(entry.value());
+        if (!IsEmpty(value))
+            bag.m_entries.push_back({entry.key(), value});
+        else if (problems)
+            problems->append(QStringLiteral("The value of %1 cannot be read").arg(entry.key()));
+    }
+    return bag;
+}
+
+} // namespace tavrin

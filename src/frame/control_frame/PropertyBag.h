@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+#include <QVariant>
+
+#include <vector>
+
+namespace tavrin {
+
+/// The saved properties of one control: named values in the order in which they were written. Keys compare
+/// without case. It belongs to the form file; a control holds it only while it reads or writes.
+class PropertyBag
+{
+public:
+    struct Entry
+    {
+        QString key;
+        QVariant value;
+    };
+
+    /// The stored value, or `fallback` when there is none.
+    QVariant ReadProperty(const QString& key, const QVariant& fallback) const;
+    /// Stores the value; a value that equals `fallback` is not stored, and removes one that is.
+    void WriteProperty(const QString& key, const QVariant& value, const QVariant& fallback);
+
+    bool contains(const QString& key) const;
+    const std::vector<Entry>& entries() const { return m_entries; }
+
+    /// Booleans, numbers, texts and Null as JSON has them. Colours, fonts and pictures are objects:
+    /// {"color": "0x80000005"}, {"font": {"name": ..., "size": points, "bold": ...}}, {"picture": PNG as
+    /// base64}. Raises an `Error` for a value that is none of these.
+    QJsonObject toJson() const;
+    /// An entry that cannot be read is left out; `problems`, when given, gets one sentence for each.
+    static PropertyBag fromJson(const QJsonObject& object, QStringList* problems = nullptr);
+
+private:
+    std::vector<Entry> m_entries;
+};
+
+} // namespace tavrin

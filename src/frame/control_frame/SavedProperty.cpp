@@ -1,0 +1,59 @@
+#include "SavedProperty.h"
+
+#include "base/Color.h"
+#include "base/Error.h"
+#include "base/Font.h"
+#include "base/Variant.h"
+
+#include <QImage>
+
+namespace tavrin {
+
+namespace {
+
+template <typename Type>
+QVariant exactly(const QVariant& value)
+{
+    if (value.typeId() != qMetaTypeId<Type>())
+        throw Error(QStringLiteral("Type mismatch"), Error::TypeMismatchNumber);
+    return value;
+}
+
+QVariant toColor(const QVariant& value)
+{
+    if (value.typeId() == qMetaTypeId<Color>())
+        return value;
+    return QVariant::fromValue(Color(static_cast<quint32>(ToLong(value))));
+}
+
+QVariant toText(const QVariant& value)
+{
+    if (IsNull(value))
+        throw Error(QStringLiteral("Invalid use of Null"), Error::InvalidUseOfNullNumber);
+    return ToText(value);
+}
+
+} // namespace
+
+QVariant convertProperty(PropertyKind kind, const QVariant& value)
+{
+    switch (kind) {
+    case PropertyKind::Boolean:
+        return ToBoolean(value);
+    case PropertyKind::Long:
+        return ToLong(value);
+    case PropertyKind::Text:
+        return toText(value);
+    case PropertyKind::Color:
+        return toColor(value);
+    case PropertyKind::Font:
+        return exactly<FontPtr>(value);
+    case PropertyKind::Picture:
+        return IsNull(value) || IsEmpty(value) ? value : exactly<QImage>(value);
+    case PropertyKind::Variant:
+        break;
+    }
+    return value;
+}
+
+} // namespace tavrin

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+
+#include <functional>
+#include <vector>
+
+namespace tavrin {
+
+/// What a saved value must be convertible to. One that is not counts as missing: the default takes its place.
+enum class PropertyKind
+{
+    Boolean,
+    Long,
+    Text,
+    Variant,
+    Color,
+    Font,
+    Picture
+};
+
+/// One saved property of a control.
+struct SavedProperty
+{
+    /// The key in the bag; `PropertyChanged` bears it too.
+    QString key;
+    PropertyKind kind;
+    QVariant defaultValue;
+    std::function<QVariant()> get;
+    std::function<void(const QVariant&)> put;
+    /// Where the key is written in another form than it is read; else empty.
+    QString writtenKey = {};
+};
+
+/// In the order in which they are read and written.
+using SavedProperties = std::vector<SavedProperty>;
+
+/// The value as the property's kind wants it. Raises an `Error` when it cannot be converted.
+QVariant convertProperty(PropertyKind kind, const QVariant& value);
+
+} // namespace tavrin

@@ -1,0 +1,126 @@
+#pragma once
+
+#include "Ambient.h"
+#include "Extender.h"
+#include "PropertyBag.h"
+#include "SavedProperty.h"
+#include "base/Twips.h"
+
+#include <QPointer>
+#include <QWidget>
+
+namespace tavrin {
+
+/// What a container gives a control at its birth.
+struct ControlSite
+{
+    /// The instance's name, `Ambient::DisplayName`.
+    QString name = {};
+    /// The saved properties; nullptr for a new instance that was never saved. Read during construction only.
+    const PropertyBag* saved = nullptr;
+};
+
+/// The frame of every control: its life, its saved properties, and its place in twips.
+///
+/// Construction is `Initialize`; at its end it runs `InitProperties`, or `ReadProperties` when the site has
+/// saved ones. `Resize` and `Show` follow when the container shows the control. A derived control calls
+/// `begin` as the last statement of its constructor and is final.
+///
+/// No exception of a handler leaves through Qt; what a control's own policy does not catch goes to the
+/// application's handler of unhandled errors.
+class UserControl : public QWidget
+{
+    Q_OBJECT
+
+public:
+    ~UserControl() override;
+
+    /// The window handle of the control, or of the window it stands on while it has none of its own.
+    qint32 hWnd() const;
+    /// The class name without namespace.
+    QString typeName() const;
+
+    const Ambient& ambient() const { return m_ambient; }
+    Extender& extender() { return m_extender; }
+
+    /// Outer size in twips.
+    Twips Width() const { return toTwips(width()); }
+    void SetWidth(Twips width);
+    Twips Height() const { return toTwips(height()); }
+    void SetHeight(Twips height);
+    void Size(Twips width, Twips height);
+    /// Inner size in twips.
+    Twips ScaleWidth() const { return toTwips(contentsRect().width()); }
+    Twips ScaleHeight() const { return toTwips(contentsRect().height()); }
+    /// A length in another unit.
+    static Twips ScaleX(Twips length, ScaleMode from, ScaleMode to);
+    static Twips ScaleY(Twips length, ScaleMode from, ScaleMode to);
+    /// The constituents.
+    QList<QWidget*> Controls() const;
+
+    /// Restores the saved properties, each through its setter.
+    void ReadProperties(const PropertyBag& bag) { UserControl_ReadProperties(bag); }
+    /// Saves the properties, each through its getter. For the designer.
+    void WriteProperties(PropertyBag& bag) { UserControl_WriteProperties(bag); }
+
+Q_SIGNALS:
+    /// The design-time value that is saved under `key` has changed, and the form must be saved again.
+    void PropertyChanged(const QString& key);
+
+protected:
+    UserControl(QWidget* parent, const ControlSite& site);
+
+    /// Ends construction: `InitProperties` or `ReadProperties`.
+    void begin();
+
+    /// The saved properties in their order.
+    virtual SavedProperties savedProperties() { return {}; }
+    /// Whether a property that fails is passed over, the others still restored or saved.
+    virtual bool trapsPropertyErrors() const { return true; }
+
+    virtual void UserControl_InitProperties() {}
+    virtual void UserControl_ReadProperties(const PropertyBag& bag);
+    virtual void UserControl_WriteProperties(PropertyBag& bag);
+    virtual void UserControl_Show() {}
+    virtual void UserControl_Hide() {}
+    virtual void UserControl_Resize() {}
+    /// `propertyName` is "DisplayName", "Font", "BackColor" or "ScaleUnits".
+    virtual void UserControl_AmbientChanged(const QString& propertyName);
+    /// The focus came into the control or one of its constituents. Another program or a dialog that has the
+    /// focus for a while does not count as leaving.
+    virtual void UserControl_EnterFocus() {}
+    virtual void UserControl_ExitFocus() {}
+    /// The frame itself lost the focus.
+    virtual void UserControl_LostFocus() {}
+    /// A key on the frame itself; a code of 0 swallows it.
+    virtual void UserControl_KeyDown(int& keyCode, int shift);
+    /// A mouse button was released over the bare surface. `button`: bit 0 left, bit 1 right, bit 2 middle.
+    virtual void UserControl_MouseUp(int button, int shift, Twips x, Twips y);
+
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void focusMoved(const QWidget* now);
+    void watchContainer();
+    void ambientChanged(const QString& propertyName);
+    void propertyStep(const QString& routine, const std::function<void()>& statement) const;
+    QVariant storedValue(const PropertyBag& bag, const SavedProperty& property) const;
+
+    const PropertyBag* m_saved;
+    Ambient m_ambient;
+    Extender m_extender;
+    QMetaObject::Connection m_focusConnection;
+    QPointer<QObject> m_watchedContainer;
+    bool m_begun = false;
+    bool m_focusInside = false;
+};
+
+} // namespace tavrin

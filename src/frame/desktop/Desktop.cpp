@@ -1,0 +1,122 @@
+#include "Desktop.h"
+
+#include <QDesktopServices>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QUrl>
+
+namespace tavrin {
+
+namespace {
+
+QMessageBox::Icon iconOf(BoxIcon icon)
+{
+    switch (icon) {
+    case BoxIcon::Information:
+        return QMessageBox::Information;
+    case BoxIcon::Question:
+        return QMessageBox::Question;
+    case BoxIcon::Exclamation:
+        return QMessageBox::Warning;
+    case BoxIcon::Critical:
+        return QMessageBox::Critical;
+    case BoxIcon::None:
+        break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+QMessageBox::StandardButtons buttonsOf(BoxButtons buttons)
+{
+    switch (buttons) {
+    case BoxButtons::OkCancel:
+        return QMessageBox::Ok | QMessageBox::Cancel;
+    case BoxButtons::YesNo:
+        return QMessageBox::Yes | QMessageBox::No;
+    case BoxButtons::YesNoCancel:
+        return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    case BoxButtons::SaveDiscardCancel:
+        return QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel;
+    case BoxButtons::RetryCancel:
+        return QMessageBox::Retry | QMessageBox::Cancel;
+    case BoxButtons::Ok:
+        break;
+    }
+    return QMessageBox::Ok;
+}
+
+BoxAnswer answerOf(int button)
+{
+    switch (button) {
+    case QMessageBox::Cancel:
+        return BoxAnswer::Cancel;
+    case QMessageBox::Yes:
+        return BoxAnswer::Yes;
+    case QMessageBox::No:
+        return BoxAnswer::No;
+    case QMessageBox::Save:
+        return BoxAnswer::Save;
+    case QMessageBox::Discard:
+        return BoxAnswer::Discard;
+    case QMessageBox::Retry:
+        return BoxAnswer::Retry;
+    default:
+        return BoxAnswer::Ok;
+    }
+}
+
+class RealMessageBoxes final : public MessageBoxes
+{
+public:
+    BoxAnswer show(QWidget* parent, const QString& text, BoxIcon icon, const QString& title,
+                   BoxButtons buttons) override
+    {
+        QMessageBox box(iconOf(icon), title, text, buttonsOf(buttons), parent);
+        box.setTextFormat(Qt::PlainText);
+        box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+        if (buttons == BoxButtons::YesNo)
+            box.setEscapeButton(QMessageBox::No);
+        return answerOf(box.exec());
+    }
+};
+
+class RealFileDialogs final : public FileDialogs
+{
+public:
+    QStringList openFiles(QWidget* parent, const QString& title, const QString& folder, const QString& filter,
+                          bool several) override
+    {
+        if (several)
+            return QFileDialog::getOpenFileNames(parent, title, folder, filter);
+        const QString file = QFileDialog::getOpenFileName(parent, title, folder, filter);
+        return file.isEmpty() ? QStringList() : QStringList(file);
+    }
+};
+
+class RealShell final : public Shell
+{
+public:
+    bool open(const QString& path) override
+    {
+        const QFileInfo file(path);
+        return file.isAbsolute() && file.exists() && QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+    }
+};
+
+class RealClock final : public Clock
+{
+public:
+    QDateTime now() override { return QDateTime::currentDateTime(); }
+};
+
+} // namespace
+
+Desktop& desktop()
+{
+    thread_local Desktop services{std::make_shared<RealMessageBoxes>(), std::make_shared<RealFileDialogs>(),
+                                  std::make_shared<RealShell>(), std::make_shared<RealClock>()};
+    return services;
+}
+
+} // namespace tavrin

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+class QWidget;
+
+namespace tavrin {
+
+enum class BoxIcon
+{
+    None,
+    Information,
+    Question,
+    Exclamation,
+    Critical
+};
+enum class BoxButtons
+{
+    Ok,
+    OkCancel,
+    YesNo,
+    YesNoCancel,
+    SaveDiscardCancel,
+    RetryCancel
+};
+enum class BoxAnswer
+{
+    Ok,
+    Cancel,
+    Yes,
+    No,
+    Save,
+    Discard,
+    Retry
+};
+
+/// Modal message boxes.
+class MessageBoxes
+{
+public:
+    virtual ~MessageBoxes() = default;
+    /// Waits for the person's answer. Escape and the window's close button answer Cancel, or No, or Ok:
+    /// the first of these that the box has. `parent` may be nullptr.
+    virtual BoxAnswer show(QWidget* parent, const QString& text, BoxIcon icon, const QString& title,
+                           BoxButtons buttons) = 0;
+
+    /// A box that only tells.
+    void tell(QWidget* parent, const QString& text, BoxIcon icon, const QString& title)
+    {
+        show(parent, text, icon, title, BoxButtons::Ok);
+    }
+};
+
+/// The dialog that asks for files.
+class FileDialogs
+{
+public:
+    virtual ~FileDialogs() = default;
+    /// The chosen files as absolute paths; empty when the person cancels.
+    virtual QStringList openFiles(QWidget* parent, const QString& title, const QString& folder,
+                                  const QString& filter, bool several) = 0;
+};
+
+/// The desktop's own way to open a file.
+class Shell
+{
+public:
+    virtual ~Shell() = default;
+    /// Hands an absolute local path to the program that the desktop has for it. False when it could not.
+    virtual bool open(const QString& path) = 0;
+};
+
+/// The workstation's clock.
+class Clock
+{
+public:
+    virtual ~Clock() = default;
+    virtual QDateTime now() = 0;
+};
+
+/// The services of the desktop that the program reaches the person and the machine through, one set a
+/// thread. Each has a real default; a test puts its own in place.
+struct Desktop
+{
+    std::shared_ptr<MessageBoxes> messageBoxes;
+    std::shared_ptr<FileDialogs> fileDialogs;
+    std::shared_ptr<Shell> shell;
+    std::shared_ptr<Clock> clock;
+};
+
+Desktop& desktop();
+
+} // namespace tavrin

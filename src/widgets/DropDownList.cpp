@@ -1,0 +1,364 @@
+#include "DropDownList.h"
+
+#include "KeyCodes.h"
+#include "base/Guard.h"
+
+#include <QAbstractListModel>
+#include <QApplication>
+#include <QFrame>
+#include <QListView>
+#include <QMouseEvent>
+#include <QScreen>
+#include <QStyledItemDelegate>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace tavrin {
+
+namespace {
+
+constexpr int VisibleRows = 12;
+constexpr int RowPadding = 8;     // above and below the text together
+constexpr int TextPadding = 24;   // beside the text, and a scroll bar's share
+constexpr int MeasuredRows = 200; // so many rows decide how wide the list is
+
+class RowDelegate final : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const override
+    {
+        return {0, option.fontMetrics.height() + RowPadding};
+    }
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->palette.setCurrentColorGroup(QPalette::Active); // the list's window is never the active one
+        option->state |= QStyle::State_Active;
+    }
+};
+
+} // namespace
+
+class DropDownList::Model final : public QAbstractListModel
+{
+public:
+    explicit Model(const DropDownList& owner)
+        : m_owner(owner)
+    {
+    }
+
+    int rowCount(const QModelIndex& parent) const override
+    {
+        return parent.isValid() ? 0 : m_owner.ListCount();
+    }
+    QVariant data(const QModelIndex& index, int role) const override
+    {
+        if (role == Qt::DisplayRole || role == Qt::ToolTipRole)
+            return m_owner.List(index.row());
+        return {};
+    }
+    void contentChanged()
+    {
+        beginResetModel();
+        endResetModel();
+    }
+
+private:
+    const DropDownList& m_owner;
+};
+
+DropDownList::DropDownList(QWidget* parent)
+    : QWidget(parent)
+    , m_model(std::make_unique<Model>(*this))
+{
+    setFocusPolicy(Qt::NoFocus); // Tab goes past it; code may set the focus
+}
+
+DropDownList::~DropDownList()
+{
+    delete m_popup; // before the model that its view shows
+}
+
+// Entries
+
+void DropDownList::Clear()
+{
+    m_entries.clear();
+    m_listIndex = -1;
+    entriesChanged();
+}
+
+void DropDownList::AddItem(const QString& text, qint32 itemData)
+{
+    m_entries.push_back({text, itemData});
+    entriesChanged();
+}
+
+void DropDownList::entriesChanged()
+{
+    // The view learns of any number of changes at once.
+    if (!std::exchange(m_viewIsStale, true) && IsOpen())
+        QTimer::singleShot(0, this, [this] { refreshPopup(); });
+}
+
+QString DropDownList::List(int index) const
+{
+    return index >= 0 && index < ListCount() ? m_entries[static_cast<std::size_t>(index)].text : QString();
+}
+
+qint32 DropDownList::ItemData(int index) const
+{
+    return index >= 0 && index < ListCount() ? m_entries[static_cast<std::size_t>(index)].data : 0;
+}
+
+void DropDownList::SetListIndex(int index)
+{
+    const int valid = index >= 0 && index < ListCount() ? index : -1;
+    if (valid == m_listIndex)
+        return;
+    m_listIndex = valid;
+    if (IsOpen())
+        refreshPopup();
+    Click.raise();
+}
+
+// The list's window
+
+void DropDownList::makePopup()
+{
+    // A tool tip window: unlike a popup it leaves the keyboard where it is.
+    m_popup = new QFrame(window(), Qt::ToolTip | Qt::FramelessWindowHint);
+    m_popup->setAttribute(Qt::WA_ShowWithoutActivating);
+    m_popup->setFocusPolicy(Qt::NoFocus);
+    m_popup->setFrameShape(QFrame::StyledPanel);
+    m_popup->setObjectName(QStringLiteral("dropDown"));
+    m_view = new QListView(m_popup);
+    m_view->setObjectName(QStringLiteral("entries"));
+    m_view->setAccessibleName(accessibleName());
+    m_view->setFrameShape(QFrame::NoFrame);
+    m_view->setFocusPolicy(Qt::NoFocus);
+    m_view->setUniformItemSizes(true);
+    m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_view->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_view->setMouseTracking(true);
+    m_view->setItemDelegate(new RowDelegate(m_view));
+    m_view->setModel(m_model.get());
+    m_view->viewport()->installEventFilter(this);
+    auto* layout = new QVBoxLayout(m_popup);
+    layout->setContentsMargins(1, 1, 1, 1);
+    layout->addWidget(m_view);
+}
+
+void DropDownList::Open()
+{
+    if (IsOpen() || !isVisible() || !isEnabled())
+        return;
+    if (m_popup && m_popup->parentWidget() != window()) { // the widget went to another window
+        delete m_popup;
+        m_popup = nullptr;
+    }
+    if (!m_popup)
+        makePopup();
+    m_viewIsStale = true;
+    refreshPopup();
+    qApp->installEventFilter(this);
+    m_popup->show();
+    m_popup->raise();
+}
+
+void DropDownList::Close()
+{
+    if (!IsOpen())
+        return;
+    qApp->removeEventFilter(this);
+    m_popup->hide();
+}
+
+bool DropDownList::IsOpen() const
+{
+    return m_popup && m_popup->isVisible();
+}
+
+void DropDownList::refreshPopup()
+{
+    if (std::exchange(m_viewIsStale, false)) {
+        m_view->setFont(font());
+        m_model->contentChanged();
+        placePopup();
+    }
+    const QModelIndex current = m_model->index(m_listIndex);
+    m_view->setCurrentIndex(current);
+    if (current.isValid())
+        m_view->scrollTo(current);
+    else
+        m_view->selectionModel()->clear();
+}
+
+int DropDownList::contentWidth() const
+{
+    const QFontMetrics metrics(font());
+    int width = 0;
+    for (std::size_t i = 0; i < m_entries.size() && i < MeasuredRows; ++i)
+        width = std::max(width, metrics.horizontalAdvance(m_entries[i].text));
+    return width + TextPadding;
+}
+
+void DropDownList::placePopup()
+{
+    const QRect available = screen()->availableGeometry();
+    const QPoint place = mapToGlobal(QPoint(0, 0));
+    const int rows = std::clamp(ListCount(), 1, VisibleRows);
+    const int frame = 2 * (m_popup->frameWidth() + 1);
+    const int rowHeight = QFontMetrics(m_view->font()).height() + RowPadding;
+    const int below = available.bottom() + 1 - (place.y() + height());
+    const int above = place.y() - available.top();
+    int popupHeight = rows * rowHeight + frame;
+    const bool upward = popupHeight > below && above > below;
+    popupHeight = std::min(popupHeight, std::max(upward ? above : below, rowHeight + frame));
+    const int popupWidth = std::min(std::max(width(), contentWidth()), available.width());
+    const int x = std::clamp(place.x(), available.left(), available.right() + 1 - popupWidth);
+    const int y = upward ? place.y() - popupHeight : place.y() + height();
+    m_popup->setGeometry(x, y, popupWidth, popupHeight);
+}
+
+bool DropDownList::isInsidePopup(const QObject* object) const
+{
+    const auto* widget = qobject_cast<const QWidget*>(object);
+    return widget && (widget == m_popup || m_popup->isAncestorOf(widget));
+}
+
+bool DropDownList::eventFilter(QObject* watched, QEvent* event)
+{
+    const auto* widget = qobject_cast<QWidget*>(watched);
+    if (!widget || !IsOpen())
+        return QWidget::eventFilter(watched, event);
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+        if (!isInsidePopup(widget))
+            Close();
+        break;
+    case QEvent::MouseButtonRelease:
+        if (widget == m_view->viewport()) {
+            const QPoint position = static_cast<QMouseEvent*>(event)->position().toPoint();
+            const QModelIndex row = m_view->indexAt(position);
+            if (row.isValid())
+                guard("DropDownList_Click", [&] { choose(row.row()); });
+            return true;
+        }
+        break;
+    case QEvent::Move:
+    case QEvent::Resize:
+        if (widget == this || widget->isAncestorOf(this))
+            placePopup();
+        break;
+    case QEvent::WindowDeactivate:
+        if (widget == window())
+            Close();
+        break;
+    default:
+        break;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void DropDownList::choose(int index)
+{
+    Close();
+    m_listIndex = index;
+    Click.raise();
+}
+
+// Keys and focus
+
+void DropDownList::keyPressEvent(QKeyEvent* event)
+{
+    bool taken = false;
+    guard("DropDownList_KeyDown", [&] {
+        int keyCode = keyCodeOf(*event);
+        KeyDown.raise(keyCode, shiftStateOf(event->modifiers()));
+        taken = keyCode == 0 && keyCodeOf(*event) != 0;
+        if (!taken && keyCode == KeyCode::Escape && IsOpen()) {
+            Close();
+            taken = true;
+        }
+        if (!taken)
+            taken = moveBy(keyCode) || typeAhead(event->text());
+    });
+    if (taken)
+        event->accept();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+bool DropDownList::moveBy(int keyCode)
+{
+    const int last = ListCount() - 1;
+    int target = m_listIndex;
+    switch (keyCode) {
+    case KeyCode::Down:
+        target = m_listIndex + 1;
+        break;
+    case KeyCode::Up:
+        target = m_listIndex - 1;
+        break;
+    case KeyCode::PageDown:
+        target = m_listIndex + VisibleRows - 1;
+        break;
+    case KeyCode::PageUp:
+        target = m_listIndex - (VisibleRows - 1);
+        break;
+    case KeyCode::Home:
+        target = 0;
+        break;
+    case KeyCode::End:
+        target = last;
+        break;
+    default:
+        return false;
+    }
+    if (last >= 0)
+        SetListIndex(std::clamp(target, 0, last));
+    return true;
+}
+
+bool DropDownList::typeAhead(const QString& text)
+{
+    if (text.isEmpty() || !text.at(0).isPrint())
+        return false;
+    for (int step = 1; step <= ListCount(); ++step) {
+        const int index = (m_listIndex + step) % ListCount();
+        if (List(index).startsWith(text, Qt::CaseInsensitive)) {
+            SetListIndex(index);
+            break;
+        }
+    }
+    return true;
+}
+
+void DropDownList::focusOutEvent(QFocusEvent* event)
+{
+    QWidget::focusOutEvent(event);
+    Close();
+}
+
+void DropDownList::hideEvent(QHideEvent* event)
+{
+    QWidget::hideEvent(event);
+    Close();
+}
+
+void DropDownList::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::EnabledChange && !isEnabled())
+        Close();
+}
+
+} // namespace tavrin

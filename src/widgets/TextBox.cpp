@@ -1,0 +1,123 @@
+#include "TextBox.h"
+
+#include "KeyCodes.h"
+#include "base/Guard.h"
+
+#include <QApplication>
+#include <QScopedValueRollback>
+#include <QWheelEvent>
+
+namespace tavrin {
+
+TextBox::TextBox(QWidget* parent)
+    : QLineEdit(parent)
+{
+    connectGuarded(this, &QLineEdit::textChanged, this, "TextBox_Change", [this] {
+        if (!m_settingText)
+            Change.raise();
+    });
+}
+
+void TextBox::SetText(const QString& text)
+{
+    const QString before = Text();
+    {
+        const QScopedValueRollback setting(m_settingText, true);
+        setText(text);
+    }
+    if (Text() != before)
+        Change.raise();
+}
+
+void TextBox::SetSelection(int start, int length)
+{
+    setSelection(start, length);
+}
+
+void TextBox::SetBackColor(Color color)
+{
+    m_backColor = color;
+    applyColors();
+}
+
+void TextBox::SetForeColor(Color color)
+{
+    m_foreColor = color;
+    applyColors();
+}
+
+void TextBox::applyColors()
+{
+    const QScopedValueRollback applying(m_applyingColors, true);
+    const QPalette system = QApplication::palette(this);
+    const QColor back = m_backColor.resolve(system);
+    const QColor fore = m_foreColor.resolve(system);
+    QPalette palette = system;
+    if (m_backColor != SystemColor::WindowBackground)
+        palette.setColor(QPalette::Base, back);
+    if (m_foreColor != SystemColor::WindowText) {
+        for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive})
+            palette.setColor(group, QPalette::Text, fore);
+        // A disabled box stays readable on whatever background it has.
+        const QColor faded((fore.red() * 3 + back.red() * 2) / 5, (fore.green() * 3 + back.green() * 2) / 5,
+                           (fore.blue() * 3 + back.blue() * 2) / 5);
+        palette.setColor(QPalette::Disabled, QPalette::Text, faded);
+    }
+    setPalette(palette);
+}
+
+void TextBox::changeEvent(QEvent* event)
+{
+    QLineEdit::changeEvent(event);
+    const bool themeChanged = event->type() == QEvent::ApplicationPaletteChange ||
+                              event->type() == QEvent::StyleChange || event->type() == QEvent::ThemeChange;
+    if (themeChanged && !m_applyingColors)
+        applyColors();
+}
+
+bool TextBox::swallows(QKeyEvent* event)
+{
+    int keyCode = keyCodeOf(*event);
+    KeyDown.raise(keyCode, shiftStateOf(event->modifiers()));
+    if (keyCode == 0 && keyCodeOf(*event) != 0)
+        return true;
+    // The Delete key gives no character, although Qt has one for it.
+    if (event->text().isEmpty() || event->key() == Qt::Key_Delete)
+        return false;
+    int character = event->text().at(0).unicode();
+    KeyPress.raise(character);
+    return character == 0;
+}
+
+void TextBox::keyPressEvent(QKeyEvent* event)
+{
+    bool swallowed = false;
+    guard("TextBox_KeyPress", [&] { swallowed = swallows(event); });
+    if (swallowed)
+        event->accept();
+    else
+        QLineEdit::keyPressEvent(event);
+}
+
+void TextBox::inputMethodEvent(QInputMethodEvent* event)
+{
+    QString taken;
+    guard("TextBox_KeyPress", [&] {
+        for (const QChar unit : event->commitString()) {
+            int character = unit.unicode();
+            KeyPress.raise(character);
+            if (character != 0)
+                taken += unit;
+        }
+    });
+    if (taken != event->commitString())
+        event->setCommitString(taken, event->replacementStart(), event->replacementLength());
+    QLineEdit::inputMethodEvent(event);
+}
+
+void TextBox::wheelEvent(QWheelEvent* event)
+{
+    event->ignore(); // a page scrolls on, whatever box the mouse passes
+}
+
+} // namespace tavrin

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "base/Color.h"
+#include "base/Event.h"
+
+#include <QLineEdit>
+
+namespace tavrin {
+
+/// A single-line text box that tells of keys before it takes them.
+///
+/// Order at a key: `KeyDown` with the key code, then for keys that give a character `KeyPress` with it, then
+/// the box takes the key, then `Change` when the text is another one. A handler that sets the code to 0
+/// swallows the key. A text that an input method commits comes as `KeyPress` for each of its UTF-16 units.
+class TextBox : public QLineEdit
+{
+    Q_OBJECT
+
+public:
+    explicit TextBox(QWidget* parent = nullptr);
+
+    QString Text() const { return text(); }
+    /// Raises `Change` before it returns when the text is another one; a handler's exception reaches the
+    /// caller.
+    void SetText(const QString& text);
+
+    /// Selects from `start`, counted from 0 in UTF-16 units.
+    void SetSelection(int start, int length);
+
+    Color BackColor() const { return m_backColor; }
+    void SetBackColor(Color color);
+    Color ForeColor() const { return m_foreColor; }
+    void SetForeColor(Color color);
+
+    /// Key code by reference, shift state.
+    Event<int&, int> KeyDown;
+    /// Character code by reference: a UTF-16 unit, control characters as the keyboard gives them.
+    Event<int&> KeyPress;
+    Event<> Change;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+
+private:
+    bool swallows(QKeyEvent* event);
+    void applyColors();
+
+    Color m_backColor = SystemColor::WindowBackground;
+    Color m_foreColor = SystemColor::WindowText;
+    bool m_settingText = false;
+    bool m_applyingColors = false;
+};
+
+} // namespace tavrin
