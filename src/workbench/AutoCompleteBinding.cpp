@@ -1,0 +1,73 @@
+#include "AutoCompleteBinding.h"
+
+#include "base/Guard.h"
+#include "base/Variant.h"
+#include "frame/host_contracts/Host.h"
+#include "lookup/AutoCompleteField.h"
+
+#include <QScopedValueRollback>
+
+namespace tavrin::workbench {
+
+AutoCompleteBinding::AutoCompleteBinding(AutoCompleteField* control, const QString& fieldName,
+                                         const QString& label)
+    : FieldBinding(fieldName, label)
+    , m_control(control)
+{
+    connectGuarded(control, &UserControl::PropertyChanged, control, "AutoCompleteBinding_Edited",
+                   [this](const QString& key) {
+                       if (!m_loading && (key == QLatin1String("Value") || key == QLatin1String("Text")))
+                           Edited.raise();
+                   });
+}
+
+QWidget* AutoCompleteBinding::widget() const
+{
+    return m_control;
+}
+
+QString AutoCompleteBinding::textOf(const QVariant& code) const
+{
+    if (IsNull(code))
+        return {};
+    const TableValues values = currentHost().hostServices().GetTableValues(m_control->TableNo(), true);
+    for (const TableValue& value : values.Items) {
+        if (SameValue(value.Value, code)) {
+            return value.ID == value.DisplayText ? value.DisplayText
+                                                 : value.ID + QStringLiteral(" - ") + value.DisplayText;
+        }
+    }
+    return ToText(code);
+}
+
+void AutoCompleteBinding::load(tvTableRow& row)
+{
+    const QScopedValueRollback loading(m_loading, true);
+    const QVariant code = field(row).Value();
+    m_control->SetText(textOf(code));
+    m_control->SetValue(code);
+}
+
+bool AutoCompleteBinding::differs(tvTableRow& row) const
+{
+    return !SameValue(m_control->Value(), field(row).Value()) || !problem().isEmpty();
+}
+
+void AutoCompleteBinding::store(tvTableRow& row) const
+{
+    if (!SameValue(m_control->Value(), field(row).Value()))
+        field(row).SetValue(m_control->Value());
+}
+
+QString AutoCompleteBinding::problem() const
+{
+    const QString text = ToText(m_control->Text());
+    if (!IsNull(m_control->Value()) || text.isEmpty())
+        return {};
+    return QStringLiteral(
+               "\"%1\" in \"%2\" was typed but not chosen from the list. Choose an entry, or empty "
+               "the field.")
+        .arg(text, plainLabel());
+}
+
+} // namespace tavrin::workbench

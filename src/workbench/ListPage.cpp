@@ -1,0 +1,94 @@
+#include "ListPage.h"
+
+#include "base/Variant.h"
+#include "frame/host_contracts/Host.h"
+
+#include <QHeaderView>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+namespace tavrin::workbench {
+
+namespace {
+
+struct Section
+{
+    const char* collection;
+    const char* title;
+    const char* nameField;
+};
+
+constexpr Section PeopleSections[] = {{"Suspects", QT_TR_NOOP("Suspects"), "SuspectName"},
+                                      {"Victims", QT_TR_NOOP("Victims"), "VictimName"},
+                                      {"Witnesses", QT_TR_NOOP("Witnesses"), "WitnessName"},
+                                      {"Others", QT_TR_NOOP("Other people"), "OtherName"}};
+
+/// The text of a field that only some of the collections have.
+QString textOf(tvTableRow& row, const char* name)
+{
+    const auto field = std::dynamic_pointer_cast<tvField>(row.Item(QString::fromLatin1(name)));
+    if (!field || IsNull(field->Value()))
+        return {};
+    const QVariant value = field->Value();
+    return value.typeId() == QMetaType::QDate
+               ? value.toDate().toString(currentHost().hostServices().DateDisplayFormat())
+               : ToText(value);
+}
+
+QTreeWidgetItem* addSection(QTreeWidget* list, const QString& title)
+{
+    auto* section = new QTreeWidgetItem(list, {title});
+    QFont font = list->font();
+    font.setBold(true);
+    section->setFont(0, font);
+    section->setFirstColumnSpanned(true);
+    section->setExpanded(true);
+    return section;
+}
+
+void addNone(QTreeWidgetItem* section)
+{
+    if (section->childCount() == 0)
+        (new QTreeWidgetItem(section, {QStringLiteral("None recorded")}))->setDisabled(true);
+}
+
+} // namespace
+
+ListPage::ListPage()
+    : RecordPage(tr("Offenses and people"))
+    , m_list(new QTreeWidget(this))
+{
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(24, 16, 24, 16);
+    layout->addWidget(m_list);
+    m_list->setObjectName(QStringLiteral("offensesAndPeople"));
+    m_list->setAccessibleName(title());
+    m_list->setHeaderLabels({tr("Name"), tr("Details")});
+    m_list->setIndentation(16);
+    m_list->setAlternatingRowColors(true);
+    m_list->header()->setStretchLastSection(true);
+    m_list->header()->resizeSection(0, 320);
+}
+
+void ListPage::load(Record& record)
+{
+    m_list->clear();
+    const auto offenses = currentHost().newOffenseListCache();
+    QTreeWidgetItem* section = addSection(m_list, tr("Offenses"));
+    for (const RecordRowPtr& row : record.collection(QStringLiteral("Offenses"))->rows()) {
+        const QVariant number = fieldOf(*row, QStringLiteral("OffenseNo"))->Value();
+        new QTreeWidgetItem(section, {offenses->FullText(number), offenses->ShortText(number)});
+    }
+    addNone(section);
+    for (const Section& people : PeopleSections) {
+        section = addSection(m_list, tr(people.title));
+        for (const RecordRowPtr& row : record.collection(QString::fromLatin1(people.collection))->rows()) {
+            const QString born = textOf(*row, "DateOfBirth");
+            new QTreeWidgetItem(section, {textOf(*row, people.nameField),
+                                          born.isEmpty() ? QString() : tr("Born %1").arg(born)});
+        }
+        addNone(section);
+    }
+}
+
+} // namespace tavrin::workbench

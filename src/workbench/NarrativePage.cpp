@@ -1,0 +1,27 @@
+#include "NarrativePage.h"
+
+#include "PlainBindings.h"
+
+#include <QLabel>
+#include <QVBoxLayout>
+
+namespace tavrin::workbench {
+
+NarrativePage::NarrativePage()
+    : RecordPage(tr("Narrative"))
+{
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(24, 16, 24, 16);
+    layout->setSpacing(8);
+    FieldBinding& narrative = bind<MemoBinding>(QStringLiteral("Narrative"), tr("Narrati&ve"));
+    auto* label = new QLabel(narrative.label(), this);
+    QFont font = label->font();
+    font.setBold(true);
+    label->setFont(font);
+    label->setBuddy(narrative.widget());
+    narrative.widget()->setAccessibleName(narrative.plainLabel());
+    layout->addWidget(label);
+    layout->addWidget(narrative.widget());
+}
+
+} // namespace tavrin::workbench

@@ -1,0 +1,86 @@
+#include "Options.h"
+
+#include <QCommandLineParser>
+#include <QFileInfo>
+
+#include <cstdio>
+
+namespace tavrin::workbench {
+
+namespace {
+
+constexpr int UsageError = 2;
+
+std::optional<ThemeChoice> themeOf(const QString& name)
+{
+    if (name == QLatin1String("system"))
+        return ThemeChoice::System;
+    if (name == QLatin1String("light"))
+        return ThemeChoice::Light;
+    if (name == QLatin1String("dark"))
+        return ThemeChoice::Dark;
+    return std::nullopt;
+}
+
+void print(std::FILE* stream, const QString& text)
+{
+    std::fputs(qPrintable(text), stream);
+}
+
+} // namespace
+
+std::optional<Options> parseOptions(const QStringList& arguments, int& exitCode)
+{
+    const QCommandLineOption database(QStringLiteral("db"), QStringLiteral("Work on this SQLite database."),
+                                      QStringLiteral("file"));
+    const QCommandLineOption data(QStringLiteral("data"),
+                                  QStringLiteral("Fill a new database from this folder."),
+                                  QStringLiteral("dir"));
+    const QCommandLineOption forms(QStringLiteral("forms"),
+                                   QStringLiteral("Take form files from this folder first."),
+                                   QStringLiteral("dir"));
+    const QCommandLineOption user(QStringLiteral("user"), QStringLiteral("Sign on as this user (admin)."),
+                                  QStringLiteral("id"), QStringLiteral("admin"));
+    const QCommandLineOption theme(QStringLiteral("theme"), QStringLiteral("system, light or dark."),
+                                   QStringLiteral("name"), QStringLiteral("system"));
+    const QCommandLineOption tour(
+        QStringLiteral("tour"),
+        QStringLiteral(
+            "Walk through the program on a database of its own, write a picture of each step here, "
+            "and end with 1 at the first thing that is not so."),
+        QStringLiteral("dir"));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Incident records at a workstation."));
+    parser.addOptions({database, data, forms, user, theme, tour});
+    const QCommandLineOption help = parser.addHelpOption();
+    const QCommandLineOption version = parser.addVersionOption();
+
+    const bool parsed = parser.parse(arguments);
+    exitCode = 0;
+    if (parsed && parser.isSet(help)) {
+        print(stdout, parser.helpText());
+        return std::nullopt;
+    }
+    if (parsed && parser.isSet(version)) {
+        print(stdout, QStringLiteral("workbench %1\n").arg(QCoreApplication::applicationVersion()));
+        return std::nullopt;
+    }
+    const std::optional<ThemeChoice> chosenTheme = themeOf(parser.value(theme));
+    QString problem;
+    if (!parsed)
+        problem = parser.errorText();
+    else if (!parser.positionalArguments().isEmpty())
+        problem = QStringLiteral("Unexpected argument '%1'.").arg(parser.positionalArguments().constFirst());
+    else if (!chosenTheme)
+        problem = QStringLiteral("Unknown theme '%1'.").arg(parser.value(theme));
+    if (!problem.isEmpty()) {
+        print(stderr, problem + QStringLiteral("\n\n") + parser.helpText());
+        exitCode = UsageError;
+        return std::nullopt;
+    }
+    return Options{parser.value(database), parser.value(data), parser.value(forms),
+                   parser.value(tour),     parser.value(user), *chosenTheme};
+}
+
+} // namespace tavrin::workbench

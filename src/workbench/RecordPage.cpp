@@ -1,0 +1,50 @@
+#include "RecordPage.h"
+
+#include <algorithm>
+
+namespace tavrin::workbench {
+
+FieldBinding& RecordPage::add(std::unique_ptr<FieldBinding> binding)
+{
+    m_subscriptions.push_back(binding->Edited.subscribe([this] { Edited.raise(); }));
+    m_bindings.push_back(std::move(binding));
+    return *m_bindings.back();
+}
+
+void RecordPage::load(Record& record)
+{
+    for (const auto& binding : m_bindings)
+        binding->load(*record.mainRow());
+}
+
+bool RecordPage::differs(Record& record) const
+{
+    return std::any_of(m_bindings.begin(), m_bindings.end(),
+                       [&](const auto& binding) { return binding->differs(*record.mainRow()); });
+}
+
+void RecordPage::store(Record& record) const
+{
+    for (const auto& binding : m_bindings)
+        binding->store(*record.mainRow());
+}
+
+const FieldBinding* RecordPage::firstProblem() const
+{
+    for (const auto& binding : m_bindings) {
+        if (!binding->problem().isEmpty())
+            return binding.get();
+    }
+    return nullptr;
+}
+
+const FieldBinding* RecordPage::bindingOf(const QString& fieldName) const
+{
+    for (const auto& binding : m_bindings) {
+        if (binding->fieldName().compare(fieldName, Qt::CaseInsensitive) == 0)
+            return binding.get();
+    }
+    return nullptr;
+}
+
+} // namespace tavrin::workbench

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "FieldBinding.h"
+#include "host/Record.h"
+
+#include <QWidget>
+
+#include <memory>
+#include <vector>
+
+namespace tavrin::workbench {
+
+/// One page of a record window.
+class RecordPage : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit RecordPage(QString title)
+        : m_title(std::move(title))
+    {
+    }
+
+    const QString& title() const { return m_title; }
+
+    virtual void load(Record& record);
+    /// The page holds something that the record does not.
+    virtual bool differs(Record& record) const;
+    /// Writes the page into the record. Nothing reaches the database.
+    virtual void store(Record& record) const;
+    /// The first field whose content cannot be saved; nullptr when there is none.
+    virtual const FieldBinding* firstProblem() const;
+    /// The field of the page that is bound to this column; nullptr when there is none.
+    const FieldBinding* bindingOf(const QString& fieldName) const;
+
+    Event<> Edited;
+
+protected:
+    template <typename Binding, typename... Arguments>
+    FieldBinding& bind(Arguments&&... arguments)
+    {
+        return add(std::make_unique<Binding>(std::forward<Arguments>(arguments)...));
+    }
+
+private:
+    FieldBinding& add(std::unique_ptr<FieldBinding> binding);
+
+    QString m_title;
+    std::vector<std::unique_ptr<FieldBinding>> m_bindings;
+    std::vector<Subscription> m_subscriptions;
+};
+
+} // namespace tavrin::workbench

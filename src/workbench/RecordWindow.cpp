@@ -1,0 +1,262 @@
+#include "RecordWindow.h"
+
+#include "GeneralPage.h"
+#include "ListPage.h"
+#include "NarrativePage.h"
+#include "Theme.h"
+#include "Workspace.h"
+#include "base/Error.h"
+#include "base/Guard.h"
+#include "base/Variant.h"
+#include "frame/desktop/Desktop.h"
+
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QShortcut>
+#include <QStackedWidget>
+#include <QTime>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace tavrin::workbench {
+
+namespace {
+
+QFrame* makeLine()
+{
+    auto* line = new QFrame;
+    line->setFrameShape(QFrame::HLine);
+    line->setFrameShadow(QFrame::Plain);
+    line->setForegroundRole(QPalette::Mid);
+    return line;
+}
+
+} // namespace
+
+RecordWindow::RecordWindow(Workspace& workspace, RecordPtr record, QWidget* parent)
+    : QWidget(parent, Qt::Window)
+    , m_workspace(workspace)
+    , m_record(std::move(record))
+{
+    setAttribute(Qt::WA_DeleteOnClose);
+    setObjectName(QStringLiteral("recordWindow"));
+    m_navigation = new QListWidget(this);
+    m_navigation->setObjectName(QStringLiteral("pages"));
+    m_navigation->setAccessibleName(tr("Pages"));
+    m_navigation->setFixedWidth(184);
+    m_navigation->setFrameShape(QFrame::NoFrame);
+    m_navigation->setSpacing(2);
+    m_navigation->viewport()->setAutoFillBackground(false);
+    m_stack = new QStackedWidget(this);
+
+    auto* body = new QHBoxLayout;
+    body->setContentsMargins(12, 12, 0, 0);
+    body->setSpacing(0);
+    body->addWidget(m_navigation);
+    body->addWidget(m_stack, 1);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(makeHeader());
+    layout->addWidget(makeLine());
+    layout->addLayout(body, 1);
+    layout->addWidget(makeLine());
+    layout->addWidget(makeFooter());
+
+    QStringList problems;
+    addPage(new GeneralPage(workspace.options().formsFolder, problems));
+    addPage(new ListPage);
+    addPage(new NarrativePage);
+    connectGuarded(m_navigation, &QListWidget::currentRowChanged, this, "RecordWindow_Page",
+                   [this](int row) { m_stack->setCurrentIndex(row); });
+    const auto shortcut = [this](const QKeySequence& keys, const char* where, auto handler) {
+        connectGuarded(new QShortcut(keys, this), &QShortcut::activated, this, where, handler);
+    };
+    shortcut(QKeySequence::Save, "RecordWindow_Save", [this] { save(); });
+    shortcut(QKeySequence::Close, "RecordWindow_Close", [this] { close(); });
+    shortcut(Qt::CTRL | Qt::Key_PageDown, "RecordWindow_NextPage",
+             [this] { showPage(m_stack->currentIndex() + 1); });
+    shortcut(Qt::CTRL | Qt::Key_PageUp, "RecordWindow_PreviousPage",
+             [this] { showPage(m_stack->currentIndex() - 1); });
+
+    resize(960, 640);
+    m_navigation->setCurrentRow(0);
+    for (RecordPage* page : m_pages)
+        page->load(*m_record);
+    refreshState();
+    if (!problems.isEmpty()) { // after the window is there to be read
+        QTimer::singleShot(0, this, [this, text = problems.join(u'\n')] {
+            guard("RecordWindow_Form",
+                  [&] { desktop().messageBoxes->tell(this, text, BoxIcon::Exclamation, tr("Form")); });
+        });
+    }
+}
+
+QWidget* RecordWindow::makeHeader()
+{
+    auto* header = new QWidget(this);
+    m_title = new QLabel(header);
+    m_title->setObjectName(QStringLiteral("title"));
+    QFont font = m_title->font();
+    font.setPointSizeF(font.pointSizeF() * 1.5);
+    m_title->setFont(font);
+    m_title->setTextFormat(Qt::PlainText);
+    m_subtitle = new QLabel(header);
+    m_subtitle->setTextFormat(Qt::PlainText);
+    QPalette palette = m_subtitle->palette();
+    palette.setColor(QPalette::WindowText, quietText(palette));
+    m_subtitle->setPalette(palette);
+    auto* layout = new QVBoxLayout(header);
+    layout->setContentsMargins(24, 14, 24, 14);
+    layout->setSpacing(2);
+    layout->addWidget(m_title);
+    layout->addWidget(m_subtitle);
+    return header;
+}
+
+QWidget* RecordWindow::makeFooter()
+{
+    auto* footer = new QWidget(this);
+    m_status = new QLabel(footer);
+    m_status->setObjectName(QStringLiteral("status"));
+    m_save = new QPushButton(tr("&Save"), footer);
+    m_save->setObjectName(QStringLiteral("save"));
+    m_save->setToolTip(tr("Save the incident (%1)").arg(QKeySequence(QKeySequence::Save).toString()));
+    auto* close = new QPushButton(tr("C&lose"), footer);
+    close->setObjectName(QStringLiteral("close"));
+    connectGuarded(m_save, &QPushButton::clicked, this, "RecordWindow_Save", [this] { save(); });
+    connectGuarded(close, &QPushButton::clicked, this, "RecordWindow_Close", [this] { this->close(); });
+    auto* layout = new QHBoxLayout(footer);
+    layout->setContentsMargins(24, 10, 24, 10);
+    layout->addWidget(m_status, 1);
+    layout->addWidget(m_save);
+    layout->addWidget(close);
+    return footer;
+}
+
+void RecordWindow::addPage(RecordPage* page)
+{
+    m_pages.push_back(page);
+    m_subscriptions.push_back(page->Edited.subscribe([this] { refreshState(); }));
+    auto* scroll = new QScrollArea(m_stack);
+    scroll->setWidget(page);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    m_stack->addWidget(scroll);
+    auto* item = new QListWidgetItem(page->title(), m_navigation);
+    item->setSizeHint(QSize(0, 32));
+}
+
+void RecordWindow::showPage(int index)
+{
+    if (index >= 0 && index < m_navigation->count())
+        m_navigation->setCurrentRow(index);
+}
+
+bool RecordWindow::isDirty() const
+{
+    return m_record->isChanged() || std::any_of(m_pages.begin(), m_pages.end(), [&](const RecordPage* page) {
+               return page->differs(*m_record);
+           });
+}
+
+void RecordWindow::refreshState()
+{
+    tvTableRow& row = *m_record->mainRow();
+    const QString caseNo = ToText(fieldOf(row, QStringLiteral("CaseNo"))->Value());
+    const QString name = caseNo.isEmpty() ? tr("New incident") : caseNo;
+    m_title->setText(name);
+    m_subtitle->setText(ToText(fieldOf(row, QStringLiteral("Summary"))->Value()));
+    const bool dirty = isDirty();
+    setWindowTitle(name + QStringLiteral("[*]"));
+    setWindowModified(dirty);
+    if (dirty)
+        tellStatus(tr("Unsaved changes"));
+}
+
+void RecordWindow::tellStatus(const QString& text)
+{
+    m_status->setText(text);
+}
+
+void RecordWindow::showProblem(int page, QWidget* field, const QString& text)
+{
+    showPage(page);
+    field->setFocus(Qt::OtherFocusReason);
+    desktop().messageBoxes->tell(this, text, BoxIcon::Exclamation, tr("Save"));
+}
+
+bool RecordWindow::mayBeSaved()
+{
+    for (std::size_t i = 0; i < m_pages.size(); ++i) {
+        if (const FieldBinding* binding = m_pages[i]->firstProblem()) {
+            showProblem(static_cast<int>(i), binding->widget(), binding->problem());
+            return false;
+        }
+    }
+    return true;
+}
+
+bool RecordWindow::hasRequiredFields()
+{
+    const TableSchema& table = m_record->schema().Main;
+    for (const ColumnSchema& column : table.Columns) {
+        const bool missing =
+            IsNull(m_record->mainRow()->cell(column.Name).value()) &&
+            currentHost().session().IsFieldRequired(table.Module, table.Table, column.Name, {});
+        for (std::size_t i = 0; missing && i < m_pages.size(); ++i) {
+            if (const FieldBinding* binding = m_pages[i]->bindingOf(column.Name)) {
+                showProblem(static_cast<int>(i), binding->widget(),
+                            tr("\"%1\" must be filled in.").arg(binding->plainLabel()));
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+bool RecordWindow::save()
+{
+    if (!mayBeSaved())
+        return false;
+    try {
+        for (const RecordPage* page : m_pages)
+            page->store(*m_record);
+        if (!hasRequiredFields())
+            return false;
+        m_workspace.store().save(*m_record);
+    } catch (const Error& error) {
+        refreshState();
+        desktop().messageBoxes->tell(this, error.Description, BoxIcon::Critical, tr("Save"));
+        return false;
+    }
+    refreshState();
+    tellStatus(tr("Saved at %1").arg(desktop().clock->now().time().toString(QStringLiteral("HH:mm:ss"))));
+    Q_EMIT saved();
+    return true;
+}
+
+void RecordWindow::closeEvent(QCloseEvent* event)
+{
+    bool close = true;
+    guard("RecordWindow_Close", [&] {
+        close = false; // unless all goes well
+        if (!isDirty()) {
+            close = true;
+            return;
+        }
+        const BoxAnswer answer =
+            desktop().messageBoxes->show(this, tr("The incident has changes that are not saved. Save them?"),
+                                         BoxIcon::Question, m_title->text(), BoxButtons::SaveDiscardCancel);
+        close = answer == BoxAnswer::Discard || (answer == BoxAnswer::Save && save());
+    });
+    event->setAccepted(close);
+}
+
+} // namespace tavrin::workbench

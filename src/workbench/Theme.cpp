@@ -1,0 +1,71 @@
+#include "Theme.h"
+
+#include <QApplication>
+#include <QStyleFactory>
+
+namespace tavrin::workbench {
+
+namespace {
+
+struct Shades
+{
+    QRgb window, base, alternate, text, button, border, accent, accentText, quiet, link;
+};
+
+constexpr Shades Light{0xFFF4F5F7, 0xFFFFFFFF, 0xFFF8F9FB, 0xFF1D2329, 0xFFECEEF1,
+                       0xFFC5CBD3, 0xFF2B6CB0, 0xFFFFFFFF, 0xFF5F6B78, 0xFF1F5FA5};
+constexpr Shades Dark{0xFF202327, 0xFF292D32, 0xFF2D3237, 0xFFE4E7EB, 0xFF33383E,
+                      0xFF4A515A, 0xFF3F7FC4, 0xFFFFFFFF, 0xFFA3ADB8, 0xFF7DB2EA};
+
+QPalette paletteOf(const Shades& shades)
+{
+    QPalette palette;
+    const auto set = [&](QPalette::ColorRole role, QRgb color) { palette.setColor(role, QColor(color)); };
+    set(QPalette::Window, shades.window);
+    set(QPalette::WindowText, shades.text);
+    set(QPalette::Base, shades.base);
+    set(QPalette::AlternateBase, shades.alternate);
+    set(QPalette::Text, shades.text);
+    set(QPalette::PlaceholderText, shades.quiet);
+    set(QPalette::Button, shades.button);
+    set(QPalette::ButtonText, shades.text);
+    set(QPalette::BrightText, shades.accentText);
+    set(QPalette::ToolTipBase, shades.base);
+    set(QPalette::ToolTipText, shades.text);
+    set(QPalette::Highlight, shades.accent);
+    set(QPalette::HighlightedText, shades.accentText);
+    set(QPalette::Link, shades.link);
+    set(QPalette::LinkVisited, shades.link);
+    set(QPalette::Mid, shades.border);
+    palette.setColor(QPalette::Light, QColor(shades.button).lighter(110));
+    palette.setColor(QPalette::Midlight, QColor(shades.button).lighter(104));
+    palette.setColor(QPalette::Dark, QColor(shades.border).darker(115));
+    palette.setColor(QPalette::Shadow, QColor(shades.border).darker(150));
+    for (const QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, QColor(shades.quiet));
+    palette.setColor(QPalette::Disabled, QPalette::Base, QColor(shades.window));
+    return palette;
+}
+
+} // namespace
+
+bool isDark(ThemeChoice choice)
+{
+    if (choice != ThemeChoice::System)
+        return choice == ThemeChoice::Dark;
+    const QPalette system = QApplication::palette();
+    return system.color(QPalette::Window).lightness() < system.color(QPalette::WindowText).lightness();
+}
+
+void applyTheme(bool dark)
+{
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setPalette(paletteOf(dark ? Dark : Light));
+}
+
+QColor quietText(const QPalette& palette)
+{
+    return palette.color(QPalette::PlaceholderText);
+}
+
+} // namespace tavrin::workbench

@@ -1,0 +1,63 @@
+#include "Application.h"
+#include "MainWindow.h"
+#include "Options.h"
+#include "Theme.h"
+#include "Tour.h"
+#include "Workspace.h"
+#include "base/Error.h"
+#include "frame/desktop/Desktop.h"
+
+#include <cstdio>
+
+using namespace tavrin;
+using namespace tavrin::workbench;
+
+namespace {
+
+/// Without a display nothing can be shown; help, the tour and error texts work all the same.
+void chooseDisplay()
+{
+    const bool display = qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+    if (!display && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+
+bool hasDisplay()
+{
+    return QGuiApplication::platformName() != QLatin1String("offscreen");
+}
+
+int work(const Options& options)
+{
+    Workspace workspace(options);
+    MainWindow window(workspace);
+    window.show();
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    chooseDisplay();
+    Application application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("tavrin-workbench"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Incident records"));
+    QApplication::setApplicationVersion(QStringLiteral("1.0"));
+
+    int exitCode = 0;
+    const std::optional<Options> options = parseOptions(QApplication::arguments(), exitCode);
+    if (!options)
+        return exitCode;
+    applyTheme(isDark(options->theme));
+    try {
+        return options->tourFolder.isEmpty() ? work(*options) : runTour(*options);
+    } catch (const Error& error) {
+        std::fprintf(stderr, "workbench: %s\n", qPrintable(error.Description));
+        if (hasDisplay() && options->tourFolder.isEmpty()) {
+            desktop().messageBoxes->tell(nullptr, error.Description, BoxIcon::Critical,
+                                         QApplication::applicationDisplayName());
+        }
+        return 1;
+    }
+}
