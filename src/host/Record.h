@@ -27,7 +27,7 @@ public:
     /// Key of the main row; 0 until it is saved for the first time.
     qint64 key() const;
     bool isNew() const { return m_main->IsNew(); }
-    /// True when a save would write something.
+    /// True when anything differs from what was loaded or created.
     bool isChanged() const;
     /// Counts the saves of the record; the store refuses to save over another's.
     int rowVersion() const { return m_rowVersion; }

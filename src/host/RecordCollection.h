@@ -7,14 +7,14 @@
 namespace tavrin {
 
 /// An ordered collection of rows of one table.
-class RecordCollection : public tvTableCollection
+class RecordCollection : public tvTableCollection, public std::enable_shared_from_this<RecordCollection>
 {
 public:
     /// A collection of no record, whose `ItemClass` is still to be set.
     RecordCollection();
     /// A collection of a record. `link` is the key field of the record, to which the rows' link column
     /// refers; `primary` the main row's cell that holds the primary key, nullptr where there is none.
-    RecordCollection(const CollectionSchema& schema, tvFieldPtr link, FieldCell* primary);
+    RecordCollection(const CollectionSchema& schema, tvFieldPtr link, std::shared_ptr<FieldCell> primary);
 
     QString KeyColumn() const override;
     /// Its key is assigned, and not used again while the record is open. Raises an `Error` when no class is
@@ -57,16 +57,18 @@ public:
 
 private:
     RecordRowPtr makeRow();
-    FieldCell& primaryCell() const;
-    int indexOfKey(const QVariant& key) const;
+    /// Counted from 1; 0 when no row has the key.
+    qint32 indexOfKey(const QVariant& key) const;
     void noteKey(const QVariant& key);
-    void forgetRow(int index);
+    void checkAddable(const RecordRowPtr& row) const;
+    void adopt(RecordRow& row);
+    void append(const RecordRowPtr& row, bool makeCurrent);
+    void takeOut(const RecordRowPtr& row);
     void notifyChanged();
 
     CollectionSchema m_schema;
     tvFieldPtr m_link;
-    FieldCell* m_primary = nullptr;
-    std::unique_ptr<FieldCell> m_ownPrimary;
+    std::shared_ptr<FieldCell> m_primary; // key of the primary row; nullptr where there is none
     std::vector<RecordRowPtr> m_rows;
     std::vector<RecordRowPtr> m_removed;
     std::weak_ptr<ChangeSink> m_sink;

@@ -42,10 +42,15 @@ public:
     /// the type, and for a reference that would lead back to this cell. "" counts as Null.
     void setValue(const QVariant& value);
     bool isChanged() const;
+    const QVariant& savedValue() const { return m_saved; }
     /// What the database holds. Sets the saved value and the present one.
     void load(const QVariant& value);
     /// The present value is in the database now; a reference becomes the plain value.
     void markSaved();
+    /// The database now holds this value; the present one stays.
+    void noteSaved(const QVariant& value) { m_saved = value; }
+    /// For keys: takes a value without telling anybody.
+    void assignKey(const QVariant& value);
     void setSink(std::weak_ptr<ChangeSink> sink) { m_sink = std::move(sink); }
 
 private:

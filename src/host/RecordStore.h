@@ -37,7 +37,8 @@ public:
     /// Raises an `Error` when there is no such incident.
     RecordPtr load(qint64 incidentNo);
 
-    /// Writes what has changed in one transaction; nothing when nothing has. New rows get their numbers.
+    /// Writes the record in one transaction; nothing when nothing has changed since it was loaded. A new
+    /// record gets its number.
     ///
     /// Raises an `Error` when a text is too long, the case number is taken, somebody else has saved or
     /// deleted the incident since it was loaded, or the database fails. The database and the record are then
@@ -48,14 +49,15 @@ public:
     Event<qint64> Saved;
 
 private:
-    struct Attempt;
-    void writeRecord(Record& record, Attempt& attempt);
-    void insertMain(Record& record, Attempt& attempt);
-    void updateMain(Record& record, Attempt& attempt);
+    void insertMain(const Record& record);
+    void updateMain(const Record& record);
+    /// Counts the record's version up; raises an `Error` when it is not the one that was loaded.
+    void takeVersion(const Record& record);
     void checkCaseNumber(const Record& record);
+    void writeRows(const RecordCollection& rows);
+    void loadRows(RecordCollection& rows, qint64 incidentNo);
     void attachRemover(Record& record);
     void removeRowNow(Record& record, const RecordCollection& rows, const RecordRow& row);
-    void bumpVersion(const Record& record);
 
     Database& m_database;
     std::shared_ptr<RecordStore*> m_self; // lets records outlive the store

@@ -45,12 +45,18 @@ private:
     int m_bound = 0;
 };
 
-/// A write transaction, which takes the file's lock at once and rolls back unless it was committed.
+/// A transaction, which rolls back unless it was committed.
 class Transaction
 {
 public:
+    enum class Kind
+    {
+        Write, ///< takes the file's lock at once
+        Read,  ///< one state of the database for several statements
+    };
+
     /// Raises an `Error` when another program holds the lock for longer than the busy timeout.
-    explicit Transaction(Database& database);
+    explicit Transaction(Database& database, Kind kind = Kind::Write);
     ~Transaction();
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
