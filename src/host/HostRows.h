@@ -1,0 +1,68 @@
+#pragma once
+
+#include "host/Database.h"
+
+#include <QDate>
+#include <QList>
+#include <QString>
+
+// The rows of the lists that the host keeps, as plain values.
+
+namespace tavrin {
+
+struct CodeTableRow
+{
+    int TableNo = 0;
+    QString Name;
+    QString Source;
+};
+
+struct CodeValueRow
+{
+    int TableNo = 0;
+    int ValueNo = 0;
+    QString Id;
+    QString DisplayText;
+    bool Active = true;
+    int SortOrder = 0;
+};
+
+struct EmployeeRow
+{
+    int OfficerNo = 0;
+    QString OfficerId;
+    QString Name; ///< "Last, First"
+    QString BadgeNo;
+    bool Active = true;
+    bool K9Handler = false;
+    QDate Hired;
+    QDate LeftOn; ///< null while the person is there
+};
+
+struct UserRow
+{
+    QString UserId;
+    QString FirstName;
+    QString LastName;
+    QString OfficerId; ///< "" for a user who is no officer
+    QString BadgeNo;
+    bool Active = true;
+};
+
+struct OffenseRow
+{
+    int OffenseNo = 0;
+    QString OffenseId;
+    QString Description;
+    QString RptCode;
+    bool Active = true;
+};
+
+/// Each inserts all rows or, as part of the caller's transaction, raises an `Error`.
+void insertRows(Database& database, const QList<CodeTableRow>& rows);
+void insertRows(Database& database, const QList<CodeValueRow>& rows);
+void insertRows(Database& database, const QList<EmployeeRow>& rows);
+void insertRows(Database& database, const QList<UserRow>& rows);
+void insertRows(Database& database, const QList<OffenseRow>& rows);
+
+} // namespace tavrin

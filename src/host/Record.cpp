@@ -1,0 +1,89 @@
+#include "host/Record.h"
+
+#include "base/Variant.h"
+
+#include <algorithm>
+
+namespace tavrin {
+
+namespace {
+
+bool sameName(const QString& a, const QString& b)
+{
+    return a.compare(b, Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
+
+std::shared_ptr<Record> Record::create(const RecordSchema& schema)
+{
+    const std::shared_ptr<Record> record(new Record(schema));
+    record->adoptChildren();
+    return record;
+}
+
+Record::Record(const RecordSchema& schema)
+    : m_schema(schema)
+    , m_main(std::make_shared<RecordRow>(schema.Main))
+{
+    const auto key = std::dynamic_pointer_cast<tvField>(m_main->Item(schema.Main.keyColumn()));
+    for (const CollectionSchema& child : schema.Collections) {
+        std::shared_ptr<FieldCell> primary;
+        if (!child.PrimaryColumn.isEmpty())
+            primary = {m_main, &m_main->cell(child.PrimaryColumn)}; // keeps the row alive
+        m_collections.push_back(std::make_shared<RecordCollection>(child, key, std::move(primary)));
+    }
+}
+
+void Record::adoptChildren()
+{
+    m_main->setOwner(weak_from_this(), weak_from_this());
+    for (const RecordCollectionPtr& rows : m_collections)
+        rows->setOwner(weak_from_this(), weak_from_this());
+}
+
+HostObjectPtr Record::Item(const QString& name)
+{
+    if (sameName(name, m_schema.Main.Table))
+        return m_main;
+    return collection(name);
+}
+
+RecordCollectionPtr Record::collection(const QString& name) const
+{
+    const auto found = std::find_if(m_collections.begin(), m_collections.end(),
+                                    [&name](const auto& rows) { return sameName(rows->name(), name); });
+    return found == m_collections.end() ? nullptr : *found;
+}
+
+qint64 Record::key() const
+{
+    const QVariant key = m_main->keyValue();
+    return IsNull(key) ? 0 : key.toLongLong();
+}
+
+bool Record::isChanged() const
+{
+    return m_main->isChanged() || std::any_of(m_collections.begin(), m_collections.end(),
+                                              [](const auto& rows) { return rows->isChanged(); });
+}
+
+void Record::checkLengths() const
+{
+    m_main->checkLengths(0);
+    for (const RecordCollectionPtr& rows : m_collections) {
+        int position = 0;
+        for (const RecordRowPtr& row : rows->rows())
+            row->checkLengths(++position);
+    }
+}
+
+void Record::markSaved(int rowVersion)
+{
+    m_main->markSaved();
+    for (const RecordCollectionPtr& rows : m_collections)
+        rows->markSaved();
+    m_rowVersion = rowVersion;
+}
+
+} // namespace tavrin

@@ -1,0 +1,135 @@
+#include "host/RecordSchema.h"
+
+#include <algorithm>
+
+namespace tavrin {
+
+namespace {
+
+ColumnSchema number(const char* name)
+{
+    return {QString::fromLatin1(name), ColumnType::Integer};
+}
+
+ColumnSchema text(const char* name, qint32 maxLength = 0)
+{
+    return {QString::fromLatin1(name), ColumnType::Text, maxLength};
+}
+
+ColumnSchema yesNo(const char* name)
+{
+    return {QString::fromLatin1(name), ColumnType::Boolean};
+}
+
+ColumnSchema date(const char* name)
+{
+    return {QString::fromLatin1(name), ColumnType::Date};
+}
+
+ColumnSchema dateTime(const char* name)
+{
+    return {QString::fromLatin1(name), ColumnType::DateTime};
+}
+
+ColumnSchema key(const char* name)
+{
+    return {QString::fromLatin1(name), ColumnType::Integer, 0, true};
+}
+
+ColumnSchema link(const char* name)
+{
+    return {QString::fromLatin1(name), ColumnType::Integer, 0, true, true};
+}
+
+TableSchema child(const char* table, QList<ColumnSchema> columns)
+{
+    const QString name = QString::fromLatin1(table);
+    columns.prepend(key("SeqNo"));
+    columns.prepend(link("IncidentNo"));
+    return {QStringLiteral("Incident"), name, QStringLiteral("Incident.") + name, std::move(columns)};
+}
+
+RecordSchema makeIncident()
+{
+    const QString incident = QStringLiteral("Incident");
+    constexpr qint32 nameLength = 80;
+    RecordSchema schema;
+    schema.Main = {incident, incident, QStringLiteral("Incident.Incident"),
+                   {key("IncidentNo"), text("CaseNo", 20), dateTime("ReportedAt"), dateTime("OccurredAt"),
+                    text("Summary", 200), text("Address", 120), text("City", 60), text("Status", 20),
+                    number("LocationTypeNo"), number("WeaponNo"), number("BiasNo"), text("Narrative", 100000),
+                    number("PrimaryOffenseSeqNo")}};
+    schema.Collections = {
+        {QStringLiteral("Offenses"), child("IncdOffense", {number("OffenseNo"), yesNo("Completed")}),
+         QStringLiteral("PrimaryOffenseSeqNo")},
+        {QStringLiteral("Suspects"),
+         child("IncdSuspect",
+               {text("SuspectName", nameLength), date("DateOfBirth"), number("RaceNo"), number("SexNo")}),
+         {}},
+        {QStringLiteral("Victims"),
+         child("IncdVictim",
+               {text("VictimName", nameLength), date("DateOfBirth"), number("SexNo"), number("InjuryNo")}),
+         {}},
+        {QStringLiteral("Witnesses"), child("IncdWitness", {text("WitnessName", nameLength)}), {}},
+        {QStringLiteral("Others"), child("IncdOther", {text("OtherName", nameLength)}), {}},
+    };
+    return schema;
+}
+
+QList<TableSchema> makeAllTables()
+{
+    QList<TableSchema> tables{incidentSchema().Main};
+    for (const CollectionSchema& collection : incidentSchema().Collections)
+        tables << collection.Table;
+    const QString personnel = QStringLiteral("Personnel");
+    tables << TableSchema{personnel,
+                          QStringLiteral("Employee"),
+                          QStringLiteral("Personnel.Employee"),
+                          {key("OfficerNo"), text("OfficerId", 20), text("Name", 80), text("BadgeNo", 20),
+                           yesNo("Active"), yesNo("K9Handler"), date("Hired"), date("LeftOn")}};
+    return tables;
+}
+
+bool sameName(const QString& a, const QString& b)
+{
+    return a.compare(b, Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
+
+int TableSchema::indexOf(const QString& column) const
+{
+    const auto found = std::find_if(Columns.begin(), Columns.end(),
+                                    [&column](const ColumnSchema& c) { return sameName(c.Name, column); });
+    return found == Columns.end() ? -1 : static_cast<int>(found - Columns.begin());
+}
+
+QString TableSchema::keyColumn() const
+{
+    const auto found = std::find_if(Columns.begin(), Columns.end(),
+                                    [](const ColumnSchema& c) { return c.IsKey && !c.IsLink; });
+    return found == Columns.end() ? QString() : found->Name;
+}
+
+const RecordSchema& incidentSchema()
+{
+    static const RecordSchema schema = makeIncident();
+    return schema;
+}
+
+const QList<TableSchema>& allTables()
+{
+    static const QList<TableSchema> tables = makeAllTables();
+    return tables;
+}
+
+const TableSchema* tableOfRowClass(const QString& rowClass)
+{
+    const QList<TableSchema>& tables = allTables();
+    const auto found = std::find_if(tables.begin(), tables.end(), [&rowClass](const TableSchema& table) {
+        return sameName(table.RowClass, rowClass);
+    });
+    return found == tables.end() ? nullptr : &*found;
+}
+
+} // namespace tavrin

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+namespace tavrin {
+
+enum class ColumnType
+{
+    Integer,
+    Text,
+    Boolean,
+    Date,
+    DateTime,
+};
+
+/// One column of a record's table.
+struct ColumnSchema
+{
+    QString Name;
+    ColumnType Type = ColumnType::Text;
+    /// In UTF-16 units; 0 for no limit.
+    qint32 MaxLength = 0;
+    bool IsKey = false;
+    /// The column holds the key of the record above.
+    bool IsLink = false;
+};
+
+/// One table, and the class name of its rows.
+struct TableSchema
+{
+    QString Module;
+    QString Table;
+    QString RowClass;
+    QList<ColumnSchema> Columns;
+
+    /// Index of a column, its name compared without case; -1 for none.
+    int indexOf(const QString& column) const;
+    /// The key that tells the rows of one record apart; "" for none.
+    QString keyColumn() const;
+};
+
+/// A child collection of a record.
+struct CollectionSchema
+{
+    QString Name;
+    TableSchema Table;
+    /// Column of the main table that holds the key of the primary row; "" where there is no primary row.
+    QString PrimaryColumn;
+};
+
+/// A record: its main row and its child collections.
+struct RecordSchema
+{
+    TableSchema Main;
+    QList<CollectionSchema> Collections;
+};
+
+const RecordSchema& incidentSchema();
+
+/// Every table of the host that forms may ask about: those of the records and those of the lists.
+const QList<TableSchema>& allTables();
+
+/// The table whose rows have this class name; nullptr when there is none.
+const TableSchema* tableOfRowClass(const QString& rowClass);
+
+} // namespace tavrin

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "host/Database.h"
+#include "host/Record.h"
+
+#include <QDateTime>
+
+namespace tavrin {
+
+/// One line of a list of incidents.
+struct IncidentSummary
+{
+    qint64 IncidentNo = 0;
+    QString CaseNo;
+    QDateTime ReportedAt;
+    QString Summary;
+    QString Address;
+    QString City;
+    QString Status;
+};
+
+/// Loads and saves incidents.
+class RecordStore
+{
+public:
+    explicit RecordStore(Database& database);
+    ~RecordStore();
+    RecordStore(const RecordStore&) = delete;
+    RecordStore& operator=(const RecordStore&) = delete;
+
+    /// The incidents whose case number, summary or address holds `search` as it stands, without regard to
+    /// case; all of them for "". Newest first; at most `limit` of them, 0 for all.
+    QList<IncidentSummary> list(const QString& search = {}, int limit = 0);
+
+    /// A new incident, which has no number until it is saved.
+    RecordPtr create();
+    /// Raises an `Error` when there is no such incident.
+    RecordPtr load(qint64 incidentNo);
+
+    /// Writes the record in one transaction; nothing when nothing has changed since it was loaded. A new
+    /// record gets its number.
+    ///
+    /// Raises an `Error` when a text is too long, the case number is taken, somebody else has saved or
+    /// deleted the incident since it was loaded, or the database fails. The database and the record are then
+    /// as before, and the record can be saved again.
+    void save(Record& record);
+
+    /// Raised with the incident's number after each save that wrote something.
+    Event<qint64> Saved;
+
+private:
+    void insertMain(const Record& record);
+    void updateMain(const Record& record);
+    /// Counts the record's version up; raises an `Error` when it is not the one that was loaded.
+    void takeVersion(const Record& record);
+    void checkCaseNumber(const Record& record);
+    void writeRows(const RecordCollection& rows);
+    void loadRows(RecordCollection& rows, qint64 incidentNo);
+    void attachRemover(Record& record);
+    void removeRowNow(Record& record, const RecordCollection& rows, const RecordRow& row);
+
+    Database& m_database;
+    std::shared_ptr<RecordStore*> m_self; // lets records outlive the store
+};
+
+} // namespace tavrin

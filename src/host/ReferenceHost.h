@@ -1,0 +1,77 @@
+#pragma once
+
+#include "frame/host_contracts/Host.h"
+#include "host/Database.h"
+
+#include <QString>
+
+#include <memory>
+
+namespace tavrin {
+
+enum class Theme
+{
+    Light,
+    Dark,
+};
+
+/// What a host needs to know besides its database.
+struct ReferenceHostOptions
+{
+    /// Sign-on name of the person at the workstation.
+    QString UserId;
+    /// The workstation's folder; "" takes the platform's place for the data of applications.
+    QString WorkstationFolder;
+    /// "" takes the platform's own.
+    QString DownloadsFolder;
+};
+
+/// Every service of a host over one database.
+///
+/// Lists, settings and rights are read when the host is made and kept until `refreshCaches`. What this host
+/// does not offer raises an `Error` with the number `Error::NoSuchComponentNumber` when it is called.
+class ReferenceHost : public Host
+{
+public:
+    /// The database must outlive the host. Raises an `Error` when the lists cannot be read.
+    ReferenceHost(Database& database, const ReferenceHostOptions& options);
+    ~ReferenceHost() override;
+
+    /// Reads the lists again, then raises `CacheRefreshed` with the names of those that have changed.
+    /// Raises an `Error` when reading fails; the lists then stay as they were and the event is not raised.
+    void refreshCaches();
+    /// Refreshes when another connection has changed the database since the last look; returns whether it
+    /// has.
+    bool refreshIfChanged();
+
+    void setTheme(Theme theme);
+    Theme theme() const;
+
+    HostServices& hostServices() override;
+    XmlFactory& xmlFactory() override;
+    Session& session() override;
+    UiServices& uiServices() override;
+    ListFilling& listFilling() override;
+    Images& images() override;
+    Environment& environment() override;
+
+    std::unique_ptr<TableCodeCache> newTableCodeCache() override;
+    std::unique_ptr<EmployeeListCache> newEmployeeListCache() override;
+    std::unique_ptr<OffenseListCache> newOffenseListCache() override;
+    std::unique_ptr<UsersCache> newUsersCache() override;
+    std::unique_ptr<ThumbnailService> newThumbnailService() override;
+    std::unique_ptr<AttachmentFolders> newAttachmentFolders() override;
+    std::unique_ptr<tvCustomDictionary> newCustomDictionary() override;
+    std::unique_ptr<Downloader> newDownloader() override;
+    std::unique_ptr<Uploader> newUploader() override;
+    tvTableCollectionPtr newTableCollection() override;
+    std::shared_ptr<NibrsModuleService> createNibrsModule(const QString& className) override;
+
+private:
+    struct Services;
+    Database& m_database;
+    std::unique_ptr<Services> m_services;
+    qint64 m_dataVersion = 0;
+};
+
+} // namespace tavrin
