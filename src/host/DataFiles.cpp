@@ -2,6 +2,7 @@
 
 #include "base/Error.h"
 
+#include <QDir>
 #include <QFile>
 #include <QStringDecoder>
 
@@ -119,10 +120,14 @@ QByteArray DataFiles::read(const QString& name) const
     return file.readAll();
 }
 
+QStringList DataFiles::find(const QString& folder, const QString& pattern) const
+{
+    return QDir(path(folder)).entryList({pattern}, QDir::Files, QDir::Name);
+}
+
 QStringList DataFiles::words(const QString& name) const
 {
-    QStringList words =
-        decoded(read(name), path(name)).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QStringList words = decoded(read(name), path(name)).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     if (words.isEmpty())
         throw Error(QStringLiteral("%1: the file has no entries").arg(path(name)));
     return words;

@@ -20,6 +20,8 @@ public:
     QString path(const QString& name) const;
     /// Raises an `Error` that names a file which cannot be read.
     QByteArray read(const QString& name) const;
+    /// Names of the files in a folder that fit a pattern, as in "84-*.csv".
+    QStringList find(const QString& folder, const QString& pattern) const;
     /// The lines of a word list, in their order. Raises an `Error` for a file that cannot be read or has no
     /// entries.
     QStringList words(const QString& name) const;

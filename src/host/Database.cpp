@@ -132,8 +132,9 @@ qint64 Database::nextKey(const QString& sequence)
 
 int Database::schemaNumber()
 {
-    Statement tables(*this, QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE type = 'table' AND name = "
-                                           "'schema_migration'"));
+    Statement tables(*this,
+                     QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE type = 'table' AND name = "
+                                    "'schema_migration'"));
     tables.run();
     tables.next();
     if (tables.number(0) == 0)

@@ -37,9 +37,10 @@ void checkFolder(const QFileInfo& file)
                               "Ask for access to the folder."),
                file.filePath());
     if (isNetworkFileSystem(QStorageInfo(folder.filePath()).fileSystemType()))
-        refuse(QStringLiteral("The database %1 lies on a network file system. SQLite is for one workstation's "
-                              "file only: move it to a disk of this computer, or use a database server."),
-               file.filePath());
+        refuse(
+            QStringLiteral("The database %1 lies on a network file system. SQLite is for one workstation's "
+                           "file only: move it to a disk of this computer, or use a database server."),
+            file.filePath());
 }
 
 /// The first bytes of the file; fewer when it is shorter.
@@ -71,9 +72,10 @@ void checkWritable(const QFileInfo& file)
         refuse(QStringLiteral("The database %1 is read-only. Ask for permission to write to the file."),
                file.filePath());
     if (!QFileInfo(file.absolutePath()).isWritable())
-        refuse(QStringLiteral("The database %1 lies in a folder that is read-only. Ask for permission to write "
-                              "to the folder."),
-               file.filePath());
+        refuse(
+            QStringLiteral("The database %1 lies in a folder that is read-only. Ask for permission to write "
+                           "to the folder."),
+            file.filePath());
 }
 
 bool hasLeftoverJournal(const QString& path)
@@ -158,9 +160,10 @@ void checkDatabaseFile(const QString& path, OpenMode mode, const DatabaseOptions
         if (mode == OpenMode::ExistingOnly)
             refuse(QStringLiteral("The database %1 does not exist. Check the path."), path);
         if (!QFileInfo(file.absolutePath()).isWritable())
-            refuse(QStringLiteral("The database %1 cannot be made: its folder is read-only. Ask for permission "
-                                  "to write to the folder."),
-                   path);
+            refuse(
+                QStringLiteral("The database %1 cannot be made: its folder is read-only. Ask for permission "
+                               "to write to the folder."),
+                path);
         return;
     }
     if (!file.isFile())
@@ -176,10 +179,10 @@ void checkDatabaseFile(const QString& path, OpenMode mode, const DatabaseOptions
 
 bool isNetworkFileSystem(const QByteArray& fileSystemType)
 {
-    static constexpr std::array names{
-        "nfs",  "nfs4",          "cifs",           "smb3",          "smb2",        "smbfs", "ncpfs",
-        "afs",  "ceph",          "fuse.sshfs",     "fuse.rclone",   "fuse.s3fs",   "coda",  "fuse.glusterfs",
-        "9p",   "fuse.davfs",    "fuse.smbnetfs",  "davfs",         "fuse.gvfsd-fuse"};
+    static constexpr std::array names{"nfs",         "nfs4",          "cifs",  "smb3",           "smb2",
+                                      "smbfs",       "ncpfs",         "afs",   "ceph",           "fuse.sshfs",
+                                      "fuse.rclone", "fuse.s3fs",     "coda",  "fuse.glusterfs", "9p",
+                                      "fuse.davfs",  "fuse.smbnetfs", "davfs", "fuse.gvfsd-fuse"};
     const QByteArray type = fileSystemType.toLower();
     return std::any_of(names.begin(), names.end(), [&type](const char* name) { return type == name; });
 }

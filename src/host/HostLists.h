@@ -65,7 +65,7 @@ private:
     QSet<QString> m_required;
 
     // Built at the first call, then only cloned.
-    mutable std::map<int, XmlDocument> m_tableDocuments;
+    mutable std::map<int, std::unique_ptr<XmlDocument>> m_tableDocuments;
     mutable std::unique_ptr<XmlDocument> m_employeeDocument;
     mutable std::unique_ptr<XmlDocument> m_offenseDocument;
     mutable std::unique_ptr<XmlDocument> m_userDocument;

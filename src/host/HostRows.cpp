@@ -51,8 +51,9 @@ void insertRows(Database& database, const QList<UserRow>& rows)
 
 void insertRows(Database& database, const QList<OffenseRow>& rows)
 {
-    Statement insert(database, QStringLiteral("INSERT INTO offense_code (offense_no, offense_id, description, "
-                                              "rpt_code, active) VALUES (?, ?, ?, ?, ?)"));
+    Statement insert(database,
+                     QStringLiteral("INSERT INTO offense_code (offense_no, offense_id, description, "
+                                    "rpt_code, active) VALUES (?, ?, ?, ?, ?)"));
     for (const OffenseRow& row : rows)
         insert.run({row.OffenseNo, row.OffenseId, row.Description, row.RptCode, row.Active});
 }

@@ -15,6 +15,8 @@ struct CodeTableRow
     int TableNo = 0;
     QString Name;
     QString Source;
+
+    friend bool operator==(const CodeTableRow&, const CodeTableRow&) = default;
 };
 
 struct CodeValueRow
@@ -25,6 +27,8 @@ struct CodeValueRow
     QString DisplayText;
     bool Active = true;
     int SortOrder = 0;
+
+    friend bool operator==(const CodeValueRow&, const CodeValueRow&) = default;
 };
 
 struct EmployeeRow
@@ -37,6 +41,8 @@ struct EmployeeRow
     bool K9Handler = false;
     QDate Hired;
     QDate LeftOn; ///< null while the person is there
+
+    friend bool operator==(const EmployeeRow&, const EmployeeRow&) = default;
 };
 
 struct UserRow
@@ -47,6 +53,8 @@ struct UserRow
     QString OfficerId; ///< "" for a user who is no officer
     QString BadgeNo;
     bool Active = true;
+
+    friend bool operator==(const UserRow&, const UserRow&) = default;
 };
 
 struct OffenseRow
@@ -56,6 +64,8 @@ struct OffenseRow
     QString Description;
     QString RptCode;
     bool Active = true;
+
+    friend bool operator==(const OffenseRow&, const OffenseRow&) = default;
 };
 
 /// Each inserts all rows or, as part of the caller's transaction, raises an `Error`.

@@ -42,12 +42,13 @@ void run(Database& database, const Migration& migration)
     // Another program may have brought the schema up to date while this one waited for the lock.
     if (database.schemaNumber() >= migration.Number)
         return;
-    database.execute(QStringLiteral("CREATE TABLE IF NOT EXISTS schema_migration (number INTEGER PRIMARY KEY, "
-                                    "name TEXT NOT NULL, applied_at TEXT NOT NULL)"));
+    database.execute(
+        QStringLiteral("CREATE TABLE IF NOT EXISTS schema_migration (number INTEGER PRIMARY KEY, "
+                       "name TEXT NOT NULL, applied_at TEXT NOT NULL)"));
     for (const QString& statement : splitScript(migration.Sql))
         database.execute(statement);
-    Statement note(database,
-                   QStringLiteral("INSERT INTO schema_migration (number, name, applied_at) VALUES (?, ?, ?)"));
+    Statement note(
+        database, QStringLiteral("INSERT INTO schema_migration (number, name, applied_at) VALUES (?, ?, ?)"));
     note.run({migration.Number, migration.Name, QDateTime::currentDateTimeUtc().toString(Qt::ISODate)});
     transaction.commit();
 }

@@ -14,7 +14,7 @@ RecordCollection::RecordCollection()
 }
 
 RecordCollection::RecordCollection(const CollectionSchema& schema, tvFieldPtr link,
- std::shared_ptr<FieldCell> primary)
+                                   std::shared_ptr<FieldCell> primary)
     : m_schema(schema)
     , m_link(std::move(link))
     , m_primary(std::move(primary))
@@ -62,7 +62,8 @@ tvTableRowPtr RecordCollection::AddNew()
 void RecordCollection::checkAddable(const RecordRowPtr& row) const
 {
     if (!row || row->table().RowClass != m_schema.Table.RowClass)
-        throw Error(QStringLiteral("The row is not of the collection's class %1").arg(m_schema.Table.RowClass));
+        throw Error(
+            QStringLiteral("The row is not of the collection's class %1").arg(m_schema.Table.RowClass));
     if (std::find(m_rows.begin(), m_rows.end(), row) != m_rows.end())
         throw Error(QStringLiteral("The row is in the collection already"));
     if (!row->IsNew() && std::find(m_removed.begin(), m_removed.end(), row) == m_removed.end())

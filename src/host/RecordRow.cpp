@@ -80,7 +80,8 @@ void RecordRow::checkLengths(int position) const
 
 bool RecordRow::isChanged() const
 {
-    return std::any_of(m_cells.begin(), m_cells.end(), [](const FieldCell* cell) { return cell->isChanged(); });
+    return std::any_of(m_cells.begin(), m_cells.end(),
+                       [](const FieldCell* cell) { return cell->isChanged(); });
 }
 
 void RecordRow::markSaved()

@@ -54,7 +54,9 @@ RecordSchema makeIncident()
     const QString incident = QStringLiteral("Incident");
     constexpr qint32 nameLength = 80;
     RecordSchema schema;
-    schema.Main = {incident, incident, QStringLiteral("Incident.Incident"),
+    schema.Main = {incident,
+                   incident,
+                   QStringLiteral("Incident.Incident"),
                    {key("IncidentNo"), text("CaseNo", 20), dateTime("ReportedAt"), dateTime("OccurredAt"),
                     text("Summary", 200), text("Address", 120), text("City", 60), text("Status", 20),
                     number("LocationTypeNo"), number("WeaponNo"), number("BiasNo"), text("Narrative", 100000),

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <optional>
 
 namespace tavrin {
 
@@ -52,32 +51,37 @@ QString caseName(const Record& record)
     return caseNo.isEmpty() ? QStringLiteral("without a number") : caseNo;
 }
 
-/// Gives a new record its key, and takes it back unless the save has come to its end.
-class KeyAssignment
+} // namespace
+
+/// Gives a new record its key, and takes it back unless the save comes to its end.
+class RecordStore::KeyAssignment
 {
 public:
-    KeyAssignment(Record& record, qint64 key)
+    explicit KeyAssignment(Record& record)
         : m_cell(record.mainRow()->cell(record.schema().Main.keyColumn()))
         , m_before(m_cell.value())
     {
-        m_cell.assignKey(key);
     }
     ~KeyAssignment()
     {
-        if (!m_kept)
+        if (m_assigned)
             m_cell.assignKey(m_before);
     }
     KeyAssignment(const KeyAssignment&) = delete;
     KeyAssignment& operator=(const KeyAssignment&) = delete;
-    void keep() { m_kept = true; }
+
+    void assign(qint64 key)
+    {
+        m_assigned = true;
+        m_cell.assignKey(key);
+    }
+    void keep() { m_assigned = false; }
 
 private:
     FieldCell& m_cell;
     QVariant m_before;
-    bool m_kept = false;
+    bool m_assigned = false;
 };
-
-} // namespace
 
 RecordStore::RecordStore(Database& database)
     : m_database(database)
@@ -92,10 +96,11 @@ QList<IncidentSummary> RecordStore::list(const QString& search, int limit)
     const QString wanted = search.trimmed();
     if (!canBeFound(wanted))
         return {};
-    Statement find(m_database, QStringLiteral("SELECT IncidentNo, CaseNo, ReportedAt, Summary, Address, City, "
-                                              "Status FROM incident WHERE SearchText LIKE ? ESCAPE '\\' "
-                                              "ORDER BY CASE WHEN ReportedAt IS NULL THEN 1 ELSE 0 END, "
-                                              "ReportedAt DESC, IncidentNo DESC LIMIT ?"));
+    Statement find(m_database,
+                   QStringLiteral("SELECT IncidentNo, CaseNo, ReportedAt, Summary, Address, City, "
+                                  "Status FROM incident WHERE SearchText LIKE ? ESCAPE '\\' "
+                                  "ORDER BY CASE WHEN ReportedAt IS NULL THEN 1 ELSE 0 END, "
+                                  "ReportedAt DESC, IncidentNo DESC LIMIT ?"));
     find.run({containsPattern(wanted), limit > 0 ? limit : std::numeric_limits<int>::max()});
     QList<IncidentSummary> summaries;
     while (find.next()) {
@@ -121,11 +126,13 @@ RecordPtr RecordStore::load(qint64 incidentNo)
 {
     Transaction oneState(m_database, Transaction::Kind::Read);
     const TableSchema& main = incidentSchema().Main;
-    Statement find(m_database, QStringLiteral("SELECT %1, RowVersion FROM incident WHERE IncidentNo = ?")
-                                   .arg(columnList(main)));
+    Statement find(
+        m_database,
+        QStringLiteral("SELECT %1, RowVersion FROM incident WHERE IncidentNo = ?").arg(columnList(main)));
     find.bind(incidentNo).run();
     if (!find.next())
-        throw Error(QStringLiteral("The incident %1 is not there any more. Refresh the list.").arg(incidentNo));
+        throw Error(
+            QStringLiteral("The incident %1 is not there any more. Refresh the list.").arg(incidentNo));
 
     RecordPtr record = create();
     loadCells(find, *record->mainRow());
@@ -152,11 +159,29 @@ void RecordStore::save(Record& record)
     if (!record.isNew() && !record.isChanged())
         return;
     record.checkLengths();
+    KeyAssignment key(record);
     Transaction transaction(m_database);
-    std::optional<KeyAssignment> newKey;
+    write(record, key);
+    transaction.commit();
+    key.keep();
+    record.markSaved(record.rowVersion() + 1);
+    Saved.raise(record.key());
+}
+
+void RecordStore::saveWithin(Record& record)
+{
+    record.checkLengths();
+    KeyAssignment key(record);
+    write(record, key);
+    key.keep();
+    record.markSaved(record.rowVersion() + 1);
+}
+
+void RecordStore::write(Record& record, KeyAssignment& key)
+{
     checkCaseNumber(record);
     if (record.isNew()) {
-        newKey.emplace(record, m_database.nextKey(QStringLiteral("incident")));
+        key.assign(m_database.nextKey(QStringLiteral("incident")));
         insertMain(record);
     } else {
         takeVersion(record);
@@ -164,12 +189,6 @@ void RecordStore::save(Record& record)
     }
     for (const RecordCollectionPtr& rows : record.collections())
         writeRows(*rows);
-    transaction.commit();
-
-    if (newKey)
-        newKey->keep();
-    record.markSaved(record.rowVersion() + 1);
-    Saved.raise(record.key());
 }
 
 void RecordStore::checkCaseNumber(const Record& record)
@@ -196,8 +215,9 @@ void RecordStore::insertMain(const Record& record)
 
 void RecordStore::takeVersion(const Record& record)
 {
-    Statement take(m_database, QStringLiteral("UPDATE incident SET RowVersion = RowVersion + 1, SearchText = ? "
-                                              "WHERE IncidentNo = ? AND RowVersion = ?"));
+    Statement take(m_database,
+                   QStringLiteral("UPDATE incident SET RowVersion = RowVersion + 1, SearchText = ? "
+                                  "WHERE IncidentNo = ? AND RowVersion = ?"));
     take.run({searchText(*record.mainRow()), record.key(), record.rowVersion()});
     if (take.affectedRows() == 1)
         return;
@@ -205,9 +225,10 @@ void RecordStore::takeVersion(const Record& record)
     find.bind(record.key()).run();
     find.next();
     if (find.number(0) == 0)
-        throw Error(QStringLiteral("The case %1 has been deleted by somebody else since you opened it. Nothing "
-                                   "was saved: note your changes, then make a new case for them.")
-                        .arg(caseName(record)));
+        throw Error(
+            QStringLiteral("The case %1 has been deleted by somebody else since you opened it. Nothing "
+                           "was saved: note your changes, then make a new case for them.")
+                .arg(caseName(record)));
     throw Error(QStringLiteral("Somebody else has saved the case %1 since you opened it. Nothing was saved: "
                                "open the case again and make your changes there.")
                     .arg(caseName(record)));
@@ -254,12 +275,14 @@ void RecordStore::removeRowNow(Record& record, const RecordCollection& rows, con
                                               "WHERE IncidentNo = ? AND RowVersion = ?"));
     take.run({record.key(), record.rowVersion()});
     if (take.affectedRows() != 1)
-        throw Error(QStringLiteral("Somebody else has saved or deleted the case %1 since you opened it. Nothing "
-                                   "was removed: open the case again.")
-                        .arg(caseName(record)));
+        throw Error(
+            QStringLiteral("Somebody else has saved or deleted the case %1 since you opened it. Nothing "
+                           "was removed: open the case again.")
+                .arg(caseName(record)));
     if (!primary.isEmpty()) {
-        Statement clear(m_database, QStringLiteral("UPDATE incident SET %1 = NULL WHERE IncidentNo = ? AND %1 = ?")
-                                        .arg(primary));
+        Statement clear(
+            m_database,
+            QStringLiteral("UPDATE incident SET %1 = NULL WHERE IncidentNo = ? AND %1 = ?").arg(primary));
         clear.run({record.key(), row.keyValue()});
     }
     deleteRow(m_database, row);

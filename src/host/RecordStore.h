@@ -45,10 +45,16 @@ public:
     /// as before, and the record can be saved again.
     void save(Record& record);
 
+    /// The same as part of the caller's transaction; if that fails, the record is to be thrown away. Raises
+    /// no `Saved`.
+    void saveWithin(Record& record);
+
     /// Raised with the incident's number after each save that wrote something.
     Event<qint64> Saved;
 
 private:
+    class KeyAssignment;
+    void write(Record& record, KeyAssignment& key);
     void insertMain(const Record& record);
     void updateMain(const Record& record);
     /// Counts the record's version up; raises an `Error` when it is not the one that was loaded.

@@ -70,8 +70,8 @@ public:
 private:
     struct Services;
     Database& m_database;
+    qint64 m_dataVersion; // read before the lists, so that no change falls in between
     std::unique_ptr<Services> m_services;
-    qint64 m_dataVersion = 0;
 };
 
 } // namespace tavrin

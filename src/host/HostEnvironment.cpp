@@ -1,0 +1,51 @@
+#include "host/HostEnvironment.h"
+
+#include "base/Error.h"
+#include "host/NotOffered.h"
+
+#include <QDir>
+#include <QStandardPaths>
+
+namespace tavrin {
+
+namespace {
+
+QString placeOr(const QString& given, QStandardPaths::StandardLocation location)
+{
+    const QString place = given.isEmpty() ? QStandardPaths::writableLocation(location) : given;
+    // Cleaning takes the separator off the end.
+    return QDir::cleanPath(place);
+}
+
+} // namespace
+
+HostEnvironment::HostEnvironment(const QString& workstationFolder, const QString& downloadsFolder)
+    : m_workstationFolder(placeOr(workstationFolder, QStandardPaths::AppLocalDataLocation))
+    , m_downloadsFolder(placeOr(downloadsFolder, QStandardPaths::DownloadLocation))
+{
+}
+
+QString HostEnvironment::GetDictionaryFolder()
+{
+    if (!QDir().mkpath(m_workstationFolder))
+        throw Error(QStringLiteral("The workstation's folder %1 cannot be made")
+                        .arg(QDir::toNativeSeparators(m_workstationFolder)));
+    return m_workstationFolder;
+}
+
+void HostEnvironment::RefreshSupportFile(const QString& name)
+{
+    raiseNotOffered(QStringLiteral("the support file %1").arg(name));
+}
+
+int HostEnvironment::GetErrorNumber(int code)
+{
+    return FirstErrorNumber + code;
+}
+
+QString HostEnvironment::GetDownloadsFolder()
+{
+    return m_downloadsFolder;
+}
+
+} // namespace tavrin

@@ -1,0 +1,168 @@
+#include "host/ReferenceHost.h"
+
+#include "base/Error.h"
+#include "host/HostCaches.h"
+#include "host/HostEnvironment.h"
+#include "host/HostImages.h"
+#include "host/HostListFilling.h"
+#include "host/HostSession.h"
+#include "host/HostUiServices.h"
+#include "host/NotOffered.h"
+#include "host/RecordCollection.h"
+#include "host/ReferenceHostServices.h"
+
+namespace tavrin {
+
+struct ReferenceHost::Services
+{
+    Services(Database& database, const ReferenceHostOptions& options)
+        : lists(std::make_shared<HostListsHolder>())
+        , hostServices(*lists)
+        , session(*lists, options.UserId)
+        , listFilling(*lists)
+        , environment(options.WorkstationFolder, options.DownloadsFolder)
+    {
+        lists->Lists = HostLists::read(database);
+    }
+
+    std::shared_ptr<HostListsHolder> lists; // caches that controls keep share it
+    ReferenceHostServices hostServices;
+    ReferenceXmlFactory xmlFactory;
+    HostSession session;
+    HostUiServices uiServices;
+    HostListFilling listFilling;
+    HostImages images;
+    HostEnvironment environment;
+};
+
+ReferenceHost::ReferenceHost(Database& database, const ReferenceHostOptions& options)
+    : m_database(database)
+    , m_dataVersion(database.dataVersion())
+    , m_services(std::make_unique<Services>(database, options))
+{
+}
+
+ReferenceHost::~ReferenceHost() = default;
+
+void ReferenceHost::refreshCaches()
+{
+    const auto before = m_services->lists->Lists;
+    const qint64 version = m_database.dataVersion();
+    m_services->lists->Lists = HostLists::read(m_database);
+    m_dataVersion = version;
+    const CacheRefreshInfo info{m_services->lists->Lists->differencesFrom(*before)};
+    m_services->hostServices.Events().CacheRefreshed.raise(info);
+}
+
+bool ReferenceHost::refreshIfChanged()
+{
+    if (m_database.dataVersion() == m_dataVersion)
+        return false;
+    refreshCaches();
+    return true;
+}
+
+void ReferenceHost::setTheme(Theme theme)
+{
+    m_services->uiServices.setTheme(theme);
+}
+
+Theme ReferenceHost::theme() const
+{
+    return m_services->uiServices.theme();
+}
+
+HostServices& ReferenceHost::hostServices()
+{
+    return m_services->hostServices;
+}
+
+XmlFactory& ReferenceHost::xmlFactory()
+{
+    return m_services->xmlFactory;
+}
+
+Session& ReferenceHost::session()
+{
+    return m_services->session;
+}
+
+UiServices& ReferenceHost::uiServices()
+{
+    return m_services->uiServices;
+}
+
+ListFilling& ReferenceHost::listFilling()
+{
+    return m_services->listFilling;
+}
+
+Images& ReferenceHost::images()
+{
+    return m_services->images;
+}
+
+Environment& ReferenceHost::environment()
+{
+    return m_services->environment;
+}
+
+std::unique_ptr<TableCodeCache> ReferenceHost::newTableCodeCache()
+{
+    return std::make_unique<HostTableCodeCache>(m_services->lists);
+}
+
+std::unique_ptr<EmployeeListCache> ReferenceHost::newEmployeeListCache()
+{
+    return std::make_unique<HostEmployeeListCache>(m_services->lists);
+}
+
+std::unique_ptr<OffenseListCache> ReferenceHost::newOffenseListCache()
+{
+    return std::make_unique<HostOffenseListCache>(m_services->lists);
+}
+
+std::unique_ptr<UsersCache> ReferenceHost::newUsersCache()
+{
+    return std::make_unique<HostUsersCache>(m_services->lists);
+}
+
+std::unique_ptr<ThumbnailService> ReferenceHost::newThumbnailService()
+{
+    return makeMissingThumbnailService();
+}
+
+std::unique_ptr<AttachmentFolders> ReferenceHost::newAttachmentFolders()
+{
+    return makeMissingAttachmentFolders();
+}
+
+std::unique_ptr<tvCustomDictionary> ReferenceHost::newCustomDictionary()
+{
+    return makeMissingCustomDictionary();
+}
+
+std::unique_ptr<Downloader> ReferenceHost::newDownloader()
+{
+    return makeMissingDownloader();
+}
+
+std::unique_ptr<Uploader> ReferenceHost::newUploader()
+{
+    return makeMissingUploader();
+}
+
+tvTableCollectionPtr ReferenceHost::newTableCollection()
+{
+    return std::make_shared<RecordCollection>();
+}
+
+std::shared_ptr<NibrsModuleService> ReferenceHost::createNibrsModule(const QString& className)
+{
+    if (className != QStringLiteral("NIBRS.Singletons"))
+        throw Error(QStringLiteral("This host has no component %1").arg(className),
+                    Error::NoSuchComponentNumber);
+    return std::make_shared<HostNibrsModule>(m_services->lists);
+}
+
+} // namespace tavrin

@@ -1,0 +1,54 @@
+#include "host/ReferenceHostServices.h"
+
+#include "host/NotOffered.h"
+#include "host/RecordRow.h"
+
+namespace tavrin {
+
+ReferenceHostServices::ReferenceHostServices(const HostListsHolder& lists)
+    : m_lists(lists)
+{
+}
+
+TableValues ReferenceHostServices::GetTableValues(TableNumber table, bool includeInactive,
+                                                  const QVariant& leftOut, bool reserved)
+{
+    Q_UNUSED(leftOut)
+    Q_UNUSED(reserved)
+    TableValues values;
+    for (const CodeValueRow& row : m_lists.Lists->codeValues(table)) {
+        if (row.Active || includeInactive)
+            values.Items << TableValue{row.Id, row.DisplayText, row.ValueNo};
+    }
+    return values;
+}
+
+EventHub& ReferenceHostServices::Events()
+{
+    return m_events;
+}
+
+QString ReferenceHostServices::DateDisplayFormat()
+{
+    const QString format =
+        m_lists.Lists->setting(QStringLiteral("_Global"), QStringLiteral("Date Display Format"));
+    return format.isEmpty() ? QStringLiteral("yyyy-MM-dd") : format;
+}
+
+tvBusinessObjectPtr ReferenceHostServices::GetParentObject(const tvBusinessObjectPtr& record)
+{
+    const auto row = std::dynamic_pointer_cast<RecordRow>(record);
+    return row ? row->record() : nullptr;
+}
+
+void ReferenceHostServices::SyncCustomDictionaryFile()
+{
+    raiseNotOffered(QStringLiteral("a custom dictionary"));
+}
+
+XmlDocument ReferenceXmlFactory::CreateDocument()
+{
+    return {};
+}
+
+} // namespace tavrin

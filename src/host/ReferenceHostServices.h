@@ -1,0 +1,33 @@
+#pragma once
+
+#include "frame/host_contracts/Services.h"
+#include "host/HostLists.h"
+
+namespace tavrin {
+
+/// The services that every control may call.
+class ReferenceHostServices : public HostServices
+{
+public:
+    explicit ReferenceHostServices(const HostListsHolder& lists);
+
+    TableValues GetTableValues(TableNumber table, bool includeInactive, const QVariant& leftOut,
+                               bool reserved) override;
+    EventHub& Events() override;
+    /// From the setting "Date Display Format"; "yyyy-MM-dd" when it is not set.
+    QString DateDisplayFormat() override;
+    tvBusinessObjectPtr GetParentObject(const tvBusinessObjectPtr& record) override;
+    void SyncCustomDictionaryFile() override;
+
+private:
+    const HostListsHolder& m_lists;
+    EventHub m_events;
+};
+
+class ReferenceXmlFactory : public XmlFactory
+{
+public:
+    XmlDocument CreateDocument() override;
+};
+
+} // namespace tavrin

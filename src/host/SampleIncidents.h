@@ -1,0 +1,26 @@
+#pragma once
+
+#include "host/DataFiles.h"
+#include "host/Database.h"
+
+#include <QSet>
+
+#include <map>
+
+namespace tavrin {
+
+/// The code table of reporting codes.
+inline constexpr int OffenseCodeTable = 319;
+
+/// What the rows of an incident may refer to.
+struct KnownCodes
+{
+    std::map<int, QSet<int>> Values; ///< by table number
+    QSet<int> Offenses;
+};
+
+/// Inserts the incidents of "sample/incidents.json" as part of the caller's transaction. Raises an `Error`
+/// with file and line, the line being the one on which the incident starts.
+void insertSampleIncidents(Database& database, const DataFiles& files, const KnownCodes& known);
+
+} // namespace tavrin
