@@ -41,6 +41,8 @@ AutoCompleteField::AutoCompleteField(QWidget* parent, const ControlSite& site)
     lstMatches->setObjectName(QStringLiteral("lstMatches"));
     lstMatches->lower(); // the box covers it
     setFocusProxy(txtSearch);
+    setFocusPolicy(Qt::StrongFocus); // so that the access key of a label finds the way to the box
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     resize(sizeHint());
     m_subscriptions.push_back(
         txtSearch->KeyDown.subscribe([this](int& key, int shift) { txtSearch_KeyDown(key, shift); }));

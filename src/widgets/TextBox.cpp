@@ -12,6 +12,7 @@ namespace tavrin {
 TextBox::TextBox(QWidget* parent)
     : QLineEdit(parent)
 {
+    setTextMargins(3, 2, 3, 2); // room around the text, so that a column of boxes reads calmly
     connectGuarded(this, &QLineEdit::textChanged, this, "TextBox_Change", [this] {
         if (!m_settingText)
             Change.raise();

@@ -61,8 +61,6 @@ MainWindow::MainWindow(Workspace& workspace)
     resize(1120, 680);
     refresh();
     m_search->setFocus();
-    if (workspace.isFirstStart())
-        statusBar()->showMessage(tr("Sample records were made for the first start."), 10000);
 }
 
 QWidget* MainWindow::makeToolLine()
@@ -70,6 +68,7 @@ QWidget* MainWindow::makeToolLine()
     auto* line = new QWidget(this);
     m_search->setObjectName(QStringLiteral("search"));
     m_search->setAccessibleName(tr("Search incidents"));
+    m_search->setTextMargins(3, 3, 3, 3);
     m_search->setPlaceholderText(tr("Search case number, summary or address"));
     m_search->setClearButtonEnabled(true);
     m_search->installEventFilter(this);
@@ -103,8 +102,9 @@ void MainWindow::makeList()
     m_list->verticalHeader()->setDefaultSectionSize(m_list->fontMetrics().height() + 12);
     QHeaderView* header = m_list->horizontalHeader();
     header->setHighlightSections(false);
+    header->setMinimumHeight(m_list->fontMetrics().height() + 12);
     const int character = m_list->fontMetrics().averageCharWidth();
-    const int widths[] = {16, 20, 44, 30, 18, 14};
+    const int widths[] = {16, 21, 44, 32, 18, 18};
     for (int column = 0; column < IncidentModel::ColumnCount; ++column)
         header->resizeSection(column, widths[column] * character);
     header->setSectionResizeMode(IncidentModel::Summary, QHeaderView::Stretch);
@@ -113,7 +113,7 @@ void MainWindow::makeList()
 
 void MainWindow::makeShortcuts()
 {
-    const auto shortcut = [this](const QKeySequence& keys, const char* where, auto handler) {
+    const auto shortcut = [this](auto keys, const char* where, auto handler) {
         connectGuarded(new QShortcut(keys, this), &QShortcut::activated, this, where, handler);
     };
     shortcut(QKeySequence::New, "MainWindow_New", [this] { newIncident(); });
@@ -153,9 +153,12 @@ void MainWindow::refresh()
     const int count = m_model->rowCount();
     if (count > 0)
         m_list->selectRow(std::max(m_model->rowOf(current), 0));
-    m_count->setText(count == 0   ? tr("No incident matches")
-                     : count == 1 ? tr("1 incident")
-                                  : tr("%1 incidents").arg(count));
+    QString text = count == 0   ? tr("No incident matches")
+                   : count == 1 ? tr("1 incident")
+                                : tr("%1 incidents").arg(count);
+    if (m_workspace.isFirstStart())
+        text += tr(" \u00B7 sample records, made for the first start");
+    m_count->setText(text);
 }
 
 void MainWindow::pollChanges()
@@ -164,7 +167,7 @@ void MainWindow::pollChanges()
         if (m_workspace.host().refreshIfChanged())
             refresh();
     } catch (const Error& error) {
-        statusBar()->showMessage(error.Description); // the lists stay as they were; the next look may succeed
+        m_count->setText(error.Description); // the lists stay as they were; the next look may succeed
     }
 }
 

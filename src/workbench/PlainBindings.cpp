@@ -40,6 +40,7 @@ LineBinding::LineBinding(const QString& fieldName, const QString& label)
     , m_edit(new QLineEdit)
 {
     m_edit->setObjectName(fieldName);
+    m_edit->setTextMargins(3, 2, 3, 2);
     connectGuarded(m_edit, &QLineEdit::textEdited, m_edit, "LineBinding_Edited", [this] { Edited.raise(); });
 }
 

@@ -52,6 +52,10 @@ RecordWindow::RecordWindow(Workspace& workspace, RecordPtr record, QWidget* pare
     m_navigation->setFrameShape(QFrame::NoFrame);
     m_navigation->setSpacing(2);
     m_navigation->viewport()->setAutoFillBackground(false);
+    m_navigation->setStyleSheet(QStringLiteral("QListWidget::item { padding-left: 10px; border-radius: 4px; }"
+                                               "QListWidget::item:selected { background: palette(highlight);"
+                                               " color: palette(highlighted-text); }"
+                                               "QListWidget { outline: none; }"));
     m_stack = new QStackedWidget(this);
 
     auto* body = new QHBoxLayout;
@@ -74,14 +78,14 @@ RecordWindow::RecordWindow(Workspace& workspace, RecordPtr record, QWidget* pare
     addPage(new NarrativePage);
     connectGuarded(m_navigation, &QListWidget::currentRowChanged, this, "RecordWindow_Page",
                    [this](int row) { m_stack->setCurrentIndex(row); });
-    const auto shortcut = [this](const QKeySequence& keys, const char* where, auto handler) {
+    const auto shortcut = [this](auto keys, const char* where, auto handler) {
         connectGuarded(new QShortcut(keys, this), &QShortcut::activated, this, where, handler);
     };
     shortcut(QKeySequence::Save, "RecordWindow_Save", [this] { save(); });
     shortcut(QKeySequence::Close, "RecordWindow_Close", [this] { close(); });
-    shortcut(Qt::CTRL | Qt::Key_PageDown, "RecordWindow_NextPage",
+    shortcut(QKeySequence(Qt::CTRL | Qt::Key_PageDown), "RecordWindow_NextPage",
              [this] { showPage(m_stack->currentIndex() + 1); });
-    shortcut(Qt::CTRL | Qt::Key_PageUp, "RecordWindow_PreviousPage",
+    shortcut(QKeySequence(Qt::CTRL | Qt::Key_PageUp), "RecordWindow_PreviousPage",
              [this] { showPage(m_stack->currentIndex() - 1); });
 
     resize(960, 640);
@@ -127,7 +131,7 @@ QWidget* RecordWindow::makeFooter()
     m_save = new QPushButton(tr("&Save"), footer);
     m_save->setObjectName(QStringLiteral("save"));
     m_save->setToolTip(tr("Save the incident (%1)").arg(QKeySequence(QKeySequence::Save).toString()));
-    auto* close = new QPushButton(tr("C&lose"), footer);
+    auto* close = new QPushButton(tr("Clos&e"), footer);
     close->setObjectName(QStringLiteral("close"));
     connectGuarded(m_save, &QPushButton::clicked, this, "RecordWindow_Save", [this] { save(); });
     connectGuarded(close, &QPushButton::clicked, this, "RecordWindow_Close", [this] { this->close(); });

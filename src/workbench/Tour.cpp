@@ -431,11 +431,12 @@ int runTour(const Options& options)
          {QString(), QStringLiteral("-wal"), QStringLiteral("-shm"), QStringLiteral("-journal")})
         QFile::remove(own.database + ending);
     TourDriver driver(options.tourFolder);
+    Tour tour(own, driver);
     try {
-        Tour(own, driver).walk();
+        tour.walk();
     } catch (const Error& error) {
-        driver.picture(QStringLiteral("failure"));
         std::printf("not ok - %s\n", qPrintable(error.Description));
+        driver.picture(QStringLiteral("failure"));
         return 1;
     }
     return 0;

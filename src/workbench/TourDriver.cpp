@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QPainter>
+#include <QPointer>
 #include <QTest>
 #include <QTimer>
 
@@ -123,6 +124,7 @@ void TourDriver::click(QWidget* widget, const QPoint& place)
 void TourDriver::withBox(const std::function<void()>& trigger, const std::function<void(QWidget* box)>& inBox)
 {
     bool came = false;
+    QPointer<QWidget> below;
     std::optional<Error> failure;
     QTimer look;
     connectGuarded(&look, &QTimer::timeout, &look, "TourDriver_Box", [&] {
@@ -131,6 +133,7 @@ void TourDriver::withBox(const std::function<void()>& trigger, const std::functi
             return;
         look.stop();
         came = true;
+        below = box->parentWidget();
         try {
             inBox(box);
         } catch (const Error& error) {
@@ -143,6 +146,11 @@ void TourDriver::withBox(const std::function<void()>& trigger, const std::functi
     if (failure)
         throw Error(*failure);
     check(came, QStringLiteral("a box came"));
+    if (below && below->isVisible()) {
+        if (!below->isActiveWindow())
+            below->activateWindow(); // what a desktop does by itself, the offscreen platform does not
+        waitFor([&] { return !below || below->isActiveWindow(); }, QStringLiteral("the window below is active"));
+    }
 }
 
 void TourDriver::check(bool condition, const QString& what) const
