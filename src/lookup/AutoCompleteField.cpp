@@ -210,11 +210,14 @@ void AutoCompleteField::ShowMatches(const XmlNodeList& matches)
         lstMatches->AddItem(item.childElement(QStringLiteral("ShowText")).text(),
                             ToLong(item.childElement(QStringLiteral("Value")).text()));
     }
-    {
-        const QScopedValueRollback searching(m_searching, true);
-        lstMatches->SetListIndex(-1);
-    }
+    Deselect();
     ShowList(true);
+}
+
+void AutoCompleteField::Deselect()
+{
+    const QScopedValueRollback searching(m_searching, true);
+    lstMatches->SetListIndex(-1);
 }
 
 void AutoCompleteField::ShowList(bool open)
@@ -286,6 +289,10 @@ void AutoCompleteField::txtSearch_KeyDown(int& keyCode, int)
 
 void AutoCompleteField::txtSearch_Change()
 {
+    // A marked entry belongs to the text it was found for. Enter after further typing, or after the form has
+    // loaded another record, must not take it.
+    if (txtSearch->Text() != lstMatches->Text())
+        Deselect();
     if (txtSearch->Text().isEmpty())
         SetValue(Null());
 }

@@ -104,6 +104,7 @@ private:
     void LoadList();
     void Search(const QString& text);
     void ShowMatches(const XmlNodeList& matches);
+    void Deselect();
     void SelectCurrentItem();
     void FocusText();
     void ShowList(bool open);

@@ -152,6 +152,7 @@ void DropDownList::makePopup()
     m_view->viewport()->installEventFilter(this);
     auto* layout = new QVBoxLayout(m_popup);
     layout->setContentsMargins(1, 1, 1, 1);
+    layout->setSizeConstraint(QLayout::SetNoConstraint); // a list of one row is one row high
     layout->addWidget(m_view);
 }
 
@@ -169,7 +170,6 @@ void DropDownList::Open()
     refreshPopup();
     qApp->installEventFilter(this);
     m_popup->show();
-    m_popup->raise();
 }
 
 void DropDownList::Close()

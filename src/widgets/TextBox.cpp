@@ -67,6 +67,22 @@ void TextBox::applyColors()
     setPalette(palette);
 }
 
+void TextBox::focusOutEvent(QFocusEvent* event)
+{
+    m_leftSelection.reset();
+    if (hasSelectedText())
+        m_leftSelection = {text(), selectionStart(), static_cast<int>(selectedText().size())};
+    QLineEdit::focusOutEvent(event); // which drops the selection
+}
+
+void TextBox::focusInEvent(QFocusEvent* event)
+{
+    QLineEdit::focusInEvent(event);
+    if (event->reason() == Qt::OtherFocusReason && m_leftSelection && m_leftSelection->text == text())
+        setSelection(m_leftSelection->start, m_leftSelection->length);
+    m_leftSelection.reset();
+}
+
 void TextBox::changeEvent(QEvent* event)
 {
     QLineEdit::changeEvent(event);

@@ -5,13 +5,16 @@
 
 #include <QLineEdit>
 
+#include <optional>
+
 namespace tavrin {
 
 /// A single-line text box that tells of keys before it takes them.
 ///
 /// Order at a key: `KeyDown` with the key code, then for keys that give a character `KeyPress` with it, then
 /// the box takes the key, then `Change` when the text is another one. A handler that sets the code to 0
-/// swallows the key. A text that an input method commits comes as `KeyPress` for each of its UTF-16 units.
+/// swallows the key. The selection is the same again when code gives the focus back. A text that an input
+/// method commits comes as `KeyPress` for each of its UTF-16 units.
 class TextBox : public QLineEdit
 {
     Q_OBJECT
@@ -41,6 +44,8 @@ public:
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
     void changeEvent(QEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
 
@@ -50,6 +55,13 @@ private:
 
     Color m_backColor = SystemColor::WindowBackground;
     Color m_foreColor = SystemColor::WindowText;
+    struct Selection
+    {
+        QString text;
+        int start;
+        int length;
+    };
+    std::optional<Selection> m_leftSelection; // when the focus went
     bool m_settingText = false;
     bool m_applyingColors = false;
 };

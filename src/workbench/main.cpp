@@ -7,6 +7,8 @@
 #include "base/Error.h"
 #include "frame/desktop/Desktop.h"
 
+#include <QTemporaryFile>
+
 #include <cstdio>
 
 using namespace tavrin;
@@ -18,8 +20,20 @@ namespace {
 void chooseDisplay()
 {
     const bool display = qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+    if (display && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        return;
     if (!display && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (qgetenv("QT_QPA_PLATFORM") != "offscreen")
+        return;
+    // The size of a workstation's screen, not the platform's own 800 x 800.
+    static QTemporaryFile screen;
+    if (screen.open()) {
+        screen.write(R"({"screens": [{"name": "screen", "x": 0, "y": 0, "width": 3840, "height": 2160,
+                                      "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})");
+        screen.flush();
+        qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(screen.fileName()));
+    }
 }
 
 bool hasDisplay()
