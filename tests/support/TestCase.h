@@ -11,7 +11,7 @@ class TestCase : public QObject
 {
     Q_OBJECT
 
-private Q_SLOTS:
+protected Q_SLOTS:
     virtual void init();
     virtual void cleanup();
 };
