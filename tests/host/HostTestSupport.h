@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Error.h"
+#include "base/Variant.h"
 #include "host/Database.h"
 #include "host/Statement.h"
 #include "support/TestCase.h"
@@ -65,13 +66,12 @@ inline QStringList filesIn(const QString& folder)
                                   QDir::Name);
 }
 
-/// The first value that a query gives.
+/// The first value that a query gives; Null when it gives none.
 inline QVariant firstOf(Database& database, const QString& sql, const QVariantList& values = {})
 {
     Statement statement(database, sql);
     statement.run(values);
-    statement.next();
-    return statement.value(0);
+    return statement.next() ? statement.value(0) : Null();
 }
 
 /// Options under which a lock is reported at once.
