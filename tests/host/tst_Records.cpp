@@ -291,6 +291,22 @@ private Q_SLOTS:
                  (QStringList{QStringLiteral("ItemRemoved 3"), QStringLiteral("ItemRemovedEx 2 3")}));
     }
 
+    void aHandlerMayChooseAnotherPrimaryRow()
+    {
+        const RecordPtr record = newRecord();
+        const auto rows = rowsOf(record, Offenses);
+        rows->AddNew();
+        rows->AddNew();
+        rows->SetPrimaryValue(2);
+        const Subscription choose =
+            rows->ItemRemoved.subscribe([&rows](const QVariant&) { rows->SetPrimaryValue(1); });
+        Listener listener(*rows);
+        rows->RemoveCurrent(false);
+        QCOMPARE(listener.log.last(), QStringLiteral("ItemRemovedEx 2 2"));
+        QVERIFY(!listener.log.contains(QStringLiteral("Primary Null")));
+        QCOMPARE(rows->PrimaryIndex(), 1);
+    }
+
     void aHandlersExceptionArrivesAndTheCollectionIsConsistent()
     {
         const RecordPtr record = newRecord();
