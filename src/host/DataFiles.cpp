@@ -8,7 +8,7 @@
 
 static void initDataResources()
 {
-    Q_INIT_RESOURCE(data);
+    Q_INIT_RESOURCE(tavrin_data);
 }
 
 namespace tavrin {

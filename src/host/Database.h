@@ -7,6 +7,7 @@
 #include <QSqlQuery>
 #include <QVariant>
 
+#include <functional>
 #include <memory>
 
 namespace tavrin {
@@ -23,6 +24,8 @@ struct DatabaseOptions
     /// How long a statement waits for another program to let go of the file.
     int BusyTimeoutMs = 3000;
     QList<Migration> Migrations = knownMigrations();
+    /// The type of file system that a folder lies on; left out, the platform is asked.
+    std::function<QByteArray(const QString& folder)> FileSystemType;
 };
 
 /// The records database: one SQLite file on a workstation's own disk, one connection an object.

@@ -26,7 +26,7 @@ constexpr char WriteAheadVersion = 2;
     throw Error(text.arg(QDir::toNativeSeparators(path)));
 }
 
-void checkFolder(const QFileInfo& file)
+void checkFolder(const QFileInfo& file, const DatabaseOptions& options)
 {
     const QFileInfo folder(file.absolutePath());
     if (!folder.isDir())
@@ -36,7 +36,9 @@ void checkFolder(const QFileInfo& file)
         refuse(QStringLiteral("The database %1 cannot be opened: you have no permission to enter its folder. "
                               "Ask for access to the folder."),
                file.filePath());
-    if (isNetworkFileSystem(QStorageInfo(folder.filePath()).fileSystemType()))
+    const QByteArray type = options.FileSystemType ? options.FileSystemType(folder.filePath())
+                                                   : QStorageInfo(folder.filePath()).fileSystemType();
+    if (isNetworkFileSystem(type))
         refuse(
             QStringLiteral("The database %1 lies on a network file system. SQLite is for one workstation's "
                            "file only: move it to a disk of this computer, or use a database server."),
@@ -155,7 +157,7 @@ void checkDatabaseFile(const QString& path, OpenMode mode, const DatabaseOptions
     const QFileInfo file(path);
     if (file.isDir())
         refuse(QStringLiteral("The database %1 cannot be opened: it is a folder. Choose a file."), path);
-    checkFolder(file);
+    checkFolder(file, options);
     if (!file.exists()) {
         if (mode == OpenMode::ExistingOnly)
             refuse(QStringLiteral("The database %1 does not exist. Check the path."), path);

@@ -9,7 +9,7 @@
 
 static void initMigrationResources()
 {
-    Q_INIT_RESOURCE(host);
+    Q_INIT_RESOURCE(tavrin_host);
 }
 
 namespace tavrin {

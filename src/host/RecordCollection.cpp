@@ -115,7 +115,8 @@ void RecordCollection::RemoveCurrent(bool immediately)
     notifyChanged();
     ItemRemoved.raise(key);
     ItemRemovedEx.raise(index, row);
-    if (wasPrimary)
+    // A handler may have chosen another primary row by now, and everybody has been told of that one.
+    if (wasPrimary && PrimaryIndex() == 0)
         PrimaryStatusChanged.raise(Null());
 }
 

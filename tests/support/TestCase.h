@@ -15,7 +15,7 @@ protected:
     /// For test cases with an `init` of their own, which must call it.
     static void failOnUnexpectedWarnings();
 
-private Q_SLOTS:
+protected Q_SLOTS:
     virtual void init();
     virtual void cleanup();
 };

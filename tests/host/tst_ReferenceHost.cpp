@@ -1,0 +1,375 @@
+#include "HostTestSupport.h"
+#include "host/RecordStore.h"
+#include "host/ReferenceHost.h"
+#include "host/SampleData.h"
+#include "widgets/DropdownTarget.h"
+#include "widgets/GridCombo.h"
+
+using namespace tavrin;
+using namespace tavrin::test;
+
+namespace {
+
+class ListTarget : public DropdownTarget
+{
+public:
+    void Clear() override
+    {
+        m_rows.clear();
+        m_index = -1;
+    }
+    void AddItem(const QString& text, qint32 itemData) override { m_rows.append({text, itemData}); }
+    int ListCount() const override { return static_cast<int>(m_rows.size()); }
+    QString List(int index) const override { return m_rows.value(index).first; }
+    qint32 ItemData(int index) const override { return m_rows.value(index).second; }
+    int ListIndex() const override { return m_index; }
+    void SetListIndex(int index) override { m_index = index; }
+
+private:
+    QList<QPair<QString, qint32>> m_rows;
+    int m_index = -1;
+};
+
+class GridTarget : public GridCombo
+{
+public:
+    GridArray& Array() override { return m_array; }
+    void ResetArray() override { m_array = {}; }
+    void Rebind() override { ++Rebinds; }
+    QVariant Bookmark() const override { return m_bookmark; }
+    void SetBookmark(const QVariant& row) override { m_bookmark = row; }
+    void SetText(const QString& text) override { Q_UNUSED(text) }
+    int Rebinds = 0;
+
+private:
+    GridArray m_array;
+    QVariant m_bookmark;
+};
+
+} // namespace
+
+class tst_ReferenceHost : public TestCase
+{
+    Q_OBJECT
+
+private:
+    std::optional<QTemporaryDir> m_folder;
+    std::unique_ptr<Database> m_database;
+    std::unique_ptr<ReferenceHost> m_host;
+
+    void signOn(const QString& userId)
+    {
+        m_host = std::make_unique<ReferenceHost>(
+            *m_database, ReferenceHostOptions{userId, m_folder->filePath(QStringLiteral("station/")),
+                                              m_folder->filePath(QStringLiteral("down"))});
+    }
+    void execute(const char* sql) { m_database->execute(QString::fromLatin1(sql)); }
+    QString path(const char* name) const { return m_folder->filePath(QString::fromLatin1(name)); }
+
+private Q_SLOTS:
+    void init() override
+    {
+        TestCase::init();
+        m_folder.emplace();
+        m_database = Database::open(path("records.db"), OpenMode::CreateWhenMissing, impatient());
+        SampleData().fillOnce(*m_database);
+        execute("UPDATE code_value SET active = 0 WHERE table_no = 228 AND value_no = 2");
+        signOn(QStringLiteral("admin"));
+    }
+    void cleanup() override
+    {
+        m_host.reset();
+        m_database.reset();
+        TestCase::cleanup();
+    }
+
+    void tableValuesComeInTheirOrderInactiveOnesOnlyWhenAskedFor()
+    {
+        HostServices& services = m_host->hostServices();
+        const TableValues active = services.GetTableValues(Tables::Team, false);
+        const TableValues all = services.GetTableValues(Tables::Team, true);
+        QCOMPARE(
+            active.Items.size(),
+            firstOf(*m_database,
+                    QStringLiteral("SELECT COUNT(*) FROM code_value WHERE table_no = 228 AND active = 1"))
+                .toInt());
+        QVERIFY(all.Items.size() > active.Items.size());
+        QCOMPARE(all.Items.at(0).ID, QStringLiteral("PA"));
+        QCOMPARE(all.Items.at(1).ID, QStringLiteral("PB"));
+        QCOMPARE(all.Items.at(1).Value, QVariant(2));
+        QCOMPARE(active.Items.at(1).DisplayText, QStringLiteral("Patrol C"));
+        QVERIFY(services.GetTableValues(Tables::None, true).Items.isEmpty());
+    }
+
+    void theDateFormatComesFromTheSettings()
+    {
+        QCOMPARE(m_host->hostServices().DateDisplayFormat(), QStringLiteral("yyyy-MM-dd"));
+        execute("UPDATE setting SET value = 'dd.MM.yyyy' WHERE key = 'Date Display Format'");
+        m_host->refreshCaches();
+        QCOMPARE(m_host->hostServices().DateDisplayFormat(), QStringLiteral("dd.MM.yyyy"));
+        execute("DELETE FROM setting");
+        m_host->refreshCaches();
+        QCOMPARE(m_host->hostServices().DateDisplayFormat(), QStringLiteral("yyyy-MM-dd"));
+    }
+
+    void aRowsParentIsItsRecord()
+    {
+        RecordStore store(*m_database);
+        const RecordPtr record = store.load(1);
+        HostServices& services = m_host->hostServices();
+        QCOMPARE(services.GetParentObject(record->collection(QStringLiteral("Offenses"))->Item(1)), record);
+        QCOMPARE(services.GetParentObject(record->mainRow()), record);
+        QVERIFY(!services.GetParentObject(record));
+        QVERIFY(!services.GetParentObject(nullptr));
+    }
+
+    void theXmlFactoryMakesEmptyDocuments()
+    {
+        QVERIFY(m_host->xmlFactory().CreateDocument().documentElement().isNull());
+    }
+
+    void settingsAreFoundWithoutRegardToCase()
+    {
+        Session& session = m_host->session();
+        QCOMPARE(session.CurrentUserId(), QStringLiteral("admin"));
+        QCOMPARE(session.GetSetting(QStringLiteral("_global"), QStringLiteral("agency name")),
+                 QStringLiteral("Marlow County Sheriff's Office"));
+        QCOMPARE(session.GetSetting(QStringLiteral("_Global"), QStringLiteral("nothing")), QString());
+    }
+
+    void rightsBelongToActiveUsers_data()
+    {
+        QTest::addColumn<QString>("user");
+        QTest::addColumn<QString>("module");
+        QTest::addColumn<int>("right");
+        QTest::addColumn<bool>("granted");
+        const QString incident = QStringLiteral("Incident");
+        QTest::newRow("granted") << QStringLiteral("admin") << incident << 20 << true;
+        QTest::newRow("user in other case") << QStringLiteral("ADMIN") << incident << 20 << true;
+        QTest::newRow("other right") << QStringLiteral("jobrien") << incident << 20 << false;
+        QTest::newRow("other module")
+            << QStringLiteral("jobrien") << QStringLiteral("_Global") << 10 << false;
+        QTest::newRow("no rights") << QStringLiteral("clerk") << incident << 10 << false;
+        QTest::newRow("unknown user") << QStringLiteral("nobody") << incident << 10 << false;
+        QTest::newRow("inactive user") << QStringLiteral("gfairweather") << incident << 10 << false;
+    }
+    void rightsBelongToActiveUsers()
+    {
+        QFETCH(QString, user);
+        QFETCH(QString, module);
+        QFETCH(int, right);
+        execute("INSERT INTO user_right VALUES ('gfairweather', 'Incident', 10)");
+        signOn(user);
+        QTEST(m_host->session().HasPermission(module, right), "granted");
+    }
+
+    void theSchemaAnswersWhetherAFieldExists_data()
+    {
+        QTest::addColumn<QString>("module");
+        QTest::addColumn<QString>("table");
+        QTest::addColumn<QString>("field");
+        QTest::addColumn<bool>("exists");
+        const QString incident = QStringLiteral("Incident");
+        QTest::newRow("main table") << incident << incident << QStringLiteral("casenO") << true;
+        QTest::newRow("child table") << incident << QStringLiteral("IncdSuspect") << QStringLiteral("SeqNo")
+                                     << true;
+        QTest::newRow("other module")
+            << QStringLiteral("Personnel") << incident << QStringLiteral("CaseNo") << false;
+        QTest::newRow("no such field") << QStringLiteral("Personnel") << QStringLiteral("Employee")
+                                       << QStringLiteral("DeptTeamNo") << false;
+        QTest::newRow("list table") << QStringLiteral("Personnel") << QStringLiteral("Employee")
+                                    << QStringLiteral("OfficerNo") << true;
+    }
+    void theSchemaAnswersWhetherAFieldExists()
+    {
+        QFETCH(QString, module);
+        QFETCH(QString, table);
+        QFETCH(QString, field);
+        QTEST(m_host->session().FieldExists(module, table, field), "exists");
+    }
+
+    void requiredFieldsComeFromTheirTable()
+    {
+        Session& session = m_host->session();
+        const QString incident = QStringLiteral("Incident");
+        QVERIFY(session.IsFieldRequired(incident, incident, QStringLiteral("caseno"), QString()));
+        QVERIFY(!session.IsFieldRequired(incident, incident, QStringLiteral("Summary"), QString()));
+        QVERIFY(!session.IsFieldRequired(incident, incident, QStringLiteral("CaseNo"), QStringLiteral("x")));
+    }
+
+    void aFieldReferenceLinksTwoFieldsAcrossASave()
+    {
+        RecordStore store(*m_database);
+        const RecordPtr record = store.create();
+        const auto row = record->collection(QStringLiteral("Suspects"))->AddNew();
+        const tvFieldPtr target = fieldOf(*row, QStringLiteral("RaceNo"));
+        target->SetValue(
+            m_host->session().MakeFieldReference(fieldOf(*record->mainRow(), QStringLiteral("IncidentNo"))));
+        store.save(*record);
+        QCOMPARE(target->Value().toLongLong(), record->key());
+        const auto saved = store.load(record->key())->collection(QStringLiteral("Suspects"))->rows().front();
+        QCOMPARE(saved->cell(QStringLiteral("RaceNo")).value().toLongLong(), record->key());
+    }
+
+    void shadesDarkenAndLighten_data()
+    {
+        QTest::addColumn<double>("factor");
+        QTest::addColumn<int>("channel");
+        QTest::newRow("unchanged") << 1.0 << 100;
+        QTest::newRow("darker") << 0.4 << 40;
+        QTest::newRow("black") << 0.0 << 0;
+        QTest::newRow("below black") << -3.0 << 0;
+        QTest::newRow("lighter") << 2.0 << 178;
+        QTest::newRow("nearly white") << 1e9 << 255;
+    }
+    void shadesDarkenAndLighten()
+    {
+        QFETCH(double, factor);
+        QFETCH(int, channel);
+        QCOMPARE(m_host->uiServices().ShadeColor(Color::rgb(100, 100, 100), factor).value(),
+                 Color::rgb(channel, channel, channel).value());
+    }
+
+    void systemColoursAreShadedAsTheyShow()
+    {
+        const Color shade = m_host->uiServices().ShadeColor(SystemColor::ButtonFace, 1);
+        QVERIFY(!shade.isSystem());
+        QCOMPARE(shade.resolve({}), QGuiApplication::palette().color(QPalette::Button));
+        QVERIFY(!errorOf([this] { m_host->uiServices().ShadeColor(Color(), qQNaN()); }).isEmpty());
+    }
+
+    void scaleModesAreNamed_data()
+    {
+        QTest::addColumn<QString>("units");
+        QTest::addColumn<int>("mode");
+        int mode = 0;
+        for (const char* name :
+             {"User", "Twip", "Point", "Pixel", "Character", "Inch", "Millimeter", "Centimeter"})
+            QTest::newRow(name) << QString::fromLatin1(name) << mode++;
+        QTest::newRow("plural in capitals") << QStringLiteral("PIXELS") << 3;
+        QTest::newRow("plural of inch") << QStringLiteral("Inches") << 5;
+    }
+    void scaleModesAreNamed()
+    {
+        QFETCH(QString, units);
+        QFETCH(int, mode);
+        QCOMPARE(static_cast<int>(m_host->uiServices().ScaleModeFromUnits(units)), mode);
+        QVERIFY(errorOf([this] {
+                    m_host->uiServices().ScaleModeFromUnits(QStringLiteral("Furlong"));
+                }).contains(QStringLiteral("Furlong")));
+    }
+
+    void textBoxColoursFollowTheTheme()
+    {
+        const TextBoxColors light = m_host->uiServices().GetTextBoxColors();
+        m_host->setTheme(Theme::Dark);
+        QCOMPARE(m_host->theme(), Theme::Dark);
+        const TextBoxColors dark = m_host->uiServices().GetTextBoxColors();
+        QVERIFY(light.Normal.BackColor != dark.Normal.BackColor);
+        QVERIFY(dark.Normal.BackColor.resolve({}).lightness() < 128);
+        QVERIFY(dark.Normal.ForeColor.resolve({}).lightness() > 128);
+    }
+
+    void aComboGetsAnEmptyRowAndTheTablesValues()
+    {
+        ListTarget combo;
+        combo.AddItem(QStringLiteral("old"), 9);
+        m_host->listFilling().FillTableCombo(Tables::Team, combo, false, Null(), false);
+        QCOMPARE(combo.List(0), QString());
+        QCOMPARE(combo.List(1), QStringLiteral("Patrol A"));
+        QCOMPARE(combo.ItemData(1), 1);
+        QCOMPARE(combo.List(2), QStringLiteral("Patrol C"));
+        QCOMPARE(combo.ListIndex(), -1);
+    }
+
+    void anInactiveValueStaysInTheListThatHoldsIt()
+    {
+        ListTarget combo;
+        m_host->listFilling().FillTableCombo(Tables::Team, combo, false, 2, false);
+        QCOMPARE(combo.ItemData(2), 2);
+        QCOMPARE(combo.ListIndex(), 2);
+        GridTarget grid;
+        m_host->listFilling().FillTableGrid(Tables::Team, grid, false, 2, false);
+        QVERIFY(grid.Array().Find(1, 2, 2) > 0);
+    }
+
+    void aGridGetsShortTextLongTextCodeAndActiveFlag()
+    {
+        GridTarget grid;
+        m_host->listFilling().FillTableGrid(Tables::Team, grid, true, Null(), false);
+        GridArray& array = grid.Array();
+        QVERIFY(IsNull(array.Value(1, 2)));
+        QCOMPARE(array.Value(1, 0).toString(), QString());
+        QCOMPARE(array.Value(3, 0), QVariant(QStringLiteral("PB")));
+        QCOMPARE(array.Value(3, 1), QVariant(QStringLiteral("Patrol B")));
+        QCOMPARE(array.Value(3, 2), QVariant(2));
+        QCOMPARE(array.Value(3, 3), QVariant(false));
+        QCOMPARE(grid.Rebinds, 1);
+        const int rows = array.UpperBound();
+        m_host->listFilling().FillTableGrid(Tables::Team, grid, true, Null(), false);
+        QCOMPARE(grid.Array().UpperBound(), rows);
+    }
+
+    void theEnvironmentNamesItsPlaces()
+    {
+        Environment& environment = m_host->environment();
+        QCOMPARE(environment.GetDictionaryFolder(), path("station"));
+        QVERIFY(QDir(path("station")).exists());
+        QCOMPARE(environment.GetDownloadsFolder(), path("down"));
+        QCOMPARE(environment.GetErrorNumber(5), environment.GetErrorNumber(0) + 5);
+    }
+
+    void aWorkstationFolderThatCannotBeMadeIsNamed()
+    {
+        writeFile(path("station"), "in the way");
+        QVERIFY(errorOf([this] { m_host->environment().GetDictionaryFolder(); }).contains(path("station")));
+    }
+
+    void whatTheHostDoesNotOfferRaisesWhenItIsCalled_data()
+    {
+        QTest::addColumn<std::function<void(ReferenceHost&)>>("call");
+        const auto row = [](const char* name, std::function<void(ReferenceHost&)> call) {
+            QTest::newRow(name) << std::move(call);
+        };
+        row("download", [](ReferenceHost& host) {
+            const auto downloader = host.newDownloader();
+            downloader->SetBufferSize(1);
+            downloader->Cancel();
+            downloader->Download(QStringLiteral("a"));
+        });
+        row("upload", [](ReferenceHost& host) {
+            host.newUploader()->Upload(QStringLiteral("a"), QStringLiteral("b"), Null());
+        });
+        row("thumbnail",
+            [](ReferenceHost& host) { host.newThumbnailService()->GetThumbnailPath(QStringLiteral("a")); });
+        row("folder", [](ReferenceHost& host) { host.newAttachmentFolders()->GetFolderPath(1); });
+        row("word", [](ReferenceHost& host) { host.newCustomDictionary()->AddWord(QStringLiteral("a")); });
+        row("support file",
+            [](ReferenceHost& host) { host.environment().RefreshSupportFile(QStringLiteral("a")); });
+        row("dictionary file", [](ReferenceHost& host) { host.hostServices().SyncCustomDictionaryFile(); });
+    }
+    void whatTheHostDoesNotOfferRaisesWhenItIsCalled()
+    {
+        QFETCH(std::function<void(ReferenceHost&)>, call);
+        QCOMPARE(errorNumberOf([&] { call(*m_host); }), Error::NoSuchComponentNumber + 0);
+        QVERIFY(errorOf([&] { call(*m_host); }).startsWith(QStringLiteral("This host does not offer ")));
+    }
+
+    void aFreeCollectionTakesItsClassFromTheCaller()
+    {
+        const tvTableCollectionPtr rows = m_host->newTableCollection();
+        QCOMPARE(rows->Count(), 0);
+        rows->SetItemClass(QStringLiteral("Incident.IncdOther"));
+        rows->AddNew();
+        QCOMPARE(rows->Position(), qint16(1));
+    }
+
+    void theHostCanBeInstalled()
+    {
+        const HostInstallation installation(*m_host);
+        QCOMPARE(&currentHost(), m_host.get());
+    }
+};
+
+TAVRIN_TEST_MAIN(tst_ReferenceHost)
+#include "tst_ReferenceHost.moc"
