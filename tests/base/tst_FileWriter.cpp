@@ -78,7 +78,7 @@ class tst_FileWriter : public tavrin::test::TestCase
 private Q_SLOTS:
     void init() override
     {
-        QTest::failOnWarning(QRegularExpression(u"."_s));
+        failOnUnexpectedWarnings();
         m_folder = std::make_unique<QTemporaryDir>();
         QVERIFY(m_folder->isValid());
     }

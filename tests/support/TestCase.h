@@ -11,6 +11,10 @@ class TestCase : public QObject
 {
     Q_OBJECT
 
+protected:
+    /// For test cases with an `init` of their own, which must call it.
+    static void failOnUnexpectedWarnings();
+
 private Q_SLOTS:
     virtual void init();
     virtual void cleanup();

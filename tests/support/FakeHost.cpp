@@ -1,0 +1,541 @@
+#include "FakeHost.h"
+
+#include "base/Variant.h"
+#include "widgets/DropdownTarget.h"
+#include "widgets/GridCombo.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace tavrin::test {
+
+namespace {
+
+using StatePtr = std::shared_ptr<FakeHostState>;
+
+/// What every service of the fake has.
+class Recorder
+{
+public:
+    explicit Recorder(StatePtr state)
+        : m_state(std::move(state))
+    {
+    }
+
+protected:
+    FakeHostState& asked(const QString& operation) const
+    {
+        m_state->called(operation);
+        return *m_state;
+    }
+    const StatePtr& state() const { return m_state; }
+
+private:
+    StatePtr m_state;
+};
+
+QString path(std::initializer_list<QString> names)
+{
+    return QStringList(names).join(u'/');
+}
+
+QList<TableValue> valuesOf(const FakeHostState& state, TableNumber table, bool includeInactive,
+                           const QVariant& alwaysIncluded = {})
+{
+    QList<TableValue> values = state.tables.value(table);
+    values.removeIf([&](const TableValue& value) {
+        return !includeInactive && state.inactive.value(table).contains(value.Value.toInt()) &&
+               !SameValue(value.Value, alwaysIncluded);
+    });
+    return values;
+}
+
+class FakeServices final : public HostServices, Recorder
+{
+public:
+    using Recorder::Recorder;
+
+    TableValues GetTableValues(TableNumber table, bool includeInactive, const QVariant&, bool) override
+    {
+        return {valuesOf(asked(QStringLiteral("GetTableValues %1").arg(table)), table, includeInactive)};
+    }
+    EventHub& Events() override { return asked(QStringLiteral("Events")).hub; }
+    QString DateDisplayFormat() override
+    {
+        return asked(QStringLiteral("DateDisplayFormat")).dateDisplayFormat;
+    }
+    tvBusinessObjectPtr GetParentObject(const tvBusinessObjectPtr& record) override
+    {
+        return asked(QStringLiteral("GetParentObject")).parents.value(record.get());
+    }
+    void SyncCustomDictionaryFile() override { asked(QStringLiteral("SyncCustomDictionaryFile")); }
+};
+
+class FakeXmlFactory final : public XmlFactory, Recorder
+{
+public:
+    using Recorder::Recorder;
+
+    XmlDocument CreateDocument() override
+    {
+        asked(QStringLiteral("CreateDocument"));
+        return {};
+    }
+};
+
+class FakeSession final : public Session, Recorder
+{
+public:
+    using Recorder::Recorder;
+
+    QString CurrentUserId() override { return asked(QStringLiteral("CurrentUserId")).userId; }
+    QString GetSetting(const QString& section, const QString& key) override
+    {
+        return asked(QStringLiteral("GetSetting")).settings.value(path({section, key}));
+    }
+    bool HasPermission(const QString& module, int right) override
+    {
+        return asked(QStringLiteral("HasPermission"))
+            .permissions.contains(path({module, QString::number(right)}));
+    }
+    bool FieldExists(const QString& module, const QString& table, const QString& field) override
+    {
+        return !asked(QStringLiteral("FieldExists")).missingFields.contains(path({module, table, field}));
+    }
+    bool IsFieldRequired(const QString& module, const QString& table, const QString& field,
+                         const QString&) override
+    {
+        return asked(QStringLiteral("IsFieldRequired")).requiredFields.contains(path({module, table, field}));
+    }
+    QVariant MakeFieldReference(const tvFieldPtr& field) override
+    {
+        asked(QStringLiteral("MakeFieldReference"));
+        return QVariant::fromValue<HostObjectPtr>(field);
+    }
+};
+
+class FakeUiServices final : public UiServices, Recorder
+{
+public:
+    using Recorder::Recorder;
+
+    Color ShadeColor(Color color, double factor) override
+    {
+        asked(QStringLiteral("ShadeColor"));
+        const auto shade = [&](int shift) {
+            return std::min(255, static_cast<int>((color.value() >> shift & 0xFF) * factor));
+        };
+        return Color::rgb(shade(0), shade(8), shade(16));
+    }
+    ScaleMode ScaleModeFromUnits(const QString& units) override
+    {
+        asked(QStringLiteral("ScaleModeFromUnits ") + units);
+        static const QMap<QString, ScaleMode> modes = {
+            {QStringLiteral("Twip"), ScaleMode::Twips},
+            {QStringLiteral("Point"), ScaleMode::Points},
+            {QStringLiteral("Pixel"), ScaleMode::Pixels},
+            {QStringLiteral("Character"), ScaleMode::Characters},
+            {QStringLiteral("Inch"), ScaleMode::Inches},
+            {QStringLiteral("Millimeter"), ScaleMode::Millimeters},
+            {QStringLiteral("Centimeter"), ScaleMode::Centimeters}};
+        return modes.value(units, ScaleMode::User);
+    }
+    TextBoxColors GetTextBoxColors() override
+    {
+        return asked(QStringLiteral("GetTextBoxColors")).textBoxColors;
+    }
+};
+
+class FakeListFilling final : public ListFilling, Recorder
+{
+public:
+    using Recorder::Recorder;
+
+    void FillTableCombo(TableNumber table, DropdownTarget& combo, bool includeInactive, const QVariant& value,
+                        bool) override
+    {
+        const FakeHostState& state = asked(QStringLiteral("FillTableCombo %1").arg(table));
+        combo.AddItem(QString(), 0);
+        for (const TableValue& entry : valuesOf(state, table, includeInactive, value))
+            combo.AddItem(entry.DisplayText, ToLong(entry.Value));
+    }
+    void FillTableGrid(TableNumber table, GridCombo& combo, bool includeInactive, const QVariant& value,
+                       bool reserved) override
+    {
+        const FakeHostState& state =
+            asked(QStringLiteral("FillTableGrid %1 %2 %3 %4")
+                      .arg(table)
+                      .arg(ToText(includeInactive), ToText(value), ToText(reserved)));
+        combo.Array().AppendRow({QString(), QString(), Null(), true});
+        for (const TableValue& entry : valuesOf(state, table, includeInactive, value)) {
+            const bool active = !state.inactive.value(table).contains(entry.Value.toInt());
+            combo.Array().AppendRow({entry.ID, entry.DisplayText, entry.Value, active});
+        }
+        combo.Rebind();
+    }
+    QImage FitPicture(const QImage& picture, int height, int width, int, bool, Color backColor, bool) override
+    {
+        asked(QStringLiteral("FitPicture"));
+        QImage fitted(width, height, QImage::Format_RGB32);
+        fitted.fill(picture.isNull() ? backColor.resolve(QPalette()) : picture.pixelColor(0, 0));
+        return fitted;
+    }
+};
+
+class FakeImages final : public Images, Recorder
+{
+public:
+    using Recorder::Recorder;
+
+    bool IsImageFile(const QString& fileName) override
+    {
+        asked(QStringLiteral("IsImageFile"));
+        static const QStringList suffixes = {QStringLiteral("png"), QStringLiteral("jpg"),
+                                             QStringLiteral("bmp")};
+        return suffixes.contains(QFileInfo(fileName).suffix().toLower());
+    }
+    QImage LoadPicture(const QString& fileName) override
+    {
+        const FakeHostState& state = asked(QStringLiteral("LoadPicture"));
+        if (!state.pictures.contains(fileName))
+            throw Error(QStringLiteral("The picture %1 cannot be shown").arg(fileName));
+        return state.pictures.value(fileName);
+    }
+};
+
+class FakeEnvironment final : public Environment, Recorder
+{
+public:
+    using Recorder::Recorder;
+
+    QString GetDictionaryFolder() override
+    {
+        return asked(QStringLiteral("GetDictionaryFolder")).dictionaryFolder;
+    }
+    void RefreshSupportFile(const QString& name) override
+    {
+        asked(QStringLiteral("RefreshSupportFile ") + name);
+    }
+    int GetErrorNumber(int code) override
+    {
+        asked(QStringLiteral("GetErrorNumber"));
+        return 1000 + code;
+    }
+    QString GetDownloadsFolder() override
+    {
+        return asked(QStringLiteral("GetDownloadsFolder")).downloadsFolder;
+    }
+};
+
+class FakeTableCodeCache final : public TableCodeCache, Recorder
+{
+public:
+    using Recorder::Recorder;
+
+    XmlDocument Document(TableNumber table) override
+    {
+        const FakeHostState& state = asked(QStringLiteral("TableCodeCache.Document %1").arg(table));
+        XmlDocument document;
+        const XmlNode list = document.appendChild(document.createElement(QStringLiteral("TableCodes")));
+        for (const TableValue& value : state.tables.value(table)) {
+            const bool active = !state.inactive.value(table).contains(value.Value.toInt());
+            const XmlNode code = list.appendElement(QStringLiteral("TableCode"));
+            code.appendElement(QStringLiteral("ValueNo"), ToText(value.Value));
+            code.appendElement(QStringLiteral("ValueCode"), value.ID);
+            code.appendElement(QStringLiteral("ValueDesc"), value.DisplayText);
+            code.appendElement(QStringLiteral("ActiveFlag"),
+                               active ? QStringLiteral("1") : QStringLiteral("0"));
+        }
+        return document;
+    }
+    QString GetDescription(TableNumber table, const QVariant& code) override
+    {
+        const FakeHostState& state = asked(QStringLiteral("GetDescription %1").arg(table));
+        for (const TableValue& value : state.tables.value(table)) {
+            if (SameValue(value.Value, code))
+                return value.DisplayText;
+        }
+        return {};
+    }
+};
+
+class FakeEmployees final : public EmployeeListCache, Recorder
+{
+public:
+    using Recorder::Recorder;
+
+    XmlDocument Document() override { return asked(QStringLiteral("EmployeeListCache.Document")).employees; }
+    QString ShortText(const QVariant& officerNo) override
+    {
+        return asked(QStringLiteral("EmployeeListCache.ShortText"))
+            .employeeShortTexts.value(ToText(officerNo));
+    }
+    QString FullText(const QVariant& officerNo) override
+    {
+        return asked(QStringLiteral("EmployeeListCache.FullText")).employeeFullTexts.value(ToText(officerNo));
+    }
+};
+
+class FakeOffenses final : public OffenseListCache, Recorder
+{
+public:
+    using Recorder::Recorder;
+
+    XmlDocument Document() override { return asked(QStringLiteral("OffenseListCache.Document")).offenses; }
+    QString ShortText(const QVariant& offenseNo) override
+    {
+        return asked(QStringLiteral("OffenseListCache.ShortText")).offenseShortTexts.value(ToText(offenseNo));
+    }
+    QString FullText(const QVariant& offenseNo) override
+    {
+        return asked(QStringLiteral("OffenseListCache.FullText")).offenseFullTexts.value(ToText(offenseNo));
+    }
+};
+
+class FakeUsers final : public UsersCache, Recorder
+{
+public:
+    using Recorder::Recorder;
+
+    XmlDocument Document() override { return asked(QStringLiteral("UsersCache.Document")).users; }
+    QString UserDisplayName(const QString& userId) override
+    {
+        return asked(QStringLiteral("UserDisplayName")).userNames.value(userId);
+    }
+};
+
+class FakeThumbnails final : public ThumbnailService, Recorder
+{
+public:
+    using Recorder::Recorder;
+
+    QVariant GetThumbnailPath(const QString& file) override
+    {
+        const FakeHostState& state = asked(QStringLiteral("GetThumbnailPath"));
+        return state.thumbnails.contains(file) ? QVariant(state.thumbnails.value(file)) : QVariant();
+    }
+};
+
+class FakeFolders final : public AttachmentFolders, Recorder
+{
+public:
+    using Recorder::Recorder;
+
+    QString GetFolderPath(const QVariant& folderNo) override
+    {
+        return asked(QStringLiteral("GetFolderPath")).folders.value(ToText(folderNo));
+    }
+};
+
+class FakeDictionary final : public tvCustomDictionary, Recorder
+{
+public:
+    using Recorder::Recorder;
+
+    void AddWord(const QString& word) override { asked(QStringLiteral("AddWord")).addedWords << word; }
+};
+
+/// Delivers the path that it was asked for, in two steps of progress.
+class FakeDownloader final : public Downloader, Recorder
+{
+public:
+    using Recorder::Recorder;
+
+    void SetBufferSize(qint32 bytes) override { asked(QStringLiteral("SetBufferSize %1").arg(bytes)); }
+    QString Download(const QString& file) override
+    {
+        m_cancelled = false;
+        asked(QStringLiteral("Download ") + file);
+        DownloadStarted.raise();
+        for (const qint64 read : {50, 100}) {
+            if (!m_cancelled)
+                DownloadProgress.raise(file, read, 100);
+        }
+        DownloadComplete.raise(file, m_cancelled);
+        return m_cancelled ? QString() : file;
+    }
+    void Cancel() override
+    {
+        asked(QStringLiteral("Cancel"));
+        m_cancelled = true;
+    }
+
+private:
+    bool m_cancelled = false;
+};
+
+class FakeUploader final : public Uploader, Recorder
+{
+public:
+    using Recorder::Recorder;
+
+    void Upload(const QString& source, const QString& destination, const QVariant&) override
+    {
+        asked(QStringLiteral("Upload %1 -> %2").arg(source, destination));
+        UploadProgress.raise(source, 100, 100);
+        UploadComplete.raise(source);
+    }
+};
+
+class FakeNibrsModule final : public NibrsModuleService, Recorder
+{
+public:
+    using Recorder::Recorder;
+
+    QList<QPair<QString, QString>> GetNibrsOffenseCodeList() override
+    {
+        return asked(QStringLiteral("GetNibrsOffenseCodeList")).nibrsCodes;
+    }
+};
+
+} // namespace
+
+void FakeHostState::called(const QString& operation)
+{
+    ++calls;
+    log << operation;
+    if (failure)
+        throw Error(*failure);
+}
+
+struct FakeHost::Services
+{
+    explicit Services(const StatePtr& state)
+        : host(state)
+        , xml(state)
+        , session(state)
+        , ui(state)
+        , lists(state)
+        , images(state)
+        , environment(state)
+    {
+    }
+
+    FakeServices host;
+    FakeXmlFactory xml;
+    FakeSession session;
+    FakeUiServices ui;
+    FakeListFilling lists;
+    FakeImages images;
+    FakeEnvironment environment;
+};
+
+FakeHost::FakeHost()
+    : m_state(std::make_shared<FakeHostState>())
+    , m_services(std::make_unique<Services>(m_state))
+{
+}
+
+FakeHost::~FakeHost() = default;
+
+void FakeHost::setTable(TableNumber table, QList<TableValue> values)
+{
+    m_state->tables.insert(table, std::move(values));
+}
+
+HostServices& FakeHost::hostServices()
+{
+    return m_services->host;
+}
+
+XmlFactory& FakeHost::xmlFactory()
+{
+    return m_services->xml;
+}
+
+Session& FakeHost::session()
+{
+    return m_services->session;
+}
+
+UiServices& FakeHost::uiServices()
+{
+    return m_services->ui;
+}
+
+ListFilling& FakeHost::listFilling()
+{
+    return m_services->lists;
+}
+
+Images& FakeHost::images()
+{
+    return m_services->images;
+}
+
+Environment& FakeHost::environment()
+{
+    return m_services->environment;
+}
+
+std::unique_ptr<TableCodeCache> FakeHost::newTableCodeCache()
+{
+    m_state->called(QStringLiteral("new TableCodeCache"));
+    return std::make_unique<FakeTableCodeCache>(m_state);
+}
+
+std::unique_ptr<EmployeeListCache> FakeHost::newEmployeeListCache()
+{
+    m_state->called(QStringLiteral("new EmployeeListCache"));
+    return std::make_unique<FakeEmployees>(m_state);
+}
+
+std::unique_ptr<OffenseListCache> FakeHost::newOffenseListCache()
+{
+    m_state->called(QStringLiteral("new OffenseListCache"));
+    return std::make_unique<FakeOffenses>(m_state);
+}
+
+std::unique_ptr<UsersCache> FakeHost::newUsersCache()
+{
+    m_state->called(QStringLiteral("new UsersCache"));
+    return std::make_unique<FakeUsers>(m_state);
+}
+
+std::unique_ptr<ThumbnailService> FakeHost::newThumbnailService()
+{
+    m_state->called(QStringLiteral("new ThumbnailService"));
+    return std::make_unique<FakeThumbnails>(m_state);
+}
+
+std::unique_ptr<AttachmentFolders> FakeHost::newAttachmentFolders()
+{
+    m_state->called(QStringLiteral("new AttachmentFolders"));
+    return std::make_unique<FakeFolders>(m_state);
+}
+
+std::unique_ptr<tvCustomDictionary> FakeHost::newCustomDictionary()
+{
+    m_state->called(QStringLiteral("new tvCustomDictionary"));
+    return std::make_unique<FakeDictionary>(m_state);
+}
+
+std::unique_ptr<Downloader> FakeHost::newDownloader()
+{
+    m_state->called(QStringLiteral("new Downloader"));
+    return std::make_unique<FakeDownloader>(m_state);
+}
+
+std::unique_ptr<Uploader> FakeHost::newUploader()
+{
+    m_state->called(QStringLiteral("new Uploader"));
+    return std::make_unique<FakeUploader>(m_state);
+}
+
+tvTableCollectionPtr FakeHost::newTableCollection()
+{
+    m_state->called(QStringLiteral("new tvTableCollection"));
+    return std::make_shared<FakeCollection>();
+}
+
+std::shared_ptr<NibrsModuleService> FakeHost::createNibrsModule(const QString& className)
+{
+    m_state->called(QStringLiteral("create ") + className);
+    if (!m_state->hasNibrs || className != QLatin1String("NIBRS.Singletons"))
+        throw Error(QStringLiteral("The host has no component %1").arg(className),
+                    Error::NoSuchComponentNumber);
+    return std::make_shared<FakeNibrsModule>(m_state);
+}
+
+} // namespace tavrin::test

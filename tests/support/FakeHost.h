@@ -1,0 +1,103 @@
+#pragma once
+
+#include "base/Error.h"
+#include "frame/host_contracts/Host.h"
+#include "support/FakeRecords.h"
+
+#include <QHash>
+#include <QMap>
+#include <QSet>
+
+namespace tavrin::test {
+
+/// What a fake host knows and what was asked of it. The fake's services all share one.
+struct FakeHostState
+{
+    /// Calls of any operation of any service; making a cache object counts as well.
+    int calls = 0;
+    /// The operations that were called, in their order, such as "GetTableValues 302".
+    QStringList log;
+    /// While set, each operation raises it instead of answering.
+    std::optional<Error> failure;
+
+    QMap<TableNumber, QList<TableValue>> tables;
+    /// Numeric codes of each table that count as inactive.
+    QMap<TableNumber, QSet<int>> inactive;
+    XmlDocument employees;
+    XmlDocument offenses;
+    XmlDocument users;
+    QHash<QString, QString> employeeShortTexts;
+    QHash<QString, QString> employeeFullTexts;
+    QHash<QString, QString> offenseShortTexts;
+    QHash<QString, QString> offenseFullTexts;
+    QHash<QString, QString> userNames;
+
+    QString userId = QStringLiteral("tester");
+    /// By "section/key".
+    QHash<QString, QString> settings;
+    /// By "module/right".
+    QSet<QString> permissions;
+    /// By "module/table/field".
+    QSet<QString> missingFields;
+    QSet<QString> requiredFields;
+    TextBoxColors textBoxColors;
+    QString dateDisplayFormat = QStringLiteral("MM/dd/yyyy");
+    QString dictionaryFolder;
+    QString downloadsFolder;
+    QHash<HostObject*, tvBusinessObjectPtr> parents;
+    QHash<QString, QString> thumbnails;
+    QHash<QString, QString> folders;
+    QHash<QString, QImage> pictures;
+    QStringList addedWords;
+    QList<QPair<QString, QString>> nibrsCodes;
+    /// Without it the host has no component of the name "NIBRS.Singletons".
+    bool hasNibrs = true;
+
+    EventHub hub;
+
+    /// Counts the call, and raises the failure while one is set.
+    void called(const QString& operation);
+};
+
+/// A host without database and files. A test sets what it answers through `state`, installs it with a
+/// `HostInstallation` and reads there what was asked.
+class FakeHost final : public Host
+{
+public:
+    FakeHost();
+    ~FakeHost() override;
+
+    FakeHostState& state() { return *m_state; }
+    int calls() const { return m_state->calls; }
+    /// Gives a code table its values, all of them active.
+    void setTable(TableNumber table, QList<TableValue> values);
+    /// Whatever is called from now on raises this; `{}` ends that.
+    void failWith(std::optional<Error> error) { m_state->failure = std::move(error); }
+
+    HostServices& hostServices() override;
+    XmlFactory& xmlFactory() override;
+    Session& session() override;
+    UiServices& uiServices() override;
+    ListFilling& listFilling() override;
+    Images& images() override;
+    Environment& environment() override;
+
+    std::unique_ptr<TableCodeCache> newTableCodeCache() override;
+    std::unique_ptr<EmployeeListCache> newEmployeeListCache() override;
+    std::unique_ptr<OffenseListCache> newOffenseListCache() override;
+    std::unique_ptr<UsersCache> newUsersCache() override;
+    std::unique_ptr<ThumbnailService> newThumbnailService() override;
+    std::unique_ptr<AttachmentFolders> newAttachmentFolders() override;
+    std::unique_ptr<tvCustomDictionary> newCustomDictionary() override;
+    std::unique_ptr<Downloader> newDownloader() override;
+    std::unique_ptr<Uploader> newUploader() override;
+    tvTableCollectionPtr newTableCollection() override;
+    std::shared_ptr<NibrsModuleService> createNibrsModule(const QString& className) override;
+
+private:
+    struct Services;
+    std::shared_ptr<FakeHostState> m_state;
+    std::unique_ptr<Services> m_services;
+};
+
+} // namespace tavrin::test
