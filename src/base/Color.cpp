@@ -56,13 +56,13 @@ QColor Color::resolve(const QPalette& palette) const
         return QColor(static_cast<int>(m_value & 0xFF), static_cast<int>(m_value >> 8 & 0xFF),
                       static_cast<int>(m_value >> 16 & 0xFF));
     }
-    const SystemEntry entry = systemEntry(m_value & 0xFF);
+    const SystemEntry entry = systemEntry(m_value & 0x7FFFFFFF);
     return palette.color(entry.group, entry.role);
 }
 
 QPalette::ColorRole Color::role() const
 {
-    return isSystem() ? systemEntry(m_value & 0xFF).role : QPalette::NoRole;
+    return isSystem() ? systemEntry(m_value & 0x7FFFFFFF).role : QPalette::NoRole;
 }
 
 } // namespace tavrin

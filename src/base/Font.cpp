@@ -1,5 +1,6 @@
 #include "Font.h"
 
+#include <QFontInfo>
 #include <QGuiApplication>
 
 #include <algorithm>
@@ -33,6 +34,12 @@ void Font::SetName(const QString& name)
     FontChanged.raise(QStringLiteral("Name"));
 }
 
+double Font::Size() const
+{
+    // A font that was given in pixels has no size in points of its own.
+    return m_font.pixelSize() > 0 ? QFontInfo(m_font).pointSizeF() : m_font.pointSizeF();
+}
+
 void Font::SetSize(double points)
 {
     change("Size", Size(), std::max(points, 1.0), &QFont::setPointSizeF);
@@ -60,10 +67,10 @@ void Font::SetStrikethrough(bool strikethrough)
 
 void Font::SetWeight(int weight)
 {
-    const int before = Weight();
-    if (before == weight)
+    const int valid = std::clamp(weight, 1, 1000);
+    if (valid == Weight())
         return;
-    m_font.setWeight(static_cast<QFont::Weight>(std::clamp(weight, 1, 1000)));
+    m_font.setWeight(static_cast<QFont::Weight>(valid));
     FontChanged.raise(QStringLiteral("Weight"));
 }
 

@@ -22,7 +22,7 @@ public:
     QString Name() const { return m_font.family(); }
     void SetName(const QString& name);
     /// Size in points.
-    double Size() const { return m_font.pointSizeF(); }
+    double Size() const;
     void SetSize(double points);
     bool Bold() const { return m_font.bold(); }
     void SetBold(bool bold);

@@ -32,10 +32,10 @@ bool isSeparator(QChar character)
 QString drivePart(const QString& path)
 {
     if (path.size() >= 2 && path.at(1) == u':') {
-        const QChar letter = path.at(0).toUpper();
-        if (letter >= u'A' && letter <= u'Z')
-            return path.left(2);
-        return {};
+        // Not by toUpper: letters of other alphabets have capitals between A and Z.
+        const QChar letter = path.at(0);
+        const bool isLetter = (letter >= u'A' && letter <= u'Z') || (letter >= u'a' && letter <= u'z');
+        return isLetter ? path.left(2) : QString();
     }
     if (path.size() < 3 || !isSeparator(path.at(0)) || !isSeparator(path.at(1)))
         return {};

@@ -5,6 +5,8 @@
 #include <QDateTime>
 #include <QLocale>
 
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <limits>
 
@@ -47,6 +49,14 @@ QString doubleText(double value)
                  : QString::number(value, 'g', QLocale::FloatingPointShortest);
 }
 
+/// The double whose shortest text is the shortest one of the single-precision number.
+double widened(float value)
+{
+    std::array<char, 32> text = {};
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+    return QByteArray(text.data(), end - text.data()).toDouble();
+}
+
 template <typename Target>
 Target toWhole(const QVariant& value)
 {
@@ -83,8 +93,9 @@ QString ToText(const QVariant& value)
     case QMetaType::Bool:
         return value.toBool() ? QStringLiteral("True") : QStringLiteral("False");
     case QMetaType::Double:
-    case QMetaType::Float:
         return doubleText(value.toDouble());
+    case QMetaType::Float:
+        return doubleText(widened(value.toFloat()));
     default:
         if (!value.canConvert<QString>())
             raiseTypeMismatch();

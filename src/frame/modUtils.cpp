@@ -87,7 +87,8 @@ QString UniqueFileName(const QString& path)
     const QString folder = path.left(path.size() - given.fileName().size()); // with its separator
     const QString ending = given.suffix().isEmpty() ? QString() : u'.' + given.suffix();
     for (qint32 n = 1; n < std::numeric_limits<qint32>::max(); ++n) {
-        const QString name = QStringLiteral("%1 (%2)%3").arg(given.completeBaseName()).arg(n).arg(ending);
+        const QString name =
+            QStringLiteral("%1 (%2)%3").arg(given.completeBaseName(), QString::number(n), ending);
         if (!namesSomething(folder + name))
             return folder + name;
     }

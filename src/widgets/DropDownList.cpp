@@ -82,7 +82,7 @@ DropDownList::DropDownList(QWidget* parent)
 
 DropDownList::~DropDownList()
 {
-    delete m_popup; // before the model that its view shows
+    delete m_popup.data(); // before the model that its view shows
 }
 
 // Entries
@@ -152,7 +152,7 @@ void DropDownList::makePopup()
     m_view->viewport()->installEventFilter(this);
     auto* layout = new QVBoxLayout(m_popup);
     layout->setContentsMargins(1, 1, 1, 1);
-    layout->setSizeConstraint(QLayout::SetNoConstraint); // a list of one row is one row high
+    layout->setSizeConstraint(QLayout::SetNoConstraint); // a short list is lower than the view's least height
     layout->addWidget(m_view);
 }
 
@@ -161,8 +161,7 @@ void DropDownList::Open()
     if (IsOpen() || !isVisible() || !isEnabled())
         return;
     if (m_popup && m_popup->parentWidget() != window()) { // the widget went to another window
-        delete m_popup;
-        m_popup = nullptr;
+        delete m_popup.data();
     }
     if (!m_popup)
         makePopup();
@@ -187,6 +186,8 @@ bool DropDownList::IsOpen() const
 
 void DropDownList::refreshPopup()
 {
+    if (!m_popup)
+        return;
     if (std::exchange(m_viewIsStale, false)) {
         m_view->setFont(font());
         m_model->contentChanged();
@@ -246,9 +247,9 @@ bool DropDownList::eventFilter(QObject* watched, QEvent* event)
         break;
     case QEvent::MouseButtonRelease:
         if (widget == m_view->viewport()) {
-            const QPoint position = static_cast<QMouseEvent*>(event)->position().toPoint();
-            const QModelIndex row = m_view->indexAt(position);
-            if (row.isValid())
+            const auto* mouse = static_cast<QMouseEvent*>(event);
+            const QModelIndex row = m_view->indexAt(mouse->position().toPoint());
+            if (row.isValid() && mouse->button() == Qt::LeftButton)
                 guard("DropDownList_Click", [&] { choose(row.row()); });
             return true;
         }
@@ -271,6 +272,8 @@ bool DropDownList::eventFilter(QObject* watched, QEvent* event)
 void DropDownList::choose(int index)
 {
     Close();
+    if (index >= ListCount()) // the view has not heard yet that the row is gone
+        return;
     m_listIndex = index;
     Click.raise();
 }

@@ -3,12 +3,13 @@
 #include "DropdownTarget.h"
 #include "base/Event.h"
 
+#include <QFrame>
+#include <QPointer>
 #include <QWidget>
 
 #include <memory>
 #include <vector>
 
-class QFrame;
 class QListView;
 
 namespace tavrin {
@@ -78,8 +79,8 @@ private:
 
     std::vector<Entry> m_entries;
     int m_listIndex = -1;
-    QFrame* m_popup = nullptr;
-    QListView* m_view = nullptr;
+    QPointer<QFrame> m_popup;    // a child of the window, which may die before this widget
+    QListView* m_view = nullptr; // lives in the popup
     std::unique_ptr<Model> m_model;
     bool m_viewIsStale = true;
 };

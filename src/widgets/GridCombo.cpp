@@ -29,10 +29,11 @@ void GridArray::DeleteRow(int row)
 
 int GridArray::Find(int fromRow, int column, const QVariant& value) const
 {
+    const bool hasText = !IsNull(value) && !IsEmpty(value);
     const QString text = ToText(value);
     for (int row = std::max(fromRow, 1); row <= UpperBound(); ++row) {
         const QVariant cell = Value(row, column);
-        if (SameValue(cell, value) || (!IsNull(cell) && !IsEmpty(cell) && ToText(cell) == text))
+        if (SameValue(cell, value) || (hasText && !IsNull(cell) && !IsEmpty(cell) && ToText(cell) == text))
             return row;
     }
     return 0;

@@ -53,7 +53,7 @@ void TextBox::applyColors()
     const QPalette system = QApplication::palette(this);
     const QColor back = m_backColor.resolve(system);
     const QColor fore = m_foreColor.resolve(system);
-    QPalette palette = system;
+    QPalette palette; // of the roles that are set here; the others are inherited
     if (m_backColor != SystemColor::WindowBackground)
         palette.setColor(QPalette::Base, back);
     if (m_foreColor != SystemColor::WindowText) {
@@ -86,7 +86,8 @@ void TextBox::focusInEvent(QFocusEvent* event)
 void TextBox::changeEvent(QEvent* event)
 {
     QLineEdit::changeEvent(event);
-    const bool themeChanged = event->type() == QEvent::ApplicationPaletteChange ||
+    // A new palette of the application comes as PaletteChange, through the roles that are inherited.
+    const bool themeChanged = event->type() == QEvent::PaletteChange ||
                               event->type() == QEvent::StyleChange || event->type() == QEvent::ThemeChange;
     if (themeChanged && !m_applyingColors)
         applyColors();
@@ -119,14 +120,12 @@ void TextBox::keyPressEvent(QKeyEvent* event)
 void TextBox::inputMethodEvent(QInputMethodEvent* event)
 {
     QString taken;
-    guard("TextBox_KeyPress", [&] {
-        for (const QChar unit : event->commitString()) {
-            int character = unit.unicode();
-            KeyPress.raise(character);
-            if (character != 0)
-                taken += unit;
-        }
-    });
+    for (const QChar unit : event->commitString()) {
+        int character = unit.unicode();
+        guard("TextBox_KeyPress", [&] { KeyPress.raise(character); }); // one failure loses no text
+        if (character != 0)
+            taken += unit;
+    }
     if (taken != event->commitString())
         event->setCommitString(taken, event->replacementStart(), event->replacementLength());
     QLineEdit::inputMethodEvent(event);

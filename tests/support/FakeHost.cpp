@@ -15,10 +15,10 @@ namespace {
 using StatePtr = std::shared_ptr<FakeHostState>;
 
 /// What every service of the fake has.
-class Part
+class Recorder
 {
 public:
-    explicit Part(StatePtr state)
+    explicit Recorder(StatePtr state)
         : m_state(std::move(state))
     {
     }
@@ -51,10 +51,10 @@ QList<TableValue> valuesOf(const FakeHostState& state, TableNumber table, bool i
     return values;
 }
 
-class FakeServices final : public HostServices, Part
+class FakeServices final : public HostServices, Recorder
 {
 public:
-    using Part::Part;
+    using Recorder::Recorder;
 
     TableValues GetTableValues(TableNumber table, bool includeInactive, const QVariant&, bool) override
     {
@@ -72,10 +72,10 @@ public:
     void SyncCustomDictionaryFile() override { asked(QStringLiteral("SyncCustomDictionaryFile")); }
 };
 
-class FakeXmlFactory final : public XmlFactory, Part
+class FakeXmlFactory final : public XmlFactory, Recorder
 {
 public:
-    using Part::Part;
+    using Recorder::Recorder;
 
     XmlDocument CreateDocument() override
     {
@@ -84,10 +84,10 @@ public:
     }
 };
 
-class FakeSession final : public Session, Part
+class FakeSession final : public Session, Recorder
 {
 public:
-    using Part::Part;
+    using Recorder::Recorder;
 
     QString CurrentUserId() override { return asked(QStringLiteral("CurrentUserId")).userId; }
     QString GetSetting(const QString& section, const QString& key) override
@@ -115,10 +115,10 @@ public:
     }
 };
 
-class FakeUiServices final : public UiServices, Part
+class FakeUiServices final : public UiServices, Recorder
 {
 public:
-    using Part::Part;
+    using Recorder::Recorder;
 
     Color ShadeColor(Color color, double factor) override
     {
@@ -147,10 +147,10 @@ public:
     }
 };
 
-class FakeListFilling final : public ListFilling, Part
+class FakeListFilling final : public ListFilling, Recorder
 {
 public:
-    using Part::Part;
+    using Recorder::Recorder;
 
     void FillTableCombo(TableNumber table, DropdownTarget& combo, bool includeInactive, const QVariant& value,
                         bool) override
@@ -183,10 +183,10 @@ public:
     }
 };
 
-class FakeImages final : public Images, Part
+class FakeImages final : public Images, Recorder
 {
 public:
-    using Part::Part;
+    using Recorder::Recorder;
 
     bool IsImageFile(const QString& fileName) override
     {
@@ -204,10 +204,10 @@ public:
     }
 };
 
-class FakeEnvironment final : public Environment, Part
+class FakeEnvironment final : public Environment, Recorder
 {
 public:
-    using Part::Part;
+    using Recorder::Recorder;
 
     QString GetDictionaryFolder() override
     {
@@ -228,10 +228,10 @@ public:
     }
 };
 
-class FakeTableCodeCache final : public TableCodeCache, Part
+class FakeTableCodeCache final : public TableCodeCache, Recorder
 {
 public:
-    using Part::Part;
+    using Recorder::Recorder;
 
     XmlDocument Document(TableNumber table) override
     {
@@ -260,10 +260,10 @@ public:
     }
 };
 
-class FakeEmployees final : public EmployeeListCache, Part
+class FakeEmployees final : public EmployeeListCache, Recorder
 {
 public:
-    using Part::Part;
+    using Recorder::Recorder;
 
     XmlDocument Document() override { return asked(QStringLiteral("EmployeeListCache.Document")).employees; }
     QString ShortText(const QVariant& officerNo) override
@@ -277,10 +277,10 @@ public:
     }
 };
 
-class FakeOffenses final : public OffenseListCache, Part
+class FakeOffenses final : public OffenseListCache, Recorder
 {
 public:
-    using Part::Part;
+    using Recorder::Recorder;
 
     XmlDocument Document() override { return asked(QStringLiteral("OffenseListCache.Document")).offenses; }
     QString ShortText(const QVariant& offenseNo) override
@@ -293,10 +293,10 @@ public:
     }
 };
 
-class FakeUsers final : public UsersCache, Part
+class FakeUsers final : public UsersCache, Recorder
 {
 public:
-    using Part::Part;
+    using Recorder::Recorder;
 
     XmlDocument Document() override { return asked(QStringLiteral("UsersCache.Document")).users; }
     QString UserDisplayName(const QString& userId) override
@@ -305,10 +305,10 @@ public:
     }
 };
 
-class FakeThumbnails final : public ThumbnailService, Part
+class FakeThumbnails final : public ThumbnailService, Recorder
 {
 public:
-    using Part::Part;
+    using Recorder::Recorder;
 
     QVariant GetThumbnailPath(const QString& file) override
     {
@@ -317,10 +317,10 @@ public:
     }
 };
 
-class FakeFolders final : public AttachmentFolders, Part
+class FakeFolders final : public AttachmentFolders, Recorder
 {
 public:
-    using Part::Part;
+    using Recorder::Recorder;
 
     QString GetFolderPath(const QVariant& folderNo) override
     {
@@ -328,19 +328,19 @@ public:
     }
 };
 
-class FakeDictionary final : public tvCustomDictionary, Part
+class FakeDictionary final : public tvCustomDictionary, Recorder
 {
 public:
-    using Part::Part;
+    using Recorder::Recorder;
 
     void AddWord(const QString& word) override { asked(QStringLiteral("AddWord")).addedWords << word; }
 };
 
 /// Delivers the path that it was asked for, in two steps of progress.
-class FakeDownloader final : public Downloader, Part
+class FakeDownloader final : public Downloader, Recorder
 {
 public:
-    using Part::Part;
+    using Recorder::Recorder;
 
     void SetBufferSize(qint32 bytes) override { asked(QStringLiteral("SetBufferSize %1").arg(bytes)); }
     QString Download(const QString& file) override
@@ -365,10 +365,10 @@ private:
     bool m_cancelled = false;
 };
 
-class FakeUploader final : public Uploader, Part
+class FakeUploader final : public Uploader, Recorder
 {
 public:
-    using Part::Part;
+    using Recorder::Recorder;
 
     void Upload(const QString& source, const QString& destination, const QVariant&) override
     {
@@ -378,10 +378,10 @@ public:
     }
 };
 
-class FakeNibrsModule final : public NibrsModuleService, Part
+class FakeNibrsModule final : public NibrsModuleService, Recorder
 {
 public:
-    using Part::Part;
+    using Recorder::Recorder;
 
     QList<QPair<QString, QString>> GetNibrsOffenseCodeList() override
     {

@@ -13,7 +13,7 @@ namespace tavrin::test {
 /// What a fake host knows and what was asked of it. The fake's services all share one.
 struct FakeHostState
 {
-    /// Calls of any operation of any service; making a cache or helper object counts as well.
+    /// Calls of any operation of any service; making a cache object counts as well.
     int calls = 0;
     /// The operations that were called, in their order, such as "GetTableValues 302".
     QStringList log;

@@ -60,7 +60,8 @@ void addContext(const QString& typeName, const QString& routine, const QString& 
     } catch (...) {
         const Error error = Error::fromCurrentException();
         throw Error(prefix + error.Description, error.Number,
-                    QStringLiteral("%1 -> %2.%3 [line %4]").arg(error.Source, typeName, routine).arg(line));
+                    QStringLiteral("%1 -> %2.%3 [line %4]")
+                        .arg(error.Source, typeName, routine, QString::number(line)));
     }
 }
 

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace tavrin {
 
@@ -37,9 +38,16 @@ FontPtr fontFromJson(const QJsonObject& object)
     return font;
 }
 
+/// No font or no picture.
+bool isNoObject(const QVariant& value)
+{
+    return (value.typeId() == qMetaTypeId<FontPtr>() && !value.value<FontPtr>()) ||
+           (value.typeId() == QMetaType::QImage && value.value<QImage>().isNull());
+}
+
 QJsonValue toJsonValue(const QString& key, const QVariant& value)
 {
-    if (IsNull(value))
+    if (IsNull(value) || isNoObject(value))
         return QJsonValue::Null;
     if (value.typeId() == qMetaTypeId<Color>()) {
         const QString hex = QStringLiteral("0x%1").arg(value.value<Color>().value(), 8, 16, QLatin1Char('0'));
@@ -81,7 +89,8 @@ QVariant fromJsonValue(const QJsonValue& value)
         return Null();
     case QJsonValue::Double: {
         const double number = value.toDouble();
-        const bool whole = std::floor(number) == number && std::fabs(number) <= 0x7FFFFFFF;
+        const bool whole = std::floor(number) == number && number >= std::numeric_limits<qint32>::min() &&
+                           number <= std::numeric_limits<qint32>::max();
         return whole ? QVariant(static_cast<qint32>(number)) : QVariant(number);
     }
     case QJsonValue::Object:
@@ -142,7 +151,7 @@ PropertyBag PropertyBag::fromJson(const QJsonObject& object, QStringList* proble
     for (auto entry = object.begin(); entry != object.end(); ++entry) {
         const QVariant value = fromJsonValue(entry.value());
         if (!IsEmpty(value))
-            bag.m_entries.push_back({entry.key(), value});
+            bag.WriteProperty(entry.key(), value, QVariant());
         else if (problems)
             problems->append(QStringLiteral("The value of %1 cannot be read").arg(entry.key()));
     }

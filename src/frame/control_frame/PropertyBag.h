@@ -28,7 +28,7 @@ public:
     const std::vector<Entry>& entries() const { return m_entries; }
 
     /// Booleans, numbers, texts and Null as JSON has them. Colours, fonts and pictures are objects:
-    /// {"color": "0x80000005"}, {"font": {"name": ..., "size": points, "bold": ...}}, {"picture": PNG as
+    /// {"color": "0x80000005"}, {"font": {"name": ..., "size": points, "weight": ...}}, {"picture": PNG as
     /// base64}. Raises an `Error` for a value that is none of these.
     QJsonObject toJson() const;
     /// An entry that cannot be read is left out; `problems`, when given, gets one sentence for each.

@@ -7,6 +7,8 @@
 
 #include <QImage>
 
+#include <limits>
+
 namespace tavrin {
 
 namespace {
@@ -23,6 +25,10 @@ QVariant toColor(const QVariant& value)
 {
     if (value.typeId() == qMetaTypeId<Color>())
         return value;
+    // A colour as a number comes with or without a sign.
+    const double number = ToDouble(value);
+    if (number > std::numeric_limits<qint32>::max() && number <= std::numeric_limits<quint32>::max())
+        return QVariant::fromValue(Color(static_cast<quint32>(number)));
     return QVariant::fromValue(Color(static_cast<quint32>(ToLong(value))));
 }
 

@@ -11,6 +11,11 @@
 
 namespace tavrin {
 
+namespace {
+/// The controls that the focus is in; more than one where they are nested or stand on several windows.
+thread_local QList<UserControl*> controlsWithFocus;
+} // namespace
+
 UserControl::UserControl(QWidget* parent, const ControlSite& site)
     : QWidget(parent)
     , m_saved(site.saved)
@@ -22,6 +27,7 @@ UserControl::UserControl(QWidget* parent, const ControlSite& site)
 
 UserControl::~UserControl()
 {
+    controlsWithFocus.removeOne(this);
     disconnect(m_focusConnection); // no focus event reaches a half-destroyed control
 }
 
@@ -155,8 +161,9 @@ void UserControl::focusOutEvent(QFocusEvent* event)
 void UserControl::keyPressEvent(QKeyEvent* event)
 {
     int keyCode = keyCodeOf(*event);
-    // Keys that a constituent has left alone come here too; they are not the frame's.
-    if (hasFocus() && keyCode != 0)
+    // Keys that a constituent has left alone come here too; they are not the frame's, not even those of
+    // a constituent that stands in for it (so not hasFocus).
+    if (QApplication::focusWidget() == this && keyCode != 0)
         guard("UserControl_KeyDown", [&] { UserControl_KeyDown(keyCode, shiftStateOf(event->modifiers())); });
     if (keyCode == 0 && keyCodeOf(*event) != 0)
         event->accept();
@@ -187,10 +194,21 @@ void UserControl::focusMoved(const QWidget* now)
     if (inside == m_focusInside)
         return;
     m_focusInside = inside;
-    if (inside)
-        UserControl_EnterFocus();
-    else
+    if (!inside) {
+        controlsWithFocus.removeOne(this);
         UserControl_ExitFocus();
+        return;
+    }
+    // The focus leaves the other controls first, whichever of them Qt tells first.
+    const QList<UserControl*> others = controlsWithFocus;
+    controlsWithFocus.append(this);
+    const QPointer<UserControl> self(this);
+    for (UserControl* other : others) {
+        if (controlsWithFocus.contains(other))
+            guard("UserControl_Focus", [&] { other->focusMoved(now); });
+    }
+    if (self && m_focusInside)
+        UserControl_EnterFocus();
 }
 
 // Ambient values

@@ -1,0 +1,249 @@
+#include "base/Error.h"
+#include "base/FileWriter.h"
+#include "support/TestCase.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <csignal>
+#include <functional>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+using tavrin::Error;
+using tavrin::replaceFile;
+
+namespace {
+
+QByteArray contentOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<cannot be read>");
+}
+
+void put(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(content), content.size());
+}
+
+QStringList entriesOf(const QString& folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                                  QDir::Name);
+}
+
+/// Runs `body` in a child process and returns what it returns: a small number, 0 for success.
+int inChild(const std::function<int()>& body)
+{
+    const pid_t child = ::fork();
+    if (child == 0)
+        ::_exit(body());
+    int status = 0;
+    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+constexpr int Refused = 0;
+constexpr int NotRefused = 1;
+constexpr int WrongText = 2;
+
+/// What a child does: the write must be refused with an error that names the file.
+int expectRefusal(const QString& path, const QByteArray& content)
+{
+    try {
+        replaceFile(path, content);
+        return NotRefused;
+    } catch (const Error& error) {
+        return error.Description.contains(path) && error.Number == Error::OrdinaryNumber ? Refused
+                                                                                         : WrongText;
+    } catch (...) {
+        return WrongText;
+    }
+}
+
+} // namespace
+
+class tst_FileWriter : public tavrin::test::TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() override
+    {
+        failOnUnexpectedWarnings();
+        m_folder = std::make_unique<QTemporaryDir>();
+        QVERIFY(m_folder->isValid());
+    }
+
+    void aNewFileIsWrittenAndEverybodyMayReadIt()
+    {
+        const QString path = m_folder->filePath(u"new file \u00E9.json"_s);
+        replaceFile(path, "content");
+        QCOMPARE(contentOf(path), QByteArray("content"));
+        QCOMPARE(entriesOf(m_folder->path()), QStringList(u"new file \u00E9.json"_s));
+        QCOMPARE(QFileInfo(path).permission(QFile::ReadOther), true);
+        QCOMPARE(QFileInfo(path).permission(QFile::WriteOther), false);
+    }
+
+    void anOldFileIsReplacedWhole_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("shorter") << QByteArray("n");
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("longer") << QByteArray(3000000, 'x');
+        QTest::newRow("all bytes") << QByteArray("\0\r\n\xFF", 4);
+    }
+    void anOldFileIsReplacedWhole()
+    {
+        QFETCH(QByteArray, content);
+        const QString path = m_folder->filePath(u"f"_s);
+        put(path, "old content");
+        replaceFile(path, content);
+        QVERIFY(contentOf(path) == content);
+        QCOMPARE(entriesOf(m_folder->path()), QStringList(u"f"_s));
+    }
+
+    void theModeOfTheOldFileStays()
+    {
+        const QString path = m_folder->filePath(u"f"_s);
+        put(path, "old");
+        QCOMPARE(::chmod(QFile::encodeName(path).constData(), 0640), 0);
+        replaceFile(path, "new");
+        struct stat after = {};
+        QCOMPARE(::stat(QFile::encodeName(path).constData(), &after), 0);
+        QCOMPARE(after.st_mode & 07777U, 0640U);
+    }
+
+    void whoeverHasTheOldFileOpenGoesOnReadingIt()
+    {
+        const QString path = m_folder->filePath(u"f"_s);
+        put(path, "old");
+        QFile reader(path);
+        QVERIFY(reader.open(QIODevice::ReadOnly));
+        replaceFile(path, "new");
+        QCOMPARE(reader.readAll(), QByteArray("old"));
+    }
+
+    void aSymbolicLinkIsReplacedAndNotFollowed_data()
+    {
+        QTest::addColumn<bool>("dangling");
+        QTest::newRow("to a file") << false;
+        QTest::newRow("dangling") << true;
+    }
+    void aSymbolicLinkIsReplacedAndNotFollowed()
+    {
+        QFETCH(bool, dangling);
+        const QString target = m_folder->filePath(u"target"_s);
+        const QString link = m_folder->filePath(u"link"_s);
+        if (!dangling)
+            put(target, "the target's");
+        QVERIFY(QFile::link(target, link));
+        replaceFile(link, "new");
+        QVERIFY(!QFileInfo(link).isSymLink());
+        QCOMPARE(contentOf(link), QByteArray("new"));
+        QCOMPARE(QFileInfo::exists(target), !dangling);
+        if (!dangling)
+            QCOMPARE(contentOf(target), QByteArray("the target's"));
+    }
+
+    void aRelativePathCountsFromTheWorkingFolder()
+    {
+        const QString before = QDir::currentPath();
+        const auto restore = qScopeGuard([&] { QDir::setCurrent(before); });
+        QVERIFY(QDir::setCurrent(m_folder->path()));
+        replaceFile(u"here"_s, "new");
+        QCOMPARE(contentOf(m_folder->filePath(u"here"_s)), QByteArray("new"));
+    }
+
+    void aMissingFolderRaisesWithTheFilesName()
+    {
+        const QString path = m_folder->filePath(u"missing/f"_s);
+        QCOMPARE(expectRefusal(path, "new"), Refused);
+        QCOMPARE(entriesOf(m_folder->path()), QStringList());
+    }
+
+    void aFolderOfThatNameStaysAndNoTemporaryFileIsLeft()
+    {
+        QVERIFY(QDir(m_folder->path()).mkpath(u"f/inside"_s));
+        QCOMPARE(expectRefusal(m_folder->filePath(u"f"_s), "new"), Refused);
+        QCOMPARE(entriesOf(m_folder->path()), QStringList(u"f"_s));
+        QCOMPARE(entriesOf(m_folder->filePath(u"f"_s)), QStringList(u"inside"_s));
+    }
+
+    void aFolderWithoutWriteRightKeepsTheOldFile()
+    {
+        const QString path = m_folder->filePath(u"f"_s);
+        put(path, "old");
+        const QByteArray folder = QFile::encodeName(m_folder->path());
+        QCOMPARE(::chmod(folder.constData(), 0555), 0);
+        const auto restore = qScopeGuard([&] { ::chmod(folder.constData(), 0755); });
+        const int result = inChild([&] {
+            if (::getuid() == 0 && ::setuid(65534) != 0) // the superuser's writes are never refused
+                return WrongText;
+            return expectRefusal(path, "new");
+        });
+        QCOMPARE(result, Refused);
+        QCOMPARE(contentOf(path), QByteArray("old"));
+        QCOMPARE(entriesOf(m_folder->path()), QStringList(u"f"_s));
+    }
+
+    void aWriteThatStopsInTheMiddleKeepsTheOldFile_data()
+    {
+        QTest::addColumn<int>("limit");
+        QTest::newRow("nothing fits") << 0;
+        QTest::newRow("a part fits") << 4096;
+        QTest::newRow("all but one byte fits") << 99999;
+    }
+    void aWriteThatStopsInTheMiddleKeepsTheOldFile()
+    {
+        QFETCH(int, limit);
+        const QString path = m_folder->filePath(u"f"_s);
+        put(path, "old");
+        const int result = inChild([&] {
+            std::signal(SIGXFSZ, SIG_IGN); // the write then fails instead of ending the process
+            const rlimit size = {static_cast<rlim_t>(limit), static_cast<rlim_t>(limit)};
+            if (::setrlimit(RLIMIT_FSIZE, &size) != 0)
+                return WrongText;
+            return expectRefusal(path, QByteArray(100000, 'n'));
+        });
+        QCOMPARE(result, Refused);
+        QCOMPARE(contentOf(path), QByteArray("old"));
+        QCOMPARE(entriesOf(m_folder->path()), QStringList(u"f"_s));
+    }
+
+    void whatAKilledProgramLeavesBehindBearsThePrefixThatAStartSweeps()
+    {
+        const QString path = m_folder->filePath(u"f"_s);
+        put(path, "old");
+        const int result = inChild([&] {
+            std::signal(SIGXFSZ, SIG_DFL); // the write that goes beyond the limit kills the process
+            const rlimit size = {4096, 4096};
+            const rlimit noCore = {0, 0};
+            if (::setrlimit(RLIMIT_CORE, &noCore) != 0 || ::setrlimit(RLIMIT_FSIZE, &size) != 0)
+                return WrongText;
+            return expectRefusal(path, QByteArray(100000, 'n'));
+        });
+        QCOMPARE(result, 128 + SIGXFSZ);
+        QCOMPARE(contentOf(path), QByteArray("old"));
+        const QStringList left = entriesOf(m_folder->path());
+        QCOMPARE(left.size(), 2);
+        QVERIFY2(left.at(0).startsWith(QLatin1String(tavrin::TemporaryPrefix)), qPrintable(left.at(0)));
+        QCOMPARE(left.at(1), u"f"_s);
+        replaceFile(path, "new"); // the remainder is in nobody's way
+        QCOMPARE(contentOf(path), QByteArray("new"));
+    }
+
+private:
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+TAVRIN_TEST_MAIN(tst_FileWriter)
+#include "tst_FileWriter.moc"

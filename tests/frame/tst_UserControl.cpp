@@ -1,0 +1,554 @@
+#include "base/Guard.h"
+#include "base/Variant.h"
+#include "support/ProbeControl.h"
+#include "support/TestCase.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QWindow>
+
+using namespace Qt::StringLiterals;
+using tavrin::Color;
+using tavrin::DesignTime;
+using tavrin::Error;
+using tavrin::PropertyBag;
+using tavrin::test::ProbeControl;
+
+namespace {
+
+/// Notes the failures that nobody caught.
+class Unhandled
+{
+public:
+    Unhandled()
+        : m_before(tavrin::setUnhandledErrorHandler([this](const Error& error, const QString& where) {
+            texts << where + u": "_s + error.Description;
+        }))
+    {
+    }
+    Unhandled(const Unhandled&) = delete;
+    Unhandled& operator=(const Unhandled&) = delete;
+    ~Unhandled() { tavrin::setUnhandledErrorHandler(m_before); }
+
+    QStringList texts;
+
+private:
+    tavrin::UnhandledErrorHandler m_before;
+};
+
+/// A window with two probes, each with a line edit in it, and a box that belongs to neither.
+struct FocusStage
+{
+    FocusStage()
+        : a(new ProbeControl(&window, {u"a"_s}, &journal))
+        , b(new ProbeControl(&window, {u"b"_s}, &journal))
+        , outside(new QLineEdit(&window))
+        , editA(new QLineEdit(a))
+        , secondA(new QLineEdit(a))
+        , editB(new QLineEdit(b))
+    {
+        window.resize(300, 200);
+        a->setGeometry(0, 0, 100, 60);
+        b->setGeometry(0, 70, 100, 60);
+        outside->setGeometry(0, 140, 100, 24);
+        secondA->move(0, 30);
+        window.show();
+        window.activateWindow();
+        outside->setFocus();
+    }
+    bool isReady()
+    {
+        const bool ready = QTest::qWaitForWindowActive(&window) && outside->hasFocus();
+        journal.clear();
+        return ready;
+    }
+
+    QStringList journal;
+    QWidget window;
+    ProbeControl* a;
+    ProbeControl* b;
+    QLineEdit* outside;
+    QLineEdit* editA;
+    QLineEdit* secondA;
+    QLineEdit* editB;
+};
+
+} // namespace
+
+class tst_UserControl : public tavrin::test::TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aNewControlsLifeHasItsOrder()
+    {
+        QStringList journal;
+        {
+            QWidget window;
+            auto* control = new ProbeControl(&window, {}, &journal);
+            QCOMPARE(journal, QStringList({u"Initialize"_s, u"InitProperties"_s}));
+            control->resize(120, 30);
+            window.show();
+            QCOMPARE(journal, QStringList({u"Initialize"_s, u"InitProperties"_s, u"Resize"_s, u"Show"_s}));
+            journal.clear();
+            control->resize(130, 30);
+            QCOMPARE(journal, QStringList({u"Resize"_s}));
+            window.hide();
+        }
+        QCOMPARE(journal, QStringList({u"Resize"_s, u"Hide"_s, u"Terminate"_s}));
+    }
+
+    void aSavedControlsLifeHasReadPropertiesInPlaceOfInitProperties()
+    {
+        QStringList journal;
+        PropertyBag bag;
+        bag.WriteProperty(u"first"_s, 5, 0);
+        QWidget window;
+        const auto* control = new ProbeControl(&window, {u"n"_s, &bag}, &journal);
+        window.show();
+        QCOMPARE(journal, QStringList({u"Initialize"_s, u"ReadProperties"_s, u"put First"_s, u"put Second"_s,
+                                       u"put Third"_s, u"Resize"_s, u"Show"_s}));
+        QCOMPARE(control->first, 5);
+        QCOMPARE(control->second, u"two"_s); // the default, put by the setter
+        QCOMPARE(control->third, tavrin::SystemColor::WindowText);
+    }
+
+    void hideAndShowComeAtEachTurn()
+    {
+        QWidget window;
+        auto* control = new ProbeControl(&window);
+        window.show();
+        control->take();
+        control->hide();
+        QCOMPARE(control->take(), QStringList({u"Hide"_s}));
+        control->show();
+        QCOMPARE(control->take(), QStringList({u"Show"_s}));
+        window.hide();
+        QCOMPARE(control->take(), QStringList({u"Hide"_s}));
+    }
+
+    void savedPropertiesAreWrittenInOrderThroughTheGetters()
+    {
+        ProbeControl control;
+        control.first = 3;
+        control.second = u"x"_s;
+        control.third = Color(9);
+        control.take();
+        PropertyBag bag;
+        control.WriteProperties(bag);
+        QCOMPARE(control.take(),
+                 QStringList({u"WriteProperties"_s, u"get First"_s, u"get Second"_s, u"get Third"_s}));
+        QStringList keys;
+        for (const auto& entry : bag.entries())
+            keys << entry.key;
+        QCOMPARE(keys, QStringList({u"First"_s, u"Second"_s, u"third"_s})); // one is written in another form
+        ProbeControl restored;
+        restored.ReadProperties(bag);
+        QCOMPARE(restored.first, 3);
+        QCOMPARE(restored.second, u"x"_s);
+        QCOMPARE(restored.third, Color(9));
+    }
+
+    void aPropertyThatFailsLeavesTheFollowingRestoredAndShowsNothing()
+    {
+        Unhandled unhandled;
+        PropertyBag bag;
+        bag.WriteProperty(u"First"_s, 5, 0);
+        bag.WriteProperty(u"Second"_s, u"kept"_s, {});
+        ProbeControl control(nullptr, {{}, &bag}, nullptr, {u"put First"_s});
+        QCOMPARE(control.first, 0); // what it had
+        QCOMPARE(control.second, u"kept"_s);
+        QCOMPARE(control.third, tavrin::SystemColor::WindowText);
+        QCOMPARE(unhandled.texts, QStringList());
+    }
+
+    void aPropertyThatCannotBeReadBackLeavesTheFollowingSaved()
+    {
+        ProbeControl control;
+        control.second = u"saved"_s;
+        control.failing = {u"get First"_s};
+        PropertyBag bag;
+        control.WriteProperties(bag);
+        QVERIFY(!bag.contains(u"First"_s));
+        QCOMPARE(bag.ReadProperty(u"Second"_s, {}), QVariant(u"saved"_s));
+    }
+
+    void aControlThatDoesNotTrapPassesTheFailureOn()
+    {
+        PropertyBag bag;
+        ProbeControl control(nullptr, {}, nullptr, {}, false);
+        control.failing = {u"put Second"_s, u"get Second"_s};
+        control.take();
+        QVERIFY_EXCEPTION_THROWN(control.ReadProperties(bag), Error);
+        QCOMPARE(control.take(), QStringList({u"ReadProperties"_s, u"put First"_s, u"put Second"_s}));
+        QVERIFY_EXCEPTION_THROWN(control.WriteProperties(bag), Error);
+        QCOMPARE(control.take(), QStringList({u"WriteProperties"_s, u"get First"_s, u"get Second"_s}));
+        QVERIFY_EXCEPTION_THROWN(ProbeControl(nullptr, {{}, &bag}, nullptr, {u"put First"_s}, false), Error);
+    }
+
+    void aSavedValueOfTheWrongTypeGivesTheDefault_data()
+    {
+        QTest::addColumn<bool>("traps");
+        QTest::newRow("trapping") << true;
+        QTest::newRow("not trapping") << false;
+    }
+    void aSavedValueOfTheWrongTypeGivesTheDefault()
+    {
+        QFETCH(bool, traps);
+        PropertyBag bag;
+        bag.WriteProperty(u"First"_s, u"many"_s, 0);
+        bag.WriteProperty(u"Second"_s, 12, 0);
+        bag.WriteProperty(u"Third"_s, u"red"_s, 0);
+        const ProbeControl control(nullptr, {{}, &bag}, nullptr, {}, traps);
+        QCOMPARE(control.first, 11);
+        QCOMPARE(control.second, u"12"_s);
+        QCOMPARE(control.third, tavrin::SystemColor::WindowText);
+    }
+
+    void propertyChangedBearsTheKeyOfTheBag()
+    {
+        ProbeControl control;
+        const QSignalSpy spy(&control, &ProbeControl::PropertyChanged);
+        control.ReadProperties({});
+        QCOMPARE(QVariantList({spy.at(0).at(0), spy.at(1).at(0), spy.at(2).at(0)}),
+                 QVariantList({u"First"_s, u"Second"_s, u"Third"_s}));
+        QCOMPARE(spy.size(), 3);
+    }
+
+    void sizesAreTwips()
+    {
+        QWidget window;
+        ProbeControl control(&window);
+        control.Size(1500, 300);
+        QCOMPARE(control.size(), QSize(100, 20));
+        control.SetWidth(1508); // to the nearest pixel
+        QCOMPARE(control.width(), 101);
+        QCOMPARE(control.height(), 20);
+        control.SetHeight(322);
+        QCOMPARE(control.size(), QSize(101, 21));
+        QCOMPARE(control.Width(), 1515.0F);
+        QCOMPARE(control.Height(), 315.0F);
+        control.setContentsMargins(2, 3, 4, 5);
+        QCOMPARE(control.ScaleWidth(), 1425.0F);
+        QCOMPARE(control.ScaleHeight(), 195.0F);
+        QCOMPARE(ProbeControl::ScaleX(1500, tavrin::ScaleMode::Twips, tavrin::ScaleMode::Pixels), 100.0F);
+        QCOMPARE(ProbeControl::ScaleX(2, tavrin::ScaleMode::Characters, tavrin::ScaleMode::Twips), 240.0F);
+        QCOMPARE(ProbeControl::ScaleY(2, tavrin::ScaleMode::Characters, tavrin::ScaleMode::Twips), 480.0F);
+    }
+
+    void theConstituentsAreItsDirectChildren()
+    {
+        ProbeControl control;
+        auto* first = new QWidget(&control);
+        auto* second = new QLineEdit(&control);
+        new QWidget(first);
+        QCOMPARE(control.Controls(), QList<QWidget*>({first, second}));
+    }
+
+    void theHandleIsThatOfItsWindowAndMakesNoNativeRelatives()
+    {
+        QWidget window;
+        ProbeControl control(&window);
+        auto* sibling = new QWidget(&window);
+        window.show();
+        QCOMPARE(control.hWnd(), static_cast<qint32>(window.winId()));
+        QVERIFY(!control.testAttribute(Qt::WA_NativeWindow));
+        QVERIFY(!sibling->testAttribute(Qt::WA_NativeWindow));
+    }
+
+    void theTypeNameIsTheClassNameWithoutNamespace()
+    {
+        const ProbeControl control;
+        QCOMPARE(control.typeName(), u"ProbeControl"_s);
+    }
+
+    void ambientChangedNamesWhatChanged_data()
+    {
+        QTest::addColumn<std::function<void(QWidget&, ProbeControl&)>>("change");
+        QTest::addColumn<QString>("name");
+        using Change = std::function<void(QWidget&, ProbeControl&)>;
+        QTest::newRow("name of the instance")
+            << Change([](QWidget&, ProbeControl& control) { control.setObjectName(u"other"_s); })
+            << u"DisplayName"_s;
+        QTest::newRow("font of the container")
+            << Change([](QWidget& window, ProbeControl&) { window.setFont(QFont(u"Tavrin Sans"_s, 31)); })
+            << u"Font"_s;
+        QTest::newRow("colour of the container") << Change([](QWidget& window, ProbeControl&) {
+            window.setProperty("BackColor", QVariant::fromValue(Color(5)));
+        }) << u"BackColor"_s;
+        QTest::newRow("palette of the container")
+            << Change([](QWidget& window, ProbeControl&) { window.setPalette(QPalette(QColor(1, 2, 3))); })
+            << u"BackColor"_s;
+        QTest::newRow("unit of the container")
+            << Change([](QWidget& window, ProbeControl&) { window.setProperty("ScaleUnits", u"Pixel"_s); })
+            << u"ScaleUnits"_s;
+    }
+    void ambientChangedNamesWhatChanged()
+    {
+        QFETCH(std::function<void(QWidget&, ProbeControl&)>, change);
+        QFETCH(QString, name);
+        QWidget window;
+        auto* control = new ProbeControl(&window, {u"name"_s});
+        window.show();
+        control->take();
+        change(window, *control);
+        QCOMPARE(control->take().filter(u"AmbientChanged"_s), QStringList(u"AmbientChanged "_s + name));
+        window.setProperty("Unrelated", 5);
+        QCOMPARE(control->take(), QStringList());
+    }
+
+    void ambientChangedFollowsTheControlToAnotherContainer()
+    {
+        QWidget first;
+        QWidget second;
+        auto* control = new ProbeControl(&first);
+        control->setParent(&second);
+        control->take();
+        first.setProperty("ScaleUnits", u"Pixel"_s);
+        QCOMPARE(control->take(), QStringList());
+        second.setProperty("ScaleUnits", u"Pixel"_s);
+        QCOMPARE(control->take(), QStringList({u"AmbientChanged ScaleUnits"_s}));
+    }
+
+    void theInstanceHasItsNameFromTheStartWithoutAnEvent()
+    {
+        ProbeControl control(nullptr, {u"Weapon"_s});
+        QCOMPARE(control.ambient().DisplayName(), u"Weapon"_s);
+        QCOMPARE(control.take(), QStringList({u"Initialize"_s, u"InitProperties"_s}));
+    }
+
+    void focusEntersAndLeavesEachControlOnceWhicheverConstituentHasIt()
+    {
+        FocusStage stage;
+        QVERIFY(stage.isReady());
+        stage.editA->setFocus();
+        QCOMPARE(std::exchange(stage.journal, {}), QStringList({u"EnterFocus"_s}));
+        stage.secondA->setFocus(); // from one constituent to the other
+        QCOMPARE(std::exchange(stage.journal, {}), QStringList());
+        stage.a->setFocus(); // to the frame itself
+        QCOMPARE(std::exchange(stage.journal, {}), QStringList());
+        stage.editA->setFocus();
+        QCOMPARE(std::exchange(stage.journal, {}), QStringList({u"LostFocus"_s})); // the frame's own
+        stage.outside->setFocus();
+        QCOMPARE(std::exchange(stage.journal, {}), QStringList({u"ExitFocus"_s}));
+    }
+
+    void theFocusLeavesOneControlBeforeItEntersTheOther_data()
+    {
+        QTest::addColumn<bool>("fromTheFirst");
+        QTest::newRow("to the one made later") << true;
+        QTest::newRow("to the one made earlier") << false;
+    }
+    void theFocusLeavesOneControlBeforeItEntersTheOther()
+    {
+        QFETCH(bool, fromTheFirst);
+        FocusStage stage;
+        QVERIFY(stage.isReady());
+        QLineEdit* from = fromTheFirst ? stage.editA : stage.editB;
+        QLineEdit* to = fromTheFirst ? stage.editB : stage.editA;
+        from->setFocus();
+        stage.journal.clear();
+        to->setFocus();
+        QCOMPARE(std::exchange(stage.journal, {}), QStringList({u"ExitFocus"_s, u"EnterFocus"_s}));
+    }
+
+    void aFailingExitDoesNotKeepTheOtherControlFromTheFocus()
+    {
+        Unhandled unhandled;
+        FocusStage stage;
+        QVERIFY(stage.isReady());
+        stage.editB->setFocus();
+        stage.b->failing = {u"ExitFocus"_s};
+        stage.journal.clear();
+        stage.editA->setFocus();
+        QCOMPARE(stage.journal, QStringList({u"ExitFocus"_s, u"EnterFocus"_s}));
+        QCOMPARE(unhandled.texts, QStringList({u"UserControl_Focus: ExitFocus failed"_s}));
+        stage.outside->setFocus();
+        QCOMPARE(stage.journal, QStringList({u"ExitFocus"_s, u"EnterFocus"_s, u"ExitFocus"_s}));
+    }
+
+    void aDialogThatHasTheFocusForAWhileDoesNotCountAsLeaving()
+    {
+        FocusStage stage;
+        QVERIFY(stage.isReady());
+        stage.editA->setFocus();
+        stage.journal.clear();
+        QDialog dialog(&stage.window);
+        auto* edit = new QLineEdit(&dialog);
+        dialog.show();
+        dialog.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        edit->setFocus();
+        QTRY_VERIFY(edit->hasFocus());
+        dialog.close();
+        stage.window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&stage.window));
+        QTRY_VERIFY(stage.editA->hasFocus());
+        QCOMPARE(stage.journal, QStringList());
+    }
+
+    void aWindowThatIsLeftAndCameBackDoesNotCountAsLeaving()
+    {
+        FocusStage stage;
+        QVERIFY(stage.isReady());
+        stage.editA->setFocus();
+        stage.journal.clear();
+        {
+            QWidget other;
+            other.show();
+            other.activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(&other));
+            QVERIFY(!stage.editA->hasFocus());
+        }
+        stage.window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&stage.window));
+        QTRY_VERIFY(stage.editA->hasFocus());
+        QCOMPARE(stage.journal, QStringList());
+        stage.outside->setFocus();
+        QCOMPARE(stage.journal, QStringList({u"ExitFocus"_s}));
+    }
+
+    void aControlThatIsDestroyedWithTheFocusTellsNothingMore()
+    {
+        FocusStage stage;
+        QVERIFY(stage.isReady());
+        stage.editA->setFocus();
+        stage.journal.clear();
+        delete stage.a;
+        stage.editB->setFocus();
+        QCOMPARE(stage.journal, QStringList({u"Terminate"_s, u"EnterFocus"_s}));
+    }
+
+    void keyDownIsForTheFrameItselfOnly()
+    {
+        FocusStage stage;
+        QVERIFY(stage.isReady());
+        stage.a->setFocus();
+        QTest::keyClick(stage.window.windowHandle(), Qt::Key_Down, Qt::ShiftModifier);
+        QCOMPARE(std::exchange(stage.journal, {}).filter(u"KeyDown"_s), QStringList({u"KeyDown 40 1"_s}));
+        stage.editA->setFocus();
+        QTest::keyClick(stage.window.windowHandle(), Qt::Key_A);    // the constituent takes it
+        QTest::keyClick(stage.window.windowHandle(), Qt::Key_Down); // the constituent leaves it alone
+        QCOMPARE(stage.journal.filter(u"KeyDown"_s), QStringList());
+    }
+
+    void keyDownIsNotForAConstituentThatStandsInForTheFrame()
+    {
+        FocusStage stage;
+        QVERIFY(stage.isReady());
+        stage.a->setFocusProxy(stage.editA);
+        stage.a->setFocus();
+        QVERIFY(stage.editA->hasFocus());
+        QTest::keyClick(stage.window.windowHandle(), Qt::Key_Down);
+        QCOMPARE(stage.journal.filter(u"KeyDown"_s), QStringList());
+    }
+
+    void aKeyThatTheFrameSwallowsGoesNoFurther()
+    {
+        class Window : public QWidget
+        {
+        public:
+            QList<int> keys;
+
+        protected:
+            void keyPressEvent(QKeyEvent* event) override { keys << event->key(); }
+        } window;
+        auto* control = new ProbeControl(&window);
+        control->swallowedKey = 40;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        control->setFocus();
+        QTest::keyClick(control, Qt::Key_Down);
+        QTest::keyClick(control, Qt::Key_Up);
+        QCOMPARE(control->take().filter(u"KeyDown"_s), QStringList({u"KeyDown 40 0"_s, u"KeyDown 38 0"_s}));
+        QCOMPARE(window.keys, QList<int>({Qt::Key_Up}));
+    }
+
+    void mouseUpIsForTheBareSurfaceOnlyAndItsPlaceIsInTwips()
+    {
+        QWidget window;
+        window.resize(200, 100);
+        auto* control = new ProbeControl(&window);
+        control->resize(100, 50);
+        auto* constituent = new QWidget(control); // leaves the mouse alone
+        constituent->setGeometry(0, 0, 20, 20);
+        window.show();
+        control->take();
+        QTest::mouseClick(control, Qt::LeftButton, Qt::ControlModifier, {30, 40});
+        QCOMPARE(control->take(), QStringList({u"MouseUp 1 2 450 600"_s}));
+        QTest::mouseClick(control, Qt::RightButton, {}, {99, 1});
+        QTest::mouseClick(control, Qt::MiddleButton, Qt::ShiftModifier, {30, 40});
+        QCOMPARE(control->take(), QStringList({u"MouseUp 2 0 1485 15"_s, u"MouseUp 4 1 450 600"_s}));
+        QTest::mouseClick(constituent, Qt::LeftButton, {}, {5, 5});
+        QCOMPARE(control->take(), QStringList());
+        QTest::mousePress(control, Qt::LeftButton, {}, {30, 40});
+        QCOMPARE(control->take(), QStringList()); // not before the button is up
+        QTest::mouseRelease(control, Qt::LeftButton, {}, {30, 40});
+        QCOMPARE(control->take(), QStringList({u"MouseUp 1 0 450 600"_s}));
+    }
+
+    void noFailureOfAHandlerLeavesThroughQt()
+    {
+        Unhandled unhandled;
+        QWidget window;
+        window.resize(200, 100);
+        auto* control = new ProbeControl(&window, {u"n"_s});
+        control->failing = {u"Resize"_s,
+                            u"Show"_s,
+                            u"Hide"_s,
+                            u"AmbientChanged ScaleUnits"_s,
+                            u"LostFocus"_s,
+                            u"EnterFocus"_s,
+                            u"ExitFocus"_s,
+                            u"KeyDown 40 0"_s,
+                            u"MouseUp 1 0 450 600"_s,
+                            u"AmbientChanged DisplayName"_s};
+        control->resize(100, 50);
+        auto* outside = new QLineEdit(&window);
+        outside->move(0, 60);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        outside->setFocus();
+        control->setFocus();
+        QTest::keyClick(window.windowHandle(), Qt::Key_Down);
+        QTest::mouseClick(control, Qt::LeftButton, {}, {30, 40});
+        outside->setFocus();
+        window.setProperty("ScaleUnits", u"Pixel"_s);
+        control->setObjectName(u"m"_s);
+        control->hide();
+        QCOMPARE(unhandled.texts,
+                 QStringList({u"UserControl_Resize: Resize failed"_s, u"UserControl_Show: Show failed"_s,
+                              u"UserControl_Focus: EnterFocus failed"_s,
+                              u"UserControl_KeyDown: KeyDown 40 0 failed"_s,
+                              u"UserControl_MouseUp: MouseUp 1 0 450 600 failed"_s,
+                              u"UserControl_LostFocus: LostFocus failed"_s,
+                              u"UserControl_Focus: ExitFocus failed"_s,
+                              u"UserControl_AmbientChanged: AmbientChanged ScaleUnits failed"_s,
+                              u"UserControl_AmbientChanged: AmbientChanged DisplayName failed"_s,
+                              u"UserControl_Hide: Hide failed"_s}));
+    }
+
+    void theModeIsFixedWhenTheControlIsMade()
+    {
+        const ProbeControl before;
+        QVERIFY(before.ambient().UserMode());
+        {
+            const DesignTime designing;
+            const ProbeControl control;
+            QVERIFY(!control.ambient().UserMode());
+            QVERIFY(before.ambient().UserMode());
+            {
+                const DesignTime nested;
+            }
+            QVERIFY(DesignTime::isActive());
+        }
+        QVERIFY(!DesignTime::isActive());
+        QVERIFY(ProbeControl().ambient().UserMode());
+    }
+};
+
+TAVRIN_TEST_MAIN(tst_UserControl)
+#include "tst_UserControl.moc"

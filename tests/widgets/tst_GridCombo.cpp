@@ -1,0 +1,107 @@
+#include "base/Error.h"
+#include "base/Variant.h"
+#include "support/TestCase.h"
+#include "widgets/GridCombo.h"
+
+using namespace Qt::StringLiterals;
+using tavrin::Error;
+using tavrin::GridArray;
+
+namespace {
+
+GridArray::Row row(const QVariant& value)
+{
+    return {u"s"_s, u"l"_s, value, true};
+}
+
+GridArray arrayOf(const QVariantList& values)
+{
+    GridArray array;
+    for (const QVariant& value : values)
+        array.AppendRow(row(value));
+    return array;
+}
+
+} // namespace
+
+class tst_GridCombo : public tavrin::test::TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void rowsCountFromOneAndColumnsFromZero()
+    {
+        GridArray array;
+        QCOMPARE(array.UpperBound(), 0);
+        array.AppendRow({u"a"_s, u"b"_s, 3, false});
+        array.AppendRow({u"c"_s, u"d"_s, 6, true});
+        QCOMPARE(array.UpperBound(), 2);
+        QCOMPARE(array.Value(1, 0), QVariant(u"a"_s));
+        QCOMPARE(array.Value(2, 3), QVariant(true));
+    }
+
+    void outsideTheArrayItRaises_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<int>("column");
+        QTest::newRow("row 0") << 0 << 2;
+        QTest::newRow("row behind the last") << 3 << 2;
+        QTest::newRow("negative row") << -1 << 2;
+        QTest::newRow("negative column") << 1 << -1;
+        QTest::newRow("column behind the last") << 1 << 4;
+    }
+    void outsideTheArrayItRaises()
+    {
+        QFETCH(int, row);
+        QFETCH(int, column);
+        GridArray array = arrayOf({1, 2});
+        QVERIFY_EXCEPTION_THROWN(array.Value(row, column), Error);
+        if (row < 1 || row > 2) {
+            QVERIFY_EXCEPTION_THROWN(array.DeleteRow(row), Error);
+        }
+        QCOMPARE(array.UpperBound(), 2);
+    }
+
+    void deletingARowMovesThoseBehindItUp()
+    {
+        GridArray array = arrayOf({1, 2, 3});
+        array.DeleteRow(2);
+        QCOMPARE(array.UpperBound(), 2);
+        QCOMPARE(array.Value(1, 2), QVariant(1));
+        QCOMPARE(array.Value(2, 2), QVariant(3));
+        array.DeleteRow(2);
+        array.DeleteRow(1);
+        QCOMPARE(array.UpperBound(), 0);
+    }
+
+    void findGivesTheFirstRowFromTheOneGivenOn_data()
+    {
+        QTest::addColumn<int>("from");
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<int>("row");
+        QTest::newRow("first of two") << 1 << QVariant(7) << 2;
+        QTest::newRow("from the row itself") << 2 << QVariant(7) << 2;
+        QTest::newRow("second of two") << 3 << QVariant(7) << 5;
+        QTest::newRow("behind the last") << 7 << QVariant(7) << 0;
+        QTest::newRow("from before the first") << -4 << QVariant(7) << 2;
+        QTest::newRow("not there") << 1 << QVariant(8) << 0;
+        QTest::newRow("double for an integer") << 1 << QVariant(7.0) << 2;
+        QTest::newRow("text for an integer") << 1 << QVariant(u"7"_s) << 2;
+        QTest::newRow("integer for a text") << 1 << QVariant(12) << 3;
+        QTest::newRow("text") << 1 << QVariant(u"x"_s) << 4;
+        QTest::newRow("text of another case") << 1 << QVariant(u"X"_s) << 0;
+        QTest::newRow("Null finds Null") << 1 << tavrin::Null() << 1;
+        QTest::newRow("Null does not find an empty text") << 2 << tavrin::Null() << 0;
+        QTest::newRow("empty text does not find Null") << 1 << QVariant(u""_s) << 6;
+    }
+    void findGivesTheFirstRowFromTheOneGivenOn()
+    {
+        QFETCH(int, from);
+        QFETCH(QVariant, value);
+        const GridArray array = arrayOf({tavrin::Null(), 7, u"12"_s, u"x"_s, 7, u""_s});
+        QTEST(array.Find(from, 2, value), "row");
+    }
+};
+
+TAVRIN_TEST_MAIN(tst_GridCombo)
+#include "tst_GridCombo.moc"
