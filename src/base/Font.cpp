@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 
 #include <algorithm>
+#include <utility>
 
 namespace tavrin {
 
@@ -72,6 +73,12 @@ void Font::SetWeight(int weight)
         return;
     m_font.setWeight(static_cast<QFont::Weight>(valid));
     FontChanged.raise(QStringLiteral("Weight"));
+}
+
+void Font::SetCharset(int charset)
+{
+    if (std::exchange(m_charset, charset) != charset)
+        FontChanged.raise(QStringLiteral("Charset"));
 }
 
 } // namespace tavrin

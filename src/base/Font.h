@@ -36,9 +36,15 @@ public:
     int Weight() const { return m_font.weight(); }
     void SetWeight(int weight);
 
+    /// Number of the character set that the font was made for; 1, the default, leaves it to the platform. Qt
+    /// finds characters by itself, so it is only kept.
+    int Charset() const { return m_charset; }
+    void SetCharset(int charset);
+
     QFont toQFont() const { return m_font; }
 
-    /// Raised with "Name", "Size", "Bold", "Italic", "Underline", "Strikethrough" or "Weight".
+    /// Raised with "Name", "Size", "Bold", "Italic", "Underline", "Strikethrough",
+    /// "Weight" or "Charset".
     Event<const QString&> FontChanged;
 
 private:
@@ -46,6 +52,7 @@ private:
     void change(const char* property, Value before, Value after, void (QFont::*set)(Value));
 
     QFont m_font;
+    int m_charset = 1;
 };
 
 using FontPtr = std::shared_ptr<Font>;

@@ -19,21 +19,56 @@ int shaded(int channel, double factor)
     return static_cast<int>(std::lround(std::clamp(shade, 0.0, 255.0)));
 }
 
+constexpr Color SelectionBack = SystemColor::Highlight;
+constexpr Color SelectionFore = SystemColor::HighlightText;
+
 TextBoxColors darkColors()
 {
+    constexpr Color tagBack = Color::rgb(62, 70, 80);
+    constexpr Color tagFore = Color::rgb(228, 231, 235);
     TextBoxColors colors;
-    colors.Normal = {Color::rgb(43, 43, 46), Color::rgb(232, 232, 232), Color::rgb(94, 94, 99)};
-    colors.Disabled = {Color::rgb(54, 54, 57), Color::rgb(150, 150, 150), Color::rgb(74, 74, 78)};
-    colors.Focused = {Color::rgb(30, 30, 33), Color::rgb(255, 255, 255), Color::rgb(90, 160, 230)};
+    colors.Normal = {Color::rgb(41, 45, 50),
+                     Color::rgb(228, 231, 235),
+                     Color::rgb(94, 101, 110),
+                     SelectionBack,
+                     SelectionFore,
+                     tagBack,
+                     tagFore};
+    colors.Disabled = {
+        Color::rgb(32, 35, 39), Color::rgb(163, 173, 184), Color::rgb(74, 81, 90),   SelectionBack,
+        SelectionFore,          Color::rgb(48, 53, 60),    Color::rgb(163, 173, 184)};
+    colors.Focused = {Color::rgb(41, 45, 50),
+                      Color::rgb(255, 255, 255),
+                      Color::rgb(99, 161, 228),
+                      SelectionBack,
+                      SelectionFore,
+                      tagBack,
+                      tagFore};
     return colors;
 }
 
 TextBoxColors lightColors()
 {
+    constexpr Color tagBack = Color::rgb(226, 233, 241);
+    constexpr Color tagFore = Color::rgb(29, 35, 41);
     TextBoxColors colors;
-    colors.Normal = {SystemColor::WindowBackground, SystemColor::WindowText, Color::rgb(171, 173, 179)};
-    colors.Disabled = {SystemColor::ButtonFace, SystemColor::GreyText, Color::rgb(204, 204, 204)};
-    colors.Focused = {SystemColor::WindowBackground, SystemColor::WindowText, Color::rgb(0, 102, 184)};
+    colors.Normal = {SystemColor::WindowBackground,
+                     SystemColor::WindowText,
+                     Color::rgb(165, 172, 181),
+                     SelectionBack,
+                     SelectionFore,
+                     tagBack,
+                     tagFore};
+    colors.Disabled = {SystemColor::ButtonFace, SystemColor::GreyText, Color::rgb(197, 203, 211),
+                       SelectionBack,           SelectionFore,         Color::rgb(236, 238, 241),
+                       SystemColor::GreyText};
+    colors.Focused = {SystemColor::WindowBackground,
+                      SystemColor::WindowText,
+                      Color::rgb(43, 108, 176),
+                      SelectionBack,
+                      SelectionFore,
+                      tagBack,
+                      tagFore};
     return colors;
 }
 
@@ -67,7 +102,7 @@ ScaleMode HostUiServices::ScaleModeFromUnits(const QString& units)
     return found.value();
 }
 
-TextBoxColors HostUiServices::GetTextBoxColors()
+TextBoxColors HostUiServices::TextBoxColors()
 {
     return m_theme == Theme::Dark ? darkColors() : lightColors();
 }

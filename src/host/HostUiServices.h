@@ -15,7 +15,7 @@ public:
     /// "User", "Twip", "Point", "Pixel", "Character", "Inch", "Millimeter", "Centimeter", in any case and
     /// also in the plural. Raises an `Error` for any other name.
     ScaleMode ScaleModeFromUnits(const QString& units) override;
-    TextBoxColors GetTextBoxColors() override;
+    tavrin::TextBoxColors TextBoxColors() override;
 
     Theme theme() const { return m_theme; }
     void setTheme(Theme theme) { m_theme = theme; }

@@ -136,7 +136,8 @@ void DropDownList::makePopup()
     m_popup = new QFrame(window(), Qt::ToolTip | Qt::FramelessWindowHint);
     m_popup->setAttribute(Qt::WA_ShowWithoutActivating);
     m_popup->setFocusPolicy(Qt::NoFocus);
-    m_popup->setFrameShape(QFrame::StyledPanel);
+    m_popup->setFrameStyle(QFrame::Box | QFrame::Plain);
+    m_popup->setForegroundRole(QPalette::Mid);
     m_popup->setObjectName(QStringLiteral("dropDown"));
     m_view = new QListView(m_popup);
     m_view->setObjectName(QStringLiteral("entries"));

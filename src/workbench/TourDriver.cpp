@@ -149,7 +149,8 @@ void TourDriver::withBox(const std::function<void()>& trigger, const std::functi
     if (below && below->isVisible()) {
         if (!below->isActiveWindow())
             below->activateWindow(); // what a desktop does by itself, the offscreen platform does not
-        waitFor([&] { return !below || below->isActiveWindow(); }, QStringLiteral("the window below is active"));
+        waitFor([&] { return !below || below->isActiveWindow(); },
+                QStringLiteral("the window below is active"));
     }
 }
 

@@ -261,10 +261,10 @@ private Q_SLOTS:
 
     void textBoxColoursFollowTheTheme()
     {
-        const TextBoxColors light = m_host->uiServices().GetTextBoxColors();
+        const TextBoxColors light = m_host->uiServices().TextBoxColors();
         m_host->setTheme(Theme::Dark);
         QCOMPARE(m_host->theme(), Theme::Dark);
-        const TextBoxColors dark = m_host->uiServices().GetTextBoxColors();
+        const TextBoxColors dark = m_host->uiServices().TextBoxColors();
         QVERIFY(light.Normal.BackColor != dark.Normal.BackColor);
         QVERIFY(dark.Normal.BackColor.resolve({}).lightness() < 128);
         QVERIFY(dark.Normal.ForeColor.resolve({}).lightness() > 128);

@@ -141,9 +141,9 @@ public:
             {QStringLiteral("Centimeter"), ScaleMode::Centimeters}};
         return modes.value(units, ScaleMode::User);
     }
-    TextBoxColors GetTextBoxColors() override
+    tavrin::TextBoxColors TextBoxColors() override
     {
-        return asked(QStringLiteral("GetTextBoxColors")).textBoxColors;
+        return asked(QStringLiteral("TextBoxColors")).textBoxColors;
     }
 };
 

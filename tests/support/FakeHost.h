@@ -40,7 +40,7 @@ struct FakeHostState
     /// By "module/table/field".
     QSet<QString> missingFields;
     QSet<QString> requiredFields;
-    TextBoxColors textBoxColors;
+    tavrin::TextBoxColors textBoxColors;
     QString dateDisplayFormat = QStringLiteral("MM/dd/yyyy");
     QString dictionaryFolder;
     QString downloadsFolder;

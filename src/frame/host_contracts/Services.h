@@ -88,12 +88,17 @@ public:
     virtual QVariant MakeFieldReference(const tvFieldPtr& field) = 0;
 };
 
-/// Colours of a text box in one state.
+/// Colours of a text box in one state: of the box, of its selected text, and of the tag in it that bears a
+/// name. Controls of this library do not read the two of the selection.
 struct TextBoxColorSet
 {
     Color BackColor = SystemColor::WindowBackground;
     Color ForeColor = SystemColor::WindowText;
     Color BorderColor = SystemColor::ButtonFace;
+    Color SelectionBackColor = SystemColor::Highlight;
+    Color SelectionForeColor = SystemColor::HighlightText;
+    Color TagBackColor = SystemColor::ButtonFace;
+    Color TagForeColor = SystemColor::WindowText;
 };
 
 /// The theme's colour sets by state.
@@ -113,7 +118,7 @@ public:
     virtual Color ShadeColor(Color color, double factor) = 0;
     /// Scale mode by its unit's name ("Twip", "Pixel", ...).
     virtual ScaleMode ScaleModeFromUnits(const QString& units) = 0;
-    virtual TextBoxColors GetTextBoxColors() = 0;
+    virtual tavrin::TextBoxColors TextBoxColors() = 0;
 };
 
 class ListFilling
@@ -121,13 +126,13 @@ class ListFilling
 public:
     virtual ~ListFilling() = default;
 
-    /// Fills a combo with a first empty row and the table's values, the code as item data. `value` stays in
-    /// the list although inactive.
-    virtual void FillTableCombo(TableNumber table, DropdownTarget& combo, bool includeInactive,
-                                const QVariant& value, bool reserved) = 0;
+    /// Fills a combo with a first empty row and the table's values, the code as item data. With `flag`
+    /// inactive values are listed too; `value` stays in the list although inactive.
+    virtual void FillTableCombo(TableNumber table, DropdownTarget& combo, bool flag, const QVariant& value,
+                                bool reserved) = 0;
     /// Fills a grid combo the same way: short text, long text, code, active flag.
-    virtual void FillTableGrid(TableNumber table, GridCombo& combo, bool includeInactive,
-                               const QVariant& value, bool reserved) = 0;
+    virtual void FillTableGrid(TableNumber table, GridCombo& combo, bool flag, const QVariant& value,
+                               bool reserved) = 0;
     /// A new picture, fitted into a box of this size in pixels.
     virtual QImage FitPicture(const QImage& picture, int height, int width, int mode, bool flag,
                               Color backColor, bool reserved) = 0;
