@@ -133,10 +133,11 @@ void DropDownList::SetListIndex(int index)
 void DropDownList::makePopup()
 {
     // A tool tip window: unlike a popup it leaves the keyboard where it is.
-    m_popup = new QFrame(window(), Qt::ToolTip | Qt::FramelessWindowHint);
+    auto* frame = new QFrame(window(), Qt::ToolTip | Qt::FramelessWindowHint);
+    frame->setFrameShape(QFrame::StyledPanel);
+    m_popup = frame;
     m_popup->setAttribute(Qt::WA_ShowWithoutActivating);
     m_popup->setFocusPolicy(Qt::NoFocus);
-    m_popup->setFrameShape(QFrame::StyledPanel);
     m_popup->setObjectName(QStringLiteral("dropDown"));
     m_view = new QListView(m_popup);
     m_view->setObjectName(QStringLiteral("entries"));
@@ -216,7 +217,7 @@ void DropDownList::placePopup()
     const QRect available = screen()->availableGeometry();
     const QPoint place = mapToGlobal(QPoint(0, 0));
     const int rows = std::clamp(ListCount(), 1, VisibleRows);
-    const int frame = 2 * (m_popup->frameWidth() + 1);
+    const int frame = 2 * (static_cast<QFrame*>(m_popup.data())->frameWidth() + 1);
     const int rowHeight = QFontMetrics(m_view->font()).height() + RowPadding;
     const int below = available.bottom() + 1 - (place.y() + height());
     const int above = place.y() - available.top();
