@@ -98,7 +98,11 @@ void replaceFile(const QString& path, const QByteArray& content)
     Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
     if (file.number() < 0)
         raise(path, errno);
+    const Descriptor directory(
+        ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     try {
+        if (directory.number() < 0)
+            raise(path, errno);
         writeTemporary(file, QFile::decodeName(temporary), content, path);
         if (::rename(temporary.constData(), QFile::encodeName(path).constData()) != 0)
             raise(path, errno);
@@ -106,10 +110,7 @@ void replaceFile(const QString& path, const QByteArray& content)
         ::unlink(temporary.constData());
         throw;
     }
-    const Descriptor directory(
-        ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (directory.number() >= 0)
-        flush(directory, path);
+    flush(directory, path);
 }
 
 } // namespace tavrin

@@ -133,7 +133,9 @@ void DropDownList::SetListIndex(int index)
 void DropDownList::makePopup()
 {
     // A tool tip window: unlike a popup it leaves the keyboard where it is.
-    m_popup = new QFrame(window(), Qt::ToolTip | Qt::FramelessWindowHint);
+    auto* frame = new QFrame(window(), Qt::ToolTip | Qt::FramelessWindowHint);
+    frame->setFrameShape(QFrame::StyledPanel);
+    m_popup = frame;
     m_popup->setAttribute(Qt::WA_ShowWithoutActivating);
     m_popup->setFocusPolicy(Qt::NoFocus);
     m_popup->setFrameStyle(QFrame::Box | QFrame::Plain);
@@ -194,6 +196,11 @@ void DropDownList::refreshPopup()
         m_model->contentChanged();
         placePopup();
     }
+    markSelection();
+}
+
+void DropDownList::markSelection()
+{
     const QModelIndex current = m_model->index(m_listIndex);
     m_view->setCurrentIndex(current);
     if (current.isValid())
@@ -216,7 +223,7 @@ void DropDownList::placePopup()
     const QRect available = screen()->availableGeometry();
     const QPoint place = mapToGlobal(QPoint(0, 0));
     const int rows = std::clamp(ListCount(), 1, VisibleRows);
-    const int frame = 2 * (m_popup->frameWidth() + 1);
+    const int frame = 2 * (static_cast<QFrame*>(m_popup.data())->frameWidth() + 1);
     const int rowHeight = QFontMetrics(m_view->font()).height() + RowPadding;
     const int below = available.bottom() + 1 - (place.y() + height());
     const int above = place.y() - available.top();
@@ -252,6 +259,8 @@ bool DropDownList::eventFilter(QObject* watched, QEvent* event)
             const QModelIndex row = m_view->indexAt(mouse->position().toPoint());
             if (row.isValid() && mouse->button() == Qt::LeftButton)
                 guard("DropDownList_Click", [&] { choose(row.row()); });
+            else
+                markSelection(); // the press has marked the row below it
             return true;
         }
         break;

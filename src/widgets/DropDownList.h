@@ -3,7 +3,6 @@
 #include "DropdownTarget.h"
 #include "base/Event.h"
 
-#include <QFrame>
 #include <QPointer>
 #include <QWidget>
 
@@ -70,6 +69,7 @@ private:
     void makePopup();
     void entriesChanged();
     void refreshPopup();
+    void markSelection();
     void placePopup();
     int contentWidth() const;
     bool isInsidePopup(const QObject* object) const;
@@ -79,7 +79,9 @@ private:
 
     std::vector<Entry> m_entries;
     int m_listIndex = -1;
-    QPointer<QFrame> m_popup;    // a child of the window, which may die before this widget
+    // A frame; a child of the window, which may die before this widget. As a QWidget, since Qt asks for it
+    // while it dies, when it is no frame any more.
+    QPointer<QWidget> m_popup;
     QListView* m_view = nullptr; // lives in the popup
     std::unique_ptr<Model> m_model;
     bool m_viewIsStale = true;

@@ -175,7 +175,7 @@ void UserControl::mouseReleaseEvent(QMouseEvent* event)
 {
     QWidget::mouseReleaseEvent(event);
     const QPoint place = event->position().toPoint();
-    if (childAt(place)) // a constituent has left the event alone; it is not the bare surface's
+    if (!rect().contains(place) || childAt(place)) // a constituent has left the event alone; it is not the bare surface's
         return;
     const int button = event->button() == Qt::LeftButton     ? 1
                        : event->button() == Qt::RightButton  ? 2

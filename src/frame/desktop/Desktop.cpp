@@ -99,8 +99,11 @@ class RealShell final : public Shell
 public:
     bool open(const QString& path) override
     {
+        // A desktop may run what it is asked to open; programs and starters are refused.
         const QFileInfo file(path);
-        return file.isAbsolute() && file.exists() && QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+        const bool isDocument = file.isFile() && !file.isExecutable() &&
+                                file.suffix().compare(QLatin1String("desktop"), Qt::CaseInsensitive) != 0;
+        return file.isAbsolute() && isDocument && QDesktopServices::openUrl(QUrl::fromLocalFile(path));
     }
 };
 

@@ -70,7 +70,8 @@ class Shell
 {
 public:
     virtual ~Shell() = default;
-    /// Hands an absolute local path to the program that the desktop has for it. False when it could not.
+    /// Hands an absolute local path to the program that the desktop has for it. False when it could not, and
+    /// for what the desktop might run: executable files and starters.
     virtual bool open(const QString& path) = 0;
 };
 
