@@ -134,12 +134,11 @@ void DropDownList::makePopup()
 {
     // A tool tip window: unlike a popup it leaves the keyboard where it is.
     auto* frame = new QFrame(window(), Qt::ToolTip | Qt::FramelessWindowHint);
-    frame->setFrameShape(QFrame::StyledPanel);
+    frame->setFrameStyle(QFrame::Box | QFrame::Plain);
+    frame->setForegroundRole(QPalette::Mid);
     m_popup = frame;
     m_popup->setAttribute(Qt::WA_ShowWithoutActivating);
     m_popup->setFocusPolicy(Qt::NoFocus);
-    m_popup->setFrameStyle(QFrame::Box | QFrame::Plain);
-    m_popup->setForegroundRole(QPalette::Mid);
     m_popup->setObjectName(QStringLiteral("dropDown"));
     m_view = new QListView(m_popup);
     m_view->setObjectName(QStringLiteral("entries"));
