@@ -35,6 +35,7 @@ Workspace::Workspace(const Options& options)
     , m_installation(std::make_unique<HostInstallation>(*m_host))
     , m_store(std::make_unique<RecordStore>(*m_database))
 {
+    m_host->setTheme(isDark(options.theme) ? Theme::Dark : Theme::Light);
     modUtils::ReleaseNibrsModule(); // one of another workspace is not this host's
 }
 

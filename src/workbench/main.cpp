@@ -16,14 +16,18 @@ using namespace tavrin::workbench;
 
 namespace {
 
+bool isWithoutDisplay = false;
+
 /// Without a display nothing can be shown; help, the tour and error texts work all the same.
 void chooseDisplay()
 {
     const bool display = qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
     if (display && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         return;
-    if (!display && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+    if (!display && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        isWithoutDisplay = true;
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
     if (qgetenv("QT_QPA_PLATFORM") != "offscreen")
         return;
     // The size of a workstation's screen, not the platform's own 800 x 800.
@@ -44,6 +48,8 @@ bool hasDisplay()
 int work(const Options& options)
 {
     Workspace workspace(options);
+    if (isWithoutDisplay)
+        throw Error(QStringLiteral("There is no display. --tour DIR walks through the program without one."));
     MainWindow window(workspace);
     window.show();
     return QApplication::exec();

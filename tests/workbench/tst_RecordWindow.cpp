@@ -1,0 +1,244 @@
+#include "base/Error.h"
+#include "base/Variant.h"
+#include "frame/desktop/Desktop.h"
+#include "lookup/AutoCompleteField.h"
+#include "support/FakeDesktop.h"
+#include "support/TestCase.h"
+#include "widgets/TextBox.h"
+#include "workbench/RecordWindow.h"
+#include "workbench/Workspace.h"
+
+#include <QFile>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QTemporaryDir>
+
+using namespace tavrin;
+using namespace tavrin::workbench;
+using tavrin::test::FakeMessageBoxes;
+
+namespace {
+
+/// A person's workspace on a database of its own, and the window of one incident.
+struct Site
+{
+    explicit Site(const QByteArray& form = {})
+    {
+        Options options;
+        options.database = folder.filePath(QStringLiteral("records.sqlite"));
+        if (!form.isEmpty()) {
+            QFile file(folder.filePath(QStringLiteral("general.json")));
+            if (file.open(QIODevice::WriteOnly))
+                file.write(form);
+            options.formsFolder = folder.path();
+        }
+        workspace.emplace(options);
+        incidentNo = workspace->store().list().constFirst().IncidentNo;
+    }
+    ~Site() { delete window; }
+
+    void open()
+    {
+        window = new RecordWindow(*workspace, workspace->store().load(incidentNo));
+        window->show();
+    }
+    AutoCompleteField* code(const QString& name) const { return window->findChild<AutoCompleteField*>(name); }
+    QLineEdit* line(const QString& name) const { return window->findChild<QLineEdit*>(name); }
+    QVariant stored(const QString& field)
+    {
+        return fieldOf(*workspace->store().load(incidentNo)->mainRow(), field)->Value();
+    }
+    void store(const QString& field, const QVariant& value)
+    {
+        const RecordPtr record = workspace->store().load(incidentNo);
+        fieldOf(*record->mainRow(), field)->SetValue(value);
+        workspace->store().save(*record);
+    }
+
+    QTemporaryDir folder;
+    std::optional<Workspace> workspace;
+    qint64 incidentNo = 0;
+    FakeMessageBoxes boxes;
+    QPointer<RecordWindow> window;
+};
+
+const QString Weapon = QStringLiteral("Weapon");
+const QString WeaponNo = QStringLiteral("WeaponNo");
+const QString Summary = QStringLiteral("Summary");
+
+} // namespace
+
+/// Loading, saving and refusing, with the real controls and a real database.
+class tst_RecordWindow : public tavrin::test::TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aFormWithAnUnknownControlGivesOneMessageWithFileAndControlAndTheRestStands()
+    {
+        Site site(R"({"title": "Codes", "controls": [
+            {"class": "TVBoundControls.Nothing", "name": "Gone", "host": {"field": "BiasNo"}},
+            {"class": "TVBoundControls.AutoCompleteField", "name": "Weapon",
+             "properties": {"TableNo": 302}, "host": {"field": "WeaponNo", "label": "&Weapon"}}]})");
+        site.open();
+        QTRY_COMPARE(site.boxes.shown().size(), 1);
+        const QString text = site.boxes.texts().constFirst();
+        QVERIFY2(text.contains(site.folder.filePath(QStringLiteral("general.json"))), qPrintable(text));
+        QVERIFY2(text.contains(QStringLiteral("\"Gone\"")), qPrintable(text));
+        QVERIFY2(text.contains(QStringLiteral("TVBoundControls.Nothing")), qPrintable(text));
+        QVERIFY(site.code(Weapon));
+        QCOMPARE(site.code(Weapon)->TableNo(), 302);
+        QVERIFY(site.line(Summary));
+        QVERIFY(!site.window->isDirty());
+    }
+
+    void aDamagedFormGivesOneMessageAndTheBuiltInFormStandsIn()
+    {
+        Site site("{\"title\": \"Codes\",\n \"controls\": [");
+        site.open();
+        QTRY_COMPARE(site.boxes.shown().size(), 1);
+        QVERIFY(site.boxes.texts().constFirst().contains(QStringLiteral("general.json: line 2")));
+        QVERIFY(site.code(QStringLiteral("LocationType")));
+        QVERIFY(site.code(Weapon));
+    }
+
+    void aCodeThatNoTableKnowsIsShownAndKept()
+    {
+        Site site;
+        site.store(WeaponNo, 31999);
+        site.open();
+        QCOMPARE(site.code(Weapon)->Value(), QVariant(31999));
+        QCOMPARE(site.code(Weapon)->Text(), QVariant(QStringLiteral("31999")));
+        QVERIFY(!site.window->isDirty());
+        site.line(Summary)->selectAll();
+        QTest::keyClicks(site.line(Summary), QStringLiteral("Another summary"));
+        QVERIFY(site.window->save());
+        QVERIFY(SameValue(site.stored(WeaponNo), 31999));
+    }
+
+    void aCodeThatHasBecomeInactiveStaysShownAndIsNotBlankedByASave()
+    {
+        Site site;
+        site.store(WeaponNo, 12);
+        site.workspace->database().execute(
+            QStringLiteral("UPDATE code_value SET active = 0 WHERE table_no = 302 AND value_no = 12"));
+        site.workspace->host().refreshCaches();
+        site.open();
+        QCOMPARE(site.code(Weapon)->Value(), QVariant(12));
+        QVERIFY(ToText(site.code(Weapon)->Text()).contains(QStringLiteral("Handgun")));
+        QTest::keyClicks(site.line(Summary), QStringLiteral("x"));
+        QVERIFY(site.window->save());
+        QVERIFY(SameValue(site.stored(WeaponNo), 12));
+    }
+
+    void aTextThatWasNotChosenRefusesTheSaveAndTakesTheFocus()
+    {
+        Site site;
+        site.store(WeaponNo, 12);
+        site.open();
+        QVERIFY(QTest::qWaitForWindowActive(site.window));
+        site.line(Summary)->setFocus();
+        site.code(Weapon)->SetValue(Null());
+        site.code(Weapon)->SetText(QStringLiteral("hand"));
+        QVERIFY(site.window->isDirty());
+        QVERIFY(!site.window->save());
+        QCOMPARE(site.boxes.texts(),
+                 QStringList{
+                     QStringLiteral("\"hand\" in \"Weapon or force\" was typed but not chosen from the list. "
+                                    "Choose an entry, or empty the field.")});
+        QVERIFY(site.code(Weapon)->isAncestorOf(QApplication::focusWidget()));
+        QVERIFY(SameValue(site.stored(WeaponNo), 12));
+        site.code(Weapon)->SetText(QString());
+        QVERIFY(site.window->save());
+        QVERIFY(IsNull(site.stored(WeaponNo)));
+    }
+
+    void aDateThatIsNoneRefusesTheSaveAndStays()
+    {
+        Site site;
+        site.open();
+        auto* reported = site.line(QStringLiteral("ReportedAt"));
+        reported->setText(QStringLiteral("yesterday"));
+        QVERIFY(!site.window->save());
+        QVERIFY(site.boxes.texts().constFirst().startsWith(
+            QStringLiteral("\"yesterday\" in \"Reported\" is not a date and time.")));
+        QCOMPARE(reported->text(), QStringLiteral("yesterday"));
+    }
+
+    void aFullDiskStopsTheSaveAsAWholeAndWhatWasTypedStays()
+    {
+        Site site;
+        const QString before = ToText(site.stored(Summary));
+        site.open();
+        const QString typed(200000, QLatin1Char('n'));
+        auto* narrative = site.window->findChild<QPlainTextEdit*>(QStringLiteral("Narrative"));
+        narrative->setPlainText(typed.left(19000));
+        site.line(Summary)->setText(QStringLiteral("Typed"));
+        limitPages(site, QStringLiteral("1"));
+        QVERIFY(!site.window->save());
+        QCOMPARE(site.boxes.shown().size(), 1);
+        QCOMPARE(site.boxes.shown().constFirst().icon, BoxIcon::Critical);
+        QCOMPARE(site.line(Summary)->text(), QStringLiteral("Typed"));
+        QCOMPARE(narrative->toPlainText(), typed.left(19000));
+        QVERIFY(site.window->isDirty());
+        QCOMPARE(ToText(site.stored(Summary)), before);
+        limitPages(site, QStringLiteral("1000000"));
+        QVERIFY(site.window->save());
+        QCOMPARE(ToText(site.stored(Summary)), QStringLiteral("Typed"));
+        QVERIFY(!site.window->isDirty());
+    }
+
+    void closingWithUnsavedChangesAsksAndObeys_data()
+    {
+        QTest::addColumn<BoxAnswer>("answer");
+        QTest::addColumn<bool>("closes");
+        QTest::addColumn<bool>("saves");
+        QTest::newRow("save") << BoxAnswer::Save << true << true;
+        QTest::newRow("discard") << BoxAnswer::Discard << true << false;
+        QTest::newRow("cancel") << BoxAnswer::Cancel << false << false;
+    }
+    void closingWithUnsavedChangesAsksAndObeys()
+    {
+        QFETCH(BoxAnswer, answer);
+        QFETCH(bool, closes);
+        QFETCH(bool, saves);
+        Site site;
+        site.open();
+        site.line(Summary)->setText(QStringLiteral("Typed"));
+        site.boxes.answerWith({answer});
+        QCOMPARE(site.window->close(), closes);
+        QCOMPARE(site.boxes.shown().size(), 1);
+        QCOMPARE(site.boxes.shown().constFirst().buttons, BoxButtons::SaveDiscardCancel);
+        QCOMPARE(ToText(site.stored(Summary)) == QStringLiteral("Typed"), saves);
+        delete site.window;
+    }
+
+    void closingAnUntouchedWindowDoesNotAsk()
+    {
+        Site site;
+        site.open();
+        QVERIFY(site.window->close());
+        QCOMPARE(site.boxes.shown().size(), 0);
+    }
+
+    void closingWhoseSaveIsRefusedLeavesTheWindowOpen()
+    {
+        Site site;
+        site.open();
+        site.line(QStringLiteral("CaseNo"))->clear();
+        site.boxes.answerWith({BoxAnswer::Save});
+        QVERIFY(!site.window->close());
+        QCOMPARE(site.boxes.texts().last(), QStringLiteral("\"Case number\" must be filled in."));
+        QVERIFY(site.window->isVisible());
+    }
+
+private:
+    static void limitPages(Site& site, const QString& pages)
+    {
+        site.workspace->database().execute(QStringLiteral("PRAGMA max_page_count = ") + pages);
+    }
+};
+
+TAVRIN_TEST_MAIN(tst_RecordWindow)
+#include "tst_RecordWindow.moc"
