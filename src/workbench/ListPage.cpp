@@ -65,6 +65,7 @@ ListPage::ListPage()
     m_list->setAccessibleName(title());
     m_list->setHeaderLabels({tr("Name"), tr("Details")});
     m_list->setIndentation(16);
+    m_list->setStyleSheet(QStringLiteral("QTreeWidget::item { padding: 3px 0; }"));
     m_list->setAlternatingRowColors(true);
     m_list->header()->setStretchLastSection(true);
     m_list->header()->resizeSection(0, 320);

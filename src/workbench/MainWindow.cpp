@@ -18,6 +18,8 @@
 #include <QStatusBar>
 #include <QTableView>
 
+#include <utility>
+
 namespace tavrin::workbench {
 
 namespace {
@@ -164,9 +166,10 @@ void MainWindow::refresh()
 void MainWindow::pollChanges()
 {
     try {
-        if (m_workspace.host().refreshIfChanged())
+        if (m_workspace.host().refreshIfChanged() || std::exchange(m_pollHasFailed, false))
             refresh();
     } catch (const Error& error) {
+        m_pollHasFailed = true;
         m_count->setText(error.Description); // the lists stay as they were; the next look may succeed
     }
 }

@@ -49,6 +49,7 @@ private:
     QTableView* m_list;
     QLabel* m_count;
     QTimer m_poll;
+    bool m_pollHasFailed = false;
     QList<QPointer<RecordWindow>> m_windows;
 };
 

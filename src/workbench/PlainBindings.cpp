@@ -7,6 +7,7 @@
 #include <QDateTime>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QTextDocument>
 #include <QWheelEvent>
 
 namespace tavrin::workbench {
@@ -158,6 +159,7 @@ MemoBinding::MemoBinding(const QString& fieldName, const QString& label)
 {
     m_edit->setObjectName(fieldName);
     m_edit->setTabChangesFocus(true);
+    m_edit->document()->setDocumentMargin(8);
     connectGuarded(m_edit, &QPlainTextEdit::textChanged, m_edit, "MemoBinding_Edited",
                    [this] { Edited.raise(); });
 }
