@@ -17,6 +17,14 @@ using namespace tavrin::workbench;
 namespace {
 
 bool isWithoutDisplay = false;
+QtMessageHandler printMessage = nullptr;
+
+/// The offscreen platform tells at each window what it cannot do; nobody can do anything about it.
+void printUsefulMessage(QtMsgType type, const QMessageLogContext& context, const QString& text)
+{
+    if (!text.startsWith(QLatin1String("This plugin does not support")))
+        printMessage(type, context, text);
+}
 
 /// Without a display nothing can be shown; help, the tour and error texts work all the same.
 void chooseDisplay()
@@ -30,6 +38,7 @@ void chooseDisplay()
     }
     if (qgetenv("QT_QPA_PLATFORM") != "offscreen")
         return;
+    printMessage = qInstallMessageHandler(printUsefulMessage);
     // The size of a workstation's screen, not the platform's own 800 x 800.
     static QTemporaryFile screen;
     if (screen.open()) {
