@@ -101,8 +101,11 @@ pugi::xml_node XmlNode::writable() const
     const pugi::xml_node node = resolved();
     if (!node)
         throw Error(QStringLiteral("The XML node is null"));
-    if (m_tree->mayChange())
-        return node;
+    return m_tree->mayChange() ? node : leaveTree(node);
+}
+
+pugi::xml_node XmlNode::leaveTree(pugi::xml_node node) const
+{
     // The document leaves the tree that it shares. Other handles into it are led on through a map, which is
     // only made when there can be any.
     auto copy = std::make_shared<Tree>();
@@ -139,6 +142,13 @@ QString XmlNode::text() const
 void XmlNode::setText(const QString& text)
 {
     pugi::xml_node node = writable();
+    // A handle below the node must not be left without its memory: the old tree stays for it, and it is led
+    // nowhere.
+    if (node.first_child() && m_tree.use_count() > m_tree->documents + 1) {
+        node = leaveTree(node);
+        if (!m_state->forwards.empty())
+            xml::forgetBelow(node, m_state->forwards.back().nodes);
+    }
     node.remove_children();
     if (!text.isEmpty())
         node.append_child(pugi::node_pcdata).set_value(toBytes(text).constData());
@@ -249,8 +259,9 @@ XmlNodeList XmlNode::selectNodes(const QString& expression) const
         found.sort();
         list.m_nodes.reserve(found.size());
         for (const pugi::xpath_node& entry : found) {
-            if (entry.node())
-                list.m_nodes.push_back(entry.node().internal_object());
+            if (!entry.node()) // raised as the other failures of an expression are
+                throw Error(QStringLiteral("XPath expression selects attributes, not nodes: ") + expression);
+            list.m_nodes.push_back(entry.node().internal_object());
         }
     });
     list.m_state = m_state;

@@ -37,7 +37,7 @@ public:
 
     /// The texts of the node and of everything below it, in document order.
     QString text() const;
-    /// Replaces everything below the node by one text.
+    /// Replaces everything below the node by one text. Handles to what was there become null.
     void setText(const QString& text);
 
     /// "" when there is none.
@@ -60,7 +60,9 @@ public:
     XmlNode cloneNode(bool deep) const;
 
     /// The nodes that an XPath 1.0 expression selects from here, in document order. An expression that is
-    /// not valid, or that does not select nodes, raises an `Error` that quotes it.
+    /// not valid, or that does not select nodes (attributes do not count), raises an `Error` that quotes it.
+    /// Texts are compared as they stand; `translate`, `substring` and `string-length` count bytes of UTF-8,
+    /// so their alphabets must be ASCII.
     XmlNodeList selectNodes(const QString& expression) const;
     /// The first of them in document order; null when there is none.
     XmlNode selectSingleNode(const QString& expression) const;
@@ -79,6 +81,7 @@ private:
 
     pugi::xml_node resolved() const;
     pugi::xml_node writable() const;
+    pugi::xml_node leaveTree(pugi::xml_node node) const;
     XmlNode sibling(pugi::xml_node node) const;
 
     // Mutable: a handle follows its node into another tree when it is next used.

@@ -3,6 +3,7 @@
 #include "Error.h"
 
 #include <QStringView>
+#include <QXmlStreamReader>
 
 #include <algorithm>
 #include <cstring>
@@ -14,64 +15,47 @@ namespace {
 /// Deeper documents are refused: working on them recurses.
 constexpr int MaxDepth = 1000;
 
-[[noreturn]] void raiseAt(const QByteArray& bytes, std::ptrdiff_t offset, const QString& what)
+[[noreturn]] void raiseAt(qint64 line, qint64 column, const QString& what)
 {
-    const QByteArray before = bytes.left(std::clamp<qsizetype>(offset, 0, bytes.size()));
-    const auto line = before.count('\n') + 1;
-    const auto column = QString::fromUtf8(before.mid(before.lastIndexOf('\n') + 1)).size() + 1;
-    throw Error(
-        QStringLiteral("XML is not well-formed at line %1, column %2: %3").arg(line).arg(column).arg(what));
+    throw Error(QStringLiteral("XML is not well-formed at line %1, column %2: ")
+                    .arg(line)
+                    .arg(std::max<qint64>(column, 1)) +
+                what);
 }
 
-bool isXmlCharacter(QChar character)
-{
-    return character >= u' ' ? character != QChar(0xFFFE) && character != QChar(0xFFFF)
-                             : character == u'\t' || character == u'\n' || character == u'\r';
-}
-
-/// Raises for the first character that XML cannot hold.
-void checkCharacters(const QString& text)
+/// Half a character is none; the reader does not see that.
+void checkSurrogates(const QString& text)
 {
     for (qsizetype i = 0; i < text.size(); ++i) {
-        const QChar character = text.at(i);
-        const bool pair =
-            character.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
-        if (pair) {
+        if (!text.at(i).isSurrogate())
+            continue;
+        if (text.at(i).isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
             ++i;
-        } else if (character.isSurrogate() || !isXmlCharacter(character)) {
-            const QByteArray before = toBytes(text.left(i));
-            raiseAt(before, before.size(),
-                    QStringLiteral("the character U+%1 is not allowed")
-                        .arg(static_cast<uint>(character.unicode()), 4, 16, QLatin1Char('0')));
+            continue;
         }
+        const QStringView before = QStringView(text).left(i);
+        raiseAt(before.count(u'\n') + 1, i - before.lastIndexOf(u'\n'), QStringLiteral("Half a character."));
     }
 }
 
-void checkShape(const QByteArray& bytes, const pugi::xml_document& dom)
+/// Raises for a text that is not well-formed, with the place where Qt's strict reader stops; the parser of
+/// the tree passes over much of that.
+void checkWellFormed(const QString& text)
 {
-    int roots = 0;
-    for (const pugi::xml_node node : dom.children()) {
-        if (node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata)
-            raiseAt(bytes, node.offset_debug(), QStringLiteral("text outside the root element"));
-        if (node.type() == pugi::node_element && ++roots > 1)
-            raiseAt(bytes, node.offset_debug(), QStringLiteral("a second root element"));
-    }
-    if (roots == 0)
-        raiseAt(bytes, bytes.size(), QStringLiteral("there is no root element"));
+    checkSurrogates(text);
+    QXmlStreamReader reader(text);
+    reader.setNamespaceProcessing(false);
     int depth = 0;
-    for (pugi::xml_node node = dom.first_child(); node;) {
-        if (const pugi::xml_node child = node.first_child()) {
-            node = child;
-            if (++depth > MaxDepth)
-                raiseAt(bytes, node.offset_debug(), QStringLiteral("elements nest too deep"));
-            continue;
-        }
-        while (node && !node.next_sibling()) {
-            node = node.parent();
+    while (!reader.atEnd()) {
+        const QXmlStreamReader::TokenType token = reader.readNext();
+        if (token == QXmlStreamReader::StartElement && ++depth > MaxDepth)
+            reader.raiseError(QStringLiteral("Elements nest too deep."));
+        else if (token == QXmlStreamReader::EndElement)
             --depth;
-        }
-        node = node.next_sibling();
     }
+    if (!reader.hasError())
+        return;
+    raiseAt(reader.lineNumber(), reader.columnNumber(), reader.errorString());
 }
 
 void appendUnit(QByteArray& bytes, char16_t unit)
@@ -130,6 +114,17 @@ NodeMap pairUp(pugi::xml_node from, pugi::xml_node to)
         }
     }
     return map;
+}
+
+void forgetBelow(pugi::xml_node top, NodeMap& map)
+{
+    std::erase_if(map, [top](const auto& entry) {
+        for (pugi::xml_node above = pugi::xml_node(entry.second).parent(); above; above = above.parent()) {
+            if (above == top)
+                return true;
+        }
+        return false;
+    });
 }
 
 pugi::xml_node samePlace(pugi::xml_node node, const pugi::xml_document& copy)
@@ -198,16 +193,13 @@ QString fromBytes(const char* bytes)
 
 void parse(const QString& text, pugi::xml_document& dom)
 {
-    checkCharacters(text);
+    checkWellFormed(text);
     const QByteArray bytes = text.toUtf8();
-    // parse_fragment: so that text outside the root is seen, and not passed over.
-    constexpr unsigned int options =
-        pugi::parse_default | pugi::parse_comments | pugi::parse_pi | pugi::parse_fragment;
+    constexpr unsigned int options = pugi::parse_default | pugi::parse_comments | pugi::parse_pi;
     const pugi::xml_parse_result result = dom.load_buffer(
         bytes.constData(), static_cast<std::size_t>(bytes.size()), options, pugi::encoding_utf8);
     if (!result)
-        raiseAt(bytes, result.offset, QString::fromLatin1(result.description()));
-    checkShape(bytes, dom);
+        throw Error(QStringLiteral("XML cannot be read: ") + QString::fromLatin1(result.description()));
 }
 
 } // namespace tavrin::xml

@@ -56,6 +56,9 @@ struct State
 /// Pairs each node at and below `from` with the one at the same place at and below `to`, its copy.
 NodeMap pairUp(pugi::xml_node from, pugi::xml_node to);
 
+/// Takes out of the map whatever leads to a node below `top`.
+void forgetBelow(pugi::xml_node top, NodeMap& map);
+
 /// The node at the same place in a copy of its tree.
 pugi::xml_node samePlace(pugi::xml_node node, const pugi::xml_document& copy);
 

@@ -6,7 +6,13 @@ namespace {
 
 QString joined(const QStringList& conditions, const QString& joiner)
 {
-    return u'(' + conditions.join(u' ' + joiner + u' ') + u')';
+    QString all;
+    for (const QString& condition : conditions) {
+        if (!all.isEmpty())
+            all += u' ' + joiner + u' ';
+        all += condition;
+    }
+    return u'(' + all + u')';
 }
 
 QString call(const QString& function, const QStringList& arguments)

@@ -22,7 +22,7 @@ QString OrExpression(const QStringList& conditions);
 QString ContainsExpression(const QString& field, const QString& text);
 /// `starts-with(field, 'text')`
 QString StartsWithExpression(const QString& field, const QString& text);
-/// `translate(field, 'from', 'to')`
+/// `translate(field, 'from', 'to')`; both alphabets must be ASCII.
 QString TranslateExpression(const QString& field, const QString& from, const QString& to);
 /// The field with the letters a to z in upper case. Other letters stay as they are.
 QString UpperCaseExpression(const QString& field);

@@ -83,8 +83,11 @@ QString UniqueFileName(const QString& path)
 {
     if (!namesSomething(path))
         return path;
-    const QFileInfo given(path);
-    const QString folder = path.left(path.size() - given.fileName().size()); // with its separator
+    qsizetype end = path.size(); // of the last component, whatever separators stand behind it
+    while (end > 1 && path.at(end - 1) == u'/')
+        --end;
+    const QFileInfo given(path.left(end));
+    const QString folder = path.left(end - given.fileName().size()); // with its separator
     const QString ending = given.suffix().isEmpty() ? QString() : u'.' + given.suffix();
     for (qint32 n = 1; n < std::numeric_limits<qint32>::max(); ++n) {
         const QString name =

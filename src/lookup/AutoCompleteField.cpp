@@ -7,6 +7,7 @@
 #include "widgets/KeyCodes.h"
 #include "widgets/TextBox.h"
 
+#include <QPointer>
 #include <QScopedValueRollback>
 
 namespace tavrin {
@@ -104,22 +105,23 @@ void AutoCompleteField::SetEnabled(bool enabled)
 void AutoCompleteField::SetTableNo(TableNumber tableNo)
 {
     m_tableNo = tableNo;
-    Q_EMIT PropertyChanged(QStringLiteral("TableNo"));
-    LoadList();
+    if (ReportChange(QStringLiteral("TableNo")))
+        LoadList();
 }
 
 void AutoCompleteField::SetIncludeInactiveValues(bool include)
 {
     m_includeInactive = include;
-    Q_EMIT PropertyChanged(QStringLiteral("IncludeInactiveValues"));
-    LoadList();
+    if (ReportChange(QStringLiteral("IncludeInactiveValues")))
+        LoadList();
 }
 
 void AutoCompleteField::SetValue(const QVariant& value)
 {
-    m_value = value;
-    Q_EMIT PropertyChanged(QStringLiteral("Value"));
-    const bool chosen = !IsNull(value);
+    m_value = IsEmpty(value) ? Null() : value;
+    if (!ReportChange(QStringLiteral("Value")))
+        return;
+    const bool chosen = !IsNull(m_value); // a follower may have set another one
     // The system's colours, and not the stored ones, when the value goes: this is meant.
     txtSearch->SetBackColor(chosen ? ChosenBackColor : SystemColor::WindowBackground);
     txtSearch->SetForeColor(chosen ? ChosenForeColor : SystemColor::WindowText);
@@ -189,7 +191,10 @@ void AutoCompleteField::m_AutoCompleteTimer_Elapsed()
 
 void AutoCompleteField::Search(const QString& text)
 {
+    const QPointer<AutoCompleteField> self(this);
     SetValue(Null()); // typing after a choice takes the choice away
+    if (!self)
+        return;
     if (text.size() < MinimumQueryLength || !m_document) {
         lstMatches->Clear();
         ShowList(false);
@@ -231,18 +236,25 @@ void AutoCompleteField::ShowList(bool open)
     lstMatches->unsetCursor();
 }
 
-void AutoCompleteField::SelectCurrentItem()
+bool AutoCompleteField::SelectCurrentItem()
 {
     TAVRIN_TRACE_LINE(QStringLiteral("Selecting current item..."));
     if (lstMatches->ListCount() == 0)
-        return;
+        return true;
     if (const int index = lstMatches->ListIndex(); index >= 0) {
-        // The text first into a copy: a follower of the value may load another list.
+        // The text first into a copy: a follower of the value may load another list, or close the form.
         const QString text = lstMatches->List(index);
+        const QPointer<AutoCompleteField> self(this);
+        if (m_AutoCompleteTimer)
+            m_AutoCompleteTimer->Stop(); // a search for what was typed before would take the choice away
         SetValue(lstMatches->ItemData(index));
-        SetText(text);
+        if (self)
+            SetText(text);
+        if (!self)
+            return false;
     }
     ShowList(false);
+    return true;
 }
 
 void AutoCompleteField::FocusText()
@@ -269,8 +281,8 @@ void AutoCompleteField::txtSearch_KeyPress(int& keyAscii)
     }
     if (keyAscii == KeyCode::Enter) {
         const bool wasOpen = lstMatches->IsOpen();
-        SelectCurrentItem();
-        if (wasOpen) // this Enter answered the list; the form's default button is not meant
+        if (SelectCurrentItem() &&
+            wasOpen) // this Enter answered the list; the form's default button is not meant
             keyAscii = 0;
     }
 }
@@ -279,6 +291,7 @@ void AutoCompleteField::txtSearch_KeyDown(int& keyCode, int)
 {
     if (keyCode != KeyCode::Down || !lstMatches->IsOpen() || lstMatches->ListCount() == 0)
         return;
+    keyCode = 0; // the page that the field stands on does not scroll
     lstMatches->setFocus();
     const int index = lstMatches->ListIndex();
     if (index < 0)
@@ -300,9 +313,9 @@ void AutoCompleteField::txtSearch_Change()
 void AutoCompleteField::lstMatches_KeyDown(int& keyCode, int)
 {
     if (keyCode == KeyCode::Enter) {
-        SelectCurrentItem();
-        FocusText();
         keyCode = 0;
+        if (SelectCurrentItem())
+            FocusText();
     } else if (keyCode == KeyCode::Escape) {
         txtSearch->setFocus();
         keyCode = 0;
@@ -313,8 +326,8 @@ void AutoCompleteField::lstMatches_Click()
 {
     if (m_searching || lstMatches->IsOpen())
         return;
-    SelectCurrentItem();
-    FocusText();
+    if (SelectCurrentItem())
+        FocusText();
 }
 
 void AutoCompleteField::UserControl_ExitFocus()
@@ -347,8 +360,7 @@ QSize AutoCompleteField::minimumSizeHint() const
 
 void AutoCompleteField::UserControl_Resize()
 {
-    const int boxHeight = txtSearch->sizeHint().height();
-    continueOnError([&] { txtSearch->resize(toPixels(ScaleWidth()), boxHeight); },
+    continueOnError([&] { txtSearch->resize(toPixels(ScaleWidth()), txtSearch->sizeHint().height()); },
                     [&] {
                         if (!ambient().UserMode() && height() > txtSearch->height())
                             SetHeight(toTwips(txtSearch->height()));

@@ -62,8 +62,8 @@ public:
     bool IncludeInactiveValues() const { return m_includeInactive; }
     void SetIncludeInactiveValues(bool include);
 
-    /// The chosen value, a 32-bit integer, or Null when nothing is chosen. Setting it colours the box, and
-    /// neither checks it against the table nor changes the text.
+    /// The chosen value, a 32-bit integer, or Null when nothing is chosen; Empty counts as Null. Setting it
+    /// colours the box, and neither checks it against the table nor changes the text.
     QVariant Value() const { return m_value; }
     void SetValue(const QVariant& value);
 
@@ -105,7 +105,8 @@ private:
     void Search(const QString& text);
     void ShowMatches(const XmlNodeList& matches);
     void Deselect();
-    void SelectCurrentItem();
+    /// False when a follower of the choice has deleted the field.
+    bool SelectCurrentItem();
     void FocusText();
     void ShowList(bool open);
 

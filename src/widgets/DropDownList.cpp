@@ -291,11 +291,12 @@ void DropDownList::choose(int index)
 
 void DropDownList::keyPressEvent(QKeyEvent* event)
 {
+    const QPointer<DropDownList> self(this); // a handler may close the form
     bool taken = false;
     guard("DropDownList_KeyDown", [&] {
         int keyCode = keyCodeOf(*event);
         KeyDown.raise(keyCode, shiftStateOf(event->modifiers()));
-        taken = keyCode == 0 && keyCodeOf(*event) != 0;
+        taken = !self || (keyCode == 0 && keyCodeOf(*event) != 0);
         if (!taken && keyCode == KeyCode::Escape && IsOpen()) {
             Close();
             taken = true;
@@ -303,7 +304,7 @@ void DropDownList::keyPressEvent(QKeyEvent* event)
         if (!taken)
             taken = moveBy(keyCode) || typeAhead(event->text());
     });
-    if (taken)
+    if (!self || taken)
         event->accept();
     else
         QWidget::keyPressEvent(event);

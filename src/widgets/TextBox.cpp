@@ -4,6 +4,7 @@
 #include "base/Guard.h"
 
 #include <QApplication>
+#include <QPointer>
 #include <QScopedValueRollback>
 #include <QWheelEvent>
 
@@ -93,25 +94,41 @@ void TextBox::changeEvent(QEvent* event)
         applyColors();
 }
 
+namespace {
+
+/// The character that the key gives to a text box; 0 for none.
+int characterOf(const QKeyEvent& event)
+{
+    // Delete gives none, although Qt has one for it; Ctrl makes a command of a key and no text.
+    const bool isCommand = event.modifiers().testFlag(Qt::ControlModifier) &&
+                           !event.modifiers().testFlag(Qt::AltModifier) && !event.text().isEmpty() &&
+                           event.text().at(0).isPrint();
+    if (event.text().isEmpty() || event.key() == Qt::Key_Delete || isCommand)
+        return 0;
+    return event.text().at(0).unicode();
+}
+
+} // namespace
+
 bool TextBox::swallows(QKeyEvent* event)
 {
     int keyCode = keyCodeOf(*event);
     KeyDown.raise(keyCode, shiftStateOf(event->modifiers()));
     if (keyCode == 0 && keyCodeOf(*event) != 0)
         return true;
-    // The Delete key gives no character, although Qt has one for it.
-    if (event->text().isEmpty() || event->key() == Qt::Key_Delete)
+    int character = characterOf(*event);
+    if (character == 0)
         return false;
-    int character = event->text().at(0).unicode();
     KeyPress.raise(character);
     return character == 0;
 }
 
 void TextBox::keyPressEvent(QKeyEvent* event)
 {
+    const QPointer<TextBox> self(this); // a handler may close the form
     bool swallowed = false;
     guard("TextBox_KeyPress", [&] { swallowed = swallows(event); });
-    if (swallowed)
+    if (!self || swallowed)
         event->accept();
     else
         QLineEdit::keyPressEvent(event);
@@ -119,10 +136,13 @@ void TextBox::keyPressEvent(QKeyEvent* event)
 
 void TextBox::inputMethodEvent(QInputMethodEvent* event)
 {
+    const QPointer<TextBox> self(this);
     QString taken;
     for (const QChar unit : event->commitString()) {
         int character = unit.unicode();
         guard("TextBox_KeyPress", [&] { KeyPress.raise(character); }); // one failure loses no text
+        if (!self)
+            return;
         if (character != 0)
             taken += unit;
     }

@@ -36,10 +36,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("position");
         QTest::newRow("empty") << QString() << QStringLiteral("line 1, column 1");
-        QTest::newRow("unclosed") << QStringLiteral("<a>\n <b></a>") << QStringLiteral("line 2, column 7");
-        QTest::newRow("two roots") << QStringLiteral("<a/>\n<b/>") << QStringLiteral("line 2, column 2");
+        QTest::newRow("unclosed") << QStringLiteral("<a>\n <b></a>") << QStringLiteral("line 2, column 8");
+        QTest::newRow("two roots") << QStringLiteral("<a/>\n<b/>") << QStringLiteral("line 2, column 4");
         QTest::newRow("text behind the root")
-            << QStringLiteral("<a/> x") << QStringLiteral("line 1, column 5");
+            << QStringLiteral("<a/> x") << QStringLiteral("line 1, column 6");
         QTest::newRow("no markup") << QStringLiteral("abc") << QStringLiteral("line 1, column 1");
         QTest::newRow("control character")
             << QStringLiteral("<a>\u0001</a>") << QStringLiteral("line 1, column 4");
@@ -47,9 +47,11 @@ private Q_SLOTS:
                              << QStringLiteral("line 1, column 4");
         QTest::newRow("lone surrogate") << QStringLiteral("<a>") + QChar(0xD800) + QStringLiteral("</a>")
                                         << QStringLiteral("line 1, column 4");
-        QTest::newRow("too deep") << QStringLiteral("<a>").repeated(5000) +
-                                         QStringLiteral("</a>").repeated(5000)
-                                  << QStringLiteral("line 1, column 30");
+        for (const char* text : {"<a x='1' x='2'/>", "<a>&foo;</a>", "<a>b & c</a>", "<a>]]></a>",
+                                 "<a b='<'/>", "<a>&#0;</a>", "<a><!-- a -- b --></a>", "<1a/>"})
+            QTest::newRow(text) << QString::fromLatin1(text) << QStringLiteral("line 1, column ");
+        const auto nested = QStringLiteral("<a>").repeated(5000) + QStringLiteral("</a>").repeated(5000);
+        QTest::newRow("too deep") << nested << QStringLiteral("line 1, column 3003");
     }
     void malformedTextRaisesWithPositionAndKeepsTheOldContent()
     {
@@ -174,6 +176,31 @@ private Q_SLOTS:
         document.loadXML(QStringLiteral("<r><a>new</a></r>"));
         QCOMPARE(held.text(), QStringLiteral("old"));
         QCOMPARE(document.selectSingleNode(QStringLiteral("r/a")).text(), QStringLiteral("new"));
+    }
+
+    void handlesBelowATextThatWasReplacedBecomeNull()
+    {
+        const XmlDocument document =
+            documentOf(QStringLiteral("<r>") + QStringLiteral("<a>some text</a>").repeated(4000) +
+                       QStringLiteral("</r>"));
+        const XmlNodeList held = document.selectNodes(QStringLiteral("r/a"));
+        const XmlNode one = held.at(7);
+        XmlNode root = document.documentElement();
+        root.setText(QStringLiteral("new"));
+        for (int i = 0; i < 8000; ++i)
+            root.appendElement(QStringLiteral("b"), QStringLiteral("more"));
+        QCOMPARE(one.text(), QString());
+        QVERIFY(one.isNull());
+        for (const XmlNode& node : held)
+            QCOMPARE(node.nodeName(), QString());
+        QCOMPARE(root.childNodes().size(), 8001U);
+        QVERIFY(document.xml().startsWith(QStringLiteral("<r>new<b>more</b>")));
+    }
+
+    void anExpressionThatSelectsAttributesRaises()
+    {
+        const XmlDocument document = documentOf(QStringLiteral("<r x='1'/>"));
+        QVERIFY_EXCEPTION_THROWN(document.selectNodes(QStringLiteral("r/@x")), Error);
     }
 
     void selectNodesGivesDocumentOrder()

@@ -156,6 +156,7 @@ private Q_SLOTS:
         font->SetUnderline(true);
         font->SetStrikethrough(true);
         font->SetSize(12.5);
+        font->SetCharset(238);
         PropertyBag bag;
         bag.WriteProperty(u"Font"_s, QVariant::fromValue<FontPtr>(font), Null());
         const auto read = reread(bag).ReadProperty(u"Font"_s, Null()).value<FontPtr>();
@@ -164,6 +165,7 @@ private Q_SLOTS:
         QCOMPARE(read->Name(), u"Tavrin Sans"_s);
         QCOMPARE(read->Size(), 12.5);
         QCOMPARE(read->Weight(), 600);
+        QCOMPARE(read->Charset(), 238);
         QVERIFY(read->Italic() && read->Underline() && read->Strikethrough());
     }
 
@@ -219,7 +221,7 @@ private Q_SLOTS:
     void aValueOfNoKnownKindRaisesWithItsKey_data()
     {
         QTest::addColumn<QVariant>("value");
-        QTest::newRow("Empty") << QVariant();
+        QTest::newRow("date") << QVariant(QDate(2026, 1, 2));
         QTest::newRow("list") << QVariant(QVariantList({1, 2}));
         QTest::newRow("map") << QVariant(QVariantMap({{u"a"_s, 1}}));
         QTest::newRow("point") << QVariant(QPoint(1, 2));

@@ -7,6 +7,7 @@
 #include <QDialog>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QWindow>
 
@@ -81,6 +82,19 @@ struct FocusStage
 class tst_UserControl : public tavrin::test::TestCase
 {
     Q_OBJECT
+
+    /// A number, a text and a colour, of which only the text can be read.
+    static const PropertyBag& wrongTypes()
+    {
+        static const PropertyBag bag = [] {
+            PropertyBag made;
+            made.WriteProperty(u"First"_s, u"many"_s, 0);
+            made.WriteProperty(u"Second"_s, 12, 0);
+            made.WriteProperty(u"Third"_s, u"red"_s, 0);
+            return made;
+        }();
+        return bag;
+    }
 
 private Q_SLOTS:
     void aNewControlsLifeHasItsOrder()
@@ -189,23 +203,112 @@ private Q_SLOTS:
         QVERIFY_EXCEPTION_THROWN(ProbeControl(nullptr, {{}, &bag}, nullptr, {u"put First"_s}, false), Error);
     }
 
-    void aSavedValueOfTheWrongTypeGivesTheDefault_data()
+    void aSavedValueOfTheWrongTypeGivesANewControlTheDefaultAndTheOthersAreRestored()
     {
-        QTest::addColumn<bool>("traps");
-        QTest::newRow("trapping") << true;
-        QTest::newRow("not trapping") << false;
-    }
-    void aSavedValueOfTheWrongTypeGivesTheDefault()
-    {
-        QFETCH(bool, traps);
-        PropertyBag bag;
-        bag.WriteProperty(u"First"_s, u"many"_s, 0);
-        bag.WriteProperty(u"Second"_s, 12, 0);
-        bag.WriteProperty(u"Third"_s, u"red"_s, 0);
-        const ProbeControl control(nullptr, {{}, &bag}, nullptr, {}, traps);
+        const ProbeControl control(nullptr, {{}, &wrongTypes()});
         QCOMPARE(control.first, 11);
         QCOMPARE(control.second, u"12"_s);
         QCOMPARE(control.third, tavrin::SystemColor::WindowText);
+    }
+
+    void aSavedValueOfTheWrongTypeLeavesALivingControlAsItIsAndTheOthersAreRestored()
+    {
+        ProbeControl control;
+        control.first = 77;
+        control.third = Color(5);
+        control.ReadProperties(wrongTypes());
+        QCOMPARE(control.first, 77);
+        QCOMPARE(control.second, u"12"_s);
+        QCOMPARE(control.third, Color(5));
+    }
+
+    void aSavedValueOfTheWrongTypeReachesTheCallerOfAControlThatDoesNotTrap()
+    {
+        QVERIFY_EXCEPTION_THROWN(ProbeControl(nullptr, {{}, &wrongTypes()}, nullptr, {}, false), Error);
+        ProbeControl control(nullptr, {}, nullptr, {}, false);
+        QVERIFY_EXCEPTION_THROWN(control.ReadProperties(wrongTypes()), Error);
+    }
+
+#ifdef TAVRIN_TRACE
+    void aTrappedFailureIsTracedWithTypeAndRoutine()
+    {
+        ProbeControl control;
+        control.failing = {u"put First"_s, u"get First"_s};
+        QTest::ignoreMessage(
+            QtDebugMsg,
+            QRegularExpression(u"^Unexpected error in ProbeControl\\.ReadProperties: 5, .*put First"_s));
+        control.ReadProperties({});
+        QTest::ignoreMessage(
+            QtDebugMsg,
+            QRegularExpression(u"^Unexpected error in ProbeControl\\.WriteProperties: 5, .*get First"_s));
+        PropertyBag bag;
+        control.WriteProperties(bag);
+    }
+#endif
+
+    void aResizeThatFailsReachesNobodyButTheHandlerOfUnhandledErrors()
+    {
+        Unhandled unhandled;
+        QWidget window;
+        auto* control = new ProbeControl(&window);
+        control->failing = {u"Resize"_s};
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QCOMPARE(unhandled.texts.filter(u"Resize"_s).size(), 1);
+    }
+
+    void theFrameHasABackgroundOfItsOwn()
+    {
+        QWidget window;
+        ProbeControl control(&window);
+        QCOMPARE(control.FrameBackColor(), tavrin::SystemColor::ButtonFace);
+        control.SetFrameBackColor(Color::rgb(10, 200, 30));
+        control.resize(20, 20);
+        QCOMPARE(control.grab().toImage().pixelColor(5, 5), QColor(10, 200, 30));
+        QCOMPARE(control.ContainerBackColor(), control.ambient().BackColor());
+        window.setProperty("BackColor", QVariant::fromValue(Color::rgb(1, 2, 3)));
+        QCOMPARE(control.ContainerBackColor(), Color::rgb(1, 2, 3));
+    }
+
+    void hidingOrDisablingAControlThatHasTheFocusIsLeavingIt_data()
+    {
+        QTest::addColumn<bool>("hide");
+        QTest::newRow("hide") << true;
+        QTest::newRow("disable") << false;
+    }
+    void hidingOrDisablingAControlThatHasTheFocusIsLeavingIt()
+    {
+        QFETCH(bool, hide);
+        QWidget window;
+        auto* control = new ProbeControl(&window);
+        auto* box = new QLineEdit(control);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        box->setFocus();
+        QTRY_VERIFY(box->hasFocus());
+        control->take();
+        hide ? control->hide() : control->setEnabled(false);
+        QCOMPARE(control->take().filter(u"ExitFocus"_s).size(), 1);
+        hide ? control->show() : control->setEnabled(true);
+        box->setFocus();
+        QTRY_VERIFY(box->hasFocus());
+        QCOMPARE(control->take().filter(u"EnterFocus"_s).size(), 1);
+    }
+
+    void anotherContainerTellsItsAmbientValuesAndTheControlsOwnFontTellsNone()
+    {
+        QWidget one;
+        QWidget other;
+        auto* control = new ProbeControl(&one);
+        control->take();
+        control->setFont(QFont(u"Tavrin Sans"_s, 31));
+        control->setPalette(QPalette(QColor(1, 2, 3)));
+        QCOMPARE(control->take().filter(u"AmbientChanged"_s), QStringList());
+        control->setParent(&other);
+        QCOMPARE(control->take().filter(u"AmbientChanged"_s),
+                 QStringList({u"AmbientChanged Font"_s, u"AmbientChanged BackColor"_s,
+                              u"AmbientChanged ScaleUnits"_s}));
     }
 
     void propertyChangedBearsTheKeyOfTheBag()

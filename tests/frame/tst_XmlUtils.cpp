@@ -74,6 +74,17 @@ private Q_SLOTS:
         QCOMPARE(XmlUtils::AndExpression({u"a"_s, u"b"_s, u"c"_s}), u"(a and b and c)"_s);
     }
 
+    void aLeadingEmptyConditionBringsNoJoiner()
+    {
+        QCOMPARE(XmlUtils::AndExpression({QString(), u"a"_s, u"b"_s}), u"(a and b)"_s);
+        QCOMPARE(XmlUtils::OrExpression({QString(), QString()}), u"()"_s);
+    }
+
+    void containsExpressionOfNameAndXGivesContainsNameX()
+    {
+        QCOMPARE(XmlUtils::ContainsExpression(u"Name"_s, u"x"_s), u"contains(Name, 'x')"_s);
+    }
+
     void orExpressionOfOneConditionKeepsTheParentheses()
     {
         QCOMPARE(XmlUtils::OrExpression({u"a"_s}), u"(a)"_s);

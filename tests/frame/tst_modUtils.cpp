@@ -231,6 +231,13 @@ private Q_SLOTS:
         QCOMPARE(modUtils::UniqueFileName(folder.filePath(u"a.txt"_s)), folder.filePath(u"a (1).txt"_s));
     }
 
+    void uniqueFileNameOfAFolderWithATrailingSeparatorNamesItsSibling()
+    {
+        const QTemporaryDir folder;
+        QVERIFY(QDir(folder.path()).mkdir(u"f"_s));
+        QCOMPARE(modUtils::UniqueFileName(folder.filePath(u"f/"_s)), folder.filePath(u"f (1)"_s));
+    }
+
     void uniqueFileNameCountsOnFromTheGivenName_data()
     {
         QTest::addColumn<QStringList>("taken");

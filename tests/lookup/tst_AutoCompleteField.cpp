@@ -4,6 +4,11 @@
 #include "base/Variant.h"
 #include "support/TestCase.h"
 
+#include <QPointer>
+#include <QTimer>
+
+#include <utility>
+
 using namespace tavrin;
 using tavrin::test::AutoCompleteForm;
 using tavrin::test::entry;
@@ -258,7 +263,136 @@ private Q_SLOTS:
         QCOMPARE(form.host.calls(), calls);
     }
 
+    void aCommandWithControlIsNoTyping()
+    {
+        AutoCompleteForm form;
+        QVERIFY(form.isReady());
+        form.field->SetText(text("12 - Handgun"));
+        form.field->SetValue(12);
+        QTest::sendKeyEvent(QTest::Click, form.box, Qt::Key_0, text("0"), Qt::ControlModifier);
+        QVERIFY(AutoCompleteForm::letPendingSearchesRun());
+        QCOMPARE(form.field->Value(), QVariant(12));
+        QCOMPARE(form.box->Text(), text("12 - Handgun"));
+    }
+
+    void theSearchWaits20MillisecondsAndEachKeyRestartsThem()
+    {
+        AutoCompleteForm form;
+        QVERIFY(form.isReady());
+        form.searched.reset();
+        QTest::keyClicks(form.box, text("gu"));
+        // Timers fire in the order of their ends: these run before the search, whatever the machine is doing.
+        bool searchedBefore = true;
+        QTimer second;
+        QObject::connect(&second, &QTimer::timeout, &second,
+                         [&] { searchedBefore = form.searched.has_value(); });
+        second.setTimerType(Qt::PreciseTimer);
+        second.setSingleShot(true);
+        QTimer first;
+        QObject::connect(&first, &QTimer::timeout, &first, [&] {
+            QTest::keyClicks(form.box, text("n"));
+            second.start(15);
+        });
+        first.setTimerType(Qt::PreciseTimer);
+        first.setSingleShot(true);
+        first.start(10);
+        QTRY_COMPARE(form.searched, std::optional(text("gun")));
+        QVERIFY(!searchedBefore);
+        form.list->Close();
+    }
+
+    void deselectingAnEntryForANewTextLeavesTheTextUnselected()
+    {
+        AutoCompleteForm form;
+        QVERIFY(form.isReady());
+        QVERIFY(form.search(text("gun")));
+        QTest::keyClick(form.box, Qt::Key_Down);
+        QTest::keyClick(form.list, Qt::Key_Escape); // the list is closed now
+        QTest::keyClick(form.box, Qt::Key_End);
+        QTest::keyClicks(form.box, text("n"));
+        QCOMPARE(form.list->ListIndex(), -1);
+        QVERIFY(!form.box->hasSelectedText());
+        QVERIFY(form.search(text("er")));
+        QCOMPARE(form.box->Text(), text("gunner"));
+    }
+
     // Choosing
+
+    void enterThatAnswersTheListIsSwallowedAndAnyOtherIsTheForms()
+    {
+        AutoCompleteForm form;
+        QVERIFY(form.isReady());
+        const auto isTheForms = [&form](QWidget* widget, Qt::Key key) {
+            QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, QStringLiteral("\r"));
+            QApplication::sendEvent(widget, &press);
+            return !press.isAccepted();
+        };
+        QVERIFY(isTheForms(form.box, Qt::Key_Return));
+        QVERIFY(form.search(text("gun")));
+        QVERIFY(!isTheForms(form.box, Qt::Key_Return));
+        QVERIFY(isTheForms(form.box, Qt::Key_Return));
+        form.list->Open();
+        QVERIFY(!isTheForms(form.box, Qt::Key_Down)); // nor does it scroll the page
+        QVERIFY(!isTheForms(form.list, Qt::Key_Escape));
+        form.list->setFocus();
+        QVERIFY(!isTheForms(form.list, Qt::Key_Return));
+    }
+
+    void downWithAnOpenButEmptyListLeavesTheFocus()
+    {
+        AutoCompleteForm form;
+        QVERIFY(form.isReady());
+        QVERIFY(form.search(text("gun")));
+        form.list->Clear();
+        QTest::keyClick(form.box, Qt::Key_Down);
+        QVERIFY(form.box->hasFocus());
+        form.list->Close();
+    }
+
+    void aSearchThatWasPendingDoesNotUndoAChoice()
+    {
+        AutoCompleteForm form;
+        QVERIFY(form.isReady());
+        QVERIFY(form.search(text("gun")));
+        QTest::keyClick(form.box, Qt::Key_Backspace);
+        QTest::keyClick(form.box, Qt::Key_Down);
+        QTest::keyClick(form.list, Qt::Key_Return);
+        QVERIFY(AutoCompleteForm::letPendingSearchesRun());
+        QCOMPARE(form.field->Value(), QVariant(12));
+        QCOMPARE(form.box->Text(), text("12 - Handgun"));
+    }
+
+    void aFollowerMayDeleteTheFieldAtAChoice_data()
+    {
+        QTest::addColumn<int>("way");
+        QTest::newRow("Enter in the box") << 0;
+        QTest::newRow("Enter in the list") << 1;
+        QTest::newRow("click") << 2;
+        QTest::newRow("search") << 3;
+    }
+    void aFollowerMayDeleteTheFieldAtAChoice()
+    {
+        QFETCH(int, way);
+        AutoCompleteForm form;
+        QVERIFY(form.isReady());
+        QVERIFY(form.search(text("gun")));
+        if (way == 0)
+            form.list->SetListIndex(1); // marked while the box keeps the focus
+        if (way == 1)
+            QTest::keyClick(form.box, Qt::Key_Down);
+        const QPointer<AutoCompleteField> field = form.field;
+        QObject::connect(form.field, &UserControl::PropertyChanged, &form.window,
+                         [&form] { delete std::exchange(form.field, nullptr); });
+        if (way == 0)
+            QTest::keyClick(form.box, Qt::Key_Return);
+        else if (way == 1)
+            QTest::keyClick(form.list, Qt::Key_Return);
+        else if (way == 2)
+            form.clickRow(0);
+        else
+            QTest::keyClicks(form.box, text("s"));
+        QTRY_VERIFY(!field);
+    }
 
     void enterWithTheListOpenButNothingMarkedClosesItAndLeavesValueAndText()
     {

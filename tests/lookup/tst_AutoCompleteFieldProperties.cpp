@@ -97,13 +97,58 @@ private Q_SLOTS:
         QCOMPARE(form.box->ForeColor().value(), 0U);
         QCOMPARE(form.box->palette().color(QPalette::Base), QColor(255, 255, 128));
         form.field->SetBackColor(Color::rgb(7, 8, 9)); // kept, and not shown over a value
+        form.field->SetForeColor(Color::rgb(4, 5, 7));
         QCOMPARE(form.box->BackColor().value(), 8454143U);
+        QCOMPARE(form.box->ForeColor().value(), 0U);
         form.field->SetValue(Null());
         QCOMPARE(form.box->BackColor(), SystemColor::WindowBackground);
         QCOMPARE(form.box->ForeColor(), SystemColor::WindowText);
         QCOMPARE(form.box->palette().color(QPalette::Base), QApplication::palette().color(QPalette::Base));
         QCOMPARE(form.field->BackColor(), Color::rgb(7, 8, 9));
-        QCOMPARE(form.field->ForeColor(), Color::rgb(4, 5, 6));
+        QCOMPARE(form.field->ForeColor(), Color::rgb(4, 5, 7));
+    }
+
+    void propertyChangedComesAtItsStepOfEachSetter()
+    {
+        AutoCompleteForm form;
+        bool boxEnabled = true;
+        Color boxColor;
+        QString boxText;
+        connect(form.field, &UserControl::PropertyChanged, this, [&](const QString& key) {
+            if (key == QLatin1String("Enabled"))
+                boxEnabled = form.box->isEnabled();
+            else if (key == QLatin1String("Value"))
+                boxColor = form.box->BackColor();
+            else if (key == QLatin1String("Text"))
+                boxText = form.box->Text();
+        });
+        form.field->SetEnabled(false);
+        QVERIFY(!boxEnabled);
+        form.field->SetValue(12);
+        QCOMPARE(boxColor, SystemColor::WindowBackground); // told before the box is coloured
+        form.field->SetText(QStringLiteral("now"));
+        QCOMPARE(boxText, QStringLiteral("now"));
+    }
+
+    void aFollowerThatAnswersWithAnotherValueLeavesTheColourOfThatValue()
+    {
+        AutoCompleteForm form;
+        connect(form.field, &UserControl::PropertyChanged, this, [&](const QString& key) {
+            if (key == QLatin1String("Value") && !IsNull(form.field->Value()))
+                form.field->SetValue(Null());
+        });
+        form.field->SetValue(12);
+        QVERIFY(IsNull(form.field->Value()));
+        QCOMPARE(form.box->BackColor(), SystemColor::WindowBackground);
+    }
+
+    void emptyCountsAsNull()
+    {
+        AutoCompleteForm form;
+        form.field->SetValue(12);
+        form.field->SetValue(QVariant());
+        QVERIFY(IsNull(form.field->Value()));
+        QCOMPARE(form.box->BackColor(), SystemColor::WindowBackground);
     }
 
     // Tables
@@ -118,6 +163,11 @@ private Q_SLOTS:
         form.field->SetTableNo(Tables::None);
         QCOMPARE(form.list->ListCount(), 0);
         QCOMPARE(form.host.calls(), calls);
+        QVERIFY(form.search(QStringLiteral("n"))); // "gunn" finds nothing, and the document is still there
+        form.box->selectAll();
+        QVERIFY(form.search(QStringLiteral("rif")));
+        QCOMPARE(form.entries(), QStringList{QStringLiteral("13 - Rifle")});
+        form.list->Close();
     }
 
     void theTableIsLoadedAtEverySettingAlsoOfTheSameNumber()

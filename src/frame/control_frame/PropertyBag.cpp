@@ -21,6 +21,7 @@ QJsonObject fontToJson(const Font& font)
     return {{QStringLiteral("name"), font.Name()},
             {QStringLiteral("size"), font.Size()},
             {QStringLiteral("weight"), font.Weight()},
+            {QStringLiteral("charset"), font.Charset()},
             {QStringLiteral("italic"), font.Italic()},
             {QStringLiteral("underline"), font.Underline()},
             {QStringLiteral("strikethrough"), font.Strikethrough()}};
@@ -32,6 +33,7 @@ FontPtr fontFromJson(const QJsonObject& object)
     font->SetName(object.value(QStringLiteral("name")).toString(font->Name()));
     font->SetSize(object.value(QStringLiteral("size")).toDouble(font->Size()));
     font->SetWeight(object.value(QStringLiteral("weight")).toInt(font->Weight()));
+    font->SetCharset(object.value(QStringLiteral("charset")).toInt(font->Charset()));
     font->SetItalic(object.value(QStringLiteral("italic")).toBool());
     font->SetUnderline(object.value(QStringLiteral("underline")).toBool());
     font->SetStrikethrough(object.value(QStringLiteral("strikethrough")).toBool());
@@ -47,7 +49,7 @@ bool isNoObject(const QVariant& value)
 
 QJsonValue toJsonValue(const QString& key, const QVariant& value)
 {
-    if (IsNull(value) || isNoObject(value))
+    if (IsNull(value) || IsEmpty(value) || isNoObject(value))
         return QJsonValue::Null;
     if (value.typeId() == qMetaTypeId<Color>()) {
         const QString hex = QStringLiteral("0x%1").arg(value.value<Color>().value(), 8, 16, QLatin1Char('0'));
@@ -61,7 +63,8 @@ QJsonValue toJsonValue(const QString& key, const QVariant& value)
         return QJsonObject{{QStringLiteral("picture"), QString::fromLatin1(png.data().toBase64())}};
     }
     const QJsonValue plain = QJsonValue::fromVariant(value);
-    if (plain.isNull() || plain.isObject() || plain.isArray())
+    const bool keepsItsType = plain.isBool() || plain.isDouble() || value.typeId() == QMetaType::QString;
+    if (!keepsItsType)
         throw Error(QStringLiteral("The value of %1 cannot be saved").arg(key));
     return plain;
 }

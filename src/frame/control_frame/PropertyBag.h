@@ -29,7 +29,7 @@ public:
 
     /// Booleans, numbers, texts and Null as JSON has them. Colours, fonts and pictures are objects:
     /// {"color": "0x80000005"}, {"font": {"name": ..., "size": points, "weight": ...}}, {"picture": PNG as
-    /// base64}. Raises an `Error` for a value that is none of these.
+    /// base64}. Empty is saved as Null. Raises an `Error` for a value that is none of these.
     QJsonObject toJson() const;
     /// An entry that cannot be read is left out; `problems`, when given, gets one sentence for each.
     static PropertyBag fromJson(const QJsonObject& object, QStringList* problems = nullptr);

@@ -8,7 +8,8 @@
 
 namespace tavrin {
 
-/// What a saved value must be convertible to. One that is not counts as missing: the default takes its place.
+/// What a saved value must be convertible to. One that is not leaves the property as it is; in a control that
+/// is being made, the default takes its place.
 enum class PropertyKind
 {
     Boolean,

@@ -88,7 +88,34 @@ QList<QWidget*> UserControl::Controls() const
     return findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
 }
 
+// Colours
+
+void UserControl::SetFrameBackColor(Color color)
+{
+    m_frameBackColor = color;
+    QPalette own = palette();
+    own.setColor(QPalette::Window, color.resolve(QApplication::palette()));
+    setPalette(own);
+    setAutoFillBackground(true);
+}
+
+Color UserControl::ContainerBackColor() const
+{
+    try {
+        return m_extender.Container().BackColor();
+    } catch (const Error&) {
+        return m_ambient.BackColor();
+    }
+}
+
 // Saved properties
+
+bool UserControl::ReportChange(const QString& key)
+{
+    const QPointer<UserControl> self(this);
+    Q_EMIT PropertyChanged(key);
+    return !self.isNull();
+}
 
 void UserControl::propertyStep(const QString& routine, const std::function<void()>& statement) const
 {
@@ -98,19 +125,23 @@ void UserControl::propertyStep(const QString& routine, const std::function<void(
         statement();
 }
 
-QVariant UserControl::storedValue(const PropertyBag& bag, const SavedProperty& property) const
-{
-    const QVariant stored = bag.ReadProperty(property.key, property.defaultValue);
-    QVariant value = property.defaultValue;
-    trapAndGoOn(typeName(), QStringLiteral("ReadProperties"),
-                [&] { value = convertProperty(property.kind, stored); });
-    return value;
-}
-
 void UserControl::UserControl_ReadProperties(const PropertyBag& bag)
 {
+    const QString routine = QStringLiteral("ReadProperties");
     for (const SavedProperty& property : savedProperties()) {
-        propertyStep(QStringLiteral("ReadProperties"), [&] { property.put(storedValue(bag, property)); });
+        propertyStep(routine, [&] {
+            QVariant value = property.defaultValue;
+            const auto read = [&] {
+                value = convertProperty(property.kind, bag.ReadProperty(property.key, property.defaultValue));
+            };
+            // What cannot be read leaves a living control as it is; a new one has nothing yet to keep and
+            // takes the default.
+            if (m_begun)
+                read();
+            else
+                propertyStep(routine, read);
+            property.put(value);
+        });
     }
 }
 
@@ -135,15 +166,21 @@ void UserControl::UserControl_MouseUp(int, int, Twips, Twips) {}
 void UserControl::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
-    if (!event->spontaneous())
-        guard("UserControl_Show", [this] { UserControl_Show(); });
+    if (event->spontaneous())
+        return;
+    guard("UserControl_Show", [this] { UserControl_Show(); });
+    // A constituent may have kept the focus while it was hidden.
+    if (const QWidget* focus = QApplication::focusWidget())
+        guard("UserControl_Focus", [&] { focusMoved(focus); });
 }
 
 void UserControl::hideEvent(QHideEvent* event)
 {
     QWidget::hideEvent(event);
-    if (!event->spontaneous())
-        guard("UserControl_Hide", [this] { UserControl_Hide(); });
+    if (event->spontaneous())
+        return;
+    guard("UserControl_Focus", [this] { leaveFocus(); });
+    guard("UserControl_Hide", [this] { UserControl_Hide(); });
 }
 
 void UserControl::resizeEvent(QResizeEvent* event)
@@ -160,12 +197,13 @@ void UserControl::focusOutEvent(QFocusEvent* event)
 
 void UserControl::keyPressEvent(QKeyEvent* event)
 {
+    const QPointer<UserControl> self(this);
     int keyCode = keyCodeOf(*event);
     // Keys that a constituent has left alone come here too; they are not the frame's, not even those of
     // a constituent that stands in for it (so not hasFocus).
     if (QApplication::focusWidget() == this && keyCode != 0)
         guard("UserControl_KeyDown", [&] { UserControl_KeyDown(keyCode, shiftStateOf(event->modifiers())); });
-    if (keyCode == 0 && keyCodeOf(*event) != 0)
+    if (!self || (keyCode == 0 && keyCodeOf(*event) != 0))
         event->accept();
     else
         QWidget::keyPressEvent(event);
@@ -175,7 +213,7 @@ void UserControl::mouseReleaseEvent(QMouseEvent* event)
 {
     QWidget::mouseReleaseEvent(event);
     const QPoint place = event->position().toPoint();
-    if (!rect().contains(place) || childAt(place)) // a constituent has left the event alone; it is not the bare surface's
+    if (!rect().contains(place) || childAt(place)) // a constituent's event that was left alone comes here too
         return;
     const int button = event->button() == Qt::LeftButton     ? 1
                        : event->button() == Qt::RightButton  ? 2
@@ -188,17 +226,19 @@ void UserControl::mouseReleaseEvent(QMouseEvent* event)
 
 void UserControl::focusMoved(const QWidget* now)
 {
-    if (!now || now->window() != window())
+    // Another program or another window takes the focus for a while; nothing in the active window takes it
+    // for good.
+    const bool isElsewhere = now ? now->window() != window() : QApplication::activeWindow() != window();
+    if (isElsewhere)
         return;
-    const bool inside = now == this || isAncestorOf(now);
-    if (inside == m_focusInside)
-        return;
-    m_focusInside = inside;
+    const bool inside = now && (now == this || isAncestorOf(now));
     if (!inside) {
-        controlsWithFocus.removeOne(this);
-        UserControl_ExitFocus();
+        leaveFocus();
         return;
     }
+    if (m_focusInside)
+        return;
+    m_focusInside = true;
     // The focus leaves the other controls first, whichever of them Qt tells first.
     const QList<UserControl*> others = controlsWithFocus;
     controlsWithFocus.append(this);
@@ -211,6 +251,14 @@ void UserControl::focusMoved(const QWidget* now)
         UserControl_EnterFocus();
 }
 
+void UserControl::leaveFocus()
+{
+    if (!std::exchange(m_focusInside, false))
+        return;
+    controlsWithFocus.removeOne(this);
+    UserControl_ExitFocus();
+}
+
 // Ambient values
 
 void UserControl::ambientChanged(const QString& propertyName)
@@ -219,42 +267,40 @@ void UserControl::ambientChanged(const QString& propertyName)
         UserControl_AmbientChanged(propertyName);
 }
 
-void UserControl::changeEvent(QEvent* event)
-{
-    QWidget::changeEvent(event);
-    guard("UserControl_AmbientChanged", [&] {
-        if (event->type() == QEvent::FontChange)
-            ambientChanged(QStringLiteral("Font"));
-        else if (event->type() == QEvent::PaletteChange)
-            ambientChanged(QStringLiteral("BackColor"));
-    });
-}
-
 bool UserControl::event(QEvent* event)
 {
-    if (event->type() == QEvent::ParentChange)
-        watchContainer();
+    if (event->type() == QEvent::ParentChange && watchContainer()) {
+        for (const char* name : {"Font", "BackColor", "ScaleUnits"})
+            guard("UserControl_AmbientChanged", [&] { ambientChanged(QString::fromLatin1(name)); });
+    }
     return QWidget::event(event);
 }
 
-void UserControl::watchContainer()
+bool UserControl::watchContainer()
 {
     if (m_watchedContainer == parentWidget())
-        return;
+        return false;
     if (m_watchedContainer)
         m_watchedContainer->removeEventFilter(this);
     m_watchedContainer = parentWidget();
     if (m_watchedContainer)
         m_watchedContainer->installEventFilter(this);
+    return true;
 }
 
 bool UserControl::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_watchedContainer && event->type() == QEvent::DynamicPropertyChange) {
-        const QByteArray name = static_cast<QDynamicPropertyChangeEvent*>(event)->propertyName();
-        if (name == "BackColor" || name == "ScaleUnits")
-            guard("UserControl_AmbientChanged", [&] { ambientChanged(QString::fromLatin1(name)); });
-    }
+    if (watched != m_watchedContainer)
+        return QWidget::eventFilter(watched, event);
+    QByteArray name;
+    if (event->type() == QEvent::FontChange)
+        name = "Font";
+    else if (event->type() == QEvent::PaletteChange)
+        name = "BackColor";
+    else if (event->type() == QEvent::DynamicPropertyChange)
+        name = static_cast<QDynamicPropertyChangeEvent*>(event)->propertyName();
+    if (name == "Font" || name == "BackColor" || name == "ScaleUnits")
+        guard("UserControl_AmbientChanged", [&] { ambientChanged(QString::fromLatin1(name)); });
     return QWidget::eventFilter(watched, event);
 }
 

@@ -55,6 +55,12 @@ public:
     /// A length in another unit.
     static Twips ScaleX(Twips length, ScaleMode from, ScaleMode to);
     static Twips ScaleY(Twips length, ScaleMode from, ScaleMode to);
+    /// The frame's own background, by default the container's. Controls publish a `BackColor` of their own,
+    /// which is their main constituent's.
+    Color FrameBackColor() const { return m_frameBackColor; }
+    void SetFrameBackColor(Color color);
+    /// The container's property "BackColor"; the ambient one when the container has none.
+    Color ContainerBackColor() const;
     /// The constituents.
     QList<QWidget*> Controls() const;
 
@@ -64,7 +70,10 @@ public:
     void WriteProperties(PropertyBag& bag) { UserControl_WriteProperties(bag); }
 
 Q_SIGNALS:
-    /// The design-time value that is saved under `key` has changed, and the form must be saved again.
+    /// The design-time value that is saved under `key` has changed, and the form must be saved again. A slot
+    /// must not let an exception out; `connectGuarded` sees to that. It may close the form and delete the
+    /// control, with `deleteLater` when it answers to an emptied text: a line edit of Qt does not outlive
+    /// its own change otherwise.
     void PropertyChanged(const QString& key);
 
 protected:
@@ -72,6 +81,10 @@ protected:
 
     /// Ends construction: `InitProperties` or `ReadProperties`.
     void begin();
+
+    /// Emits `PropertyChanged`. False when a follower has deleted the control: the caller then returns at
+    /// once.
+    [[nodiscard]] bool ReportChange(const QString& key);
 
     /// The saved properties in their order.
     virtual SavedProperties savedProperties() { return {}; }
@@ -100,7 +113,6 @@ protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
-    void changeEvent(QEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -109,16 +121,17 @@ protected:
 
 private:
     void focusMoved(const QWidget* now);
-    void watchContainer();
+    void leaveFocus();
+    bool watchContainer();
     void ambientChanged(const QString& propertyName);
     void propertyStep(const QString& routine, const std::function<void()>& statement) const;
-    QVariant storedValue(const PropertyBag& bag, const SavedProperty& property) const;
 
     const PropertyBag* m_saved;
     Ambient m_ambient;
     Extender m_extender;
     QMetaObject::Connection m_focusConnection;
     QPointer<QObject> m_watchedContainer;
+    Color m_frameBackColor = SystemColor::ButtonFace;
     bool m_begun = false;
     bool m_focusInside = false;
 };

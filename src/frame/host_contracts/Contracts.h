@@ -17,6 +17,10 @@ inline constexpr TableNumber Team = 228;
 inline constexpr TableNumber Agency = 997;
 } // namespace Tables
 
+/// Values that sibling fields of one list hold. Shared by reference: the control sees what the host adds
+/// later.
+using UsedValues = std::shared_ptr<QVariantList>;
+
 /// Contract of a single-value field.
 class TavrinControl
 {
@@ -27,15 +31,16 @@ public:
     QVariant GetValue() const { return TavrinControl_GetValue(); }
 
     /// Loads a record's value into the field. The control keeps `usedValues`, which sibling fields of the
-    /// same list already hold, and keeps `value` apart as the one that stays selectable although inactive.
-    void SetValue(const QVariant& value, const QVariantList& usedValues)
+    /// same list already hold (nullptr counts as none), and keeps `value` apart as the one that stays
+    /// selectable although inactive.
+    void SetValue(const QVariant& value, const UsedValues& usedValues)
     {
         TavrinControl_SetValue(value, usedValues);
     }
 
 private:
     virtual QVariant TavrinControl_GetValue() const = 0;
-    virtual void TavrinControl_SetValue(const QVariant& value, const QVariantList& usedValues) = 0;
+    virtual void TavrinControl_SetValue(const QVariant& value, const UsedValues& usedValues) = 0;
 };
 
 /// Which field of each row a `BoundControl` reads, and the code table of its values.
