@@ -105,7 +105,7 @@ void RecordCollection::RemoveCurrent(bool immediately)
 
     if (!removed->IsNew() && immediately && m_removeNow) {
         m_removeNow(*this, *removed);
-        if (m_primary && SameValue(m_primary->savedValue(), key))
+        if (m_primary && SameValue(m_primary->savedValue(), removed->cell(KeyColumn()).savedValue()))
             m_primary->noteSaved(Null());
     } else if (!removed->IsNew()) {
         m_removed.push_back(removed);

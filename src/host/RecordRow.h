@@ -28,6 +28,8 @@ public:
     void checkLengths(int position) const;
 
     bool isChanged() const;
+    /// One of the key columns differs from what was saved.
+    bool isKeyChanged() const;
     void markSaved();
 
     void setOwner(std::weak_ptr<ChangeSink> sink, std::weak_ptr<tvBusinessObject> record);
