@@ -269,6 +269,19 @@ private Q_SLOTS:
             QVERIFY2(text.contains(QString::fromLatin1(part)), qPrintable(text));
         QCOMPARE(contentOfTables(*m_database), content);
     }
+
+    void aRowTakesTheNumberOfTheRecordItIsAddedTo()
+    {
+        const RecordPtr first = incidentWithWitnesses();
+        const RecordPtr second = newIncident(QStringLiteral("2026-9"));
+        second->collection(Witnesses)->AddNew();
+        const auto row = first->collection(Witnesses)->NewItem();
+        second->collection(Witnesses)->Add(row);
+        m_store->save(*second);
+        QCOMPARE(witnessesIn(first->key()), QStringLiteral("1 W1, 2 W2, 3 W3"));
+        QCOMPARE(second->collection(Witnesses)->Count(), 2);
+        QCOMPARE(m_store->load(second->key())->collection(Witnesses)->Count(), 2);
+    }
 };
 
 TAVRIN_TEST_MAIN(tst_RecordKeys)

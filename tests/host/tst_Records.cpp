@@ -212,6 +212,74 @@ private Q_SLOTS:
         QCOMPARE(rows->Count(), 2);
     }
 
+    void aRowStandsInOneCollectionOnly()
+    {
+        const RecordPtr record = newRecord();
+        const RecordPtr other = newRecord();
+        const auto a = rowsOf(record, Witnesses);
+        const auto b = rowsOf(other, Witnesses);
+        const auto added = a->AddNew();
+        QVERIFY(errorOf([&] { b->Add(added); }).contains(QStringLiteral("another collection")));
+        const auto made = a->NewItem();
+        b->Add(made);
+        QVERIFY(errorOf([&] { a->Add(made); }).contains(QStringLiteral("another collection")));
+        QCOMPARE(a->Count(), 1);
+        QCOMPARE(b->Count(), 1);
+
+        RecordCollection free;
+        free.SetItemClass(QStringLiteral("Incident.IncdWitness"));
+        const auto freeRow = free.AddNew();
+        QVERIFY(!errorOf([&] { free.Add(added); }).isEmpty());
+        QVERIFY(!errorOf([&] { a->Add(freeRow); }).isEmpty());
+    }
+
+    void aRowOfAnotherCollectionBelongsWhereItIsAdded()
+    {
+        const RecordPtr record = newRecord();
+        const RecordPtr other = newRecord();
+        const auto rows = rowsOf(other, Witnesses);
+        rows->AddNew();
+        const auto row = rowsOf(record, Witnesses)->NewItem();
+        QCOMPARE(keyOf(row), QVariant(1));
+        rows->Add(row);
+        QCOMPARE(keyOf(row), QVariant(2));
+        fieldOf(*record->mainRow(), QStringLiteral("IncidentNo"))->SetValue(7);
+        fieldOf(*other->mainRow(), QStringLiteral("IncidentNo"))->SetValue(8);
+        QCOMPARE(fieldOf(*row, QStringLiteral("IncidentNo"))->Value(), QVariant(8));
+        QCOMPARE(std::dynamic_pointer_cast<RecordRow>(row)->record(), other);
+        int raised = 0;
+        int raisedElsewhere = 0;
+        const Subscription here = other->Changed.subscribe([&raised] { ++raised; });
+        const Subscription there = record->Changed.subscribe([&raisedElsewhere] { ++raisedElsewhere; });
+        fieldOf(*row, QStringLiteral("WitnessName"))->SetValue(QStringLiteral("a"));
+        QCOMPARE(raised, 1);
+        QCOMPARE(raisedElsewhere, 0);
+    }
+
+    void aNewRowThatWasTakenOutMayBeAddedElsewhere()
+    {
+        const RecordPtr record = newRecord();
+        const auto rows = rowsOf(record, Witnesses);
+        const auto row = rowsOf(newRecord(), Witnesses)->AddNew(); // its record is gone
+        rows->Add(row);
+        rows->RemoveCurrent(false);
+        const RecordPtr other = newRecord();
+        rowsOf(other, Witnesses)->Add(row);
+        QCOMPARE(rowsOf(other, Witnesses)->Count(), 1);
+    }
+
+    void aNewRowsKeyIsFreeAlsoAfterKeysWereAssigned()
+    {
+        const RecordPtr record = newRecord();
+        const auto rows = rowsOf(record, Witnesses);
+        fieldOf(*rows->AddNew(), SeqNo)->SetValue(2);
+        QCOMPARE(keyOf(rows->AddNew()), QVariant(3));
+        const auto made = rows->NewItem();
+        fieldOf(*rows->Item(1), SeqNo)->SetValue(keyOf(made));
+        rows->Add(made);
+        QCOMPARE(keyOf(made), QVariant(5));
+    }
+
     void aForEachLoopWalksAllRows()
     {
         const RecordPtr record = newRecord();
