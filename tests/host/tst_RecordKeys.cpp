@@ -270,6 +270,36 @@ private Q_SLOTS:
         QCOMPARE(contentOfTables(*m_database), content);
     }
 
+    void aLinkThatDoesNotConvertStopsTheSaveAndNamesBothFields_data()
+    {
+        QTest::addColumn<bool>("isNew");
+        QTest::newRow("new record") << true;
+        QTest::newRow("saved record") << false;
+    }
+    void aLinkThatDoesNotConvertStopsTheSaveAndNamesBothFields()
+    {
+        QFETCH(bool, isNew);
+        const RecordPtr record = isNew ? newIncident(QStringLiteral("2026-1")) : savedIncident();
+        put(record, "Summary", 7);
+        put(record, "WeaponNo",
+            FieldReference::toVariant(fieldOf(*record->mainRow(), QStringLiteral("Summary"))));
+        if (!isNew)
+            m_store->save(*record);
+        put(record, "WeaponNo",
+            FieldReference::toVariant(fieldOf(*record->mainRow(), QStringLiteral("Summary"))));
+        put(record, "Summary", QStringLiteral("abc"));
+        const QString content = contentOfTables(*m_database);
+        QVERIFY(record->isChanged());
+        const QString text = errorOf([&] { m_store->save(*record); });
+        for (const char* part : {"WeaponNo", "Summary", "a whole number", "abc"})
+            QVERIFY2(text.contains(QString::fromLatin1(part)), qPrintable(text));
+        QCOMPARE(contentOfTables(*m_database), content);
+        QCOMPARE(record->isNew(), isNew);
+        put(record, "WeaponNo", 5);
+        m_store->save(*record);
+        QCOMPARE(get(m_store->load(record->key()), "WeaponNo"), QStringLiteral("5"));
+    }
+
     void aRowTakesTheNumberOfTheRecordItIsAddedTo()
     {
         const RecordPtr first = incidentWithWitnesses();

@@ -179,6 +179,46 @@ private Q_SLOTS:
         QVERIFY(!errorOf([] { FieldReference::toVariant(nullptr); }).isEmpty());
     }
 
+    void aLinkedFieldThatDoesNotConvertTakesANewValue()
+    {
+        const RecordPtr record = newRecord();
+        const tvFieldPtr source = fieldOf(*record->mainRow(), Summary);
+        const tvFieldPtr target = fieldOf(*record->mainRow(), QStringLiteral("WeaponNo"));
+        const auto breakLink = [&] {
+            source->SetValue(Null());
+            target->SetValue(FieldReference::toVariant(source));
+            source->SetValue(QStringLiteral("abc"));
+        };
+        int raised = 0;
+        const Subscription keep = record->Changed.subscribe([&raised] { ++raised; });
+
+        breakLink();
+        const QString text = errorOf([&] { target->Value(); });
+        for (const char* part : {"WeaponNo", "Summary", "a whole number", "abc"})
+            QVERIFY2(text.contains(QString::fromLatin1(part)), qPrintable(text));
+        QVERIFY(record->mainRow()->isChanged());
+
+        raised = 0;
+        target->SetValue(5);
+        QCOMPARE(target->Value(), QVariant(5));
+        QCOMPARE(raised, 1);
+
+        breakLink();
+        target->SetValue(Null());
+        QVERIFY(IsNull(target->Value()));
+
+        breakLink();
+        const tvFieldPtr bias = fieldOf(*record->mainRow(), QStringLiteral("BiasNo"));
+        bias->SetValue(3);
+        target->SetValue(FieldReference::toVariant(bias));
+        QCOMPARE(target->Value(), QVariant(3));
+
+        breakLink();
+        QVERIFY(!errorOf([&] { target->SetValue(QStringLiteral("knife")); }).isEmpty());
+        source->SetValue(4);
+        QCOMPARE(target->Value(), QVariant(4));
+    }
+
     void addNewAppendsAndMakesCurrent()
     {
         const RecordPtr record = newRecord();
