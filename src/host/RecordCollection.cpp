@@ -123,7 +123,8 @@ void RecordCollection::RemoveCurrent(bool immediately)
     const QVariant key = removed->keyValue();
     const bool wasPrimary = PrimaryIndex() == index;
 
-    if (!removed->IsNew() && immediately && m_removeNow) {
+    const bool removesNow = !removed->IsNew() && immediately && m_removeNow;
+    if (removesNow) {
         m_removeNow(*this, *removed);
         if (m_primary && SameValue(m_primary->savedValue(), removed->cell(KeyColumn()).savedValue()))
             m_primary->noteSaved(Null());
@@ -132,6 +133,8 @@ void RecordCollection::RemoveCurrent(bool immediately)
     }
     takeOut(removed);
 
+    if (removesNow && m_noteRemoved)
+        m_noteRemoved();
     notifyChanged();
     ItemRemoved.raise(key);
     ItemRemovedEx.raise(index, row);

@@ -57,7 +57,12 @@ public:
     void setOwner(std::weak_ptr<ChangeSink> sink, std::weak_ptr<tvBusinessObject> record);
     /// Takes a saved row out of the database at once; raises an `Error` when that fails.
     using RowRemover = std::function<void(const RecordCollection&, const RecordRow&)>;
-    void setRowRemover(RowRemover remover) { m_removeNow = std::move(remover); }
+    /// `removed` is called when the row has left the collection too.
+    void setRowRemover(RowRemover remover, std::function<void()> removed)
+    {
+        m_removeNow = std::move(remover);
+        m_noteRemoved = std::move(removed);
+    }
 
 private:
     RecordRowPtr makeRow();
@@ -80,6 +85,7 @@ private:
     std::weak_ptr<ChangeSink> m_sink;
     std::weak_ptr<tvBusinessObject> m_record;
     RowRemover m_removeNow;
+    std::function<void()> m_noteRemoved;
     qint32 m_lastKey = 0;
     qint16 m_position = 0;
 };

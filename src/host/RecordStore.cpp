@@ -309,13 +309,20 @@ void RecordStore::attachRemover(Record& record)
     const std::weak_ptr<RecordStore*> store = m_self;
     const std::weak_ptr<Record> weakRecord = record.weak_from_this();
     for (const RecordCollectionPtr& rows : record.collections()) {
-        rows->setRowRemover([store, weakRecord](const RecordCollection& collection, const RecordRow& row) {
+        const auto remove = [store, weakRecord](const RecordCollection& collection, const RecordRow& row) {
             const auto self = store.lock();
             const auto owner = weakRecord.lock();
             if (!self || !owner)
                 throw Error(QStringLiteral("The record is closed: its rows cannot be removed any more"));
             (*self)->removeRowNow(*owner, collection, row);
-        });
+        };
+        const auto tell = [store, weakRecord] {
+            const auto self = store.lock();
+            const auto owner = weakRecord.lock();
+            if (self && owner)
+                (*self)->Saved.raise(owner->key());
+        };
+        rows->setRowRemover(remove, tell);
     }
 }
 

@@ -50,7 +50,8 @@ public:
     /// no `Saved`.
     void saveWithin(Record& record);
 
-    /// Raised with the incident's number after each save that wrote something.
+    /// Raised with the incident's number after each save that wrote something, and after each row that was
+    /// removed immediately.
     Event<qint64> Saved;
 
 private:

@@ -300,6 +300,39 @@ private Q_SLOTS:
         QCOMPARE(get(m_store->load(record->key()), "WeaponNo"), QStringLiteral("5"));
     }
 
+    void anImmediateRemovalTellsOnceThatTheRecordWasSaved()
+    {
+        const RecordPtr record = savedIncident();
+        const auto rows = record->collection(Suspects);
+        QStringList log;
+        const Subscription keep = m_store->Saved.subscribe([&](qint64 key) {
+            log << QStringLiteral("%1: %2 suspects, version %3, %4 in the database")
+                       .arg(key)
+                       .arg(rows->Count())
+                       .arg(record->rowVersion())
+                       .arg(firstOf(*m_other, QStringLiteral("SELECT COUNT(*) FROM IncdSuspect")).toInt());
+        });
+        const int version = record->rowVersion();
+        rows->RemoveCurrent(true);
+        QCOMPARE(log, QStringList{
+                          QStringLiteral("1: 1 suspects, version %1, 1 in the database").arg(version + 1)});
+        rows->RemoveCurrent(false);
+        rows->AddNew();
+        rows->RemoveCurrent(true);
+        QCOMPARE(log.size(), 1);
+    }
+
+    void anImmediateRemovalThatFailsTellsNothing()
+    {
+        const RecordPtr record = savedIncident();
+        bool saved = false;
+        const Subscription keep = m_store->Saved.subscribe([&saved](qint64) { saved = true; });
+        m_other->execute(QStringLiteral(
+            "CREATE TRIGGER fault BEFORE DELETE ON IncdSuspect BEGIN SELECT RAISE(ABORT, 'a fault'); END"));
+        QVERIFY(!errorOf([&] { record->collection(Suspects)->RemoveCurrent(true); }).isEmpty());
+        QVERIFY(!saved);
+    }
+
     void aRowTakesTheNumberOfTheRecordItIsAddedTo()
     {
         const RecordPtr first = incidentWithWitnesses();
