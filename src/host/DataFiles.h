@@ -16,6 +16,7 @@ public:
     /// "" takes the files that are built in.
     explicit DataFiles(const QString& folder = {});
 
+    const QString& folder() const { return m_folder; }
     /// Path of a file by its name below the folder, as in "sample/users.csv".
     QString path(const QString& name) const;
     /// Raises an `Error` that names a file which cannot be read.

@@ -21,6 +21,12 @@ RecordCollection::RecordCollection(const CollectionSchema& schema, tvFieldPtr li
 {
 }
 
+RecordCollection::~RecordCollection()
+{
+    for (const RecordRowPtr& row : m_rows)
+        row->setPlaced(false);
+}
+
 QString RecordCollection::KeyColumn() const
 {
     return m_schema.Table.keyColumn();
@@ -47,9 +53,20 @@ void RecordCollection::adopt(RecordRow& row)
 tvTableRowPtr RecordCollection::NewItem()
 {
     const RecordRowPtr row = makeRow();
-    row->cell(KeyColumn()).assignKey(++m_lastKey);
+    row->cell(KeyColumn()).assignKey(nextKey());
     adopt(*row);
     return row;
+}
+
+qint32 RecordCollection::nextKey()
+{
+    do {
+        if (m_lastKey == std::numeric_limits<qint32>::max())
+            throw Error(
+                QStringLiteral("The collection %1 has no free %2 any more").arg(m_schema.Name, KeyColumn()));
+        ++m_lastKey;
+    } while (indexOfKey(m_lastKey) > 0); // somebody may have assigned it to a row
+    return m_lastKey;
 }
 
 tvTableRowPtr RecordCollection::AddNew()
@@ -66,6 +83,8 @@ void RecordCollection::checkAddable(const RecordRowPtr& row) const
             QStringLiteral("The row is not of the collection's class %1").arg(m_schema.Table.RowClass));
     if (std::find(m_rows.begin(), m_rows.end(), row) != m_rows.end())
         throw Error(QStringLiteral("The row is in the collection already"));
+    if (row->isPlaced())
+        throw Error(QStringLiteral("The row is in another collection already"));
     if (!row->IsNew() && std::find(m_removed.begin(), m_removed.end(), row) == m_removed.end())
         throw Error(QStringLiteral("The row belongs to another record"));
     if (Count() >= std::numeric_limits<qint16>::max())
@@ -82,11 +101,12 @@ void RecordCollection::append(const RecordRowPtr& row, bool makeCurrent)
     checkAddable(row);
     FieldCell& key = row->cell(KeyColumn());
     if (IsNull(key.value()) || indexOfKey(key.value()) > 0)
-        key.assignKey(++m_lastKey);
+        key.assignKey(nextKey());
     noteKey(key.value());
     std::erase(m_removed, row);
     adopt(*row);
     m_rows.push_back(row);
+    row->setPlaced(true);
     if (makeCurrent || m_position == 0)
         m_position = static_cast<qint16>(Count());
     notifyChanged();
@@ -103,15 +123,18 @@ void RecordCollection::RemoveCurrent(bool immediately)
     const QVariant key = removed->keyValue();
     const bool wasPrimary = PrimaryIndex() == index;
 
-    if (!removed->IsNew() && immediately && m_removeNow) {
+    const bool removesNow = !removed->IsNew() && immediately && m_removeNow;
+    if (removesNow) {
         m_removeNow(*this, *removed);
-        if (m_primary && SameValue(m_primary->savedValue(), key))
+        if (m_primary && SameValue(m_primary->savedValue(), removed->cell(KeyColumn()).savedValue()))
             m_primary->noteSaved(Null());
     } else if (!removed->IsNew()) {
         m_removed.push_back(removed);
     }
     takeOut(removed);
 
+    if (removesNow && m_noteRemoved)
+        m_noteRemoved();
     notifyChanged();
     ItemRemoved.raise(key);
     ItemRemovedEx.raise(index, row);
@@ -125,6 +148,7 @@ void RecordCollection::takeOut(const RecordRowPtr& row)
     if (m_primary && SameValue(m_primary->value(), row->keyValue()))
         m_primary->assignKey(Null());
     std::erase(m_rows, row);
+    row->setPlaced(false);
     m_position = static_cast<qint16>(std::min<qint32>(m_position, Count()));
 }
 
@@ -199,6 +223,7 @@ bool RecordCollection::isChanged() const
 RecordRowPtr RecordCollection::appendLoadedRow()
 {
     m_rows.push_back(makeRow());
+    m_rows.back()->setPlaced(true);
     return m_rows.back();
 }
 

@@ -15,13 +15,17 @@ public:
     /// A collection of a record. `link` is the key field of the record, to which the rows' link column
     /// refers; `primary` the main row's cell that holds the primary key, nullptr where there is none.
     RecordCollection(const CollectionSchema& schema, tvFieldPtr link, std::shared_ptr<FieldCell> primary);
+    ~RecordCollection() override;
+    RecordCollection(const RecordCollection&) = delete;
+    RecordCollection& operator=(const RecordCollection&) = delete;
 
     QString KeyColumn() const override;
     /// Its key is assigned, and not used again while the record is open. Raises an `Error` when no class is
     /// set or the class is not known.
     tvTableRowPtr NewItem() override;
     tvTableRowPtr AddNew() override;
-    /// Raises an `Error` for a row of another class, one that is in the collection already, and nullptr.
+    /// The row belongs to this collection from then on, and gets another key when its own is taken. Raises an
+    /// `Error` for a row of another class, one that is in this or another collection already, and nullptr.
     void Add(const tvTableRowPtr& row) override;
     /// Raises an `Error` when there is no current row, and when the database refuses an immediate removal;
     /// the row then stays.
@@ -53,13 +57,20 @@ public:
     void setOwner(std::weak_ptr<ChangeSink> sink, std::weak_ptr<tvBusinessObject> record);
     /// Takes a saved row out of the database at once; raises an `Error` when that fails.
     using RowRemover = std::function<void(const RecordCollection&, const RecordRow&)>;
-    void setRowRemover(RowRemover remover) { m_removeNow = std::move(remover); }
+    /// `removed` is called when the row has left the collection too.
+    void setRowRemover(RowRemover remover, std::function<void()> removed)
+    {
+        m_removeNow = std::move(remover);
+        m_noteRemoved = std::move(removed);
+    }
 
 private:
     RecordRowPtr makeRow();
     /// Counted from 1; 0 when no row has the key.
     qint32 indexOfKey(const QVariant& key) const;
     void noteKey(const QVariant& key);
+    /// A key that no row has and that was not given out before.
+    qint32 nextKey();
     void checkAddable(const RecordRowPtr& row) const;
     void adopt(RecordRow& row);
     void append(const RecordRowPtr& row, bool makeCurrent);
@@ -74,6 +85,7 @@ private:
     std::weak_ptr<ChangeSink> m_sink;
     std::weak_ptr<tvBusinessObject> m_record;
     RowRemover m_removeNow;
+    std::function<void()> m_noteRemoved;
     qint32 m_lastKey = 0;
     qint16 m_position = 0;
 };

@@ -96,12 +96,32 @@ FieldCell::FieldCell(ColumnSchema column)
 
 QVariant FieldCell::value() const
 {
-    return m_reference ? converted(m_reference->Value()) : m_value;
+    if (!m_reference)
+        return m_value;
+    const QVariant linked = m_reference->Value();
+    try {
+        return converted(linked);
+    } catch (const Error& error) {
+        throw Error(
+            QStringLiteral("The field %1 takes its value from the field %2, but it takes %3, not \"%4\". "
+                           "Change one of the two fields.")
+                .arg(m_column.Name, m_reference->Name(), kindName(m_column.Type), linked.toString()),
+            error.Number);
+    }
+}
+
+std::optional<QVariant> FieldCell::readableValue() const
+{
+    try {
+        return value();
+    } catch (const Error&) {
+        return std::nullopt;
+    }
 }
 
 void FieldCell::setValue(const QVariant& value)
 {
-    const QVariant before = this->value();
+    const std::optional<QVariant> before = readableValue();
     if (value.userType() == qMetaTypeId<HostObjectPtr>()) {
         const auto reference = std::dynamic_pointer_cast<FieldReference>(value.value<HostObjectPtr>());
         if (!reference)
@@ -115,7 +135,7 @@ void FieldCell::setValue(const QVariant& value)
         m_value = converted(value);
         m_reference.reset();
     }
-    if (SameValue(before, this->value()))
+    if (before && SameValue(*before, this->value()))
         return;
     if (const auto sink = m_sink.lock())
         sink->recordChanged();
@@ -149,7 +169,8 @@ QVariant FieldCell::converted(const QVariant& value) const
 
 bool FieldCell::isChanged() const
 {
-    return !SameValue(value(), m_saved);
+    const std::optional<QVariant> present = readableValue();
+    return !present || !SameValue(*present, m_saved);
 }
 
 void FieldCell::load(const QVariant& value)

@@ -4,6 +4,7 @@
 #include "host/RecordSchema.h"
 
 #include <memory>
+#include <optional>
 
 namespace tavrin {
 
@@ -36,11 +37,14 @@ public:
     explicit FieldCell(ColumnSchema column);
 
     const ColumnSchema& column() const { return m_column; }
-    /// Null when empty. A cell that refers to another field gives that field's value in its own type.
+    /// Null when empty. A cell that refers to another field gives that field's value in its own type, and
+    /// raises an `Error` that names both when the value does not fit the type.
     QVariant value() const;
     /// Converts to the column's type. Raises an `Error` that names the column for a value that does not fit
-    /// the type, and for a reference that would lead back to this cell. "" counts as Null.
+    /// the type, and for a reference that would lead back to this cell; the cell then stays as it was. ""
+    /// counts as Null.
     void setValue(const QVariant& value);
+    /// A reference to a value that does not fit the type counts as a change.
     bool isChanged() const;
     const QVariant& savedValue() const { return m_saved; }
     /// What the database holds. Sets the saved value and the present one.
@@ -56,6 +60,8 @@ public:
 private:
     bool refersTo(const tvFieldPtr& field) const;
     QVariant converted(const QVariant& value) const;
+    /// Nothing while the cell refers to a value that does not fit its type.
+    std::optional<QVariant> readableValue() const;
 
     ColumnSchema m_column;
     QVariant m_value;

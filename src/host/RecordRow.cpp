@@ -78,6 +78,12 @@ void RecordRow::checkLengths(int position) const
     }
 }
 
+bool RecordRow::isKeyChanged() const
+{
+    return std::any_of(m_cells.begin(), m_cells.end(),
+                       [](const FieldCell* cell) { return cell->column().IsKey && cell->isChanged(); });
+}
+
 bool RecordRow::isChanged() const
 {
     return std::any_of(m_cells.begin(), m_cells.end(),

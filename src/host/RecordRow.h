@@ -28,11 +28,16 @@ public:
     void checkLengths(int position) const;
 
     bool isChanged() const;
+    /// One of the key columns differs from what was saved.
+    bool isKeyChanged() const;
     void markSaved();
 
     void setOwner(std::weak_ptr<ChangeSink> sink, std::weak_ptr<tvBusinessObject> record);
     /// The record that the row belongs to; nullptr when it stands alone.
     tvBusinessObjectPtr record() const { return m_record.lock(); }
+    /// The row stands in a collection.
+    bool isPlaced() const { return m_isPlaced; }
+    void setPlaced(bool placed) { m_isPlaced = placed; }
 
 private:
     TableSchema m_table;
@@ -40,6 +45,7 @@ private:
     std::vector<FieldCell*> m_cells; // of m_fields
     std::weak_ptr<tvBusinessObject> m_record;
     bool m_isNew = true;
+    bool m_isPlaced = false;
 };
 
 using RecordRowPtr = std::shared_ptr<RecordRow>;

@@ -1,5 +1,8 @@
 #include "host/RecordSql.h"
 
+#include "base/Error.h"
+#include "base/Variant.h"
+
 namespace tavrin {
 
 namespace {
@@ -14,12 +17,31 @@ QString keyCondition(const RecordRow& row)
     return parts.join(QStringLiteral(" AND "));
 }
 
-void bindKeys(Statement& statement, const RecordRow& row)
+void bindSavedKeys(Statement& statement, const RecordRow& row)
 {
     for (const FieldCell* cell : row.cells()) {
         if (cell->column().IsKey)
-            statement.bind(cell->value());
+            statement.bind(cell->savedValue());
     }
+}
+
+/// "IncidentNo 1, SeqNo 2", as the database knows the row.
+QString savedKeyText(const RecordRow& row)
+{
+    QStringList parts;
+    for (const FieldCell* cell : row.cells()) {
+        if (cell->column().IsKey)
+            parts << cell->column().Name + QLatin1Char(' ') + ToText(cell->savedValue());
+    }
+    return parts.join(QStringLiteral(", "));
+}
+
+void checkOneRow(const Statement& statement, const RecordRow& row)
+{
+    if (statement.affectedRows() != 1)
+        throw Error(QStringLiteral("%1: the row with %2 is not in the database any more. Nothing was changed "
+                                   "there: note your changes and open the record again.")
+                        .arg(row.table().Table, savedKeyText(row)));
 }
 
 } // namespace
@@ -50,7 +72,7 @@ void insertRow(Database& database, const RecordRow& row, const QList<std::pair<Q
     insert.run();
 }
 
-int updateRow(Database& database, const RecordRow& row)
+void updateRow(Database& database, const RecordRow& row)
 {
     QStringList parts;
     for (const FieldCell* cell : row.cells()) {
@@ -64,17 +86,18 @@ int updateRow(Database& database, const RecordRow& row)
         if (!cell->column().IsKey)
             update.bind(cell->value());
     }
-    bindKeys(update, row);
+    bindSavedKeys(update, row);
     update.run();
-    return update.affectedRows();
+    checkOneRow(update, row);
 }
 
 void deleteRow(Database& database, const RecordRow& row)
 {
     Statement remove(database,
                      QStringLiteral("DELETE FROM %1 WHERE %2").arg(row.table().Table, keyCondition(row)));
-    bindKeys(remove, row);
+    bindSavedKeys(remove, row);
     remove.run();
+    checkOneRow(remove, row);
 }
 
 void loadCells(const Statement& statement, RecordRow& row)

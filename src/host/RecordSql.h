@@ -14,10 +14,11 @@ QString columnList(const TableSchema& table);
 void insertRow(Database& database, const RecordRow& row,
                const QList<std::pair<QString, QVariant>>& extra = {});
 
-/// Updates all but the key columns of the row that its keys name. Returns the number of rows found.
-int updateRow(Database& database, const RecordRow& row);
+/// Updates all but the key columns of the row that the saved keys name. Raises an `Error` that names table
+/// and keys when there is no such row.
+void updateRow(Database& database, const RecordRow& row);
 
-/// Deletes the row that its keys name.
+/// Deletes the row that the saved keys name. Raises an `Error` that names table and keys when there is none.
 void deleteRow(Database& database, const RecordRow& row);
 
 /// Reads the cells from the columns of the statement's current row, in the order of `columnList`.

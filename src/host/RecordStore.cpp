@@ -4,6 +4,8 @@
 #include "base/Variant.h"
 #include "host/RecordSql.h"
 
+#include <QHash>
+
 #include <algorithm>
 #include <limits>
 
@@ -49,6 +51,47 @@ QString caseName(const Record& record)
 {
     const QString caseNo = ToText(record.mainRow()->cell(QStringLiteral("CaseNo")).value());
     return caseNo.isEmpty() ? QStringLiteral("without a number") : caseNo;
+}
+
+/// A saved incident keeps its number: under another it would be written over another incident.
+void checkNumber(const Record& record)
+{
+    const FieldCell& cell = record.mainRow()->cell(record.schema().Main.keyColumn());
+    if (!record.isNew() && cell.isChanged())
+        throw Error(
+            QStringLiteral("The %1 of the case %2 cannot be changed from %3 to %4. Nothing was saved.")
+                .arg(cell.column().Name, caseName(record), ToText(cell.savedValue()), ToText(cell.value())));
+}
+
+/// The rows of a record stand under its number, each with a key of its own.
+void checkKeys(const RecordCollection& rows, const Record& record)
+{
+    const TableSchema& table = rows.schema().Table;
+    QHash<QString, int> positions; // by key
+    int position = 0;
+    for (const RecordRowPtr& row : rows.rows()) {
+        const QString where = QStringLiteral("%1, row %2").arg(table.Table).arg(++position);
+        for (const FieldCell* cell : row->cells()) {
+            if (cell->column().IsLink && !SameValue(cell->value(), record.key()))
+                throw Error(
+                    QStringLiteral("%1: the row belongs to the %2 %3 and cannot move to another. Nothing "
+                                   "was saved.")
+                        .arg(where, cell->column().Name)
+                        .arg(record.key()));
+        }
+        if (IsNull(row->keyValue()))
+            throw Error(QStringLiteral("%1: the row has no %2. Give it one and save again.")
+                            .arg(where, table.keyColumn()));
+        const QString key = ToText(row->keyValue());
+        if (positions.contains(key))
+            throw Error(QStringLiteral("%1: the rows %2 and %3 both have the %4 %5. Give one of them another "
+                                       "and save again.")
+                            .arg(table.Table)
+                            .arg(positions.value(key))
+                            .arg(position)
+                            .arg(table.keyColumn(), key));
+        positions.insert(key, position);
+    }
 }
 
 } // namespace
@@ -179,6 +222,7 @@ void RecordStore::saveWithin(Record& record)
 
 void RecordStore::write(Record& record, KeyAssignment& key)
 {
+    checkNumber(record);
     checkCaseNumber(record);
     if (record.isNew()) {
         key.assign(m_database.nextKey(QStringLiteral("incident")));
@@ -187,8 +231,10 @@ void RecordStore::write(Record& record, KeyAssignment& key)
         takeVersion(record);
         updateMain(record);
     }
-    for (const RecordCollectionPtr& rows : record.collections())
+    for (const RecordCollectionPtr& rows : record.collections()) {
+        checkKeys(*rows, record);
         writeRows(*rows);
+    }
 }
 
 void RecordStore::checkCaseNumber(const Record& record)
@@ -242,10 +288,16 @@ void RecordStore::updateMain(const Record& record)
 
 void RecordStore::writeRows(const RecordCollection& rows)
 {
+    const auto moves = [](const RecordRow& row) { return !row.IsNew() && row.isKeyChanged(); };
+    // All keys that are given up are free before one of them is taken: rows may pass theirs on.
     for (const RecordRowPtr& row : rows.removedRows())
         deleteRow(m_database, *row);
     for (const RecordRowPtr& row : rows.rows()) {
-        if (row->IsNew())
+        if (moves(*row))
+            deleteRow(m_database, *row);
+    }
+    for (const RecordRowPtr& row : rows.rows()) {
+        if (row->IsNew() || moves(*row))
             insertRow(m_database, *row);
         else if (row->isChanged())
             updateRow(m_database, *row);
@@ -257,18 +309,26 @@ void RecordStore::attachRemover(Record& record)
     const std::weak_ptr<RecordStore*> store = m_self;
     const std::weak_ptr<Record> weakRecord = record.weak_from_this();
     for (const RecordCollectionPtr& rows : record.collections()) {
-        rows->setRowRemover([store, weakRecord](const RecordCollection& collection, const RecordRow& row) {
+        const auto remove = [store, weakRecord](const RecordCollection& collection, const RecordRow& row) {
             const auto self = store.lock();
             const auto owner = weakRecord.lock();
             if (!self || !owner)
                 throw Error(QStringLiteral("The record is closed: its rows cannot be removed any more"));
             (*self)->removeRowNow(*owner, collection, row);
-        });
+        };
+        const auto tell = [store, weakRecord] {
+            const auto self = store.lock();
+            const auto owner = weakRecord.lock();
+            if (self && owner)
+                (*self)->Saved.raise(owner->key());
+        };
+        rows->setRowRemover(remove, tell);
     }
 }
 
 void RecordStore::removeRowNow(Record& record, const RecordCollection& rows, const RecordRow& row)
 {
+    checkNumber(record);
     const QString primary = rows.schema().PrimaryColumn;
     Transaction transaction(m_database);
     Statement take(m_database, QStringLiteral("UPDATE incident SET RowVersion = RowVersion + 1 "
@@ -283,7 +343,7 @@ void RecordStore::removeRowNow(Record& record, const RecordCollection& rows, con
         Statement clear(
             m_database,
             QStringLiteral("UPDATE incident SET %1 = NULL WHERE IncidentNo = ? AND %1 = ?").arg(primary));
-        clear.run({record.key(), row.keyValue()});
+        clear.run({record.key(), row.cell(rows.KeyColumn()).savedValue()});
     }
     deleteRow(m_database, row);
     transaction.commit();

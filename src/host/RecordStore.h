@@ -40,7 +40,8 @@ public:
     /// Writes the record in one transaction; nothing when nothing has changed since it was loaded. A new
     /// record gets its number.
     ///
-    /// Raises an `Error` when a text is too long, the case number is taken, somebody else has saved or
+    /// Raises an `Error` when a text is too long, the case number is taken, two rows have the same key, the
+    /// number of a saved incident was changed, a row is not there any more, somebody else has saved or
     /// deleted the incident since it was loaded, or the database fails. The database and the record are then
     /// as before, and the record can be saved again.
     void save(Record& record);
@@ -49,7 +50,8 @@ public:
     /// no `Saved`.
     void saveWithin(Record& record);
 
-    /// Raised with the incident's number after each save that wrote something.
+    /// Raised with the incident's number after each save that wrote something, and after each row that was
+    /// removed immediately.
     Event<qint64> Saved;
 
 private:

@@ -5,6 +5,7 @@
 #include "host/SampleIncidents.h"
 #include "host/Statement.h"
 
+#include <QFileInfo>
 #include <QSet>
 
 namespace tavrin {
@@ -51,6 +52,7 @@ public:
 
     void fill()
     {
+        checkFolder();
         fillCodeTables();
         fillEmployees();
         fillUsers();
@@ -62,6 +64,7 @@ public:
     }
 
 private:
+    void checkFolder() const;
     void fillCodeTables();
     QList<CodeValueRow> readCodeTable(int tableNo, const QString& fileName);
     QString codeTableFile(const CsvTable& tables, int row, int tableNo) const;
@@ -79,6 +82,25 @@ private:
     Unique<QString> m_userIds;
     QSet<QString> m_reportingCodes;
 };
+
+void Filler::checkFolder() const
+{
+    const QString folder = m_files.folder();
+    const QString start = words("code_tables/tables.csv");
+    QString problem;
+    if (!QFileInfo(folder).isDir())
+        problem = words("does not exist");
+    else if (!QFileInfo(m_files.path(start)).isFile())
+        problem = words("holds no ") + start;
+    else
+        return;
+    throw Error(
+        QStringLiteral("The data folder %1 %2. It must hold code_tables/tables.csv with one file for "
+                       "each table in that list beside it, and sample/employees.csv, sample/users.csv, "
+                       "sample/offenses.csv, sample/settings.csv, sample/rights.csv, "
+                       "sample/required_fields.csv and sample/incidents.json.")
+            .arg(folder, problem));
+}
 
 void Filler::fillCodeTables()
 {

@@ -13,7 +13,8 @@ public:
     explicit SampleData(const QString& folder = {});
 
     /// Fills the database when it holds no code table, no person and no incident yet; returns whether it
-    /// did. All or nothing: bad input raises an `Error` with file and line, and nothing is written.
+    /// did. All or nothing: bad input raises an `Error` with file and line, a folder without the files one
+    /// that says what it must hold, and nothing is written.
     bool fillOnce(Database& database) const;
 
 private:

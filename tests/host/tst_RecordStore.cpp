@@ -1,54 +1,8 @@
-#include "HostTestSupport.h"
+#include "RecordTestSupport.h"
 #include "base/Variant.h"
-#include "host/RecordStore.h"
-
-#include <QSqlRecord>
 
 using namespace tavrin;
 using namespace tavrin::test;
-
-namespace {
-
-const QString Offenses = QStringLiteral("Offenses");
-const QString Suspects = QStringLiteral("Suspects");
-const QString Witnesses = QStringLiteral("Witnesses");
-
-void put(const RecordPtr& record, const char* field, const QVariant& value)
-{
-    record->mainRow()->cell(QString::fromLatin1(field)).setValue(value);
-}
-
-QString get(const RecordPtr& record, const char* field)
-{
-    return ToText(record->mainRow()->cell(QString::fromLatin1(field)).value());
-}
-
-void putLast(const RecordPtr& record, const QString& rows, const char* field, const QVariant& value)
-{
-    record->collection(rows)->rows().back()->cell(QString::fromLatin1(field)).setValue(value);
-}
-
-/// Everything that a record holds, as one text.
-QString stateOf(const Record& record)
-{
-    QStringList state{QString::number(record.isNew()), QString::number(record.isChanged()),
-                      QString::number(record.rowVersion())};
-    const auto addRow = [&state](const RecordRow& row) {
-        state << (row.IsNew() ? QStringLiteral("new") : QStringLiteral("saved"));
-        for (const FieldCell* cell : row.cells())
-            state << cell->column().Name + QLatin1Char('=') + cell->value().toString();
-    };
-    addRow(*record.mainRow());
-    for (const auto& rows : record.collections()) {
-        state << rows->name() << QString::number(rows->Position()) << QString::number(rows->PrimaryIndex())
-              << QString::number(rows->removedRows().size());
-        for (const auto& row : rows->rows())
-            addRow(*row);
-    }
-    return state.join(QLatin1Char('\n'));
-}
-
-} // namespace
 
 class tst_RecordStore : public TestCase
 {
@@ -104,7 +58,7 @@ private:
     void failsAndCanBeSavedAfter(const RecordPtr& record, const QString& expected, Repair repair)
     {
         const QString before = stateOf(*record);
-        const QString content = contentOfTables();
+        const QString content = contentOfTables(*m_database);
         bool saved = false;
         const Subscription keep = m_store->Saved.subscribe([&saved](qint64) { saved = true; });
         const QString text = errorOf([&] { m_store->save(*record); });
@@ -112,7 +66,7 @@ private:
         QVERIFY(!saved);
         QCOMPARE(stateOf(*record), before);
         repair();
-        QCOMPARE(contentOfTables(), content);
+        QCOMPARE(contentOfTables(*m_database), content);
         m_store->save(*record);
         QVERIFY(saved);
         QVERIFY(!record->isNew() && !record->isChanged());
@@ -120,22 +74,6 @@ private:
         QCOMPARE(get(again, "Summary"), get(record, "Summary"));
         for (const auto& rows : record->collections())
             QCOMPARE(again->collection(rows->name())->Count(), rows->Count());
-    }
-
-    QString contentOfTables()
-    {
-        QStringList lines;
-        for (const char* table : {"incident", "IncdOffense", "IncdSuspect", "IncdVictim", "IncdWitness",
-                                  "IncdOther", "key_sequence"}) {
-            QSqlQuery read(QStringLiteral("SELECT * FROM %1 ORDER BY 1, 2").arg(QString::fromLatin1(table)),
-                           m_database->connection());
-            while (read.next()) {
-                for (int column = 0; column < read.record().count(); ++column)
-                    lines << read.value(column).toString();
-            }
-            lines << QString::fromLatin1(table);
-        }
-        return lines.join(QLatin1Char('\n'));
     }
 
 private Q_SLOTS:

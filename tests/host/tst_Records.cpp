@@ -179,6 +179,46 @@ private Q_SLOTS:
         QVERIFY(!errorOf([] { FieldReference::toVariant(nullptr); }).isEmpty());
     }
 
+    void aLinkedFieldThatDoesNotConvertTakesANewValue()
+    {
+        const RecordPtr record = newRecord();
+        const tvFieldPtr source = fieldOf(*record->mainRow(), Summary);
+        const tvFieldPtr target = fieldOf(*record->mainRow(), QStringLiteral("WeaponNo"));
+        const auto breakLink = [&] {
+            source->SetValue(Null());
+            target->SetValue(FieldReference::toVariant(source));
+            source->SetValue(QStringLiteral("abc"));
+        };
+        int raised = 0;
+        const Subscription keep = record->Changed.subscribe([&raised] { ++raised; });
+
+        breakLink();
+        const QString text = errorOf([&] { target->Value(); });
+        for (const char* part : {"WeaponNo", "Summary", "a whole number", "abc"})
+            QVERIFY2(text.contains(QString::fromLatin1(part)), qPrintable(text));
+        QVERIFY(record->mainRow()->isChanged());
+
+        raised = 0;
+        target->SetValue(5);
+        QCOMPARE(target->Value(), QVariant(5));
+        QCOMPARE(raised, 1);
+
+        breakLink();
+        target->SetValue(Null());
+        QVERIFY(IsNull(target->Value()));
+
+        breakLink();
+        const tvFieldPtr bias = fieldOf(*record->mainRow(), QStringLiteral("BiasNo"));
+        bias->SetValue(3);
+        target->SetValue(FieldReference::toVariant(bias));
+        QCOMPARE(target->Value(), QVariant(3));
+
+        breakLink();
+        QVERIFY(!errorOf([&] { target->SetValue(QStringLiteral("knife")); }).isEmpty());
+        source->SetValue(4);
+        QCOMPARE(target->Value(), QVariant(4));
+    }
+
     void addNewAppendsAndMakesCurrent()
     {
         const RecordPtr record = newRecord();
@@ -210,6 +250,74 @@ private Q_SLOTS:
         QVERIFY(!errorOf([&] { rows->Add(nullptr); }).isEmpty());
         QVERIFY(!errorOf([&] { rows->Add(rowsOf(record, Witnesses)->NewItem()); }).isEmpty());
         QCOMPARE(rows->Count(), 2);
+    }
+
+    void aRowStandsInOneCollectionOnly()
+    {
+        const RecordPtr record = newRecord();
+        const RecordPtr other = newRecord();
+        const auto a = rowsOf(record, Witnesses);
+        const auto b = rowsOf(other, Witnesses);
+        const auto added = a->AddNew();
+        QVERIFY(errorOf([&] { b->Add(added); }).contains(QStringLiteral("another collection")));
+        const auto made = a->NewItem();
+        b->Add(made);
+        QVERIFY(errorOf([&] { a->Add(made); }).contains(QStringLiteral("another collection")));
+        QCOMPARE(a->Count(), 1);
+        QCOMPARE(b->Count(), 1);
+
+        RecordCollection free;
+        free.SetItemClass(QStringLiteral("Incident.IncdWitness"));
+        const auto freeRow = free.AddNew();
+        QVERIFY(!errorOf([&] { free.Add(added); }).isEmpty());
+        QVERIFY(!errorOf([&] { a->Add(freeRow); }).isEmpty());
+    }
+
+    void aRowOfAnotherCollectionBelongsWhereItIsAdded()
+    {
+        const RecordPtr record = newRecord();
+        const RecordPtr other = newRecord();
+        const auto rows = rowsOf(other, Witnesses);
+        rows->AddNew();
+        const auto row = rowsOf(record, Witnesses)->NewItem();
+        QCOMPARE(keyOf(row), QVariant(1));
+        rows->Add(row);
+        QCOMPARE(keyOf(row), QVariant(2));
+        fieldOf(*record->mainRow(), QStringLiteral("IncidentNo"))->SetValue(7);
+        fieldOf(*other->mainRow(), QStringLiteral("IncidentNo"))->SetValue(8);
+        QCOMPARE(fieldOf(*row, QStringLiteral("IncidentNo"))->Value(), QVariant(8));
+        QCOMPARE(std::dynamic_pointer_cast<RecordRow>(row)->record(), other);
+        int raised = 0;
+        int raisedElsewhere = 0;
+        const Subscription here = other->Changed.subscribe([&raised] { ++raised; });
+        const Subscription there = record->Changed.subscribe([&raisedElsewhere] { ++raisedElsewhere; });
+        fieldOf(*row, QStringLiteral("WitnessName"))->SetValue(QStringLiteral("a"));
+        QCOMPARE(raised, 1);
+        QCOMPARE(raisedElsewhere, 0);
+    }
+
+    void aNewRowThatWasTakenOutMayBeAddedElsewhere()
+    {
+        const RecordPtr record = newRecord();
+        const auto rows = rowsOf(record, Witnesses);
+        const auto row = rowsOf(newRecord(), Witnesses)->AddNew(); // its record is gone
+        rows->Add(row);
+        rows->RemoveCurrent(false);
+        const RecordPtr other = newRecord();
+        rowsOf(other, Witnesses)->Add(row);
+        QCOMPARE(rowsOf(other, Witnesses)->Count(), 1);
+    }
+
+    void aNewRowsKeyIsFreeAlsoAfterKeysWereAssigned()
+    {
+        const RecordPtr record = newRecord();
+        const auto rows = rowsOf(record, Witnesses);
+        fieldOf(*rows->AddNew(), SeqNo)->SetValue(2);
+        QCOMPARE(keyOf(rows->AddNew()), QVariant(3));
+        const auto made = rows->NewItem();
+        fieldOf(*rows->Item(1), SeqNo)->SetValue(keyOf(made));
+        rows->Add(made);
+        QCOMPARE(keyOf(made), QVariant(5));
     }
 
     void aForEachLoopWalksAllRows()

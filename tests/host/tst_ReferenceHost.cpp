@@ -232,9 +232,20 @@ private Q_SLOTS:
 
     void systemColoursAreShadedAsTheyShow()
     {
+        const QPalette before = QGuiApplication::palette();
+        const auto restore = qScopeGuard([&before] { QGuiApplication::setPalette(before); });
+        QPalette distinct;
+        for (int role = 0; role < QPalette::NColorRoles; ++role) {
+            for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
+                distinct.setColor(group, static_cast<QPalette::ColorRole>(role),
+                                  QColor(10 * (role + 1), 100, 50 * (group + 1)));
+        }
+        QGuiApplication::setPalette(distinct);
         const Color shade = m_host->uiServices().ShadeColor(SystemColor::ButtonFace, 1);
         QVERIFY(!shade.isSystem());
-        QCOMPARE(shade.resolve({}), QGuiApplication::palette().color(QPalette::Button));
+        QCOMPARE(shade.resolve({}), distinct.color(QPalette::Window));
+        QCOMPARE(m_host->uiServices().ShadeColor(SystemColor::GreyText, 1).resolve({}),
+                 distinct.color(QPalette::Disabled, QPalette::Text));
         QVERIFY(!errorOf([this] { m_host->uiServices().ShadeColor(Color(), qQNaN()); }).isEmpty());
     }
 

@@ -197,6 +197,27 @@ private Q_SLOTS:
         QVERIFY(SampleData().fillOnce(*m_database));
     }
 
+    void aFolderWithoutTheFilesIsNamedWithWhatItMustHold_data()
+    {
+        QTest::addColumn<bool>("exists");
+        QTest::addColumn<QString>("problem");
+        QTest::newRow("no folder") << false << QStringLiteral(" does not exist");
+        QTest::newRow("other files") << true << QStringLiteral(" holds no code_tables/tables.csv");
+    }
+    void aFolderWithoutTheFilesIsNamedWithWhatItMustHold()
+    {
+        QFETCH(bool, exists);
+        QFETCH(QString, problem);
+        const QString folder = m_folder->filePath(QStringLiteral("other"));
+        if (exists)
+            writeFile(folder + QStringLiteral("/code_tables/tables.txt"), "x");
+        const QString text = errorOf([&] { SampleData(folder).fillOnce(*m_database); });
+        QVERIFY2(text.contains(folder + problem), qPrintable(text));
+        for (const char* part : {"code_tables/tables.csv", "sample/employees.csv", "sample/incidents.json"})
+            QVERIFY2(text.contains(QString::fromLatin1(part)), qPrintable(text));
+        QVERIFY(SampleData().fillOnce(*m_database));
+    }
+
     void aMissingFileIsNamed()
     {
         const QString folder = copyOfFiles();

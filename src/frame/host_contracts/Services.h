@@ -127,7 +127,8 @@ public:
     virtual ~ListFilling() = default;
 
     /// Fills a combo with a first empty row and the table's values, the code as item data. With `flag`
-    /// inactive values are listed too; `value` stays in the list although inactive.
+    /// inactive values are listed too; `value` stays in the list although inactive. The row of `value`
+    /// becomes the current one when it is in the list.
     virtual void FillTableCombo(TableNumber table, DropdownTarget& combo, bool flag, const QVariant& value,
                                 bool reserved) = 0;
     /// Fills a grid combo the same way: short text, long text, code, active flag.
