@@ -65,6 +65,7 @@ struct Site
 
 const QString Weapon = QStringLiteral("Weapon");
 const QString WeaponNo = QStringLiteral("WeaponNo");
+const QString StillThere = QStringLiteral("\n\nWhat you typed is still in this window.");
 const QString Summary = QStringLiteral("Summary");
 
 } // namespace
@@ -98,8 +99,21 @@ private Q_SLOTS:
         Site site("{\"title\": \"Codes\",\n \"controls\": [");
         site.open();
         QTRY_COMPARE(site.boxes.shown().size(), 1);
-        QVERIFY(site.boxes.texts().constFirst().contains(QStringLiteral("general.json: line 2")));
+        const QString text = site.boxes.texts().constFirst();
+        QVERIFY2(text.contains(QStringLiteral("general.json: line 2")), qPrintable(text));
+        QVERIFY2(text.endsWith(QStringLiteral("\nThe built-in form is shown instead.")), qPrintable(text));
         QVERIFY(site.code(QStringLiteral("LocationType")));
+        QVERIFY(site.code(Weapon));
+    }
+
+    void aFormWithoutControlsGivesOneMessageAndTheBuiltInFormStandsIn()
+    {
+        Site site("{}");
+        site.open();
+        QTRY_COMPARE(site.boxes.shown().size(), 1);
+        QCOMPARE(site.boxes.texts().constFirst(),
+                 QStringLiteral("%1: The form has no controls.\nThe built-in form is shown instead.")
+                     .arg(site.folder.filePath(QStringLiteral("general.json"))));
         QVERIFY(site.code(Weapon));
     }
 
@@ -146,7 +160,8 @@ private Q_SLOTS:
         QCOMPARE(site.boxes.texts(),
                  QStringList{
                      QStringLiteral("\"hand\" in \"Weapon or force\" was typed but not chosen from the list. "
-                                    "Choose an entry, or empty the field.")});
+                                    "Choose an entry, or empty the field.") +
+                     StillThere});
         QVERIFY(site.code(Weapon)->isAncestorOf(QApplication::focusWidget()));
         QVERIFY(SameValue(site.stored(WeaponNo), 12));
         site.code(Weapon)->SetText(QString());
@@ -163,6 +178,7 @@ private Q_SLOTS:
         QVERIFY(!site.window->save());
         QVERIFY(site.boxes.texts().constFirst().startsWith(
             QStringLiteral("\"yesterday\" in \"Reported\" is not a date and time.")));
+        QVERIFY(site.boxes.texts().constFirst().endsWith(StillThere));
         QCOMPARE(reported->text(), QStringLiteral("yesterday"));
     }
 
@@ -179,6 +195,7 @@ private Q_SLOTS:
         QVERIFY(!site.window->save());
         QCOMPARE(site.boxes.shown().size(), 1);
         QCOMPARE(site.boxes.shown().constFirst().icon, BoxIcon::Critical);
+        QVERIFY(site.boxes.texts().constFirst().endsWith(StillThere));
         QCOMPARE(site.line(Summary)->text(), QStringLiteral("Typed"));
         QCOMPARE(narrative->toPlainText(), typed.left(19000));
         QVERIFY(site.window->isDirty());
@@ -229,7 +246,8 @@ private Q_SLOTS:
         site.line(QStringLiteral("CaseNo"))->clear();
         site.boxes.answerWith({BoxAnswer::Save});
         QVERIFY(!site.window->close());
-        QCOMPARE(site.boxes.texts().last(), QStringLiteral("\"Case number\" must be filled in."));
+        QCOMPARE(site.boxes.texts().last(),
+                 QStringLiteral("\"Case number\" must be filled in.") + StillThere);
         QVERIFY(site.window->isVisible());
     }
 
