@@ -1,7 +1,9 @@
 #include "Theme.h"
 
 #include <QApplication>
+#include <QProxyStyle>
 #include <QStyleFactory>
+#include <QStyleOption>
 
 namespace tavrin::workbench {
 
@@ -47,7 +49,48 @@ QPalette paletteOf(const Shades& shades)
     return palette;
 }
 
+/// Buttons and combo boxes as high as the text boxes beside them, and room left and right of texts.
+class RoomyStyle final : public QProxyStyle
+{
+public:
+    RoomyStyle()
+        : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion")))
+    {
+    }
+
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& content,
+                           const QWidget* widget) const override
+    {
+        const QSize size = QProxyStyle::sizeFromContents(type, option, content, widget);
+        if (type == CT_PushButton)
+            return size.expandedTo({content.width() + 2 * ButtonRoom, lineHeight(option->fontMetrics)});
+        if (type == CT_ComboBox)
+            return size.expandedTo({0, lineHeight(option->fontMetrics)});
+        return size;
+    }
+
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override
+    {
+        // The text of a cell begins one pixel behind its margin; so it stands below its header's, and below
+        // the text of the box whose list it is in.
+        if (metric == PM_FocusFrameHMargin)
+            return CellRoom - 1;
+        if (metric == PM_HeaderMargin)
+            return CellRoom;
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+
+private:
+    static constexpr int ButtonRoom = 14;
+    static constexpr int CellRoom = 4;
+};
+
 } // namespace
+
+int lineHeight(const QFontMetrics& metrics)
+{
+    return metrics.height() + 12;
+}
 
 bool isDark(ThemeChoice choice)
 {
@@ -59,7 +102,7 @@ bool isDark(ThemeChoice choice)
 
 void applyTheme(bool dark)
 {
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new RoomyStyle);
     QApplication::setPalette(paletteOf(dark ? Dark : Light));
 }
 

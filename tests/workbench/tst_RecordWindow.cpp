@@ -6,13 +6,17 @@
 #include "support/TestCase.h"
 #include "widgets/TextBox.h"
 #include "workbench/RecordWindow.h"
+#include "workbench/Theme.h"
 #include "workbench/Workspace.h"
 
+#include <QComboBox>
 #include <QFile>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QPushButton>
 #include <QTemporaryDir>
+#include <QTreeWidget>
 
 using namespace tavrin;
 using namespace tavrin::workbench;
@@ -249,6 +253,31 @@ private Q_SLOTS:
         QCOMPARE(site.boxes.texts().last(),
                  QStringLiteral("\"Case number\" must be filled in.") + StillThere);
         QVERIFY(site.window->isVisible());
+    }
+
+    void inTheListOfPeopleNothingIsCurrentUntilThePersonGoesThere()
+    {
+        Site site;
+        site.open();
+        QVERIFY(QTest::qWaitForWindowActive(site.window));
+        auto* people = site.window->findChild<QTreeWidget*>(QStringLiteral("offensesAndPeople"));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_PageDown, Qt::ControlModifier);
+        QVERIFY(people->isVisible());
+        people->setFocus();
+        QVERIFY(!people->currentIndex().isValid());
+        QTest::keyClick(people, Qt::Key_Down);
+        QVERIFY(people->currentIndex().isValid());
+    }
+
+    void buttonsAndTheChoiceAreAsHighAsTheTextBoxes()
+    {
+        applyTheme(false);
+        Site site;
+        site.open();
+        const int height = site.line(Summary)->height();
+        QCOMPARE(site.window->findChild<QComboBox*>(QStringLiteral("Status"))->height(), height);
+        for (const char* name : {"save", "close"})
+            QCOMPARE(site.window->findChild<QPushButton*>(QString::fromLatin1(name))->height(), height);
     }
 
 private:
