@@ -5,6 +5,7 @@
 #include "support/FakeDesktop.h"
 #include "support/TestCase.h"
 #include "widgets/TextBox.h"
+#include "workbench/MainWindow.h"
 #include "workbench/RecordWindow.h"
 #include "workbench/Theme.h"
 #include "workbench/Workspace.h"
@@ -267,6 +268,17 @@ private Q_SLOTS:
         QVERIFY(!people->currentIndex().isValid());
         QTest::keyClick(people, Qt::Key_Down);
         QVERIFY(people->currentIndex().isValid());
+    }
+
+    void itOpensRightAndBelowTheListSoThatBothAreSeen()
+    {
+        Site site;
+        MainWindow list(*site.workspace);
+        list.show();
+        list.openIncident(site.incidentNo);
+        const auto* record = list.findChild<RecordWindow*>();
+        QVERIFY(record && record->isVisible());
+        QCOMPARE(record->pos() - list.pos(), QPoint(48, 48));
     }
 
     void buttonsAndTheChoiceAreAsHighAsTheTextBoxes()
