@@ -97,7 +97,10 @@ void GeneralPage::addCodedFields(const QString& formsFolder, QStringList& proble
     QStringList ownProblems;
     FormFile form = FormFile::load(path, ownProblems);
     problems << ownProblems;
-    if (form.controls.empty() && !path.startsWith(u':')) { // a damaged file: the built-in form stands in
+    if (form.controls.empty() && !path.startsWith(u':')) {
+        if (ownProblems.isEmpty())
+            problems << tr("%1: The form has no controls.").arg(path);
+        problems << tr("The built-in form is shown instead.");
         path = formPath(QString());
         form = FormFile::load(path, problems);
     }

@@ -1,5 +1,6 @@
 #include "ListPage.h"
 
+#include "Theme.h"
 #include "base/Variant.h"
 #include "frame/host_contracts/Host.h"
 
@@ -35,6 +36,23 @@ QString textOf(tvTableRow& row, const char* name)
                : ToText(value);
 }
 
+/// A list in which nothing is current until the person goes to it with a key or the mouse; the first heading
+/// would look chosen otherwise.
+class CalmTree final : public QTreeWidget
+{
+public:
+    using QTreeWidget::QTreeWidget;
+
+protected:
+    void focusInEvent(QFocusEvent* event) override
+    {
+        const bool nothing = !currentIndex().isValid();
+        QTreeWidget::focusInEvent(event);
+        if (nothing)
+            selectionModel()->setCurrentIndex({}, QItemSelectionModel::NoUpdate);
+    }
+};
+
 QTreeWidgetItem* addSection(QTreeWidget* list, const QString& title)
 {
     auto* section = new QTreeWidgetItem(list, {title});
@@ -42,6 +60,7 @@ QTreeWidgetItem* addSection(QTreeWidget* list, const QString& title)
     font.setBold(true);
     section->setFont(0, font);
     section->setFirstColumnSpanned(true);
+    section->setSizeHint(0, QSize(0, lineHeight(list->fontMetrics()))); // of all rows, as they are uniform
     section->setExpanded(true);
     return section;
 }
@@ -56,7 +75,7 @@ void addNone(QTreeWidgetItem* section)
 
 ListPage::ListPage()
     : RecordPage(tr("Offenses and people"))
-    , m_list(new QTreeWidget(this))
+    , m_list(new CalmTree(this))
 {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(24, 16, 24, 16);
@@ -65,10 +84,11 @@ ListPage::ListPage()
     m_list->setAccessibleName(title());
     m_list->setHeaderLabels({tr("Name"), tr("Details")});
     m_list->setIndentation(16);
-    m_list->setStyleSheet(QStringLiteral("QTreeWidget::item { padding: 3px 0; }"));
+    m_list->setUniformRowHeights(true);
     m_list->setAlternatingRowColors(true);
     m_list->header()->setStretchLastSection(true);
     m_list->header()->resizeSection(0, 320);
+    m_list->header()->setMinimumHeight(lineHeight(m_list->fontMetrics()));
 }
 
 void ListPage::load(Record& record)

@@ -2,6 +2,7 @@
 
 #include "IncidentModel.h"
 #include "RecordWindow.h"
+#include "Theme.h"
 #include "Workspace.h"
 #include "base/Error.h"
 #include "base/Guard.h"
@@ -26,6 +27,7 @@ namespace {
 
 constexpr int ListLimit = 2000;    // more lines than anybody reads; the search narrows them
 constexpr int PollInterval = 2000; // milliseconds
+constexpr int Cascade = 48;        // pixels between this window's corner and a record's
 
 } // namespace
 
@@ -70,7 +72,7 @@ QWidget* MainWindow::makeToolLine()
     auto* line = new QWidget(this);
     m_search->setObjectName(QStringLiteral("search"));
     m_search->setAccessibleName(tr("Search incidents"));
-    m_search->setTextMargins(3, 3, 3, 3);
+    m_search->setTextMargins(3, 2, 3, 2);
     m_search->setPlaceholderText(tr("Search case number, summary or address"));
     m_search->setClearButtonEnabled(true);
     m_search->installEventFilter(this);
@@ -101,10 +103,10 @@ void MainWindow::makeList()
     m_list->setTabKeyNavigation(false);
     m_list->setWordWrap(false);
     m_list->verticalHeader()->hide();
-    m_list->verticalHeader()->setDefaultSectionSize(m_list->fontMetrics().height() + 12);
+    m_list->verticalHeader()->setDefaultSectionSize(lineHeight(m_list->fontMetrics()));
     QHeaderView* header = m_list->horizontalHeader();
     header->setHighlightSections(false);
-    header->setMinimumHeight(m_list->fontMetrics().height() + 12);
+    header->setMinimumHeight(lineHeight(m_list->fontMetrics()));
     const int character = m_list->fontMetrics().averageCharWidth();
     const int widths[] = {16, 21, 44, 32, 18, 18};
     for (int column = 0; column < IncidentModel::ColumnCount; ++column)
@@ -211,6 +213,7 @@ RecordWindow* MainWindow::showRecord(const RecordPtr& record)
     m_windows.removeIf([](const QPointer<RecordWindow>& entry) { return entry.isNull(); });
     m_windows.append(window);
     connectGuarded(window, &RecordWindow::saved, this, "MainWindow_Saved", [this] { refresh(); });
+    window->move(pos() + QPoint(Cascade, Cascade)); // so that both are seen
     window->show();
     window->activateWindow();
     return window;

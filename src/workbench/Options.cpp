@@ -1,7 +1,8 @@
 #include "Options.h"
 
 #include <QCommandLineParser>
-#include <QFileInfo>
+#include <QDir>
+#include <QStandardPaths>
 
 #include <cstdio>
 
@@ -27,7 +28,25 @@ void print(std::FILE* stream, const QString& text)
     std::fputs(qPrintable(text), stream);
 }
 
+/// What is wrong with the values of the command line; "" when nothing is.
+QString problemOf(const QCommandLineParser& parser, const QList<QCommandLineOption>& withValue)
+{
+    if (!parser.positionalArguments().isEmpty())
+        return QStringLiteral("Unexpected argument '%1'.").arg(parser.positionalArguments().constFirst());
+    for (const QCommandLineOption& option : withValue) {
+        if (parser.values(option).contains(QString()))
+            return QStringLiteral("The value of '--%1' is empty.").arg(option.names().constFirst());
+    }
+    return {};
+}
+
 } // namespace
+
+QString defaultDatabasePath()
+{
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
+    return QDir(folder).filePath(QStringLiteral("records.sqlite"));
+}
 
 std::optional<Options> parseOptions(const QStringList& arguments, int& exitCode)
 {
@@ -59,7 +78,8 @@ std::optional<Options> parseOptions(const QStringList& arguments, int& exitCode)
     const bool parsed = parser.parse(arguments);
     exitCode = 0;
     if (parsed && parser.isSet(help)) {
-        print(stdout, parser.helpText());
+        print(stdout, parser.helpText() + QStringLiteral("\nWithout --db the database is %1\n")
+                                              .arg(QDir::toNativeSeparators(defaultDatabasePath())));
         return std::nullopt;
     }
     if (parsed && parser.isSet(version)) {
@@ -67,12 +87,8 @@ std::optional<Options> parseOptions(const QStringList& arguments, int& exitCode)
         return std::nullopt;
     }
     const std::optional<ThemeChoice> chosenTheme = themeOf(parser.value(theme));
-    QString problem;
-    if (!parsed)
-        problem = parser.errorText();
-    else if (!parser.positionalArguments().isEmpty())
-        problem = QStringLiteral("Unexpected argument '%1'.").arg(parser.positionalArguments().constFirst());
-    else if (!chosenTheme)
+    QString problem = parsed ? problemOf(parser, {database, data, forms, user, tour}) : parser.errorText();
+    if (problem.isEmpty() && !chosenTheme)
         problem = QStringLiteral("Unknown theme '%1'.").arg(parser.value(theme));
     if (!problem.isEmpty()) {
         print(stderr, problem + QStringLiteral("\n\n") + parser.helpText());

@@ -23,8 +23,11 @@ struct Options
     ThemeChoice theme = ThemeChoice::System;
 };
 
+/// The database of a start without `--db`, in the person's own place for the data of applications.
+QString defaultDatabasePath();
+
 /// The options, or nothing when the program is to end with `exitCode`: help and version are printed on
-/// standard output (0), an unknown option or value gives the usage on standard error (2).
+/// standard output (0), an unknown option, an unknown or empty value gives the usage on standard error (2).
 std::optional<Options> parseOptions(const QStringList& arguments, int& exitCode);
 
 } // namespace tavrin::workbench

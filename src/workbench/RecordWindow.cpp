@@ -8,7 +8,6 @@
 #include "base/Error.h"
 #include "base/Guard.h"
 #include "base/Variant.h"
-#include "frame/desktop/Desktop.h"
 
 #include <QCloseEvent>
 #include <QHBoxLayout>
@@ -193,7 +192,14 @@ void RecordWindow::showProblem(int page, QWidget* field, const QString& text)
 {
     showPage(page);
     field->setFocus(Qt::OtherFocusReason);
-    desktop().messageBoxes->tell(this, text, BoxIcon::Exclamation, tr("Save"));
+    tellNotSaved(text, BoxIcon::Exclamation);
+}
+
+void RecordWindow::tellNotSaved(const QString& text, BoxIcon icon)
+{
+    desktop().messageBoxes->tell(
+        this, text + QStringLiteral("\n\n") + tr("What you typed is still in this window."), icon,
+        tr("Save"));
 }
 
 bool RecordWindow::mayBeSaved()
@@ -237,7 +243,7 @@ bool RecordWindow::save()
         m_workspace.store().save(*m_record);
     } catch (const Error& error) {
         refreshState();
-        desktop().messageBoxes->tell(this, error.Description, BoxIcon::Critical, tr("Save"));
+        tellNotSaved(error.Description, BoxIcon::Critical);
         return false;
     }
     refreshState();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "RecordPage.h"
+#include "frame/desktop/Desktop.h"
 
 #include <QWidget>
 
@@ -42,6 +43,7 @@ private:
     void addPage(RecordPage* page);
     void showPage(int index);
     void showProblem(int page, QWidget* field, const QString& text);
+    void tellNotSaved(const QString& text, BoxIcon icon);
     bool mayBeSaved();
     bool hasRequiredFields();
     void refreshState();

@@ -1,7 +1,9 @@
 #include "Theme.h"
 
 #include <QApplication>
+#include <QProxyStyle>
 #include <QStyleFactory>
+#include <QStyleOption>
 
 namespace tavrin::workbench {
 
@@ -15,7 +17,7 @@ struct Shades
 constexpr Shades Light{0xFFF4F5F7, 0xFFFFFFFF, 0xFFF8F9FB, 0xFF1D2329, 0xFFECEEF1,
                        0xFFC5CBD3, 0xFF2B6CB0, 0xFFFFFFFF, 0xFF5F6B78, 0xFF1F5FA5};
 constexpr Shades Dark{0xFF1F2226, 0xFF2D3238, 0xFF31373D, 0xFFE4E7EB, 0xFF33383E,
-                      0xFF4A515A, 0xFF3F7FC4, 0xFFFFFFFF, 0xFFA3ADB8, 0xFF7DB2EA};
+                      0xFF4A515A, 0xFF3872B3, 0xFFFFFFFF, 0xFFA3ADB8, 0xFF7DB2EA};
 
 QPalette paletteOf(const Shades& shades)
 {
@@ -47,7 +49,48 @@ QPalette paletteOf(const Shades& shades)
     return palette;
 }
 
+/// Buttons and combo boxes as high as the text boxes beside them, and room left and right of texts.
+class RoomyStyle final : public QProxyStyle
+{
+public:
+    RoomyStyle()
+        : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion")))
+    {
+    }
+
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& content,
+                           const QWidget* widget) const override
+    {
+        const QSize size = QProxyStyle::sizeFromContents(type, option, content, widget);
+        if (type == CT_PushButton)
+            return size.expandedTo({content.width() + 2 * ButtonRoom, lineHeight(option->fontMetrics)});
+        if (type == CT_ComboBox)
+            return size.expandedTo({0, lineHeight(option->fontMetrics)});
+        return size;
+    }
+
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override
+    {
+        // The text of a cell begins one pixel behind its margin; so it stands below its header's, and below
+        // the text of the box whose list it is in.
+        if (metric == PM_FocusFrameHMargin)
+            return CellRoom - 1;
+        if (metric == PM_HeaderMargin)
+            return CellRoom;
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+
+private:
+    static constexpr int ButtonRoom = 14;
+    static constexpr int CellRoom = 4;
+};
+
 } // namespace
+
+int lineHeight(const QFontMetrics& metrics)
+{
+    return metrics.height() + 12;
+}
 
 bool isDark(ThemeChoice choice)
 {
@@ -59,7 +102,7 @@ bool isDark(ThemeChoice choice)
 
 void applyTheme(bool dark)
 {
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new RoomyStyle);
     QApplication::setPalette(paletteOf(dark ? Dark : Light));
 }
 

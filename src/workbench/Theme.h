@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFontMetrics>
 #include <QPalette>
 
 namespace tavrin::workbench {
@@ -16,6 +17,9 @@ bool isDark(ThemeChoice choice);
 
 /// Gives the application its style and colours.
 void applyTheme(bool dark);
+
+/// Height of a text box, of the buttons beside it, and of a row in a list.
+int lineHeight(const QFontMetrics& metrics);
 
 /// Colour of a quiet text beside a label.
 QColor quietText(const QPalette& palette);

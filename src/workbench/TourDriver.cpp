@@ -54,9 +54,10 @@ QImage screenPicture()
     picture.fill(QApplication::palette().color(QPalette::Mid));
     QPainter painter(&picture);
     for (QWidget* window : windows) {
-        painter.drawPixmap(window->pos() - area.topLeft(), window->grab());
+        const QRect place = window->geometry().translated(-area.topLeft());
+        painter.drawPixmap(place.topLeft(), window->grab());
         painter.setPen(QApplication::palette().color(QPalette::Dark));
-        painter.drawRect(QRect(window->pos() - area.topLeft(), window->size()).adjusted(0, 0, -1, -1));
+        painter.drawRect(place.adjusted(0, 0, -1, -1));
     }
     return picture;
 }

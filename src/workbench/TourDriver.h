@@ -18,6 +18,8 @@ public:
 
     /// Runs one step, writes its picture and prints its line.
     void step(const QString& name, const std::function<void()>& body);
+    /// How many steps have been begun.
+    int steps() const { return m_step; }
 
     void type(const QString& text);
     void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);

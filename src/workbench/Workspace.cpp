@@ -5,37 +5,88 @@
 #include "host/SampleData.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
-#include <QStandardPaths>
 
 namespace tavrin::workbench {
 
 namespace {
 
-QString databasePath(const Options& options)
+void checkFolder(const QString& folder, const QString& option)
 {
+    if (!folder.isEmpty() && !QFileInfo(folder).isDir()) {
+        throw Error(QStringLiteral("There is no folder %1. Name a folder that exists with %2, or leave the "
+                                   "option out.")
+                        .arg(folder, option));
+    }
+}
+
+/// The options with the database named, once the folders that they name are found to exist.
+Options checked(Options options)
+{
+    checkFolder(options.dataFolder, QStringLiteral("--data"));
+    checkFolder(options.formsFolder, QStringLiteral("--forms"));
     if (!options.database.isEmpty())
-        return options.database;
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
+        return options;
+    options.database = defaultDatabasePath();
+    const QString folder = QFileInfo(options.database).absolutePath();
     if (!QDir().mkpath(folder)) {
         throw Error(QStringLiteral("The folder %1 could not be made. Check that you may write there, or name "
                                    "a database with --db.")
                         .arg(folder));
     }
-    return QDir(folder).filePath(QStringLiteral("records.sqlite"));
+    return options;
+}
+
+bool fill(Database& database, const QString& dataFolder)
+{
+    try {
+        return SampleData(dataFolder).fillOnce(database);
+    } catch (const Error& error) {
+        if (error.Description.endsWith(u'.')) // says what to do
+            throw;
+        throw Error(error.Description + QStringLiteral(". Mend the file, or start without --data."));
+    }
+}
+
+void checkUser(ReferenceHost& host, const Options& options)
+{
+    if (host.newUsersCache()->UserDisplayName(options.user).isEmpty()) {
+        throw Error(QStringLiteral("The database %1 has no user \"%2\". Name one of its users with --user.")
+                        .arg(options.database, options.user));
+    }
 }
 
 } // namespace
 
+Workspace::NewFile::NewFile(const QString& path)
+    : m_path(path)
+{
+    // An empty file is a new database. Whoever makes it knows that nobody else has.
+    QFile file(path);
+    m_isToBeRemoved = file.open(QIODevice::WriteOnly | QIODevice::NewOnly);
+}
+
+Workspace::NewFile::~NewFile()
+{
+    if (!m_isToBeRemoved)
+        return;
+    for (const QString& ending : {QString(), QStringLiteral("-journal")})
+        QFile::remove(m_path + ending);
+}
+
 Workspace::Workspace(const Options& options)
-    : m_options(options)
-    , m_database(Database::open(databasePath(options)))
-    , m_isFirstStart(SampleData(options.dataFolder).fillOnce(*m_database))
+    : m_options(checked(options))
+    , m_newFile(m_options.database)
+    , m_database(Database::open(m_options.database))
+    , m_isFirstStart(fill(*m_database, options.dataFolder))
     , m_host(std::make_unique<ReferenceHost>(*m_database, ReferenceHostOptions{options.user, {}, {}}))
     , m_installation(std::make_unique<HostInstallation>(*m_host))
     , m_store(std::make_unique<RecordStore>(*m_database))
 {
     m_host->setTheme(isDark(options.theme) ? Theme::Dark : Theme::Light);
+    checkUser(*m_host, m_options);
+    m_newFile.keep();
     modUtils::ReleaseNibrsModule(); // one of another workspace is not this host's
 }
 

@@ -14,7 +14,8 @@ class Workspace
 {
 public:
     /// Opens the database, fills a new one with sample records, and installs the host on this thread.
-    /// Raises an `Error` that says what is wrong with the database and what to do.
+    /// Raises an `Error` that says what is wrong with the database or the options, and what to do; a database
+    /// that was made by this start is then removed again.
     explicit Workspace(const Options& options);
 
     const Options& options() const { return m_options; }
@@ -25,7 +26,24 @@ public:
     bool isFirstStart() const { return m_isFirstStart; }
 
 private:
+    /// A database file that did not exist before; goes again unless it is kept.
+    class NewFile
+    {
+    public:
+        explicit NewFile(const QString& path);
+        ~NewFile();
+        NewFile(const NewFile&) = delete;
+        NewFile& operator=(const NewFile&) = delete;
+
+        void keep() { m_isToBeRemoved = false; }
+
+    private:
+        QString m_path;
+        bool m_isToBeRemoved;
+    };
+
     Options m_options;
+    NewFile m_newFile; // before the database, which must be closed first
     std::unique_ptr<Database> m_database;
     bool m_isFirstStart = false;
     std::unique_ptr<ReferenceHost> m_host;

@@ -1,7 +1,8 @@
 #include "host/Database.h"
+#include "host/SampleData.h"
 #include "support/TestCase.h"
 
-#include <QCryptographicHash>
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -63,6 +64,9 @@ private Q_SLOTS:
         QTest::newRow("missing value") << QStringList{QStringLiteral("--db")} << QStringLiteral("--db");
         QTest::newRow("stray argument")
             << QStringList{QStringLiteral("file.sqlite")} << QStringLiteral("file.sqlite");
+        for (const char* option : {"--db", "--tour", "--forms", "--data", "--user"})
+            QTest::addRow("empty value of %s", option)
+                << QStringList{QString::fromLatin1(option), QString()} << QString::fromLatin1(option);
     }
     void aWrongCommandLineGivesTheUsageOnStandardErrorAndExitCode2()
     {
@@ -80,6 +84,7 @@ private Q_SLOTS:
         const Outcome help = start({QStringLiteral("--help")});
         QCOMPARE(help.exitCode, 0);
         QVERIFY(help.out.contains(QStringLiteral("--tour")));
+        QVERIFY2(help.out.contains(QStringLiteral("/records.sqlite")), qPrintable(help.out));
         const Outcome version = start({QStringLiteral("--version")});
         QCOMPARE(version.exitCode, 0);
         QVERIFY(version.out.startsWith(QStringLiteral("workbench ")));
@@ -91,6 +96,73 @@ private Q_SLOTS:
         const Outcome outcome = start({QStringLiteral("--db"), folder.filePath(QStringLiteral("a.sqlite"))});
         QCOMPARE(outcome.exitCode, 1);
         QVERIFY2(outcome.err.contains(QStringLiteral("There is no display")), qPrintable(outcome.err));
+    }
+
+    void aValueThatCannotBeUsedIsNamedInOneSentenceAndNoDatabaseIsMadeAndExitCode1_data()
+    {
+        QTest::addColumn<QString>("option");
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<QString>("says");
+        QTest::newRow("no folder of forms") << QStringLiteral("--forms") << QStringLiteral("%1/nowhere")
+                                            << QStringLiteral("There is no folder %1/nowhere.");
+        QTest::newRow("a file as folder of forms") << QStringLiteral("--forms") << QStringLiteral("%1/file")
+                                                   << QStringLiteral("There is no folder %1/file.");
+        QTest::newRow("no folder of data") << QStringLiteral("--data") << QStringLiteral("%1/nowhere")
+                                           << QStringLiteral("There is no folder %1/nowhere.");
+        QTest::newRow("data without files") << QStringLiteral("--data") << QStringLiteral("%1")
+                                            << QStringLiteral("%1/code_tables/tables.csv");
+        QTest::newRow("unknown user") << QStringLiteral("--user") << QStringLiteral("nobody")
+                                      << QStringLiteral("%1/records.sqlite has no user \"nobody\".");
+        QTest::newRow("tour in a file") << QStringLiteral("--tour") << QStringLiteral("%1/file")
+                                        << QStringLiteral("The folder %1/file could not be made.");
+    }
+    void aValueThatCannotBeUsedIsNamedInOneSentenceAndNoDatabaseIsMadeAndExitCode1()
+    {
+        QFETCH(QString, option);
+        QFETCH(QString, value);
+        QFETCH(QString, says);
+        const QTemporaryDir folder;
+        write(folder.filePath(QStringLiteral("file")), "a file");
+        const QString path = folder.filePath(QStringLiteral("records.sqlite"));
+        const auto filled = [&](QString text) { return text.replace(QStringLiteral("%1"), folder.path()); };
+        const Outcome outcome = start({QStringLiteral("--db"), path, option, filled(value)});
+        QCOMPARE(outcome.exitCode, 1);
+        QCOMPARE(outcome.out, QString());
+        QVERIFY2(outcome.err.contains(filled(says)), qPrintable(outcome.err));
+        QVERIFY2(outcome.err.endsWith(QStringLiteral(".\n")), qPrintable(outcome.err));
+        QVERIFY2(outcome.err.contains(option), qPrintable(outcome.err)); // what to do
+        QCOMPARE(outcome.err.split(u'\n').filter(QStringLiteral("workbench: ")).size(), 1);
+        QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList{QStringLiteral("file")});
+    }
+
+    void anUnknownUserLeavesADatabaseThatWasThereAsItWas()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("records.sqlite"));
+        SampleData().fillOnce(*Database::open(path));
+        const QByteArray before = contentOf(path);
+        const Outcome outcome =
+            start({QStringLiteral("--db"), path, QStringLiteral("--user"), QStringLiteral("nobody")});
+        QCOMPARE(outcome.exitCode, 1);
+        QCOMPARE(contentOf(path), before);
+    }
+
+    void theTourGoesItsOwnWayAndTellsWhereItsPicturesAre()
+    {
+        const QTemporaryDir folder;
+        const QString pictures = folder.filePath(QStringLiteral("tour"));
+        write(folder.filePath(QStringLiteral("general.json")), "{");
+        const Outcome outcome = start(
+            {QStringLiteral("--tour"), pictures, QStringLiteral("--forms"), folder.path(),
+             QStringLiteral("--data"), folder.path(), QStringLiteral("--user"), QStringLiteral("nobody"),
+             QStringLiteral("--db"), folder.filePath(QStringLiteral("records.sqlite"))});
+        QCOMPARE(outcome.exitCode, 0);
+        const auto steps = outcome.out.count(QStringLiteral("ok "));
+        QVERIFY(steps > 0);
+        QVERIFY2(outcome.out.endsWith(
+                     QStringLiteral("\n%1 steps; the pictures are in %2\n").arg(steps).arg(pictures)),
+                 qPrintable(outcome.out));
+        QVERIFY(!QFile::exists(folder.filePath(QStringLiteral("records.sqlite"))));
     }
 
     void aDatabaseThatCannotBeUsedIsNamedAndLeftUntouchedAndExitCode1_data()

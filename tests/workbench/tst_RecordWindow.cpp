@@ -5,14 +5,19 @@
 #include "support/FakeDesktop.h"
 #include "support/TestCase.h"
 #include "widgets/TextBox.h"
+#include "workbench/MainWindow.h"
 #include "workbench/RecordWindow.h"
+#include "workbench/Theme.h"
 #include "workbench/Workspace.h"
 
+#include <QComboBox>
 #include <QFile>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QPushButton>
 #include <QTemporaryDir>
+#include <QTreeWidget>
 
 using namespace tavrin;
 using namespace tavrin::workbench;
@@ -65,6 +70,7 @@ struct Site
 
 const QString Weapon = QStringLiteral("Weapon");
 const QString WeaponNo = QStringLiteral("WeaponNo");
+const QString StillThere = QStringLiteral("\n\nWhat you typed is still in this window.");
 const QString Summary = QStringLiteral("Summary");
 
 } // namespace
@@ -98,8 +104,21 @@ private Q_SLOTS:
         Site site("{\"title\": \"Codes\",\n \"controls\": [");
         site.open();
         QTRY_COMPARE(site.boxes.shown().size(), 1);
-        QVERIFY(site.boxes.texts().constFirst().contains(QStringLiteral("general.json: line 2")));
+        const QString text = site.boxes.texts().constFirst();
+        QVERIFY2(text.contains(QStringLiteral("general.json: line 2")), qPrintable(text));
+        QVERIFY2(text.endsWith(QStringLiteral("\nThe built-in form is shown instead.")), qPrintable(text));
         QVERIFY(site.code(QStringLiteral("LocationType")));
+        QVERIFY(site.code(Weapon));
+    }
+
+    void aFormWithoutControlsGivesOneMessageAndTheBuiltInFormStandsIn()
+    {
+        Site site("{}");
+        site.open();
+        QTRY_COMPARE(site.boxes.shown().size(), 1);
+        QCOMPARE(site.boxes.texts().constFirst(),
+                 QStringLiteral("%1: The form has no controls.\nThe built-in form is shown instead.")
+                     .arg(site.folder.filePath(QStringLiteral("general.json"))));
         QVERIFY(site.code(Weapon));
     }
 
@@ -146,7 +165,8 @@ private Q_SLOTS:
         QCOMPARE(site.boxes.texts(),
                  QStringList{
                      QStringLiteral("\"hand\" in \"Weapon or force\" was typed but not chosen from the list. "
-                                    "Choose an entry, or empty the field.")});
+                                    "Choose an entry, or empty the field.") +
+                     StillThere});
         QVERIFY(site.code(Weapon)->isAncestorOf(QApplication::focusWidget()));
         QVERIFY(SameValue(site.stored(WeaponNo), 12));
         site.code(Weapon)->SetText(QString());
@@ -163,6 +183,7 @@ private Q_SLOTS:
         QVERIFY(!site.window->save());
         QVERIFY(site.boxes.texts().constFirst().startsWith(
             QStringLiteral("\"yesterday\" in \"Reported\" is not a date and time.")));
+        QVERIFY(site.boxes.texts().constFirst().endsWith(StillThere));
         QCOMPARE(reported->text(), QStringLiteral("yesterday"));
     }
 
@@ -179,6 +200,7 @@ private Q_SLOTS:
         QVERIFY(!site.window->save());
         QCOMPARE(site.boxes.shown().size(), 1);
         QCOMPARE(site.boxes.shown().constFirst().icon, BoxIcon::Critical);
+        QVERIFY(site.boxes.texts().constFirst().endsWith(StillThere));
         QCOMPARE(site.line(Summary)->text(), QStringLiteral("Typed"));
         QCOMPARE(narrative->toPlainText(), typed.left(19000));
         QVERIFY(site.window->isDirty());
@@ -229,8 +251,45 @@ private Q_SLOTS:
         site.line(QStringLiteral("CaseNo"))->clear();
         site.boxes.answerWith({BoxAnswer::Save});
         QVERIFY(!site.window->close());
-        QCOMPARE(site.boxes.texts().last(), QStringLiteral("\"Case number\" must be filled in."));
+        QCOMPARE(site.boxes.texts().last(),
+                 QStringLiteral("\"Case number\" must be filled in.") + StillThere);
         QVERIFY(site.window->isVisible());
+    }
+
+    void inTheListOfPeopleNothingIsCurrentUntilThePersonGoesThere()
+    {
+        Site site;
+        site.open();
+        QVERIFY(QTest::qWaitForWindowActive(site.window));
+        auto* people = site.window->findChild<QTreeWidget*>(QStringLiteral("offensesAndPeople"));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_PageDown, Qt::ControlModifier);
+        QVERIFY(people->isVisible());
+        people->setFocus();
+        QVERIFY(!people->currentIndex().isValid());
+        QTest::keyClick(people, Qt::Key_Down);
+        QVERIFY(people->currentIndex().isValid());
+    }
+
+    void itOpensRightAndBelowTheListSoThatBothAreSeen()
+    {
+        Site site;
+        MainWindow list(*site.workspace);
+        list.show();
+        list.openIncident(site.incidentNo);
+        const auto* record = list.findChild<RecordWindow*>();
+        QVERIFY(record && record->isVisible());
+        QCOMPARE(record->pos() - list.pos(), QPoint(48, 48));
+    }
+
+    void buttonsAndTheChoiceAreAsHighAsTheTextBoxes()
+    {
+        applyTheme(false);
+        Site site;
+        site.open();
+        const int height = site.line(Summary)->height();
+        QCOMPARE(site.window->findChild<QComboBox*>(QStringLiteral("Status"))->height(), height);
+        for (const char* name : {"save", "close"})
+            QCOMPARE(site.window->findChild<QPushButton*>(QString::fromLatin1(name))->height(), height);
     }
 
 private:

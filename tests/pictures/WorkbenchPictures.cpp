@@ -1,0 +1,112 @@
+// Writes pictures of the workbench into the folder that is named on the command line: one incident with the
+// list of a code field open, light and dark, and the list of incidents.
+
+#include "base/Error.h"
+#include "lookup/AutoCompleteField.h"
+#include "widgets/DropDownList.h"
+#include "widgets/TextBox.h"
+#include "workbench/MainWindow.h"
+#include "workbench/RecordWindow.h"
+#include "workbench/Theme.h"
+#include "workbench/Workspace.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QPainter>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cstdio>
+
+using namespace tavrin;
+using namespace tavrin::workbench;
+
+namespace {
+
+void check(bool condition, const QString& what)
+{
+    if (!condition)
+        throw Error(what);
+}
+
+/// The window with the list that is open over it.
+QPixmap pictureOf(QWidget& window)
+{
+    QPixmap picture = window.grab();
+    for (QWidget* list : QApplication::topLevelWidgets()) {
+        if (list->isVisible() && list != &window) {
+            QPainter painter(&picture);
+            painter.drawPixmap(window.mapFromGlobal(list->pos()), list->grab());
+        }
+    }
+    return picture;
+}
+
+void write(QWidget& window, const QString& path)
+{
+    check(pictureOf(window).save(path), QStringLiteral("%1 cannot be written").arg(path));
+}
+
+void bringUp(QWidget& window)
+{
+    window.show();
+    window.activateWindow();
+    check(QTest::qWaitForWindowActive(&window), QStringLiteral("the window did not come up"));
+}
+
+void searchGun(RecordWindow& window)
+{
+    auto* weapon = window.findChild<AutoCompleteField*>(QStringLiteral("Weapon"));
+    check(weapon != nullptr, QStringLiteral("there is no field for the weapon"));
+    auto* box = weapon->findChild<TextBox*>();
+    auto* list = weapon->findChild<DropDownList*>();
+    box->setFocus();
+    box->selectAll();
+    QTest::keyClicks(box, QStringLiteral("gun"));
+    check(QTest::qWaitFor([&] { return list->IsOpen(); }), QStringLiteral("the list did not open"));
+    QTest::keyClick(box, Qt::Key_Down);
+}
+
+void write(const QString& folder, ThemeChoice theme)
+{
+    const bool dark = isDark(theme);
+    applyTheme(dark);
+    const QTemporaryDir data;
+    Options options;
+    options.database = data.filePath(QStringLiteral("records.sqlite"));
+    options.theme = theme;
+    Workspace workspace(options);
+    const auto incidents = workspace.store().list(QStringLiteral("bicycle"));
+    check(!incidents.isEmpty(), QStringLiteral("there is no incident with a bicycle"));
+    {
+        RecordWindow window(workspace, workspace.store().load(incidents.constFirst().IncidentNo));
+        window.setAttribute(Qt::WA_DeleteOnClose, false);
+        window.resize(820, 560);
+        bringUp(window);
+        searchGun(window);
+        write(window, QDir(folder).filePath(dark ? QStringLiteral("workbench-dark.png")
+                                                 : QStringLiteral("workbench.png")));
+    }
+    if (!dark) {
+        MainWindow window(workspace);
+        bringUp(window);
+        write(window, QDir(folder).filePath(QStringLiteral("workbench-list.png")));
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    try {
+        const QString folder = QApplication::arguments().value(1, QStringLiteral("."));
+        for (const ThemeChoice theme : {ThemeChoice::Light, ThemeChoice::Dark})
+            write(folder, theme);
+    } catch (const Error& error) {
+        std::fprintf(stderr, "%s\n", qPrintable(error.Description));
+        return 1;
+    }
+    return 0;
+}
