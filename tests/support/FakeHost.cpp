@@ -104,9 +104,12 @@ public:
         return !asked(QStringLiteral("FieldExists")).missingFields.contains(path({module, table, field}));
     }
     bool IsFieldRequired(const QString& module, const QString& table, const QString& field,
-                         const QString&) override
+                         const QString& extra) override
     {
-        return asked(QStringLiteral("IsFieldRequired")).requiredFields.contains(path({module, table, field}));
+        QStringList names{module, table, field};
+        if (!extra.isEmpty())
+            names << extra;
+        return asked(QStringLiteral("IsFieldRequired")).requiredFields.contains(names.join(u'/'));
     }
     QVariant MakeFieldReference(const tvFieldPtr& field) override
     {
@@ -132,6 +135,7 @@ public:
     {
         asked(QStringLiteral("ScaleModeFromUnits ") + units);
         static const QMap<QString, ScaleMode> modes = {
+            {QStringLiteral("User"), ScaleMode::User},
             {QStringLiteral("Twip"), ScaleMode::Twips},
             {QStringLiteral("Point"), ScaleMode::Points},
             {QStringLiteral("Pixel"), ScaleMode::Pixels},
@@ -139,7 +143,10 @@ public:
             {QStringLiteral("Inch"), ScaleMode::Inches},
             {QStringLiteral("Millimeter"), ScaleMode::Millimeters},
             {QStringLiteral("Centimeter"), ScaleMode::Centimeters}};
-        return modes.value(units, ScaleMode::User);
+        const auto found = modes.find(units);
+        if (found == modes.end())
+            throw Error(QStringLiteral("There is no scale unit \"%1\"").arg(units));
+        return found.value();
     }
     tavrin::TextBoxColors TextBoxColors() override
     {
@@ -156,9 +163,16 @@ public:
                         bool) override
     {
         const FakeHostState& state = asked(QStringLiteral("FillTableCombo %1").arg(table));
+        combo.Clear();
         combo.AddItem(QString(), 0);
-        for (const TableValue& entry : valuesOf(state, table, includeInactive, value))
+        int selected = 0;
+        for (const TableValue& entry : valuesOf(state, table, includeInactive, value)) {
+            if (SameValue(entry.Value, value))
+                selected = combo.ListCount();
             combo.AddItem(entry.DisplayText, ToLong(entry.Value));
+        }
+        if (selected > 0)
+            combo.SetListIndex(selected);
     }
     void FillTableGrid(TableNumber table, GridCombo& combo, bool includeInactive, const QVariant& value,
                        bool reserved) override

@@ -39,6 +39,7 @@ struct FakeHostState
     QSet<QString> permissions;
     /// By "module/table/field".
     QSet<QString> missingFields;
+    /// By "module/table/field", or "module/table/field/extra" where the question has an extra.
     QSet<QString> requiredFields;
     tavrin::TextBoxColors textBoxColors;
     QString dateDisplayFormat = QStringLiteral("MM/dd/yyyy");
