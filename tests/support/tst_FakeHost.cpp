@@ -1,0 +1,85 @@
+#include "FakeHost.h"
+#include "TestCase.h"
+#include "base/Error.h"
+#include "base/Variant.h"
+#include "widgets/DropdownTarget.h"
+
+using namespace tavrin;
+using namespace tavrin::test;
+
+namespace {
+
+class ListTarget : public DropdownTarget
+{
+public:
+    void Clear() override
+    {
+        m_rows.clear();
+        m_index = -1;
+    }
+    void AddItem(const QString& text, qint32 itemData) override { m_rows.append({text, itemData}); }
+    int ListCount() const override { return static_cast<int>(m_rows.size()); }
+    QString List(int index) const override { return m_rows.value(index).first; }
+    qint32 ItemData(int index) const override { return m_rows.value(index).second; }
+    int ListIndex() const override { return m_index; }
+    void SetListIndex(int index) override { m_index = index; }
+
+private:
+    QList<QPair<QString, qint32>> m_rows;
+    int m_index = -1;
+};
+
+} // namespace
+
+/// Where a test could rely on the fake, it answers as a real host does.
+class tst_FakeHost : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void anUnknownUnitRaises()
+    {
+        FakeHost host;
+        QCOMPARE(host.uiServices().ScaleModeFromUnits(QStringLiteral("User")), ScaleMode::User);
+        QCOMPARE(host.uiServices().ScaleModeFromUnits(QStringLiteral("Pixel")), ScaleMode::Pixels);
+        try {
+            host.uiServices().ScaleModeFromUnits(QStringLiteral("Furlong"));
+            QFAIL("no error");
+        } catch (const Error& error) {
+            QVERIFY(error.Description.contains(QStringLiteral("Furlong")));
+        }
+    }
+
+    void aComboIsClearedAndTheRowOfTheValueMadeCurrent()
+    {
+        FakeHost host;
+        host.setTable(Tables::Team, {{QStringLiteral("A"), QStringLiteral("Patrol A"), 1},
+                                     {QStringLiteral("B"), QStringLiteral("Patrol B"), 2}});
+        ListTarget combo;
+        combo.AddItem(QStringLiteral("old"), 9);
+        host.listFilling().FillTableCombo(Tables::Team, combo, false, Null(), false);
+        QCOMPARE(combo.ListCount(), 3);
+        QCOMPARE(combo.List(0), QString());
+        QCOMPARE(combo.ListIndex(), -1);
+        host.listFilling().FillTableCombo(Tables::Team, combo, false, 2, false);
+        QCOMPARE(combo.ListCount(), 3);
+        QCOMPARE(combo.ItemData(combo.ListIndex()), 2);
+    }
+
+    void theExtraTellsRequiredFieldsApart()
+    {
+        FakeHost host;
+        host.state().requiredFields = {QStringLiteral("M/T/A"), QStringLiteral("M/T/B/x")};
+        const auto required = [&host](const char* field, const char* extra) {
+            return host.session().IsFieldRequired(QStringLiteral("M"), QStringLiteral("T"),
+                                                  QString::fromLatin1(field), QString::fromLatin1(extra));
+        };
+        QVERIFY(required("A", ""));
+        QVERIFY(!required("A", "x"));
+        QVERIFY(required("B", "x"));
+        QVERIFY(!required("B", ""));
+    }
+};
+
+TAVRIN_TEST_MAIN(tst_FakeHost)
+#include "tst_FakeHost.moc"
