@@ -43,9 +43,10 @@ bool fill(Database& database, const QString& dataFolder)
     try {
         return SampleData(dataFolder).fillOnce(database);
     } catch (const Error& error) {
-        if (error.Description.endsWith(u'.')) // says what to do
+        if (dataFolder.isEmpty())
             throw;
-        throw Error(error.Description + QStringLiteral(". Mend the file, or start without --data."));
+        const QString stop = error.Description.endsWith(u'.') ? QString() : QStringLiteral(".");
+        throw Error(error.Description + stop + QStringLiteral(" Mend that, or start without --data."));
     }
 }
 

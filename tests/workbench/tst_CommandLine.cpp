@@ -109,8 +109,9 @@ private Q_SLOTS:
                                                    << QStringLiteral("There is no folder %1/file.");
         QTest::newRow("no folder of data") << QStringLiteral("--data") << QStringLiteral("%1/nowhere")
                                            << QStringLiteral("There is no folder %1/nowhere.");
-        QTest::newRow("data without files") << QStringLiteral("--data") << QStringLiteral("%1")
-                                            << QStringLiteral("%1/code_tables/tables.csv");
+        QTest::newRow("data without files")
+            << QStringLiteral("--data") << QStringLiteral("%1")
+            << QStringLiteral("The data folder %1 holds no code_tables/tables.csv.");
         QTest::newRow("unknown user") << QStringLiteral("--user") << QStringLiteral("nobody")
                                       << QStringLiteral("%1/records.sqlite has no user \"nobody\".");
         QTest::newRow("tour in a file") << QStringLiteral("--tour") << QStringLiteral("%1/file")
