@@ -36,15 +36,16 @@ template <typename Sender, typename Signal, typename Handler>
 QMetaObject::Connection connectGuarded(const Sender* sender, Signal signal, const QObject* context,
                                        const char* where, Handler handler)
 {
-    return QObject::connect(sender, signal, context,
-                            [where, handler = std::move(handler)](auto&&... args) mutable {
-                                guard(where, [&] {
-                                    if constexpr (std::is_invocable_v<Handler&, decltype(args)...>)
-                                        handler(args...);
-                                    else
-                                        handler();
-                                });
-                            });
+    return QObject::connect(
+        sender, signal, context, [where, handler = std::move(handler)](auto&&... args) mutable {
+            constexpr bool takesArguments = std::is_invocable_v<Handler&, decltype(args)...>;
+            guard(where, [&] {
+                if constexpr (takesArguments)
+                    handler(args...);
+                else
+                    handler();
+            });
+        });
 }
 
 } // namespace tavrin
