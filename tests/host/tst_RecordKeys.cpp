@@ -4,42 +4,11 @@
 using namespace tavrin;
 using namespace tavrin::test;
 
-class tst_RecordKeys : public TestCase
+class tst_RecordKeys : public RecordStoreCase
 {
     Q_OBJECT
 
 private:
-    std::optional<QTemporaryDir> m_folder;
-    std::unique_ptr<Database> m_database;
-    std::unique_ptr<Database> m_other; // another workstation's program
-    std::unique_ptr<RecordStore> m_store;
-
-    RecordPtr newIncident(const QString& caseNo)
-    {
-        const RecordPtr record = m_store->create();
-        put(record, "CaseNo", caseNo);
-        put(record, "Summary", QStringLiteral("Summary of ") + caseNo);
-        put(record, "ReportedAt", QDateTime(QDate(2026, 1, 2), QTime(3, 4, 5)));
-        return record;
-    }
-
-    /// A saved incident with two offenses, of which the second is primary, and two suspects.
-    RecordPtr savedIncident(const QString& caseNo = QStringLiteral("2026-1"))
-    {
-        const RecordPtr record = newIncident(caseNo);
-        for (int i = 1; i <= 2; ++i) {
-            record->collection(Offenses)->AddNew();
-            putLast(record, Offenses, "OffenseNo", i);
-            putLast(record, Offenses, "Completed", true);
-            record->collection(Suspects)->AddNew();
-            putLast(record, Suspects, "SuspectName", QStringLiteral("Suspect %1").arg(i));
-        }
-        putLast(record, Suspects, "DateOfBirth", QDate(1990, 5, 6));
-        record->collection(Offenses)->SetPrimaryValue(2);
-        m_store->save(*record);
-        return record;
-    }
-
     /// A saved incident with the witnesses W1, W2 and W3.
     RecordPtr incidentWithWitnesses()
     {
@@ -75,27 +44,6 @@ private:
     }
 
 private Q_SLOTS:
-    void init() override
-    {
-        TestCase::init();
-        m_folder.emplace();
-        const QString path = m_folder->filePath(QStringLiteral("records.db"));
-        m_database = Database::open(path, OpenMode::CreateWhenMissing, impatient());
-        m_other = Database::open(path, OpenMode::CreateWhenMissing, impatient());
-        m_store = std::make_unique<RecordStore>(*m_database);
-        for (int i = 1; i <= 3; ++i)
-            m_database->execute(
-                QStringLiteral("INSERT INTO offense_code VALUES (%1, 'PC %1', 'Offense %1', '90Z', 1)")
-                    .arg(i));
-    }
-    void cleanup() override
-    {
-        m_store.reset();
-        m_other.reset();
-        m_database.reset();
-        TestCase::cleanup();
-    }
-
     void aSavedRowMayChangeItsKey()
     {
         const RecordPtr record = m_store->load(incidentWithWitnesses()->key());

@@ -1,4 +1,4 @@
-#include "HostTestSupport.h"
+#include "HostCase.h"
 #include "host/RecordStore.h"
 #include "host/ReferenceHost.h"
 #include "host/SampleData.h"
@@ -48,41 +48,11 @@ private:
 
 } // namespace
 
-class tst_ReferenceHost : public TestCase
+class tst_ReferenceHost : public HostCase
 {
     Q_OBJECT
 
-private:
-    std::optional<QTemporaryDir> m_folder;
-    std::unique_ptr<Database> m_database;
-    std::unique_ptr<ReferenceHost> m_host;
-
-    void signOn(const QString& userId)
-    {
-        m_host = std::make_unique<ReferenceHost>(
-            *m_database, ReferenceHostOptions{userId, m_folder->filePath(QStringLiteral("station/")),
-                                              m_folder->filePath(QStringLiteral("down"))});
-    }
-    void execute(const char* sql) { m_database->execute(QString::fromLatin1(sql)); }
-    QString path(const char* name) const { return m_folder->filePath(QString::fromLatin1(name)); }
-
 private Q_SLOTS:
-    void init() override
-    {
-        TestCase::init();
-        m_folder.emplace();
-        m_database = Database::open(path("records.db"), OpenMode::CreateWhenMissing, impatient());
-        SampleData().fillOnce(*m_database);
-        execute("UPDATE code_value SET active = 0 WHERE table_no = 228 AND value_no = 2");
-        signOn(QStringLiteral("admin"));
-    }
-    void cleanup() override
-    {
-        m_host.reset();
-        m_database.reset();
-        TestCase::cleanup();
-    }
-
     void tableValuesComeInTheirOrderInactiveOnesOnlyWhenAskedFor()
     {
         HostServices& services = m_host->hostServices();
