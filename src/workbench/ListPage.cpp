@@ -4,6 +4,7 @@
 #include "base/Variant.h"
 #include "frame/host_contracts/Host.h"
 
+#include <QDate>
 #include <QHeaderView>
 #include <QTreeWidget>
 #include <QVBoxLayout>

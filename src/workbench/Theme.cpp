@@ -103,6 +103,7 @@ bool isDark(ThemeChoice choice)
 void applyTheme(bool dark)
 {
     QApplication::setStyle(new RoomyStyle);
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the application owns the style
     QApplication::setPalette(paletteOf(dark ? Dark : Light));
 }
 
