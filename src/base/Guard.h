@@ -37,7 +37,7 @@ QMetaObject::Connection connectGuarded(const Sender* sender, Signal signal, cons
                                        const char* where, Handler handler)
 {
     return QObject::connect(
-        sender, signal, context, [where, handler = std::move(handler)](auto&&... args) mutable {
+        sender, signal, context, [where, handler = std::move(handler)](auto&&... args) mutable -> void {
             constexpr bool takesArguments = std::is_invocable_v<Handler&, decltype(args)...>;
             guard(where, [&] {
                 if constexpr (takesArguments)

@@ -31,7 +31,7 @@ public:
 private:
     QJsonValue part(const QString& key, QJsonValue::Type type, const char* complaint)
     {
-        const QJsonValue value = m_object.value(key);
+        QJsonValue value = m_object.value(key);
         if (!value.isUndefined() && value.type() != type)
             m_problems << QStringLiteral("The %1 %2").arg(key, QString::fromLatin1(complaint));
         return value;

@@ -62,7 +62,7 @@ QJsonValue toJsonValue(const QString& key, const QVariant& value)
         value.value<QImage>().save(&png, "PNG");
         return QJsonObject{{QStringLiteral("picture"), QString::fromLatin1(png.data().toBase64())}};
     }
-    const QJsonValue plain = QJsonValue::fromVariant(value);
+    QJsonValue plain = QJsonValue::fromVariant(value);
     const bool keepsItsType = plain.isBool() || plain.isDouble() || value.typeId() == QMetaType::QString;
     if (!keepsItsType)
         throw Error(QStringLiteral("The value of %1 cannot be saved").arg(key));
