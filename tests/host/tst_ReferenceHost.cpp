@@ -2,33 +2,13 @@
 #include "host/RecordStore.h"
 #include "host/ReferenceHost.h"
 #include "host/SampleData.h"
-#include "widgets/DropdownTarget.h"
+#include "support/FakeDropdown.h"
 #include "widgets/GridCombo.h"
 
 using namespace tavrin;
 using namespace tavrin::test;
 
 namespace {
-
-class ListTarget : public DropdownTarget
-{
-public:
-    void Clear() override
-    {
-        m_rows.clear();
-        m_index = -1;
-    }
-    void AddItem(const QString& text, qint32 itemData) override { m_rows.append({text, itemData}); }
-    int ListCount() const override { return static_cast<int>(m_rows.size()); }
-    QString List(int index) const override { return m_rows.value(index).first; }
-    qint32 ItemData(int index) const override { return m_rows.value(index).second; }
-    int ListIndex() const override { return m_index; }
-    void SetListIndex(int index) override { m_index = index; }
-
-private:
-    QList<QPair<QString, qint32>> m_rows;
-    int m_index = -1;
-};
 
 class GridTarget : public GridCombo
 {
@@ -253,7 +233,7 @@ private Q_SLOTS:
 
     void aComboGetsAnEmptyRowAndTheTablesValues()
     {
-        ListTarget combo;
+        FakeDropdown combo;
         combo.AddItem(QStringLiteral("old"), 9);
         m_host->listFilling().FillTableCombo(Tables::Team, combo, false, Null(), false);
         QCOMPARE(combo.List(0), QString());
@@ -265,7 +245,7 @@ private Q_SLOTS:
 
     void anInactiveValueStaysInTheListThatHoldsIt()
     {
-        ListTarget combo;
+        FakeDropdown combo;
         m_host->listFilling().FillTableCombo(Tables::Team, combo, false, 2, false);
         QCOMPARE(combo.ItemData(2), 2);
         QCOMPARE(combo.ListIndex(), 2);

@@ -1,35 +1,11 @@
+#include "FakeDropdown.h"
 #include "FakeHost.h"
 #include "TestCase.h"
 #include "base/Error.h"
 #include "base/Variant.h"
-#include "widgets/DropdownTarget.h"
 
 using namespace tavrin;
 using namespace tavrin::test;
-
-namespace {
-
-class ListTarget : public DropdownTarget
-{
-public:
-    void Clear() override
-    {
-        m_rows.clear();
-        m_index = -1;
-    }
-    void AddItem(const QString& text, qint32 itemData) override { m_rows.append({text, itemData}); }
-    int ListCount() const override { return static_cast<int>(m_rows.size()); }
-    QString List(int index) const override { return m_rows.value(index).first; }
-    qint32 ItemData(int index) const override { return m_rows.value(index).second; }
-    int ListIndex() const override { return m_index; }
-    void SetListIndex(int index) override { m_index = index; }
-
-private:
-    QList<QPair<QString, qint32>> m_rows;
-    int m_index = -1;
-};
-
-} // namespace
 
 /// Where a test could rely on the fake, it answers as a real host does.
 class tst_FakeHost : public TestCase
@@ -55,7 +31,7 @@ private Q_SLOTS:
         FakeHost host;
         host.setTable(Tables::Team, {{QStringLiteral("A"), QStringLiteral("Patrol A"), 1},
                                      {QStringLiteral("B"), QStringLiteral("Patrol B"), 2}});
-        ListTarget combo;
+        FakeDropdown combo;
         combo.AddItem(QStringLiteral("old"), 9);
         host.listFilling().FillTableCombo(Tables::Team, combo, false, Null(), false);
         QCOMPARE(combo.ListCount(), 3);
