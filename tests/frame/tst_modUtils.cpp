@@ -40,6 +40,16 @@ public:
         m_y = y;
         calls << u"y %1"_s.arg(y);
     }
+    void SetFont(const tavrin::Font&) override {}
+    void SetFontName(const QString&) override {}
+    double FontSize() const override { return 9; }
+    void SetFontSize(double) override {}
+    void SetForeColor(tavrin::Color) override {}
+    void EndLine() override {}
+    Twips Width() const override { return 0; }
+    void SetWidth(Twips) override {}
+    Twips Height() const override { return 0; }
+    void SetHeight(Twips) override {}
     bool FontBold() const override { return m_bold; }
     void SetFontBold(bool bold) override
     {
