@@ -1,6 +1,7 @@
 #include "DropDownList.h"
 
 #include "KeyCodes.h"
+#include "PopupFrame.h"
 #include "base/Guard.h"
 
 #include <QAbstractListModel>
@@ -132,13 +133,7 @@ void DropDownList::SetListIndex(int index)
 
 void DropDownList::makePopup()
 {
-    // A tool tip window: unlike a popup it leaves the keyboard where it is.
-    auto* frame = new QFrame(window(), Qt::ToolTip | Qt::FramelessWindowHint);
-    frame->setFrameStyle(QFrame::Box | QFrame::Plain);
-    frame->setForegroundRole(QPalette::Mid);
-    m_popup = frame;
-    m_popup->setAttribute(Qt::WA_ShowWithoutActivating);
-    m_popup->setFocusPolicy(Qt::NoFocus);
+    m_popup = newPopupFrame(window());
     m_popup->setObjectName(QStringLiteral("dropDown"));
     m_view = new QListView(m_popup);
     m_view->setObjectName(QStringLiteral("entries"));
@@ -219,20 +214,12 @@ int DropDownList::contentWidth() const
 
 void DropDownList::placePopup()
 {
-    const QRect available = screen()->availableGeometry();
-    const QPoint place = mapToGlobal(QPoint(0, 0));
     const int rows = std::clamp(ListCount(), 1, VisibleRows);
     const int frame = 2 * (static_cast<QFrame*>(m_popup.data())->frameWidth() + 1);
     const int rowHeight = QFontMetrics(m_view->font()).height() + RowPadding;
-    const int below = available.bottom() + 1 - (place.y() + height());
-    const int above = place.y() - available.top();
-    int popupHeight = rows * rowHeight + frame;
-    const bool upward = popupHeight > below && above > below;
-    popupHeight = std::min(popupHeight, std::max(upward ? above : below, rowHeight + frame));
-    const int popupWidth = std::min(std::max(width(), contentWidth()), available.width());
-    const int x = std::clamp(place.x(), available.left(), available.right() + 1 - popupWidth);
-    const int y = upward ? place.y() - popupHeight : place.y() + height();
-    m_popup->setGeometry(x, y, popupWidth, popupHeight);
+    const QSize wanted(std::max(width(), contentWidth()), rows * rowHeight + frame);
+    m_popup->setGeometry(popupPlace({mapToGlobal(QPoint(0, 0)), size()}, wanted, rowHeight + frame,
+                                    screen()->availableGeometry()));
 }
 
 bool DropDownList::isInsidePopup(const QObject* object) const

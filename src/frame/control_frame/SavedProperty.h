@@ -32,6 +32,8 @@ struct SavedProperty
     std::function<void(const QVariant&)> put;
     /// Where the key is written in another form than it is read; else empty.
     QString writtenKey = {};
+    /// A key under which older forms hold the value: read where the key is missing, never written.
+    QString olderKey = {};
 };
 
 /// In the order in which they are read and written.

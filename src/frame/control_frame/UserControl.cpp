@@ -132,7 +132,9 @@ void UserControl::UserControl_ReadProperties(const PropertyBag& bag)
         propertyStep(routine, [&] {
             QVariant value = property.defaultValue;
             const auto read = [&] {
-                value = convertProperty(property.kind, bag.ReadProperty(property.key, property.defaultValue));
+                if (!property.olderKey.isEmpty())
+                    value = convertProperty(property.kind, bag.ReadProperty(property.olderKey, value));
+                value = convertProperty(property.kind, bag.ReadProperty(property.key, value));
             };
             // What cannot be read leaves a living control as it is; a new one has nothing yet to keep and
             // takes the default.

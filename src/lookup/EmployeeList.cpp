@@ -1,0 +1,72 @@
+#include "EmployeeList.h"
+
+#include "frame/XmlUtils.h"
+#include "frame/host_contracts/Host.h"
+#include "frame/modUtils.h"
+#include "widgets/PictureSurface.h"
+
+#include <algorithm>
+
+namespace tavrin {
+
+namespace {
+
+constexpr int BadgeColumn = 25; // letters "X" from the left
+
+NumberedList::Shape employeeShape()
+{
+    return {QStringLiteral("Employee"),
+            QStringLiteral("OfficerNo"),
+            QStringLiteral("OfficerId"),
+            QStringLiteral("Name"),
+            QStringLiteral("ActiveFlag='True'"),
+            [](const QString& text) {
+                using namespace XmlUtils;
+                return QStringList{
+                    ContainsExpression(UpperCaseExpression(QStringLiteral("Name")), text),
+                    ContainsExpression(UpperCaseExpression(QStringLiteral("OfficerId")), text),
+                    StartsWithExpression(UpperCaseExpression(QStringLiteral("BadgeNo")), text)};
+            }};
+}
+
+} // namespace
+
+EmployeeList::EmployeeList()
+    : NumberedList(employeeShape(), [] { return currentHost().newEmployeeListCache()->Document(); })
+{
+}
+
+QString EmployeeList::k9HandlersOnly()
+{
+    return QStringLiteral("IsK9Handler='True'");
+}
+
+std::vector<XmlNode> EmployeeList::filtered(std::vector<XmlNode> employees,
+                                            const std::function<void(qint32, bool&)>& filter) const
+{
+    const QString key = QStringLiteral("OfficerNo");
+    std::erase_if(employees, [&](const XmlNode& employee) {
+        bool exclude = false;
+        filter(employee.childElement(key).text().toInt(), exclude);
+        return exclude;
+    });
+    return employees;
+}
+
+void EmployeeList::drawRow(PictureSurface& picture, const XmlNode& employee, const QString& query) const
+{
+    picture.SetFontBold(true);
+    modUtils::PrintHighlighted(picture, shortText(employee) + QStringLiteral(": "), query);
+    picture.SetFontBold(false);
+    modUtils::PrintHighlighted(picture, longText(employee), query);
+    // Set outright, so that the badges make a column; a long name runs below its badge.
+    picture.SetCurrentX(picture.TextWidth(QString(BadgeColumn, QLatin1Char('X'))));
+    const QString badge = employee.childElement(QStringLiteral("BadgeNo")).text();
+    if (!badge.trimmed().isEmpty())
+        modUtils::PrintHighlighted(picture, QLatin1Char('#') + badge, query);
+    picture.SetWidth(picture.CurrentX());
+    picture.EndLine();
+    picture.SetHeight(picture.CurrentY());
+}
+
+} // namespace tavrin

@@ -1,0 +1,94 @@
+#include "FlatEmployeePicker.h"
+
+#include "widgets/PictureSurface.h"
+#include "widgets/Placement.h"
+#include "widgets/Tag.h"
+
+namespace tavrin {
+
+FlatEmployeePicker::FlatEmployeePicker(QWidget* parent, const ControlSite& site)
+    : FlatPicker(parent, site)
+{
+    begin();
+}
+
+FlatEmployeePicker::~FlatEmployeePicker() = default;
+
+// Properties
+
+void FlatEmployeePicker::SetValue(const QVariant& value)
+{
+    putNumber(value, m_list);
+}
+
+void FlatEmployeePicker::SetK9HandlersOnly(bool handlersOnly)
+{
+    m_k9HandlersOnly = handlersOnly;
+    Q_EMIT PropertyChanged(QStringLiteral("K9HandlersOnly"));
+}
+
+void FlatEmployeePicker::SetListAllEmployees(bool listAll)
+{
+    m_listAllEmployees = listAll;
+    Q_EMIT PropertyChanged(QStringLiteral("ListAllEmployees"));
+}
+
+SavedProperties FlatEmployeePicker::savedProperties()
+{
+    return {enabledProperty(),
+            showNameProperty(),
+            removeUsedValuesProperty(),
+            fontProperty(),
+            flagProperty(QStringLiteral("K9HandlersOnly"), m_k9HandlersOnly),
+            flagProperty(QStringLiteral("ListAllEmployees"), m_listAllEmployees),
+            backColorProperty(),
+            foreColorProperty(),
+            captionProperty(),
+            requiredProperty()};
+}
+
+// The list
+
+void FlatEmployeePicker::search(const QString& query, Suggestions& results)
+{
+    SearchOptions options = searchOptions(m_listAllEmployees);
+    if (m_k9HandlersOnly)
+        options.restriction = EmployeeList::k9HandlersOnly();
+    results = m_list.filtered(m_list.search(query, options),
+                              [this](qint32 officerNo, bool& exclude) { Q_EMIT Filter(officerNo, exclude); });
+}
+
+void FlatEmployeePicker::drawRow(PictureSurface& picture, const XmlNode& item, const QString& query, bool)
+{
+    picture.SetFont(*Font());
+    m_list.drawRow(picture, item, query);
+}
+
+QString FlatEmployeePicker::boxText(const XmlNode& item)
+{
+    return m_list.shortText(item);
+}
+
+QVariant FlatEmployeePicker::valueOf(const XmlNode& item)
+{
+    return m_list.number(item);
+}
+
+QString FlatEmployeePicker::longText(const XmlNode& item)
+{
+    return m_list.longText(item);
+}
+
+// Layout
+
+int FlatEmployeePicker::tagLength() const
+{
+    return 25;
+}
+
+void FlatEmployeePicker::placeTag(Tag& tag, Twips margin)
+{
+    moveTo(tag, margin, captionHeight() + margin); // as wide as its caption
+}
+
+} // namespace tavrin

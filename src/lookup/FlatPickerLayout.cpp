@@ -1,0 +1,121 @@
+// The layout arithmetic of the flat pickers, in twips.
+
+#include "FlatPicker.h"
+#include "base/Variant.h"
+#include "frame/control_frame/FailurePolicy.h"
+#include "frame/modUtils.h"
+#include "widgets/BoxShape.h"
+#include "widgets/GroupBox.h"
+#include "widgets/Label.h"
+#include "widgets/Link.h"
+#include "widgets/Placement.h"
+#include "widgets/Tag.h"
+
+#include <QFontMetricsF>
+#include <QScopedValueRollback>
+
+namespace tavrin {
+
+namespace {
+
+constexpr int StandardLetters = 28; // an empty picker is so many letters "X" wide
+constexpr Twips CaptionStep = 60;
+constexpr Twips BesideLink = 90;
+constexpr Twips DropDownSinks = 30; // the drop-down sign stands lower than the clear sign
+
+} // namespace
+
+Twips FlatPicker::BoxMargin() const
+{
+    constexpr Twips pixels = 8;
+    return ScaleY(pixels, ScaleMode::Pixels, ScaleMode::Twips);
+}
+
+Twips FlatPicker::MeasureTextWidth(const QString& text) const
+{
+    return static_cast<Twips>(QFontMetricsF(CloneFont(*Font())->toQFont()).horizontalAdvance(text)) *
+           TwipsPerPixel;
+}
+
+Twips FlatPicker::MeasureTextHeight(const tavrin::Font& font) const
+{
+    return static_cast<Twips>(QFontMetricsF(CloneFont(font)->toQFont()).height()) * TwipsPerPixel;
+}
+
+Twips FlatPicker::captionHeight() const
+{
+    if (m_caption.isEmpty())
+        return 0;
+    return CaptionStep *
+           static_cast<Twips>(modUtils::Ceiling((heightOf(*lblCaption) + CaptionStep) / CaptionStep));
+}
+
+Twips FlatPicker::boxHeight() const
+{
+    return 2 * BoxMargin() + MeasureTextHeight(*Font());
+}
+
+Twips FlatPicker::standardWidth() const
+{
+    return MeasureTextWidth(QString(StandardLetters, QLatin1Char('X')));
+}
+
+QSize FlatPicker::sizeHint() const
+{
+    return {toPixels(standardWidth()), toPixels(boxHeight() + captionHeight())};
+}
+
+void FlatPicker::resizeToContent()
+{
+    const bool standard = m_showName && IsNull(m_value);
+    const QScopedValueRollback inLayout(m_inLayout, true);
+    modUtils::ResizeTwips(*this, standard ? standardWidth() : ScaleWidth(), boxHeight() + captionHeight());
+}
+
+void FlatPicker::LayoutControls()
+{
+    if (m_inLayout)
+        return;
+    moveTo(*lblCaption, 0, 0);
+    const Twips caption = captionHeight();
+    const Twips box = boxHeight();
+    const Twips oldWidth = ScaleWidth();
+    continueOnError([this] { resizeToContent(); });
+    // From the width before: after a shrink the text box has the old width until the next pass.
+    const Twips innerWidth = oldWidth - 2 * BoxMargin();
+    acTextBox->SetListWidth(ScaleWidth());
+    acTextBox->SetOwnerWindow(hWnd());
+    const Twips tagMargin = box / 2 - heightOf(*tagName) / 2;
+    placeTag(*tagName, tagMargin);
+    moveTo(*shpBorder, 0, caption, ScaleWidth(), box);
+    placeLink(caption, box);
+    continueOnError([&] { placeTextBox(caption, box, innerWidth); });
+    updateGeometry();
+}
+
+void FlatPicker::placeLink(Twips caption, Twips box)
+{
+    moveTo(*lnkDropDown, 0, 0);
+    const Twips width = widthOf(*lnkDropDown);
+    const Twips height = heightOf(*lnkDropDown);
+    const Twips extra = IsNull(m_value) ? DropDownSinks : 0;
+    moveTo(*grpDropDownButton, ScaleWidth() - width - BesideLink, box / 2 - height / 2 + caption + extra,
+           width, height);
+}
+
+void FlatPicker::placeTextBox(Twips caption, Twips box, Twips innerWidth)
+{
+    const Twips textHeight = MeasureTextHeight(*Font());
+    const Twips textTop = box / 2 - textHeight / 2 + caption;
+    if (showsTag()) {
+        const Twips left = 2 * leftOf(*tagName) + widthOf(*tagName);
+        // A long tag leaves no width, which counts as 0.
+        moveTo(*acTextBox, left, textTop, leftOf(*grpDropDownButton) - left, textHeight);
+        showBesideTag();
+    } else {
+        moveTo(*acTextBox, BoxMargin(), textTop, innerWidth - widthOf(*grpDropDownButton), textHeight);
+        showAlone();
+    }
+}
+
+} // namespace tavrin

@@ -1,0 +1,120 @@
+#include "FlatUserPicker.h"
+
+#include "base/Error.h"
+#include "base/Variant.h"
+#include "frame/host_contracts/Host.h"
+#include "widgets/Placement.h"
+#include "widgets/Tag.h"
+
+namespace tavrin {
+
+FlatUserPicker::FlatUserPicker(QWidget* parent, const ControlSite& site)
+    : FlatPicker(parent, site)
+{
+    if (ambient().UserMode()) {
+        m_events = currentHost().hostServices().Events().CacheRefreshed.subscribe(
+            [this](const CacheRefreshInfo&) { m_list.dropDocuments(); });
+    }
+    begin();
+}
+
+FlatUserPicker::~FlatUserPicker() = default;
+
+// Properties
+
+void FlatUserPicker::SetValue(const QVariant& value)
+{
+    if (!IsNull(value) && !IsNull(m_value) && SameValue(value, m_value))
+        return;
+    const QString text = ToText(value);
+    XmlNode item;
+    if (UserTeamList::isUser(value) || UserTeamList::isTeam(value))
+        item = m_list.find(value);
+    else if (!text.isEmpty())
+        throw Error(QStringLiteral("Unrecognized value format '%1'").arg(text));
+    const QPointer<FlatUserPicker> self(this);
+    if (item.isNull())
+        acTextBox->ClearSelection();
+    else
+        acTextBox->SelectItem(item);
+    if (!self)
+        return;
+    m_value = value; // behind the handler, so that a value that is in neither list is kept
+    Q_EMIT PropertyChanged(QStringLiteral("Value"));
+}
+
+void FlatUserPicker::SetIncludeInactive(bool include)
+{
+    m_includeInactive = include;
+    Q_EMIT PropertyChanged(QStringLiteral("IncludeInactive"));
+}
+
+SavedProperties FlatUserPicker::savedProperties()
+{
+    SavedProperty includeInactive = flagProperty(QStringLiteral("IncludeInactive"), m_includeInactive);
+    includeInactive.olderKey = QStringLiteral("ListAllUsers");
+    return {enabledProperty(),   showNameProperty(), removeUsedValuesProperty(),
+            fontProperty(),      includeInactive,    backColorProperty(),
+            foreColorProperty(), captionProperty(),  requiredProperty()};
+}
+
+// The list
+
+void FlatUserPicker::search(const QString& query, Suggestions& results)
+{
+    const SearchOptions options = searchOptions(m_includeInactive);
+    results = m_list.SearchUsers(query, options);
+    const Suggestions teams = m_list.SearchTeams(query, options);
+    results.insert(results.end(), teams.begin(), teams.end());
+}
+
+void FlatUserPicker::drawRow(PictureSurface& picture, const XmlNode& item, const QString& query,
+                             bool selected)
+{
+    m_list.drawRow(picture, *Font(), item, query, selected);
+}
+
+QString FlatUserPicker::boxText(const XmlNode& item)
+{
+    return m_list.shortText(item);
+}
+
+QVariant FlatUserPicker::valueOf(const XmlNode& item)
+{
+    return m_list.value(item);
+}
+
+QString FlatUserPicker::longText(const XmlNode& item)
+{
+    return m_list.longText(item);
+}
+
+// Layout
+
+int FlatUserPicker::tagLength() const
+{
+    return 29;
+}
+
+void FlatUserPicker::placeTag(Tag& tag, Twips margin)
+{
+    moveTo(tag, margin, captionHeight() + margin, ScaleWidth() - 2 * margin, heightOf(tag));
+}
+
+void FlatUserPicker::showBesideTag()
+{
+    if (acTextBox->isHidden())
+        return;
+    setFocusProxy(nullptr);
+    if (hasFocusInside())
+        setFocus(); // before the box goes: Qt would give its focus to the next field
+    acTextBox->hide();
+}
+
+void FlatUserPicker::showAlone()
+{
+    acTextBox->show();
+    setFocusProxy(acTextBox); // which takes over the focus, if the control itself has it
+}
+
+} // namespace tavrin

@@ -1,0 +1,174 @@
+#include "SearchPicker.h"
+
+#include "base/Variant.h"
+#include "frame/control_frame/FailurePolicy.h"
+
+namespace tavrin {
+
+namespace {
+
+QVariant asVariant(Color color)
+{
+    return QVariant::fromValue(color);
+}
+
+} // namespace
+
+SearchPicker::SearchPicker(QWidget* parent, const ControlSite& site, SearchBox& box)
+    : UserControl(parent, site)
+    , m_box(box)
+    , m_font([this] { applyFont(); })
+{
+    m_box.setParent(this);
+    m_subscriptions.push_back(m_box.SearchRequested.subscribe(
+        [this](const QString& query, Suggestions& results) { search(query, results); }));
+    m_subscriptions.push_back(
+        m_box.DrawItem.subscribe([this](PictureSurface& picture, const XmlNode& item, const QString& query,
+                                        bool selected) { drawRow(picture, item, query, selected); }));
+    m_subscriptions.push_back(
+        m_box.GetItemText.subscribe([this](const XmlNode& item, QString& text) { text = boxText(item); }));
+    m_subscriptions.push_back(m_box.SelectionChanged.subscribe([this] { selectionChanged(); }));
+    m_subscriptions.push_back(m_box.ItemPicked.subscribe([this](const XmlNode&) { Q_EMIT ItemSelect(); }));
+    InitDefaults();
+}
+
+void SearchPicker::InitDefaults()
+{
+    m_showName = true;
+    m_removeUsedValues = false;
+    m_value = Null();
+    m_usedValues = std::make_shared<QVariantList>();
+}
+
+// Contract
+
+void SearchPicker::TavrinControl_SetValue(const QVariant& value, const UsedValues& usedValues)
+{
+    // In this order: while the value is put, the used values are the new ones and the host's value is still
+    // the one before.
+    m_usedValues = usedValues ? usedValues : std::make_shared<QVariantList>();
+    const QPointer<SearchPicker> self(this);
+    SetValue(value);
+    if (self)
+        m_hostValue = value;
+}
+
+void SearchPicker::putNumber(const QVariant& value, NumberedList& list)
+{
+    const QPointer<SearchPicker> self(this);
+    m_value = value;
+    const XmlNode item = ToText(value).isEmpty() ? XmlNode() : list.find(value);
+    if (item.isNull())
+        m_box.ClearSelection(); // whose handler writes Null over a value that is not in the list
+    else
+        m_box.SelectItem(item);
+    if (self)
+        Q_EMIT PropertyChanged(QStringLiteral("Value"));
+}
+
+SearchOptions SearchPicker::searchOptions(bool listAll) const
+{
+    return {listAll, m_removeUsedValues, m_hostValue, *m_usedValues};
+}
+
+// Properties
+
+void SearchPicker::SetBackColor(Color color)
+{
+    m_box.SetBackColor(color);
+    Q_EMIT PropertyChanged(QStringLiteral("BackColor"));
+}
+
+void SearchPicker::SetForeColor(Color color)
+{
+    m_box.SetForeColor(color);
+    Q_EMIT PropertyChanged(QStringLiteral("ForeColor"));
+}
+
+void SearchPicker::SetFont(const FontPtr& font)
+{
+    m_font.set(font);
+    Q_EMIT PropertyChanged(QStringLiteral("Font"));
+}
+
+void SearchPicker::SetRemoveUsedValues(bool remove)
+{
+    m_removeUsedValues = remove;
+    Q_EMIT PropertyChanged(QStringLiteral("RemoveUsedValues"));
+}
+
+SavedProperty SearchPicker::enabledProperty()
+{
+    return {QStringLiteral("Enabled"), PropertyKind::Boolean, true, [this] { return Enabled(); },
+            [this](const QVariant& value) { SetEnabled(value.toBool()); }};
+}
+
+SavedProperty SearchPicker::showNameProperty()
+{
+    return {QStringLiteral("ShowName"), PropertyKind::Boolean, true, [this] { return ShowName(); },
+            [this](const QVariant& value) { SetShowName(value.toBool()); }};
+}
+
+SavedProperty SearchPicker::removeUsedValuesProperty()
+{
+    return {QStringLiteral("RemoveUsedValues"), PropertyKind::Boolean, false,
+            [this] { return RemoveUsedValues(); },
+            [this](const QVariant& value) { SetRemoveUsedValues(value.toBool()); }};
+}
+
+SavedProperty SearchPicker::fontProperty()
+{
+    const FontPtr container = ambient().Font();
+    const QVariant standard = QVariant::fromValue(container);
+    return {QStringLiteral("Font"), PropertyKind::Font, standard,
+            [this, container, standard] {
+                // Equal to the container's is the default, though it is another object.
+                const bool same =
+                    Font()->toQFont() == container->toQFont() && Font()->Charset() == container->Charset();
+                return same ? standard : QVariant::fromValue(Font());
+            },
+            [this](const QVariant& value) { SetFont(value.value<FontPtr>()); }};
+}
+
+SavedProperty SearchPicker::backColorProperty()
+{
+    return {QStringLiteral("BackColor"), PropertyKind::Color, asVariant(SystemColor::WindowBackground),
+            [this] { return asVariant(BackColor()); },
+            [this](const QVariant& value) { SetBackColor(value.value<Color>()); }};
+}
+
+SavedProperty SearchPicker::foreColorProperty()
+{
+    return {QStringLiteral("ForeColor"), PropertyKind::Color, asVariant(SystemColor::WindowText),
+            [this] { return asVariant(ForeColor()); },
+            [this](const QVariant& value) { SetForeColor(value.value<Color>()); }};
+}
+
+SavedProperty SearchPicker::flagProperty(const QString& key, bool& field)
+{
+    return {key, PropertyKind::Boolean, false, [&field] { return field; },
+            [&field](const QVariant& value) { field = value.toBool(); }};
+}
+
+// Lifecycle
+
+void SearchPicker::showDisplayName()
+{
+    if (!ambient().UserMode())
+        m_box.SetText(ambient().DisplayName());
+}
+
+void SearchPicker::UserControl_InitProperties()
+{
+    trapAndGoOn(
+        typeName(), QStringLiteral("InitProperties"), [this] { InitDefaults(); },
+        [this] { SetFont(ambient().Font()); }, [this] { showDisplayName(); });
+}
+
+void SearchPicker::UserControl_ReadProperties(const PropertyBag& bag)
+{
+    UserControl::UserControl_ReadProperties(bag);
+    trapAndGoOn(typeName(), QStringLiteral("ReadProperties"), [this] { showDisplayName(); });
+}
+
+} // namespace tavrin

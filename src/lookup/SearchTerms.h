@@ -1,0 +1,29 @@
+#pragma once
+
+#include "base/XmlDocument.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+namespace tavrin {
+
+/// What a picker asks of a list, as XPath conditions on one record.
+struct SearchTerms
+{
+    /// One of these must hold; none: all do.
+    QStringList active;
+    /// Each of these must hold.
+    QStringList restrictions;
+    /// One of these must hold; none: all do.
+    QStringList text;
+
+    /// `record[(...)]`; "" when there is no condition.
+    QString expression(const QString& record) const;
+    /// The records that the conditions leave, in the list's order; without conditions all children of the
+    /// list's root.
+    std::vector<XmlNode> select(const XmlDocument& list, const QString& record) const;
+};
+
+} // namespace tavrin

@@ -1,0 +1,139 @@
+#pragma once
+
+#include "SharedFont.h"
+#include "TextBox.h"
+#include "base/Twips.h"
+#include "base/XmlDocument.h"
+
+#include <QFrame>
+#include <QPointer>
+
+#include <vector>
+
+namespace tavrin {
+
+class PictureSurface;
+class SuggestionView;
+
+/// The result of a search: XML nodes in their order.
+using Suggestions = std::vector<XmlNode>;
+
+/// A text box that suggests: what `AutoCompleteTextBox` and `AutoCompleteComboBox` have in common.
+///
+/// It holds no data of its own. At each change of the text by the person it asks by `SearchRequested`, shows
+/// the result in a list below, and asks by `DrawItem` to paint the rows that come into view. The list never
+/// takes the focus or the keyboard:
+///
+/// | key | does |
+/// |---|---|
+/// | Down, Up, Page Down, Page Up | move the highlight; Down opens a closed list |
+/// | Alt+Down, F4 | open the list, or close it |
+/// | Enter, Tab | take the highlighted row |
+/// | Escape | closes the list and leaves the text |
+///
+/// A row is taken only while the text is the one that it was found for. A single match is highlighted by
+/// itself. Emptying the text drops the chosen item; any other text that was typed and not chosen gives way
+/// to the chosen item's when the focus leaves the box. What an input method composes is left alone until it
+/// is there.
+class SearchBox : public TextBox
+{
+    Q_OBJECT
+
+public:
+    /// The chosen item; a null node for none.
+    const XmlNode& SelectedItem() const { return m_selected; }
+
+    /// Grey hint in the empty box.
+    QString Placeholder() const { return placeholderText(); }
+    void SetPlaceholder(const QString& text) { setPlaceholderText(text); }
+
+    /// Shared by reference; the list has it too.
+    const FontPtr& Font() const { return m_font.get(); }
+    void SetFont(const FontPtr& font) { m_font.set(font); }
+
+    bool Enabled() const { return isEnabled(); }
+
+    /// Width of the list; rows that tell that they are wider make it wider.
+    void SetListWidth(Twips width) { m_listWidth = width; }
+
+    /// Shortest text that is searched for; 0, the default, searches for the empty text too.
+    int MinQueryLength() const { return m_minQueryLength; }
+    void SetMinQueryLength(int length) { m_minQueryLength = length; }
+
+    /// Makes `node` the chosen item and shows its text. Raises `SelectionChanged` before it returns; an error
+    /// in a handler reaches the caller. A null node clears.
+    void SelectItem(const XmlNode& node);
+    /// Drops the chosen item, and raises `SelectionChanged` also when there was none. The text is left to the
+    /// handler.
+    void ClearSelection();
+
+    bool ListIsOpen() const;
+    void CloseList();
+    /// The query of the result that the list shows.
+    const QString& Query() const { return m_query; }
+
+    /// Query, and the result by reference.
+    Event<const QString&, Suggestions&> SearchRequested;
+    /// Surface, item, query, and whether the row is the highlighted one. The handler tells the row's size by
+    /// the surface's width and height.
+    Event<PictureSurface&, const XmlNode&, const QString&, bool> DrawItem;
+    /// The text of an item in the box, by reference.
+    Event<const XmlNode&, QString&> GetItemText;
+    Event<> SelectionChanged;
+    /// The person has taken an item; behind `SelectionChanged`.
+    Event<const XmlNode&> ItemPicked;
+
+protected:
+    explicit SearchBox(QWidget* parent);
+    ~SearchBox() override;
+
+    /// Opens the list for a query, which need not be the text. An error of the search reaches the caller.
+    void openList(const QString& query);
+    /// What the list opens below, and is as wide as: the box, unless another widget that holds it is named.
+    void setListAnchor(QWidget* anchor) { m_anchor = anchor; }
+    /// The window that the list belongs to; nullptr for the box's own.
+    virtual QWidget* listOwner() const { return nullptr; }
+    /// The person empties the box.
+    void clearByPerson();
+    virtual void fontChanged() {}
+
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void edited();
+    void search();
+    void openForKeyboard();
+    bool answersKey(const QKeyEvent& event);
+    bool moveHighlight(int key);
+    bool canTake() const;
+    void take(int row);
+    QString itemText(const XmlNode& item);
+    void makeList();
+    void placeList();
+    void highlightChanged();
+
+    XmlNode m_selected;
+    SharedFont m_font;
+    Twips m_listWidth = 0;
+    int m_minQueryLength = 0;
+    QPointer<QWidget> m_anchor;
+    // A child of its owner's window, which may die before this box.
+    QPointer<QWidget> m_popup;
+    QPointer<SuggestionView> m_view;
+    std::vector<Subscription> m_viewSubscriptions;
+    Suggestions m_result;
+    QString m_query;
+    QString m_resultText; // of the box when the result was computed
+    QRect m_place;        // of the anchor on the screen when the list opened
+    bool m_isComposing = false;
+    bool m_editedWhileComposing = false;
+};
+
+} // namespace tavrin
