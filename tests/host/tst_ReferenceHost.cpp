@@ -125,8 +125,15 @@ private Q_SLOTS:
                                      << true;
         QTest::newRow("other module")
             << QStringLiteral("Personnel") << incident << QStringLiteral("CaseNo") << false;
-        QTest::newRow("no such field") << QStringLiteral("Personnel") << QStringLiteral("Employee")
-                                       << QStringLiteral("DeptTeamNo") << false;
+        QTest::newRow("no such field")
+            << QStringLiteral("Personnel") << QStringLiteral("Employee") << QStringLiteral("TeamNo") << false;
+        QTest::newRow("team of an employee") << QStringLiteral("Personnel") << QStringLiteral("Employee")
+                                             << QStringLiteral("DeptTeamNo") << true;
+        QTest::newRow("reporting officer")
+            << incident << incident << QStringLiteral("ReportingOfficerNo") << true;
+        QTest::newRow("dog handler") << incident << incident << QStringLiteral("K9HandlerNo") << true;
+        QTest::newRow("assignment") << incident << QStringLiteral("IncdAssignment")
+                                    << QStringLiteral("AssignedTo") << true;
         QTest::newRow("list table") << QStringLiteral("Personnel") << QStringLiteral("Employee")
                                     << QStringLiteral("OfficerNo") << true;
     }
