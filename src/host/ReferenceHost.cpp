@@ -62,6 +62,12 @@ bool ReferenceHost::refreshIfChanged()
     return true;
 }
 
+std::optional<QDate> ReferenceHost::employeeLeftOn(int officerNo) const
+{
+    const EmployeeRow* employee = m_services->lists->Lists->employee(officerNo);
+    return employee && employee->LeftOn.isValid() ? std::optional(employee->LeftOn) : std::nullopt;
+}
+
 void ReferenceHost::setTheme(Theme theme)
 {
     m_services->uiServices.setTheme(theme);

@@ -3,9 +3,11 @@
 #include "frame/host_contracts/Host.h"
 #include "host/Database.h"
 
+#include <QDate>
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 namespace tavrin {
 
@@ -43,6 +45,10 @@ public:
     /// Refreshes when another connection has changed the database since the last look; returns whether it
     /// has.
     bool refreshIfChanged();
+
+    /// An employee's last day, as the kept lists have it. None while the person is there, when the day is not
+    /// known, and for a number that nobody has.
+    std::optional<QDate> employeeLeftOn(int officerNo) const;
 
     void setTheme(Theme theme);
     Theme theme() const;

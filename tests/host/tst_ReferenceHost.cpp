@@ -145,6 +145,28 @@ private Q_SLOTS:
         QTEST(m_host->session().FieldExists(module, table, field), "exists");
     }
 
+    void theDayOnWhichAnEmployeeLeftIsKnown_data()
+    {
+        QTest::addColumn<int>("officerNo");
+        QTest::addColumn<std::optional<QDate>>("leftOn");
+        QTest::newRow("has left") << 57 << std::optional(QDate(2026, 3, 31));
+        QTest::newRow("is there") << 1 << std::optional<QDate>();
+        QTest::newRow("nobody") << 999 << std::optional<QDate>();
+    }
+    void theDayOnWhichAnEmployeeLeftIsKnown()
+    {
+        QFETCH(int, officerNo);
+        QTEST(m_host->employeeLeftOn(officerNo), "leftOn");
+    }
+
+    void theDayOnWhichAnEmployeeLeftComesWithARefresh()
+    {
+        execute("UPDATE employee SET active = 0, left_on = '2026-07-08' WHERE officer_no = 1");
+        QVERIFY(!m_host->employeeLeftOn(1));
+        m_host->refreshCaches();
+        QCOMPARE(m_host->employeeLeftOn(1), std::optional(QDate(2026, 7, 8)));
+    }
+
     void requiredFieldsComeFromTheirTable()
     {
         Session& session = m_host->session();
