@@ -39,8 +39,9 @@ public:
     ReferenceHost(Database& database, const ReferenceHostOptions& options);
     ~ReferenceHost() override;
 
-    /// Reads the lists again, then raises `CacheRefreshed` with the names of those that have changed.
-    /// Raises an `Error` when reading fails; the lists then stay as they were and the event is not raised.
+    /// Reads the lists again, then raises `CacheRefreshed` with the names of those that have changed; not
+    /// when none has. Raises an `Error` when reading fails; the lists then stay as they were and the event is
+    /// not raised.
     void refreshCaches();
     /// Refreshes when another connection has changed the database since the last look; returns whether it
     /// has.

@@ -186,6 +186,21 @@ private Q_SLOTS:
                                 "Name Description FirstName ValueDesc"));
     }
 
+    void aRefreshThatFindsNothingChangedRaisesNothing()
+    {
+        const XmlDocument before = m_host->newEmployeeListCache()->Document();
+        bool raised = false;
+        const Subscription keep = m_host->hostServices().Events().CacheRefreshed.subscribe(
+            [&raised](const CacheRefreshInfo&) { raised = true; });
+        Database::open(path("records.db"))
+            ->execute(QStringLiteral("UPDATE incident SET RowVersion = RowVersion + 1"));
+        QVERIFY(m_host->refreshIfChanged());
+        QVERIFY(!m_host->refreshIfChanged());
+        m_host->refreshCaches();
+        QVERIFY(!raised);
+        QVERIFY(m_host->newEmployeeListCache()->Document().sharesTreeWith(before));
+    }
+
     void aLookForChangesThatFailsIsRepeatedAtTheNext()
     {
         const auto other = Database::open(path("records.db"));
