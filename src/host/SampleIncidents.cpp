@@ -113,7 +113,7 @@ private:
         const QJsonValue list = incident.value(rows.name());
         if (!list.isArray())
             throw Error(QStringLiteral("%1 is missing or no array").arg(rows.name()));
-        for (const QJsonValue& element : list.toArray()) {
+        for (const auto& element : list.toArray()) {
             if (!element.isObject())
                 throw Error(QStringLiteral("%1 holds something that is not a row").arg(rows.name()));
             rows.AddNew();
