@@ -18,7 +18,7 @@ namespace {
 QString decoded(const QByteArray& bytes, const QString& path)
 {
     QStringDecoder decoder(QStringDecoder::Utf8);
-    const QString text = decoder(bytes);
+    QString text = decoder(bytes);
     if (decoder.hasError())
         throw Error(QStringLiteral("%1: the file is not UTF-8 text").arg(path));
     return text;
@@ -187,6 +187,11 @@ int CsvTable::number(int row, const QString& column) const
     if (!ok)
         fail(row, QStringLiteral("%1 is not a number: \"%2\"").arg(column, text(row, column)));
     return number;
+}
+
+std::optional<int> CsvTable::optionalNumber(int row, const QString& column) const
+{
+    return text(row, column).isEmpty() ? std::nullopt : std::optional(number(row, column));
 }
 
 bool CsvTable::flag(int row, const QString& column) const

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 namespace tavrin {
 
 /// The folder of plain data files: the one built into the program, or one on disk in its place.
@@ -44,6 +46,8 @@ public:
     /// A text that may not be empty.
     QString requiredText(int row, const QString& column) const;
     int number(int row, const QString& column) const;
+    /// An empty cell gives none.
+    std::optional<int> optionalNumber(int row, const QString& column) const;
     /// "1" or "0".
     bool flag(int row, const QString& column) const;
     /// ISO date; an empty cell gives a null date.

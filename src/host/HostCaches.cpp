@@ -23,98 +23,75 @@ std::optional<int> numberIn(const QVariant& value)
     }
 }
 
-} // namespace
-
-HostTableCodeCache::HostTableCodeCache(std::shared_ptr<HostListsHolder> lists)
-    : m_lists(std::move(lists))
+/// A column of the row that a list holds under the number in `key`; "" when it holds none.
+template <typename Row>
+QString textOf(const HostLists& lists, const Row* (HostLists::*rowUnder)(int) const, const QVariant& key,
+               QString Row::*column)
 {
+    const auto number = numberIn(key);
+    const Row* row = number ? (lists.*rowUnder)(*number) : nullptr;
+    return row ? row->*column : QString();
 }
+
+} // namespace
 
 XmlDocument HostTableCodeCache::Document(TableNumber table)
 {
-    return m_lists->Lists->tableCodeDocument(table);
+    return lists().tableCodeDocument(table);
 }
 
 QString HostTableCodeCache::GetDescription(TableNumber table, const QVariant& code)
 {
     const auto number = numberIn(code);
-    const CodeValueRow* row = number ? m_lists->Lists->codeValue(table, *number) : nullptr;
+    const CodeValueRow* row = number ? lists().codeValue(table, *number) : nullptr;
     return row ? row->DisplayText : QString();
-}
-
-HostEmployeeListCache::HostEmployeeListCache(std::shared_ptr<HostListsHolder> lists)
-    : m_lists(std::move(lists))
-{
 }
 
 XmlDocument HostEmployeeListCache::Document()
 {
-    return m_lists->Lists->employeeDocument();
+    return lists().employeeDocument();
 }
 
 QString HostEmployeeListCache::ShortText(const QVariant& officerNo)
 {
-    const auto number = numberIn(officerNo);
-    const EmployeeRow* row = number ? m_lists->Lists->employee(*number) : nullptr;
-    return row ? row->OfficerId : QString();
+    return textOf(lists(), &HostLists::employee, officerNo, &EmployeeRow::OfficerId);
 }
 
 QString HostEmployeeListCache::FullText(const QVariant& officerNo)
 {
-    const auto number = numberIn(officerNo);
-    const EmployeeRow* row = number ? m_lists->Lists->employee(*number) : nullptr;
-    return row ? row->Name : QString();
-}
-
-HostOffenseListCache::HostOffenseListCache(std::shared_ptr<HostListsHolder> lists)
-    : m_lists(std::move(lists))
-{
+    return textOf(lists(), &HostLists::employee, officerNo, &EmployeeRow::Name);
 }
 
 XmlDocument HostOffenseListCache::Document()
 {
-    return m_lists->Lists->offenseDocument();
+    return lists().offenseDocument();
 }
 
 QString HostOffenseListCache::ShortText(const QVariant& offenseNo)
 {
-    const auto number = numberIn(offenseNo);
-    const OffenseRow* row = number ? m_lists->Lists->offense(*number) : nullptr;
-    return row ? row->OffenseId : QString();
+    return textOf(lists(), &HostLists::offense, offenseNo, &OffenseRow::OffenseId);
 }
 
 QString HostOffenseListCache::FullText(const QVariant& offenseNo)
 {
-    const auto number = numberIn(offenseNo);
-    const OffenseRow* row = number ? m_lists->Lists->offense(*number) : nullptr;
-    return row ? row->Description : QString();
-}
-
-HostUsersCache::HostUsersCache(std::shared_ptr<HostListsHolder> lists)
-    : m_lists(std::move(lists))
-{
+    return textOf(lists(), &HostLists::offense, offenseNo, &OffenseRow::Description);
 }
 
 XmlDocument HostUsersCache::Document()
 {
-    return m_lists->Lists->userDocument();
+    return lists().userDocument();
 }
 
 QString HostUsersCache::UserDisplayName(const QString& userId)
 {
-    const UserRow* user = m_lists->Lists->user(userId);
+    const UserRow* user = lists().user(userId);
     return user ? (user->FirstName + QLatin1Char(' ') + user->LastName).trimmed() : QString();
-}
-
-HostNibrsModule::HostNibrsModule(std::shared_ptr<HostListsHolder> lists)
-    : m_lists(std::move(lists))
-{
 }
 
 QList<QPair<QString, QString>> HostNibrsModule::GetNibrsOffenseCodeList()
 {
     QList<QPair<QString, QString>> codes;
-    for (const CodeValueRow& row : m_lists->Lists->codeValues(OffenseCodeTable)) {
+    for (const CodeValueRow& row : lists().codeValues(OffenseCodeTable)) {
         if (row.Active)
             codes.append({row.Id, row.DisplayText});
     }

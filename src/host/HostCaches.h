@@ -8,66 +8,69 @@
 
 namespace tavrin {
 
-class HostTableCodeCache : public TableCodeCache
+/// What the cache classes share: each holds the lists with the host, which it may outlive.
+template <typename Contract>
+class HostCache : public Contract
 {
 public:
-    explicit HostTableCodeCache(std::shared_ptr<HostListsHolder> lists);
-    XmlDocument Document(TableNumber table) override;
-    QString GetDescription(TableNumber table, const QVariant& code) override;
+    explicit HostCache(std::shared_ptr<HostListsHolder> lists)
+        : m_lists(std::move(lists))
+    {
+    }
+
+protected:
+    /// The lists as they are at present; a refresh replaces them.
+    const HostLists& lists() const { return *m_lists->Lists; }
 
 private:
     std::shared_ptr<HostListsHolder> m_lists;
 };
 
-class HostEmployeeListCache : public EmployeeListCache
+class HostTableCodeCache : public HostCache<TableCodeCache>
 {
 public:
-    explicit HostEmployeeListCache(std::shared_ptr<HostListsHolder> lists);
+    using HostCache::HostCache;
+    XmlDocument Document(TableNumber table) override;
+    QString GetDescription(TableNumber table, const QVariant& code) override;
+};
+
+class HostEmployeeListCache : public HostCache<EmployeeListCache>
+{
+public:
+    using HostCache::HostCache;
     XmlDocument Document() override;
     /// The personnel code; "" for a number that nobody has.
     QString ShortText(const QVariant& officerNo) override;
     /// The name; "" for a number that nobody has.
     QString FullText(const QVariant& officerNo) override;
-
-private:
-    std::shared_ptr<HostListsHolder> m_lists;
 };
 
-class HostOffenseListCache : public OffenseListCache
+class HostOffenseListCache : public HostCache<OffenseListCache>
 {
 public:
-    explicit HostOffenseListCache(std::shared_ptr<HostListsHolder> lists);
+    using HostCache::HostCache;
     XmlDocument Document() override;
     /// The section; "" for an offense that is not there.
     QString ShortText(const QVariant& offenseNo) override;
     /// The description; "" for an offense that is not there.
     QString FullText(const QVariant& offenseNo) override;
-
-private:
-    std::shared_ptr<HostListsHolder> m_lists;
 };
 
-class HostUsersCache : public UsersCache
+class HostUsersCache : public HostCache<UsersCache>
 {
 public:
-    explicit HostUsersCache(std::shared_ptr<HostListsHolder> lists);
+    using HostCache::HostCache;
     XmlDocument Document() override;
     /// "First Last"; "" for a user who is not there.
     QString UserDisplayName(const QString& userId) override;
-
-private:
-    std::shared_ptr<HostListsHolder> m_lists;
 };
 
-class HostNibrsModule : public NibrsModuleService
+class HostNibrsModule : public HostCache<NibrsModuleService>
 {
 public:
-    explicit HostNibrsModule(std::shared_ptr<HostListsHolder> lists);
+    using HostCache::HostCache;
     /// The offense codes in use.
     QList<QPair<QString, QString>> GetNibrsOffenseCodeList() override;
-
-private:
-    std::shared_ptr<HostListsHolder> m_lists;
 };
 
 } // namespace tavrin

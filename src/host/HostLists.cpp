@@ -1,5 +1,6 @@
 #include "host/HostLists.h"
 
+#include "base/Variant.h"
 #include "host/Statement.h"
 
 namespace tavrin {
@@ -28,6 +29,11 @@ const Row* rowAt(const QList<Row>& rows, int index)
 QDate dateAt(const Statement& statement, int column)
 {
     return QDate::fromString(statement.text(column), Qt::ISODate);
+}
+
+std::optional<int> numberOrNone(const Statement& statement, int column)
+{
+    return IsNull(statement.value(column)) ? std::nullopt : std::optional(statement.number(column));
 }
 
 } // namespace
@@ -61,12 +67,13 @@ void HostLists::readEmployees(Database& database)
 {
     Statement read(database,
                    QStringLiteral("SELECT officer_no, officer_id, name, badge_no, active, k9_handler, "
-                                  "hired, left_on FROM employee ORDER BY name, officer_no"));
+                                  "hired, left_on, dept_team_no FROM employee ORDER BY name, officer_no"));
     read.run();
     while (read.next()) {
         m_employeeIndex.insert(read.number(0), static_cast<int>(m_employees.size()));
-        m_employees << EmployeeRow{read.number(0), read.text(1), read.text(2),    read.text(3),
-                                   read.flag(4),   read.flag(5), dateAt(read, 6), dateAt(read, 7)};
+        m_employees << EmployeeRow{read.number(0),  read.text(1),    read.text(2),
+                                   read.text(3),    read.flag(4),    read.flag(5),
+                                   dateAt(read, 6), dateAt(read, 7), numberOrNone(read, 8)};
     }
 }
 

@@ -12,6 +12,11 @@ QVariant textOrNull(const QString& text)
     return text.isEmpty() ? Null() : QVariant(text);
 }
 
+QVariant numberOrNull(const std::optional<int>& number)
+{
+    return number ? QVariant(*number) : Null();
+}
+
 } // namespace
 
 void insertRows(Database& database, const QList<CodeTableRow>& rows)
@@ -33,11 +38,11 @@ void insertRows(Database& database, const QList<CodeValueRow>& rows)
 void insertRows(Database& database, const QList<EmployeeRow>& rows)
 {
     Statement insert(database, QStringLiteral("INSERT INTO employee (officer_no, officer_id, name, badge_no, "
-                                              "active, k9_handler, hired, left_on) "
-                                              "VALUES (?, ?, ?, ?, ?, ?, ?, ?)"));
+                                              "active, k9_handler, hired, left_on, dept_team_no) "
+                                              "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)"));
     for (const EmployeeRow& row : rows)
         insert.run({row.OfficerNo, row.OfficerId, row.Name, textOrNull(row.BadgeNo), row.Active,
-                    row.K9Handler, row.Hired, row.LeftOn});
+                    row.K9Handler, row.Hired, row.LeftOn, numberOrNull(row.DeptTeamNo)});
 }
 
 void insertRows(Database& database, const QList<UserRow>& rows)

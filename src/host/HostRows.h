@@ -6,6 +6,8 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 // The rows of the lists that the host keeps, as plain values.
 
 namespace tavrin {
@@ -40,7 +42,8 @@ struct EmployeeRow
     bool Active = true;
     bool K9Handler = false;
     QDate Hired;
-    QDate LeftOn; ///< null while the person is there
+    QDate LeftOn;                  ///< null while the person is there
+    std::optional<int> DeptTeamNo; ///< value of the table of teams; none for a person without a team
 
     friend bool operator==(const EmployeeRow&, const EmployeeRow&) = default;
 };

@@ -59,7 +59,8 @@ RecordSchema makeIncident()
                    QStringLiteral("Incident.Incident"),
                    {key("IncidentNo"), text("CaseNo", 20), dateTime("ReportedAt"), dateTime("OccurredAt"),
                     text("Summary", 200), text("Address", 120), text("City", 60), text("Status", 20),
-                    number("LocationTypeNo"), number("WeaponNo"), number("BiasNo"), text("Narrative", 100000),
+                    number("LocationTypeNo"), number("WeaponNo"), number("BiasNo"),
+                    number("ReportingOfficerNo"), number("K9HandlerNo"), text("Narrative", 100000),
                     number("PrimaryOffenseSeqNo")}};
     schema.Collections = {
         {QStringLiteral("Offenses"), child("IncdOffense", {number("OffenseNo"), yesNo("Completed")}),
@@ -74,6 +75,7 @@ RecordSchema makeIncident()
          {}},
         {QStringLiteral("Witnesses"), child("IncdWitness", {text("WitnessName", nameLength)}), {}},
         {QStringLiteral("Others"), child("IncdOther", {text("OtherName", nameLength)}), {}},
+        {QStringLiteral("Assignments"), child("IncdAssignment", {text("AssignedTo", 80)}), {}},
     };
     return schema;
 }
@@ -88,7 +90,8 @@ QList<TableSchema> makeAllTables()
                           QStringLiteral("Employee"),
                           QStringLiteral("Personnel.Employee"),
                           {key("OfficerNo"), text("OfficerId", 20), text("Name", 80), text("BadgeNo", 20),
-                           yesNo("Active"), yesNo("K9Handler"), date("Hired"), date("LeftOn")}};
+                           yesNo("Active"), yesNo("K9Handler"), date("Hired"), date("LeftOn"),
+                           number("DeptTeamNo")}};
     return tables;
 }
 

@@ -46,11 +46,14 @@ ReferenceHost::~ReferenceHost() = default;
 
 void ReferenceHost::refreshCaches()
 {
-    const auto before = m_services->lists->Lists;
     const qint64 version = m_database.dataVersion();
-    m_services->lists->Lists = HostLists::read(m_database);
+    const auto fresh = HostLists::read(m_database);
     m_dataVersion = version;
-    const CacheRefreshInfo info{m_services->lists->Lists->differencesFrom(*before)};
+    const CacheRefreshInfo info{fresh->differencesFrom(*m_services->lists->Lists)};
+    // Most changes of the database are saved records: the lists then stay, with the documents built for them.
+    if (info.Changed.isEmpty())
+        return;
+    m_services->lists->Lists = fresh;
     m_services->hostServices.Events().CacheRefreshed.raise(info);
 }
 
@@ -60,6 +63,12 @@ bool ReferenceHost::refreshIfChanged()
         return false;
     refreshCaches();
     return true;
+}
+
+std::optional<QDate> ReferenceHost::employeeLeftOn(int officerNo) const
+{
+    const EmployeeRow* employee = m_services->lists->Lists->employee(officerNo);
+    return employee && employee->LeftOn.isValid() ? std::optional(employee->LeftOn) : std::nullopt;
 }
 
 void ReferenceHost::setTheme(Theme theme)

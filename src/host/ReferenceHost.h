@@ -3,9 +3,11 @@
 #include "frame/host_contracts/Host.h"
 #include "host/Database.h"
 
+#include <QDate>
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 namespace tavrin {
 
@@ -37,12 +39,17 @@ public:
     ReferenceHost(Database& database, const ReferenceHostOptions& options);
     ~ReferenceHost() override;
 
-    /// Reads the lists again, then raises `CacheRefreshed` with the names of those that have changed.
-    /// Raises an `Error` when reading fails; the lists then stay as they were and the event is not raised.
+    /// Reads the lists again, then raises `CacheRefreshed` with the names of those that have changed; not
+    /// when none has. Raises an `Error` when reading fails; the lists then stay as they were and the event is
+    /// not raised.
     void refreshCaches();
     /// Refreshes when another connection has changed the database since the last look; returns whether it
     /// has.
     bool refreshIfChanged();
+
+    /// An employee's last day, as the kept lists have it. None while the person is there, when the day is not
+    /// known, and for a number that nobody has.
+    std::optional<QDate> employeeLeftOn(int officerNo) const;
 
     void setTheme(Theme theme);
     Theme theme() const;

@@ -1,6 +1,7 @@
 #include "host/SampleData.h"
 
 #include "base/Error.h"
+#include "frame/host_contracts/Contracts.h"
 #include "host/HostRows.h"
 #include "host/SampleIncidents.h"
 #include "host/Statement.h"
@@ -157,17 +158,28 @@ QList<CodeValueRow> Filler::readCodeTable(int tableNo, const QString& fileName)
 void Filler::fillEmployees()
 {
     const CsvTable table(m_files, words("sample/employees.csv"),
-                         columns("OfficerNo,OfficerId,Name,BadgeNo,Active,K9Handler,Hired,Left"));
+                         columns("OfficerNo,OfficerId,Name,BadgeNo,Active,K9Handler,Hired,Left,DeptTeamNo"));
     QList<EmployeeRow> rows;
     Unique<int> numbers;
     for (int row = 0; row < table.rowCount(); ++row) {
-        rows << EmployeeRow{
-            table.number(row, words("OfficerNo")),  table.requiredText(row, words("OfficerId")),
-            table.requiredText(row, words("Name")), table.text(row, words("BadgeNo")),
-            table.flag(row, words("Active")),       table.flag(row, words("K9Handler")),
-            table.date(row, words("Hired")),        table.date(row, words("Left"))};
-        numbers.add(table, row, "OfficerNo", rows.last().OfficerNo);
-        m_officerIds.add(table, row, "OfficerId", rows.last().OfficerId);
+        rows << EmployeeRow{table.number(row, words("OfficerNo")),
+                            table.requiredText(row, words("OfficerId")),
+                            table.requiredText(row, words("Name")),
+                            table.text(row, words("BadgeNo")),
+                            table.flag(row, words("Active")),
+                            table.flag(row, words("K9Handler")),
+                            table.date(row, words("Hired")),
+                            table.date(row, words("Left")),
+                            table.optionalNumber(row, words("DeptTeamNo"))};
+        const EmployeeRow& employee = rows.last();
+        numbers.add(table, row, "OfficerNo", employee.OfficerNo);
+        m_officerIds.add(table, row, "OfficerId", employee.OfficerId);
+        const std::optional<int> team = employee.DeptTeamNo;
+        if (team && !m_known.Values[Tables::Team].contains(*team))
+            table.fail(row, QStringLiteral("table %1 has no value %2").arg(Tables::Team).arg(*team));
+        m_known.Employees.insert(employee.OfficerNo);
+        if (employee.K9Handler)
+            m_known.K9Handlers.insert(employee.OfficerNo);
     }
     insertRows(m_database, rows);
 }
@@ -183,6 +195,7 @@ void Filler::fillUsers()
                         table.text(row, words("BadgeNo")),          table.flag(row, words("Active"))};
         const UserRow& user = rows.last();
         m_userIds.add(table, row, "UserId", user.UserId);
+        m_known.Users.insert(user.UserId);
         if (!user.OfficerId.isEmpty() && !m_officerIds.contains(user.OfficerId))
             table.fail(row, QStringLiteral("there is no employee with the OfficerId %1").arg(user.OfficerId));
     }

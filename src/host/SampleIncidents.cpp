@@ -1,6 +1,7 @@
 #include "host/SampleIncidents.h"
 
 #include "base/Error.h"
+#include "frame/host_contracts/Contracts.h"
 #include "host/RecordStore.h"
 
 #include <QJsonArray>
@@ -16,7 +17,9 @@ namespace tavrin {
 namespace {
 
 constexpr auto FileName = "sample/incidents.json";
-constexpr int AnyOffense = -1; // stands for the list of offenses, which is no code table
+// These stand for lists that are no code tables.
+constexpr int AnyOffense = -1;
+constexpr int AnyEmployee = -2;
 
 struct CodeColumn
 {
@@ -24,10 +27,15 @@ struct CodeColumn
     int TableNo;
 };
 
-constexpr std::array CodeColumns{CodeColumn{"LocationTypeNo", 301},  CodeColumn{"WeaponNo", 302},
-                                 CodeColumn{"BiasNo", 303},          CodeColumn{"RaceNo", 312},
-                                 CodeColumn{"SexNo", 313},           CodeColumn{"InjuryNo", 308},
-                                 CodeColumn{"OffenseNo", AnyOffense}};
+constexpr std::array CodeColumns{CodeColumn{"LocationTypeNo", 301},
+                                 CodeColumn{"WeaponNo", 302},
+                                 CodeColumn{"BiasNo", 303},
+                                 CodeColumn{"RaceNo", 312},
+                                 CodeColumn{"SexNo", 313},
+                                 CodeColumn{"InjuryNo", 308},
+                                 CodeColumn{"OffenseNo", AnyOffense},
+                                 CodeColumn{"ReportingOfficerNo", AnyEmployee},
+                                 CodeColumn{"K9HandlerNo", AnyEmployee}};
 
 int lineAt(const QByteArray& json, qsizetype offset)
 {
@@ -78,7 +86,7 @@ public:
             fail(1, QStringLiteral("the file is not an array of incidents"));
         const QList<int> lines = startLines(m_json);
         int index = 0;
-        for (const QJsonValue& incident : document.array()) {
+        for (const auto& incident : document.array()) {
             if (!incident.isObject())
                 fail(1, QStringLiteral("element %1 is not an incident").arg(index + 1));
             insert(incident.toObject(), lines.value(index++, 1));
@@ -105,7 +113,7 @@ private:
         const QJsonValue list = incident.value(rows.name());
         if (!list.isArray())
             throw Error(QStringLiteral("%1 is missing or no array").arg(rows.name()));
-        for (const QJsonValue& element : list.toArray()) {
+        for (const auto& element : list.toArray()) {
             if (!element.isObject())
                 throw Error(QStringLiteral("%1 holds something that is not a row").arg(rows.name()));
             rows.AddNew();
@@ -124,23 +132,59 @@ private:
                 throw Error(QStringLiteral("%1 is missing").arg(name));
             const QJsonValue value = values.value(name);
             cell->setValue(value.isNull() ? QVariant::fromValue(nullptr) : value.toVariant());
-            checkCode(name, value);
+            if (!value.isNull())
+                checkReference(name, value);
         }
     }
 
-    void checkCode(const QString& column, const QJsonValue& value) const
+    void checkReference(const QString& column, const QJsonValue& value) const
+    {
+        checkCode(column, value.toInt());
+        if (column == QStringLiteral("K9HandlerNo") && !m_known.K9Handlers.contains(value.toInt()))
+            throw Error(QStringLiteral("%1 refers to the employee %2, who handles no dog")
+                            .arg(column)
+                            .arg(value.toInt()));
+        if (column == QStringLiteral("AssignedTo"))
+            checkAssignment(column, value.toVariant().toString());
+    }
+
+    void checkCode(const QString& column, int number) const
     {
         const auto found =
             std::find_if(CodeColumns.begin(), CodeColumns.end(),
                          [&column](const CodeColumn& c) { return column == QLatin1String(c.Name); });
-        if (found == CodeColumns.end() || value.isNull())
-            return;
-        const auto values = m_known.Values.find(found->TableNo);
-        const bool known = found->TableNo == AnyOffense
-                               ? m_known.Offenses.contains(value.toInt())
-                               : values != m_known.Values.end() && values->second.contains(value.toInt());
+        if (found != CodeColumns.end() && !isKnown(found->TableNo, number))
+            throw Error(QStringLiteral("%1 has no row %2 to refer to").arg(column).arg(number));
+    }
+
+    bool isKnown(int tableNo, int number) const
+    {
+        if (tableNo == AnyOffense)
+            return m_known.Offenses.contains(number);
+        if (tableNo == AnyEmployee)
+            return m_known.Employees.contains(number);
+        const auto values = m_known.Values.find(tableNo);
+        return values != m_known.Values.end() && values->second.contains(number);
+    }
+
+    /// "user:" and a sign-on name, or "team:" and a value of the table of teams.
+    void checkAssignment(const QString& column, const QString& assignedTo) const
+    {
+        const QString kind = assignedTo.section(QLatin1Char(':'), 0, 0);
+        const QString key = assignedTo.section(QLatin1Char(':'), 1);
+        bool known = false;
+        if (kind == QStringLiteral("user"))
+            known = m_known.Users.contains(key);
+        else if (kind == QStringLiteral("team"))
+            known = key == QString::number(key.toInt()) && isKnown(Tables::Team, key.toInt());
+        else
+            throw Error(QStringLiteral("%1 takes \"user:\" with a UserId or \"team:\" with a value of table "
+                                       "%2, not \"%3\"")
+                            .arg(column)
+                            .arg(Tables::Team)
+                            .arg(assignedTo));
         if (!known)
-            throw Error(QStringLiteral("%1 has no row %2 to refer to").arg(column).arg(value.toInt()));
+            throw Error(QStringLiteral("%1 has no %2 \"%3\" to refer to").arg(column, kind, key));
     }
 
     [[noreturn]] void fail(int line, const QString& what) const

@@ -17,6 +17,9 @@ struct KnownCodes
 {
     std::map<int, QSet<int>> Values; ///< by table number
     QSet<int> Offenses;
+    QSet<int> Employees;
+    QSet<int> K9Handlers; ///< those of the employees who handle a dog
+    QSet<QString> Users;
 };
 
 /// Inserts the incidents of "sample/incidents.json" as part of the caller's transaction. Raises an `Error`

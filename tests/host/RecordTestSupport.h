@@ -12,6 +12,7 @@ namespace tavrin::test {
 inline const QString Offenses = QStringLiteral("Offenses");
 inline const QString Suspects = QStringLiteral("Suspects");
 inline const QString Witnesses = QStringLiteral("Witnesses");
+inline const QString Assignments = QStringLiteral("Assignments");
 
 inline void put(const RecordPtr& record, const char* field, const QVariant& value)
 {
@@ -53,7 +54,7 @@ inline QString contentOfTables(Database& database)
 {
     QStringList lines;
     for (const char* table : {"incident", "IncdOffense", "IncdSuspect", "IncdVictim", "IncdWitness",
-                              "IncdOther", "key_sequence"}) {
+                              "IncdOther", "IncdAssignment", "key_sequence"}) {
         QSqlQuery read(QStringLiteral("SELECT * FROM %1 ORDER BY 1, 2").arg(QString::fromLatin1(table)),
                        database.connection());
         while (read.next()) {

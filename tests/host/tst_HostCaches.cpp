@@ -14,6 +14,19 @@ class tst_HostCaches : public HostCase
 {
     Q_OBJECT
 
+private:
+    /// The list whose root has this name; of the code tables the one of teams.
+    XmlNode listUnder(const QString& root)
+    {
+        if (root == QStringLiteral("Employees"))
+            return m_host->newEmployeeListCache()->Document().documentElement();
+        if (root == QStringLiteral("Offenses"))
+            return m_host->newOffenseListCache()->Document().documentElement();
+        if (root == QStringLiteral("UserAccounts"))
+            return m_host->newUsersCache()->Document().documentElement();
+        return m_host->newTableCodeCache()->Document(Tables::Team).documentElement();
+    }
+
 private Q_SLOTS:
     void nibrsCodesAreTheActiveOnesOfTheirTable()
     {
@@ -27,32 +40,47 @@ private Q_SLOTS:
         QCOMPARE(errorNumberOf([this] { m_host->createNibrsModule(QStringLiteral("NIBRS.Other")); }), 429);
     }
 
+    void theListsHaveTheShapesThatThePickersRead_data()
+    {
+        QTest::addColumn<QString>("root");
+        QTest::addColumn<QString>("row");
+        QTest::addColumn<QString>("cells");
+        const auto row = [](const char* name, const char* root, const char* found, const char* cells) {
+            QTest::newRow(name) << QString::fromLatin1(root) << QString::fromLatin1(found)
+                                << QString::fromLatin1(cells);
+        };
+        row("dog handler", "Employees", "Employee[OfficerNo=7]",
+            "OfficerNo=7;OfficerId=MC1049;Name=D'Amberley, Luc;BadgeNo=196;ActiveFlag=True;IsK9Handler=True");
+        row("inactive employee", "Employees", "Employee[OfficerId='MC1035']",
+            "OfficerNo=5;OfficerId=MC1035;Name=Fairweather, Gordon;BadgeNo=402;ActiveFlag=False;"
+            "IsK9Handler=False");
+        row("offense", "Offenses", "Offense[OffenseId='PC 140.10']",
+            "OffenseNo=12;OffenseId=PC 140.10;Description=Robbery in the First Degree;RptCode=120;"
+            "ActiveFlag=1");
+        row("inactive offense", "Offenses", "Offense[OffenseNo=33]",
+            "OffenseNo=33;OffenseId=PC 220.60;Description=Theft of a Library Book;RptCode=23H;ActiveFlag=0");
+        row("user", "UserAccounts", "UserAccount[UserId='jobrien']",
+            "UserId=jobrien;IsActive=True;FirstName=Jack;LastName=O'Brien;OfficerId=MC1007;BadgeNo=333");
+        row("inactive user", "UserAccounts", "UserAccount[UserId='gfairweather']",
+            "UserId=gfairweather;IsActive=False;FirstName=Gordon;LastName=Fairweather;OfficerId=MC1035;"
+            "BadgeNo=402");
+        row("user who is no officer", "UserAccounts", "UserAccount[UserId='clerk']",
+            "UserId=clerk;IsActive=True;FirstName=Rosemary;LastName=Inkwell;OfficerId=;BadgeNo=");
+        row("code", "TableCodes", "TableCode[ValueCode='PA']",
+            "ValueNo=1;ValueCode=PA;ValueDesc=Patrol A;ActiveFlag=1");
+        row("inactive code", "TableCodes", "TableCode[ValueCode='PB']",
+            "ValueNo=2;ValueCode=PB;ValueDesc=Patrol B;ActiveFlag=0");
+    }
     void theListsHaveTheShapesThatThePickersRead()
     {
-        const XmlNode employee =
-            m_host->newEmployeeListCache()->Document().documentElement().selectSingleNode(
-                QStringLiteral("Employee[OfficerNo=7]"));
-        QCOMPARE(employee.childElement(QStringLiteral("OfficerId")).text(), QStringLiteral("MC1049"));
-        QCOMPARE(employee.childElement(QStringLiteral("Name")).text(), QStringLiteral("D'Amberley, Luc"));
-        QCOMPARE(employee.childElement(QStringLiteral("BadgeNo")).text(), QStringLiteral("196"));
-        QCOMPARE(employee.childElement(QStringLiteral("ActiveFlag")).text(), QStringLiteral("True"));
-        QCOMPARE(employee.childElement(QStringLiteral("IsK9Handler")).text(), QStringLiteral("True"));
-        const XmlNode offense = m_host->newOffenseListCache()->Document().documentElement().selectSingleNode(
-            QStringLiteral("Offense[OffenseNo=33]"));
-        QCOMPARE(offense.childElement(QStringLiteral("OffenseId")).text(), QStringLiteral("PC 220.60"));
-        QCOMPARE(offense.childElement(QStringLiteral("RptCode")).text(), QStringLiteral("23H"));
-        QCOMPARE(offense.childElement(QStringLiteral("ActiveFlag")).text(), QStringLiteral("0"));
-        const XmlNode user = m_host->newUsersCache()->Document().documentElement().selectSingleNode(
-            QStringLiteral("UserAccount[UserId='gfairweather']"));
-        QCOMPARE(user.childElement(QStringLiteral("IsActive")).text(), QStringLiteral("False"));
-        QCOMPARE(user.childElement(QStringLiteral("LastName")).text(), QStringLiteral("Fairweather"));
-        const XmlNode team = m_host->newTableCodeCache()
-                                 ->Document(Tables::Team)
-                                 .documentElement()
-                                 .selectSingleNode(QStringLiteral("TableCode[ValueCode='PB']"));
-        QCOMPARE(team.childElement(QStringLiteral("ValueNo")).text(), QStringLiteral("2"));
-        QCOMPARE(team.childElement(QStringLiteral("ValueDesc")).text(), QStringLiteral("Patrol B"));
-        QCOMPARE(team.childElement(QStringLiteral("ActiveFlag")).text(), QStringLiteral("0"));
+        QFETCH(QString, root);
+        QFETCH(QString, row);
+        const XmlNode list = listUnder(root);
+        QCOMPARE(list.nodeName(), root);
+        QStringList cells;
+        for (const XmlNode& cell : list.selectSingleNode(row).childNodes())
+            cells << cell.nodeName() + QLatin1Char('=') + cell.text();
+        QTEST(cells.join(QLatin1Char(';')), "cells");
     }
 
     void textsOfTheCaches_data()
@@ -130,6 +158,60 @@ private Q_SLOTS:
         QCOMPARE(changed, QStringList{QStringLiteral("Employee")});
         QCOMPARE(kept->FullText(1), QStringLiteral("New, Name"));
         QVERIFY(kept->Document().xml().contains(QStringLiteral("New, Name")));
+    }
+
+    void aHandlerOfARefreshSeesTheNewRowsOfEveryList()
+    {
+        const auto kept = m_host->newEmployeeListCache();
+        QStringList seen;
+        const Subscription keep =
+            m_host->hostServices().Events().CacheRefreshed.subscribe([&](const CacheRefreshInfo& info) {
+                seen << info.Changed;
+                seen << kept->FullText(1) << m_host->newEmployeeListCache()->FullText(1)
+                     << m_host->newOffenseListCache()->FullText(1)
+                     << m_host->newUsersCache()->UserDisplayName(QStringLiteral("clerk"))
+                     << m_host->newTableCodeCache()->GetDescription(Tables::Team, 1);
+                for (const char* root : {"Employees", "Offenses", "UserAccounts", "TableCodes"})
+                    seen << listUnder(QString::fromLatin1(root))
+                                .selectSingleNode(QStringLiteral("*[*='New']/*[.='New']"))
+                                .nodeName();
+            });
+        execute("UPDATE employee SET name = 'New' WHERE officer_no = 1");
+        execute("UPDATE offense_code SET description = 'New' WHERE offense_no = 1");
+        execute("UPDATE user_account SET first_name = 'New', last_name = '' WHERE user_id = 'clerk'");
+        execute("UPDATE code_value SET display_text = 'New' WHERE table_no = 228 AND value_no = 1");
+        m_host->refreshCaches();
+        QCOMPARE(seen.join(QLatin1Char(' ')),
+                 QStringLiteral("TableCode Employee Offense UserAccount New New New New New "
+                                "Name Description FirstName ValueDesc"));
+    }
+
+    void aRefreshThatFindsNothingChangedRaisesNothing()
+    {
+        const XmlDocument before = m_host->newEmployeeListCache()->Document();
+        bool raised = false;
+        const Subscription keep = m_host->hostServices().Events().CacheRefreshed.subscribe(
+            [&raised](const CacheRefreshInfo&) { raised = true; });
+        Database::open(path("records.db"))
+            ->execute(QStringLiteral("UPDATE incident SET RowVersion = RowVersion + 1"));
+        QVERIFY(m_host->refreshIfChanged());
+        QVERIFY(!m_host->refreshIfChanged());
+        m_host->refreshCaches();
+        QVERIFY(!raised);
+        QVERIFY(m_host->newEmployeeListCache()->Document().sharesTreeWith(before));
+    }
+
+    void aLookForChangesThatFailsIsRepeatedAtTheNext()
+    {
+        const auto other = Database::open(path("records.db"));
+        other->execute(QStringLiteral("UPDATE employee SET name = 'x' WHERE officer_no = 1"));
+        other->execute(QStringLiteral("ALTER TABLE employee RENAME TO staff"));
+        for (int look = 0; look < 2; ++look)
+            QVERIFY(!errorOf([this] { m_host->refreshIfChanged(); }).isEmpty());
+        QCOMPARE(m_host->newEmployeeListCache()->FullText(1), QStringLiteral("O'Brien, Jack"));
+        other->execute(QStringLiteral("ALTER TABLE staff RENAME TO employee"));
+        QVERIFY(m_host->refreshIfChanged());
+        QCOMPARE(m_host->newEmployeeListCache()->FullText(1), QStringLiteral("x"));
     }
 
     void aRefreshThatFailsKeepsTheLastGoodLists()

@@ -1,5 +1,7 @@
 #include "HostTestSupport.h"
+#include "host/HostLists.h"
 #include "host/Migrations.h"
+#include "host/RecordStore.h"
 
 using namespace tavrin;
 using namespace tavrin::test;
@@ -51,7 +53,46 @@ private Q_SLOTS:
             QVERIFY(!migration.Name.isEmpty());
             QVERIFY(!splitScript(migration.Sql).isEmpty());
         }
-        QVERIFY(expected >= 2);
+        QVERIFY(expected >= 3);
+    }
+
+    void anOlderDatabaseKeepsItsRowsAndGetsTheColumnsForPeople()
+    {
+        {
+            const auto old = open(knownMigrations().first(2));
+            QCOMPARE(old->schemaNumber(), 2);
+            for (const char* sql :
+                 {"INSERT INTO employee VALUES (1, 'A1', 'Officer, One', '17', 0, 1, '2019-01-02', "
+                  "'2025-03-04')",
+                  "INSERT INTO offense_code VALUES (5, 'PC 5', 'Offense', '90Z', 1)",
+                  "INSERT INTO incident VALUES (1, '2026-1', '2026-01-02T03:04:05', NULL, 'Old summary', "
+                  "'1 Road', 'Town', 'Open', 20, 13, NULL, 'Text', 1, 4, 'search')",
+                  "INSERT INTO IncdOffense VALUES (1, 1, 5, 1)",
+                  "INSERT INTO IncdWitness VALUES (1, 1, 'Seen, All')",
+                  "UPDATE key_sequence SET last = 1 WHERE name = 'incident'"})
+                old->execute(QString::fromLatin1(sql));
+        }
+        const auto database = open(knownMigrations());
+        QCOMPARE(database->schemaNumber(), knownMigrations().last().Number);
+        QCOMPARE(HostLists::read(*database)->employee(1)->LeftOn, QDate(2025, 3, 4));
+        QVERIFY(!HostLists::read(*database)->employee(1)->DeptTeamNo);
+        RecordStore store(*database);
+        const RecordPtr record = store.load(1);
+        const auto value = [&record](const char* column) {
+            return record->mainRow()->cell(QString::fromLatin1(column)).value();
+        };
+        QCOMPARE(record->rowVersion(), 4);
+        QCOMPARE(value("Summary"), QVariant(QStringLiteral("Old summary")));
+        QCOMPARE(value("WeaponNo"), QVariant(13));
+        QCOMPARE(record->collection(QStringLiteral("Offenses"))->PrimaryIndex(), 1);
+        QCOMPARE(record->collection(QStringLiteral("Witnesses"))->Count(), 1);
+        QVERIFY(IsNull(value("ReportingOfficerNo")) && IsNull(value("K9HandlerNo")));
+        QCOMPARE(record->collection(QStringLiteral("Assignments"))->Count(), 0);
+
+        record->mainRow()->cell(QStringLiteral("ReportingOfficerNo")).setValue(1);
+        record->collection(QStringLiteral("Assignments"))->AddNew();
+        store.save(*record);
+        QCOMPARE(store.load(1)->collection(QStringLiteral("Assignments"))->Count(), 1);
     }
 
     void eachStepRunsOnceAndIsNoted()

@@ -1,5 +1,6 @@
 #include "RecordTestSupport.h"
 #include "base/Variant.h"
+#include "host/HostRows.h"
 
 using namespace tavrin;
 using namespace tavrin::test;
@@ -9,6 +10,19 @@ class tst_RecordStore : public RecordStoreCase
     Q_OBJECT
 
 private:
+    /// The employees 1 and 2.
+    void addEmployees()
+    {
+        QList<EmployeeRow> employees(2);
+        int number = 0;
+        for (EmployeeRow& employee : employees) {
+            employee.OfficerNo = ++number;
+            employee.OfficerId = QStringLiteral("A%1").arg(number);
+            employee.Name = QStringLiteral("Officer, %1").arg(number);
+        }
+        insertRows(*m_database, employees);
+    }
+
     /// Changes of every kind: main row, new row, changed row, removed row, primary row.
     static void changeAll(const RecordPtr& record)
     {
@@ -62,6 +76,59 @@ private Q_SLOTS:
                  QVariant(QDateTime(QDate(2026, 1, 2), QTime(3, 4, 5))));
         QCOMPARE(loaded->collection(Suspects)->rows().at(1)->cell(QStringLiteral("DateOfBirth")).value(),
                  QVariant(QDate(1990, 5, 6)));
+    }
+
+    void theOfficersAndAssignmentsOfAnIncidentLoadAsTheyWereSaved()
+    {
+        addEmployees();
+        const RecordPtr saved = newIncident(QStringLiteral("2026-1"));
+        put(saved, "ReportingOfficerNo", 1);
+        put(saved, "K9HandlerNo", 2);
+        for (const char* assignedTo : {"user:jobrien", "team:8"}) {
+            saved->collection(Assignments)->AddNew();
+            putLast(saved, Assignments, "AssignedTo", QString::fromLatin1(assignedTo));
+        }
+        m_store->save(*saved);
+        saved->collection(Assignments)->SetPosition(1); // loading starts at the first row
+        const RecordPtr loaded = m_store->load(saved->key());
+        QCOMPARE(stateOf(*loaded), stateOf(*saved));
+        QCOMPARE(loaded->mainRow()->cell(QStringLiteral("ReportingOfficerNo")).value(), QVariant(1));
+        QCOMPARE(loaded->mainRow()->cell(QStringLiteral("K9HandlerNo")).value(), QVariant(2));
+        const auto rows = loaded->collection(Assignments)->rows();
+        QCOMPARE(rows.back()->cell(QStringLiteral("AssignedTo")).value(), QVariant(QStringLiteral("team:8")));
+        QCOMPARE(rows.back()->table().RowClass, QStringLiteral("Incident.IncdAssignment"));
+    }
+
+    void changesOfOfficersAndAssignmentsAreNoticedAndSaved()
+    {
+        addEmployees();
+        const RecordPtr record = savedIncident();
+        put(record, "K9HandlerNo", 2);
+        QVERIFY(record->isChanged());
+        put(record, "K9HandlerNo", Null());
+        QVERIFY(!record->isChanged());
+        put(record, "ReportingOfficerNo", 2);
+        record->collection(Assignments)->AddNew();
+        putLast(record, Assignments, "AssignedTo", QStringLiteral("team:8"));
+        m_store->save(*record);
+        putLast(record, Assignments, "AssignedTo", QStringLiteral("team:9"));
+        QVERIFY(record->isChanged());
+        put(record, "ReportingOfficerNo", Null());
+        m_store->save(*record);
+        const RecordPtr loaded = m_store->load(record->key());
+        QVERIFY(IsNull(loaded->mainRow()->cell(QStringLiteral("ReportingOfficerNo")).value()));
+        QCOMPARE(loaded->collection(Assignments)->rows().front()->cell(QStringLiteral("AssignedTo")).value(),
+                 QVariant(QStringLiteral("team:9")));
+        loaded->collection(Assignments)->RemoveCurrent(true);
+        QCOMPARE(m_store->load(record->key())->collection(Assignments)->Count(), 0);
+    }
+
+    void aReportingOfficerWhoIsNoEmployeeIsRefused()
+    {
+        const RecordPtr record = newIncident(QStringLiteral("2026-1"));
+        put(record, "ReportingOfficerNo", 1);
+        failsAndCanBeSavedAfter(record, QStringLiteral("does not accept the data"),
+                                [this] { addEmployees(); });
     }
 
     void theNumberGivenAtSaveReachesTheRows()

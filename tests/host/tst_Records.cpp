@@ -61,7 +61,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("kind");
         QTest::newRow("main row") << QStringLiteral("Incident") << QStringLiteral("row");
         QTest::newRow("main row in capitals") << QStringLiteral("INCIDENT") << QStringLiteral("row");
-        for (const char* name : {"Offenses", "Suspects", "Victims", "Witnesses", "Others", "oTHERS"})
+        for (const char* name :
+             {"Offenses", "Suspects", "Victims", "Witnesses", "Others", "Assignments", "oTHERS"})
             QTest::newRow(name) << QString::fromLatin1(name) << QStringLiteral("rows");
         QTest::newRow("unknown") << QStringLiteral("Vehicles") << QStringLiteral("none");
         QTest::newRow("empty") << QString() << QStringLiteral("none");
@@ -82,10 +83,10 @@ private Q_SLOTS:
     {
         const RecordPtr record = newRecord();
         tvTableRow& main = *record->mainRow();
-        QCOMPARE(main.FieldCount(), 13);
+        QCOMPARE(main.FieldCount(), 15);
         QCOMPARE(main.Item(1)->Name(), QStringLiteral("IncidentNo"));
         QVERIFY(main.Item(1)->IsKey());
-        QVERIFY(!main.Item(0) && !main.Item(14));
+        QVERIFY(!main.Item(0) && !main.Item(16));
         QCOMPARE(fieldOf(main, QStringLiteral("caseno"))->MaxLength(), 20);
         QVERIFY(IsNull(fieldOf(main, Summary)->Value()));
         QVERIFY(main.IsNew());

@@ -125,8 +125,15 @@ private Q_SLOTS:
                                      << true;
         QTest::newRow("other module")
             << QStringLiteral("Personnel") << incident << QStringLiteral("CaseNo") << false;
-        QTest::newRow("no such field") << QStringLiteral("Personnel") << QStringLiteral("Employee")
-                                       << QStringLiteral("DeptTeamNo") << false;
+        QTest::newRow("no such field")
+            << QStringLiteral("Personnel") << QStringLiteral("Employee") << QStringLiteral("TeamNo") << false;
+        QTest::newRow("team of an employee") << QStringLiteral("Personnel") << QStringLiteral("Employee")
+                                             << QStringLiteral("DeptTeamNo") << true;
+        QTest::newRow("reporting officer")
+            << incident << incident << QStringLiteral("ReportingOfficerNo") << true;
+        QTest::newRow("dog handler") << incident << incident << QStringLiteral("K9HandlerNo") << true;
+        QTest::newRow("assignment") << incident << QStringLiteral("IncdAssignment")
+                                    << QStringLiteral("AssignedTo") << true;
         QTest::newRow("list table") << QStringLiteral("Personnel") << QStringLiteral("Employee")
                                     << QStringLiteral("OfficerNo") << true;
     }
@@ -136,6 +143,28 @@ private Q_SLOTS:
         QFETCH(QString, table);
         QFETCH(QString, field);
         QTEST(m_host->session().FieldExists(module, table, field), "exists");
+    }
+
+    void theDayOnWhichAnEmployeeLeftIsKnown_data()
+    {
+        QTest::addColumn<int>("officerNo");
+        QTest::addColumn<std::optional<QDate>>("leftOn");
+        QTest::newRow("has left") << 57 << std::optional(QDate(2026, 3, 31));
+        QTest::newRow("is there") << 1 << std::optional<QDate>();
+        QTest::newRow("nobody") << 999 << std::optional<QDate>();
+    }
+    void theDayOnWhichAnEmployeeLeftIsKnown()
+    {
+        QFETCH(int, officerNo);
+        QTEST(m_host->employeeLeftOn(officerNo), "leftOn");
+    }
+
+    void theDayOnWhichAnEmployeeLeftComesWithARefresh()
+    {
+        execute("UPDATE employee SET active = 0, left_on = '2026-07-08' WHERE officer_no = 1");
+        QVERIFY(!m_host->employeeLeftOn(1));
+        m_host->refreshCaches();
+        QCOMPARE(m_host->employeeLeftOn(1), std::optional(QDate(2026, 7, 8)));
     }
 
     void requiredFieldsComeFromTheirTable()

@@ -97,6 +97,46 @@ private Q_SLOTS:
         store.save(*record);
     }
 
+    void theOfficersOfAnIncidentWereThereWhenItOccurred()
+    {
+        SampleData().fillOnce(*m_database);
+        const QString officers =
+            QStringLiteral("incident JOIN employee ON officer_no = ReportingOfficerNo WHERE ");
+        const QString handlers = QStringLiteral("incident JOIN employee ON officer_no = K9HandlerNo WHERE ");
+        const QString there =
+            QStringLiteral("substr(OccurredAt, 1, 10) BETWEEN hired AND COALESCE(left_on, '9999')");
+        QCOMPARE(count(officers + there), count(QStringLiteral("incident")));
+        QVERIFY(count(handlers + there) > 2);
+        QCOMPARE(count(handlers + there + QStringLiteral(" AND k9_handler = 1")),
+                 count(QStringLiteral("incident WHERE K9HandlerNo IS NOT NULL")));
+    }
+
+    void someEmployeesLeftBeforeAnIncidentAndSomeAfterTheirs()
+    {
+        SampleData().fillOnce(*m_database);
+        QVERIFY(count(QStringLiteral("incident JOIN employee ON officer_no = ReportingOfficerNo "
+                                     "WHERE active = 0 AND left_on > OccurredAt")) > 0);
+        QVERIFY(count(QStringLiteral("incident JOIN employee ON left_on < OccurredAt WHERE active = 0")) > 0);
+        QVERIFY(count(QStringLiteral("employee WHERE dept_team_no IS NOT NULL")) > 40);
+        QVERIFY(count(QStringLiteral("employee WHERE dept_team_no IS NULL")) > 0);
+    }
+
+    void mostIncidentsAreAssignedToUsersOrTeamsAndOneToThree()
+    {
+        SampleData().fillOnce(*m_database);
+        const auto ofKind = [this](const char* kind) {
+            return count(
+                QStringLiteral("IncdAssignment WHERE AssignedTo LIKE '%1:%'").arg(QString::fromLatin1(kind)));
+        };
+        QVERIFY(ofKind("user") > 10);
+        QVERIFY(ofKind("team") > 10);
+        QCOMPARE(ofKind("user") + ofKind("team"), count(QStringLiteral("IncdAssignment")));
+        const QString incidents = QStringLiteral(
+            "(SELECT COUNT(*) AS people FROM IncdAssignment GROUP BY IncidentNo) WHERE people >= %1");
+        QVERIFY(count(incidents.arg(1)) > count(QStringLiteral("incident")) / 2);
+        QCOMPARE(count(incidents.arg(3)), 1);
+    }
+
     void aDatabaseThatHoldsSomethingIsNotFilledAgain()
     {
         QVERIFY(SampleData().fillOnce(*m_database));
@@ -110,7 +150,7 @@ private Q_SLOTS:
         const QString folder = copyOfFiles();
         QFile employees(folder + QStringLiteral("/sample/employees.csv"));
         QVERIFY(employees.open(QIODevice::Append));
-        employees.write("900,ZZ900,\"Quote\"\"d, Person\",9,1,0,,\n");
+        employees.write("900,ZZ900,\"Quote\"\"d, Person\",9,1,0,,,\n");
         employees.close();
         SampleData(folder).fillOnce(*m_database);
         QCOMPARE(firstOf(*m_database, QStringLiteral("SELECT name FROM employee WHERE officer_no = 900"))
@@ -137,7 +177,7 @@ private Q_SLOTS:
         QTest::newRow("key twice") << employees << QByteArray("\n2,MC1014") << QByteArray("\n1,MC1014")
                                    << QStringLiteral("line 3: OfficerNo stands twice");
         QTest::newRow("cell too many") << employees << QByteArray("2017-05-01,") << QByteArray("2017-05-01,,")
-                                       << QStringLiteral("line 2: the row has 9 cells, the header has 8");
+                                       << QStringLiteral("line 2: the row has 10 cells, the header has 9");
         QTest::newRow("quote not closed")
             << employees << QByteArray("Jack\"") << QByteArray("Jack") << QStringLiteral("line 2: ");
         QTest::newRow("quote inside a cell") << employees << QByteArray("MC1007") << QByteArray("MC\"1007")
@@ -163,10 +203,37 @@ private Q_SLOTS:
                                   << QByteArray("\"CaseNo\" \"2026-000026\"") << QStringLiteral("line 3: ");
         QTest::newRow("unknown offense")
             << incidents << QByteArray("\"OffenseNo\": 23,") << QByteArray("\"OffenseNo\": 9999,")
-            << QStringLiteral("line 32: OffenseNo has no row 9999");
+            << QStringLiteral("line 39: OffenseNo has no row 9999");
         QTest::newRow("unknown code")
             << incidents << QByteArray("\"LocationTypeNo\": 20") << QByteArray("\"LocationTypeNo\": 999")
             << QStringLiteral("line 2: LocationTypeNo has no row 999");
+        QTest::newRow("unknown team of an employee")
+            << employees << QByteArray("2017-05-01,,1") << QByteArray("2017-05-01,,99")
+            << QStringLiteral("line 2: table 228 has no value 99");
+        QTest::newRow("unknown reporting officer")
+            << incidents << QByteArray("\"ReportingOfficerNo\": 17")
+            << QByteArray("\"ReportingOfficerNo\": 999")
+            << QStringLiteral("line 2: ReportingOfficerNo has no row 999");
+        QTest::newRow("unknown dog handler")
+            << incidents << QByteArray("\"K9HandlerNo\": null") << QByteArray("\"K9HandlerNo\": 999")
+            << QStringLiteral("line 2: K9HandlerNo has no row 999");
+        QTest::newRow("dog handler without a dog")
+            << incidents << QByteArray("\"K9HandlerNo\": null") << QByteArray("\"K9HandlerNo\": 1")
+            << QStringLiteral("line 2: K9HandlerNo refers to the employee 1, who handles no dog");
+        const QByteArray user("\"user:hwinterbourne\"");
+        QTest::newRow("assigned to an unknown user")
+            << incidents << user << QByteArray("\"user:nobody\"")
+            << QStringLiteral("line 2: AssignedTo has no user \"nobody\" to refer to");
+        QTest::newRow("assigned to an unknown team")
+            << incidents << user << QByteArray("\"team:99\"")
+            << QStringLiteral("line 2: AssignedTo has no team \"99\" to refer to");
+        QTest::newRow("assigned to a team that is no number")
+            << incidents << user << QByteArray("\"team:07\"")
+            << QStringLiteral("line 2: AssignedTo has no team \"07\" to refer to");
+        QTest::newRow("assigned to something else")
+            << incidents << user << QByteArray("\"dog:7\"")
+            << QStringLiteral("line 2: AssignedTo takes \"user:\" with a UserId or \"team:\" with a value of "
+                              "table 228, not \"dog:7\"");
         QTest::newRow("text for a number")
             << incidents << QByteArray("\"LocationTypeNo\": 20") << QByteArray("\"LocationTypeNo\": \"home\"")
             << QStringLiteral("line 2: The field LocationTypeNo takes a whole number");
