@@ -1,12 +1,10 @@
 // Writes a picture of each state of AutoCompleteField into the folder that is named on the command line.
 
-#include "base/Error.h"
+#include "Pictures.h"
 #include "lookup/AutoCompleteForm.h"
 #include "workbench/Theme.h"
 
 #include <QApplication>
-#include <QDir>
-#include <QPainter>
 
 #include <cstdio>
 
@@ -14,19 +12,6 @@ using namespace tavrin;
 using tavrin::test::AutoCompleteForm;
 
 namespace {
-
-/// The window with the list that is open over it.
-QPixmap pictureOf(QWidget& window)
-{
-    QPixmap picture = window.grab();
-    for (QWidget* list : QApplication::topLevelWidgets()) {
-        if (list->isVisible() && list != &window) {
-            QPainter painter(&picture);
-            painter.drawPixmap(window.mapFromGlobal(list->pos()), list->grab());
-        }
-    }
-    return picture;
-}
 
 struct State
 {
@@ -75,11 +60,8 @@ void write(const State& state, const QString& folder)
     if (!ready)
         throw Error(QStringLiteral("the form did not come up"));
     state.bring(form);
-    QApplication::processEvents();
-    const QString path =
-        QDir(folder).filePath(QStringLiteral("autocomplete-%1.png").arg(QLatin1String(state.name)));
-    if (!pictureOf(form.window).save(path))
-        throw Error(QStringLiteral("%1 cannot be written").arg(path));
+    tavrin::test::writePicture(form.window, folder,
+                               QStringLiteral("autocomplete-%1").arg(QLatin1String(state.name)));
 }
 
 } // namespace
