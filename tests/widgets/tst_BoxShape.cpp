@@ -2,7 +2,6 @@
 #include "widgets/BoxShape.h"
 #include "widgets/Looks.h"
 
-#include <QAbstractButton>
 #include <QAccessible>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -54,14 +53,17 @@ private Q_SLOTS:
 
     void theMouseReachesWhatLiesBelow()
     {
-        QPushButton button;
-        button.resize(100, 60);
-        auto* shape = new BoxShape(&button);
-        shape->resize(button.size());
-        button.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&button));
-        const QSignalSpy clicked(&button, &QPushButton::clicked);
-        QTest::mouseClick(button.windowHandle(), Qt::LeftButton, {}, QPoint(50, 30));
+        QWidget window;
+        window.resize(100, 60);
+        auto* button = new QPushButton(&window);
+        button->resize(window.size());
+        auto* shape = new BoxShape(&window);
+        shape->resize(window.size());
+        shape->raise();
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        const QSignalSpy clicked(button, &QPushButton::clicked);
+        QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, QPoint(50, 30));
         QCOMPARE(clicked.size(), 1);
         QCOMPARE(shape->focusPolicy(), Qt::NoFocus);
     }

@@ -409,7 +409,7 @@ private Q_SLOTS:
         QCOMPARE(takenDown([](PictureSurface& picture) {
                      picture.Print(u"Handgun"_s);
                      picture.EndLine();
-                     picture.Print(u"  loaded "_s);
+                     picture.Print(u"loaded "_s);
                      picture.EndLine();
                      picture.EndLine();
                      picture.SetCurrentX(600);
