@@ -100,18 +100,20 @@ void PaintedPicture::DrawBox(Twips x1, Twips y1, Twips x2, Twips y2, Color color
 
 void MeasuredPicture::Print(const QString& text)
 {
-    if (CurrentX() != m_end)
+    if (CurrentX() != m_endX || CurrentY() != m_endY)
         m_text += QLatin1Char(' ');
     m_text += text;
     SetCurrentX(CurrentX() + TextWidth(text));
-    m_end = CurrentX();
+    m_endX = CurrentX();
+    m_endY = CurrentY();
 }
 
 void MeasuredPicture::EndLine()
 {
     RowPicture::EndLine();
     m_text += QLatin1Char('\n');
-    m_end = CurrentX();
+    m_endX = CurrentX();
+    m_endY = CurrentY();
 }
 
 void MeasuredPicture::DrawBox(Twips, Twips, Twips x2, Twips y2, Color)

@@ -133,7 +133,9 @@ public:
 
 private:
     QString m_text;
-    Twips m_end = 0; // of the last text; what is printed elsewhere is another word
+    // The end of the last text; what is printed elsewhere is another word.
+    Twips m_endX = 0;
+    Twips m_endY = 0;
 };
 
 } // namespace tavrin

@@ -2,6 +2,7 @@
 
 #include "ConstituentLook.h"
 
+#include <QApplication>
 #include <QPainter>
 
 namespace tavrin {
@@ -74,7 +75,8 @@ void Tag::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(shownColor(*this, m_backColor));
+    painter.setBrush(
+        m_backColor.resolve(QApplication::palette(this))); // whole, so that the name stays readable
     painter.drawRoundedRect(rect(), Radius, Radius);
     const QRect room = rect().adjusted(SidePadding, 0, -SidePadding, 0);
     painter.setPen(shownColor(*this, m_foreColor));
