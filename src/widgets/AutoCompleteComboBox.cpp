@@ -7,7 +7,7 @@ namespace tavrin {
 
 namespace {
 
-constexpr int BesideButton = 4;
+constexpr int BesideButton = 3;
 constexpr int TextMargin = 3;
 constexpr int TextMarginAbove = 2;
 
@@ -50,8 +50,7 @@ void AutoCompleteComboBox::refreshButton()
     lnkButton->SetToolTipText(clears() ? tr("Clear") : QString());
     // An empty box that waits for a longer text has nothing to open.
     lnkButton->setVisible(isEnabled() && (clears() || MinQueryLength() == 0));
-    setTextMargins(TextMargin, TextMarginAbove, TextMargin + lnkButton->width() + BesideButton,
-                   TextMarginAbove);
+    setTextMargins(TextMargin, TextMarginAbove, lnkButton->width(), TextMarginAbove);
     lnkButton->move(width() - lnkButton->width() - BesideButton, (height() - lnkButton->height()) / 2);
 }
 

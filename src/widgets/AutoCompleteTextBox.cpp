@@ -14,16 +14,19 @@ AutoCompleteTextBox::AutoCompleteTextBox(QWidget* parent)
 void AutoCompleteTextBox::SetPlaceholderColor(Color color)
 {
     m_placeholderColor = color;
-    applyPlaceholderColor();
+    applyOwnColors();
 }
 
-void AutoCompleteTextBox::applyPlaceholderColor()
+void AutoCompleteTextBox::applyOwnColors()
 {
-    const QColor color = m_placeholderColor.resolve(QApplication::palette());
+    const QPalette system = QApplication::palette();
+    const QColor hint = m_placeholderColor.resolve(system);
+    const QColor text = ForeColor().resolve(system);
     QPalette own = palette();
-    if (own.color(QPalette::PlaceholderText) == color)
+    if (own.color(QPalette::PlaceholderText) == hint && own.color(QPalette::Disabled, QPalette::Text) == text)
         return;
-    own.setColor(QPalette::PlaceholderText, color);
+    own.setColor(QPalette::PlaceholderText, hint);
+    own.setColor(QPalette::Disabled, QPalette::Text, text);
     setPalette(own);
 }
 
@@ -31,7 +34,7 @@ void AutoCompleteTextBox::changeEvent(QEvent* event)
 {
     SearchBox::changeEvent(event);
     if (event->type() == QEvent::PaletteChange) // the text box makes its palette anew with each colour
-        applyPlaceholderColor();
+        applyOwnColors();
 }
 
 QWidget* AutoCompleteTextBox::listOwner() const

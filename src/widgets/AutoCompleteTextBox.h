@@ -24,7 +24,8 @@ class AutoCompleteTextBox final : public SearchBox
 public:
     explicit AutoCompleteTextBox(QWidget* parent = nullptr);
 
-    /// Colour of the grey hint.
+    /// Colour of the grey hint. Like the box's own colours, it is shown as it is also while the box is disabled:
+    /// the control around it chooses them by its state.
     Color PlaceholderColor() const { return m_placeholderColor; }
     void SetPlaceholderColor(Color color);
 
@@ -47,7 +48,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    void applyPlaceholderColor();
+    void applyOwnColors();
 
     Color m_placeholderColor = SystemColor::GreyText;
     qint32 m_ownerWindow = 0;

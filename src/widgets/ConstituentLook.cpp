@@ -7,11 +7,7 @@ namespace tavrin {
 
 QColor shownColor(const QWidget& widget, Color color)
 {
-    constexpr float Faded = 0.6F; // still readable on whatever lies below
-    QColor shown = color.resolve(QApplication::palette(&widget));
-    if (!widget.isEnabled())
-        shown.setAlphaF(Faded);
-    return shown;
+    return color.resolve(QApplication::palette(&widget));
 }
 
 QFont wholeFont(const SharedFont& font)

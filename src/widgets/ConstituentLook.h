@@ -11,7 +11,7 @@
 
 namespace tavrin {
 
-/// The colour to paint with now; paler while the widget is disabled.
+/// The colour to paint with now. A disabled constituent keeps it: whoever disables it says how it looks.
 QColor shownColor(const QWidget& widget, Color color);
 
 /// The font with all that it says, so that a widget takes nothing of it over from its parent.

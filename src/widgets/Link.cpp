@@ -12,6 +12,7 @@ namespace tavrin {
 
 namespace {
 
+constexpr float DisabledSign = 0.6F; // it answers nothing; its owner may keep its colour
 constexpr qreal Radius = 3;
 constexpr float HoverTint = 0.10F;
 constexpr float PressedTint = 0.20F;
@@ -72,8 +73,9 @@ void Link::applyName()
 
 QSize Link::sizeHint() const
 {
+    constexpr int above = 2; // a line of a text beside it, and room to hit
     const int side = QFontMetrics(font()).height();
-    return {side, side};
+    return {side, side + 2 * above};
 }
 
 void Link::fit()
@@ -97,7 +99,9 @@ void Link::keyPressEvent(QKeyEvent* event)
 
 void Link::paintSign(QPainter& painter) const
 {
-    const QColor color = shownColor(*this, m_foreColor);
+    QColor color = shownColor(*this, m_foreColor);
+    if (!isEnabled())
+        color.setAlphaF(DisabledSign);
     if (isIconGlyph(m_symbol)) {
         // The sign is as large as the font, whatever place the link was given.
         QRectF box(QPointF(), sizeHint());

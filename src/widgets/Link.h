@@ -19,8 +19,8 @@ class Link : public QAbstractButton
 public:
     explicit Link(QWidget* parent = nullptr);
 
-    /// At first a font of its own; shared by reference. Each change of it resizes the link to a square of the
-    /// line's height. nullptr is ignored.
+    /// At first a font of its own; shared by reference. Each change of it resizes the link to the
+    /// line's height, and a little more above and below. nullptr is ignored.
     FontPtr Font() const { return m_font.get(); }
     void SetFont(const FontPtr& font);
 

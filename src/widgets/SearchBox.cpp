@@ -61,8 +61,10 @@ void SearchBox::SelectItem(const XmlNode& node)
 {
     CloseList();
     m_selected = node;
-    if (!node.isNull())
+    if (!node.isNull()) {
         SetText(itemText(node));
+        setCursorPosition(0); // where the place is narrow, the start shows
+    }
     SelectionChanged.raise();
 }
 
@@ -91,7 +93,7 @@ void SearchBox::take(int row)
     SelectItem(item);
     if (!self)
         return;
-    selectAll(); // what is typed next is another search
+    setSelection(static_cast<int>(text().size()), -static_cast<int>(text().size())); // typing replaces it
     ItemPicked.raise(item);
 }
 

@@ -75,8 +75,7 @@ void Tag::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(
-        m_backColor.resolve(QApplication::palette(this))); // whole, so that the name stays readable
+    painter.setBrush(shownColor(*this, m_backColor));
     painter.drawRoundedRect(rect(), Radius, Radius);
     const QRect room = rect().adjusted(SidePadding, 0, -SidePadding, 0);
     painter.setPen(shownColor(*this, m_foreColor));

@@ -175,16 +175,16 @@ private Q_SLOTS:
         QVERIFY(!stage.link->hasFocus());
     }
 
-    void itIsASquareOfTheLinesHeightWhenItsFontChanges()
+    void itIsAsWideAsTheLineIsHighAndALittleHigherWhenItsFontChanges()
     {
         Link link;
         const int plain = QFontMetrics(link.Font()->toQFont()).height();
-        QCOMPARE(link.size(), QSize(plain, plain));
+        QCOMPARE(link.size(), QSize(plain, plain + 4));
         link.resize(3, 90);
         link.Font()->SetSize(link.Font()->Size() * 2);
         const int large = QFontMetrics(link.Font()->toQFont()).height();
         QVERIFY(large > plain);
-        QCOMPARE(link.size(), QSize(large, large));
+        QCOMPARE(link.size(), QSize(large, large + 4));
         QCOMPARE(link.sizeHint(), link.size());
         const auto small = std::make_shared<tavrin::Font>();
         small->SetSize(6);
