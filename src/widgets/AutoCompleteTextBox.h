@@ -24,8 +24,8 @@ class AutoCompleteTextBox final : public SearchBox
 public:
     explicit AutoCompleteTextBox(QWidget* parent = nullptr);
 
-    /// Colour of the grey hint. Like the box's own colours, it is shown as it is also while the box is disabled:
-    /// the control around it chooses them by its state.
+    /// Colour of the grey hint. Like the box's own colours, it is shown as it is also while the box is
+    /// disabled: the control around it chooses them by its state.
     Color PlaceholderColor() const { return m_placeholderColor; }
     void SetPlaceholderColor(Color color);
 

@@ -103,6 +103,7 @@ void DropDownList::AddItem(const QString& text, qint32 itemData)
 
 void DropDownList::entriesChanged()
 {
+    update(); // for what shows the selected entry
     // The view learns of any number of changes at once.
     if (!std::exchange(m_viewIsStale, true) && IsOpen())
         QTimer::singleShot(0, this, [this] { refreshPopup(); });
@@ -116,6 +117,20 @@ QString DropDownList::List(int index) const
 qint32 DropDownList::ItemData(int index) const
 {
     return index >= 0 && index < ListCount() ? m_entries[static_cast<std::size_t>(index)].data : 0;
+}
+
+void DropDownList::setEntryData(int index, qint32 data)
+{
+    if (index >= 0 && index < ListCount())
+        m_entries[static_cast<std::size_t>(index)].data = data;
+}
+
+void DropDownList::setEntryText(int index, const QString& text)
+{
+    if (index < 0 || index >= ListCount())
+        return;
+    m_entries[static_cast<std::size_t>(index)].text = text;
+    entriesChanged();
 }
 
 void DropDownList::SetListIndex(int index)
@@ -236,7 +251,7 @@ bool DropDownList::eventFilter(QObject* watched, QEvent* event)
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
-        if (!isInsidePopup(widget))
+        if (!isInsidePopup(widget) && !keepsOpenAt(widget))
             Close();
         break;
     case QEvent::MouseButtonRelease:

@@ -52,6 +52,11 @@ public:
     Event<int&, int> KeyDown;
 
 protected:
+    void setEntryData(int index, qint32 data);
+    void setEntryText(int index, const QString& text);
+    /// Whether a press of the mouse there leaves the list open.
+    virtual bool keepsOpenAt(const QWidget*) const { return false; }
+
     bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;

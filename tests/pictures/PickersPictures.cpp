@@ -1,4 +1,5 @@
-// Writes a picture of each state of the search pickers into the folder that is named on the command line.
+// Writes a picture of each state of the search pickers into the folder that is named on the command line;
+// with QT_SCALE_FACTOR=2 one large picture of each picker.
 
 #include "Pictures.h"
 #include "host/HostUiServices.h"
@@ -14,6 +15,7 @@
 
 #include <cstdio>
 #include <functional>
+#include <string_view>
 
 using namespace tavrin;
 
@@ -202,14 +204,18 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     const QString folder = QApplication::arguments().value(1, QStringLiteral("."));
     try {
+        const bool isLarge = application.devicePixelRatio() > 1; // one picture of each picker is enough
         for (const Kind& kind : Kinds) {
             for (const State& state : States) {
+                if (isLarge && state.name != std::string_view("open"))
+                    continue;
                 Form form(state.dark);
                 form.show(kind.make(&form.window));
                 state.bring(form, kind);
-                test::writePicture(
-                    form.window, folder,
-                    QStringLiteral("%1-%2").arg(QLatin1String(kind.name), QLatin1String(state.name)));
+                test::writePicture(form.window, folder,
+                                   QStringLiteral("%1-%2%3").arg(QLatin1String(kind.name),
+                                                                 QLatin1String(state.name),
+                                                                 QLatin1String(isLarge ? "-200" : "")));
             }
         }
     } catch (const Error& error) {
