@@ -4,7 +4,9 @@
 #include "lookup/EmployeePicker.h"
 #include "lookup/FlatEmployeePicker.h"
 #include "lookup/FlatUserPicker.h"
+#include "lookup/NibrsOffensePicker.h"
 #include "lookup/OffensePicker.h"
+#include "lookup/TavrinDropdown.h"
 
 namespace tavrin {
 
@@ -17,6 +19,8 @@ const ControlRegister& publicControls()
         classes.add<FlatEmployeePicker>(QStringLiteral("TVBoundControls.FlatEmployeePicker"));
         classes.add<FlatUserPicker>(QStringLiteral("TVBoundControls.FlatUserPicker"));
         classes.add<OffensePicker>(QStringLiteral("TVBoundControls.OffensePicker"));
+        classes.add<NibrsOffensePicker>(QStringLiteral("TVBoundControls.NibrsOffensePicker"));
+        classes.add<TavrinDropdown>(QStringLiteral("TVBoundControls.TavrinDropdown"));
         return classes;
     }();
     return controls;

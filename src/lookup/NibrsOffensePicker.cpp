@@ -1,0 +1,224 @@
+#include "NibrsOffensePicker.h"
+
+#include "base/Error.h"
+#include "base/Variant.h"
+#include "frame/control_frame/FailurePolicy.h"
+#include "frame/modUtils.h"
+#include "widgets/FlatDropdown.h"
+
+#include <QScopedValueRollback>
+
+namespace tavrin {
+
+namespace {
+
+constexpr Twips UsualWidth = 3600;
+constexpr int SubscriptOutOfRangeNumber = 9;
+
+using Codes = QList<QPair<QString, QString>>;
+
+Codes nibrsCodes()
+{
+    return modUtils::NibrsModule()->GetNibrsOffenseCodeList();
+}
+
+QString displayText(const QPair<QString, QString>& entry)
+{
+    const auto& [code, description] = entry;
+    return description.isEmpty() || description == code ? code : code + QStringLiteral(" - ") + description;
+}
+
+QVariant asVariant(Color color)
+{
+    return QVariant::fromValue(color);
+}
+
+} // namespace
+
+NibrsOffensePicker::NibrsOffensePicker(QWidget* parent, const ControlSite& site)
+    : UserControl(parent, site)
+    , cboNibrsCode(new FlatDropdown(this))
+    , m_designValue(Null())
+{
+    cboNibrsCode->setObjectName(QStringLiteral("cboNibrsCode"));
+    setFocusPolicy(Qt::StrongFocus);
+    setFocusProxy(cboNibrsCode);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    resize(sizeHint());
+    m_subscriptions.push_back(cboNibrsCode->Click.subscribe([this] { Q_EMIT Change(); }));
+    begin();
+}
+
+NibrsOffensePicker::~NibrsOffensePicker() = default;
+
+// The list
+
+void NibrsOffensePicker::FillList()
+{
+    cboNibrsCode->Clear();
+    if (!ambient().UserMode()) {
+        cboNibrsCode->AddItem(ambient().DisplayName());
+        cboNibrsCode->SetListIndex(0);
+        return;
+    }
+    cboNibrsCode->AddItem(QStringLiteral("(None)"));
+    const Codes codes = nibrsCodes();
+    for (int i = 0; i < codes.size(); ++i)
+        cboNibrsCode->AddItem(displayText(codes.at(i)), i);
+    cboNibrsCode->SetListIndex(0);
+}
+
+QVariant NibrsOffensePicker::Value() const
+{
+    if (!ambient().UserMode())
+        return m_designValue;
+    const int index = cboNibrsCode->ListIndex();
+    if (index <= 0)
+        return Null();
+    const Codes codes = nibrsCodes(); // as they are now
+    const int position = cboNibrsCode->ItemData(index);
+    if (position >= codes.size())
+        throw Error(QStringLiteral("Subscript out of range"), SubscriptOutOfRangeNumber);
+    return codes.at(position).first;
+}
+
+void NibrsOffensePicker::SetValue(const QVariant& value)
+{
+    const QPointer<NibrsOffensePicker> self(this);
+    if (!ambient().UserMode()) {
+        m_designValue = value;
+    } else {
+        const Codes codes = nibrsCodes();
+        int target = 0;
+        for (int i = 1; i < cboNibrsCode->ListCount() && target == 0; ++i) {
+            if (SameValue(codes.value(cboNibrsCode->ItemData(i)).first, value))
+                target = i;
+        }
+        cboNibrsCode->SetListIndex(target);
+    }
+    if (self)
+        Q_EMIT PropertyChanged(QStringLiteral("Value"));
+}
+
+void NibrsOffensePicker::TavrinControl_SetValue(const QVariant& value, const UsedValues&)
+{
+    SetValue(value);
+}
+
+QString NibrsOffensePicker::Text() const
+{
+    return cboNibrsCode->Text();
+}
+
+bool NibrsOffensePicker::ValueIsNull() const
+{
+    return IsNull(Value());
+}
+
+// Properties
+
+void NibrsOffensePicker::SetEnabled(bool enabled)
+{
+    setEnabled(enabled);
+    cboNibrsCode->setEnabled(enabled);
+    Q_EMIT PropertyChanged(QStringLiteral("Enabled"));
+}
+
+FontPtr NibrsOffensePicker::Font() const
+{
+    return cboNibrsCode->Font();
+}
+
+void NibrsOffensePicker::SetFont(const FontPtr& font)
+{
+    cboNibrsCode->SetFont(font);
+    LayoutControls();
+    Q_EMIT PropertyChanged(QStringLiteral("Font"));
+}
+
+Color NibrsOffensePicker::ForeColor() const
+{
+    return cboNibrsCode->ForeColor();
+}
+
+void NibrsOffensePicker::SetForeColor(Color color)
+{
+    cboNibrsCode->SetForeColor(color);
+    Q_EMIT PropertyChanged(QStringLiteral("ForeColor"));
+}
+
+Color NibrsOffensePicker::BackColor() const
+{
+    return cboNibrsCode->BackColor();
+}
+
+void NibrsOffensePicker::SetBackColor(Color color)
+{
+    cboNibrsCode->SetBackColor(color);
+    Q_EMIT PropertyChanged(QStringLiteral("BackColor"));
+}
+
+SavedProperties NibrsOffensePicker::savedProperties()
+{
+    return {
+        {QStringLiteral("Value"), PropertyKind::Variant, Null(), [this] { return Value(); },
+         [this](const QVariant& value) { SetValue(value); }},
+        fontProperty(
+            std::make_shared<tavrin::Font>(), [this] { return Font(); },
+            [this](const FontPtr& font) { SetFont(font); }),
+        {QStringLiteral("ForeColor"), PropertyKind::Color, asVariant(SystemColor::WindowText),
+         [this] { return asVariant(ForeColor()); },
+         [this](const QVariant& value) { SetForeColor(value.value<Color>()); }},
+        {QStringLiteral("BackColor"), PropertyKind::Color, asVariant(SystemColor::WindowBackground),
+         [this] { return asVariant(BackColor()); },
+         [this](const QVariant& value) { SetBackColor(value.value<Color>()); }},
+    };
+}
+
+// Lifecycle and layout
+
+void NibrsOffensePicker::UserControl_InitProperties()
+{
+    FillList();
+    SetFont(ambient().Font());
+}
+
+void NibrsOffensePicker::UserControl_ReadProperties(const PropertyBag& bag)
+{
+    FillList();
+    UserControl::UserControl_ReadProperties(bag);
+}
+
+void NibrsOffensePicker::UserControl_AmbientChanged(const QString& propertyName)
+{
+    if (propertyName == QLatin1String("DisplayName") && !ambient().UserMode())
+        cboNibrsCode->SetList(0, ambient().DisplayName());
+}
+
+void NibrsOffensePicker::UserControl_Resize()
+{
+    LayoutControls();
+}
+
+void NibrsOffensePicker::LayoutControls()
+{
+    if (m_inLayout)
+        return;
+    const QScopedValueRollback inLayout(m_inLayout, true);
+    continueOnError(
+        [this] { cboNibrsCode->setGeometry(0, 0, toPixels(ScaleWidth()), cboNibrsCode->height()); },
+        [this] { resize(cboNibrsCode->size()); });
+    updateGeometry();
+}
+
+QSize NibrsOffensePicker::sizeHint() const
+{
+    return {toPixels(UsualWidth), cboNibrsCode->height()};
+}
+
+QSize NibrsOffensePicker::minimumSizeHint() const
+{
+    return {cboNibrsCode->minimumSizeHint().width(), cboNibrsCode->height()};
+}
+
+} // namespace tavrin

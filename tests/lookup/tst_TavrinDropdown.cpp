@@ -1,0 +1,332 @@
+#include "base/Error.h"
+#include "base/Variant.h"
+#include "frame/control_frame/PropertyBag.h"
+#include "lookup/TavrinDropdown.h"
+#include "support/FakeHost.h"
+#include "support/TestCase.h"
+#include "support/Unhandled.h"
+#include "widgets/FlatDropdown.h"
+
+#include <QSignalSpy>
+
+using namespace Qt::StringLiterals;
+using namespace tavrin;
+using tavrin::test::FakeHost;
+
+namespace {
+
+constexpr tavrin::TableNumber Races = 312;
+constexpr tavrin::TableNumber Nothing = 313;
+
+QStringList keysOf(const PropertyBag& bag)
+{
+    QStringList keys;
+    for (const PropertyBag::Entry& entry : bag.entries())
+        keys << entry.key;
+    return keys;
+}
+
+QImage redIcon()
+{
+    QImage icon(12, 12, QImage::Format_ARGB32);
+    icon.fill(Qt::red);
+    return icon;
+}
+
+/// A host with two tables, and a window that shows what is placed on it.
+struct Site
+{
+    Site()
+        : installation(host)
+    {
+        host.setTable(Races, {{u"W"_s, u"White"_s, 23}, {u"B"_s, u"Black"_s, 24}, {u"A"_s, u"Asian"_s, 25}});
+        host.setTable(Nothing, {});
+        window.resize(400, 200);
+    }
+    TavrinDropdown* place(tavrin::TableNumber table)
+    {
+        auto* control = new TavrinDropdown(&window);
+        control->SetTableNumber(table);
+        QObject::connect(control, &UserControl::PropertyChanged, &window,
+                         [this](const QString& key) { told << key; });
+        QObject::connect(control, &TavrinDropdown::Change, &window, [this] { told << u"Change"_s; });
+        return control;
+    }
+    void show()
+    {
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+    }
+    static FlatDropdown* box(const TavrinDropdown* control)
+    {
+        return control->findChild<FlatDropdown*>(u"cboItems"_s);
+    }
+    static QStringList entries(const TavrinDropdown* control)
+    {
+        QStringList texts;
+        for (int i = 0; i < box(control)->ListCount(); ++i)
+            texts << box(control)->List(i);
+        return texts;
+    }
+    QStringList take() { return std::exchange(told, {}); }
+
+    FakeHost host;
+    HostInstallation installation;
+    QWidget window;
+    QStringList told;
+};
+
+} // namespace
+
+class tst_TavrinDropdown : public tavrin::test::TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theMembersStandInThePublishedOrder()
+    {
+        const QMetaObject& meta = TavrinDropdown::staticMetaObject;
+        QStringList names;
+        for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i)
+            names << QString::fromLatin1(meta.property(i).name());
+        QCOMPARE(names, QStringList({u"hWnd"_s, u"Font"_s, u"Icon"_s, u"TableNumber"_s, u"Value"_s}));
+    }
+
+    void theListIsBuiltAtShowAndNotBefore()
+    {
+        Site site;
+        auto* control = site.place(Races);
+        QCOMPARE(Site::entries(control), QStringList());
+        QCOMPARE(site.host.state().log.filter(u"GetTableValues"_s), QStringList());
+        site.show();
+        QCOMPARE(Site::entries(control), QStringList({u"(None)"_s, u"White"_s, u"Black"_s, u"Asian"_s}));
+        QCOMPARE(site.host.state().log.filter(u"GetTableValues"_s), QStringList{u"GetTableValues 312"_s});
+        QCOMPARE(Site::box(control)->ListIndex(), 0);
+        QCOMPARE(Site::box(control)->ItemData(2), 24);
+    }
+
+    void inactiveValuesAreNotListed()
+    {
+        Site site;
+        site.host.state().inactive[Races] = {24};
+        auto* control = site.place(Races);
+        site.show();
+        QCOMPARE(Site::entries(control), QStringList({u"(None)"_s, u"White"_s, u"Asian"_s}));
+    }
+
+    void laterShowsOnlyBuildAnOutdatedList()
+    {
+        Site site;
+        auto* control = site.place(Races);
+        site.show();
+        control->hide();
+        control->show();
+        QCOMPARE(site.host.state().log.filter(u"GetTableValues"_s).size(), 1);
+        control->SetTableNumber(Nothing);
+        QCOMPARE(Site::entries(control).size(),
+                 4); // no visible effect until it is shown again: this is meant
+        control->hide();
+        control->show();
+        QCOMPARE(Site::entries(control), QStringList{u"(None)"_s});
+    }
+
+    void withoutATableTheListIsEmptyAndTheValueReadsNullAndIgnoresASet()
+    {
+        Site site;
+        auto* control = site.place(Tables::None);
+        site.show();
+        QCOMPARE(Site::entries(control), QStringList());
+        site.take();
+        control->SetValue(23);
+        QVERIFY(IsNull(control->Value()));
+        QCOMPARE(site.take(), QStringList());
+    }
+
+    void aTableWithoutValuesShowsOnlyNoneSelected()
+    {
+        Site site;
+        auto* control = site.place(Nothing);
+        site.show();
+        QCOMPARE(Site::entries(control), QStringList{u"(None)"_s});
+        QCOMPARE(Site::box(control)->ListIndex(), 0);
+        QVERIFY(IsNull(control->Value()));
+    }
+
+    void aValueGivenBeforeTheFirstShowIsLostAsIsMeant()
+    {
+        Site site;
+        auto* control = site.place(Races);
+        control->SetValue(24);
+        site.show();
+        QVERIFY(IsNull(control->Value()));
+    }
+
+    void aValueIsFoundAndReadBackAsALong()
+    {
+        Site site;
+        auto* control = site.place(Races);
+        site.show();
+        site.take();
+        control->SetValue(24.0);
+        QCOMPARE(control->Value(), QVariant(24));
+        QCOMPARE(control->Value().typeId(), int(QMetaType::Int));
+        // The selection reports first, then the setter.
+        QCOMPARE(site.take(), QStringList({u"Value"_s, u"Change"_s, u"Value"_s}));
+    }
+
+    void aValueThatTheListLacksSelectsNoneAndReadsNull_data()
+    {
+        QTest::addColumn<QVariant>("value");
+        QTest::newRow("unknown") << QVariant(99);
+        QTest::newRow("Null") << Null();
+        QTest::newRow("Empty") << QVariant();
+    }
+    void aValueThatTheListLacksSelectsNoneAndReadsNull()
+    {
+        QFETCH(QVariant, value);
+        Site site;
+        auto* control = site.place(Races);
+        site.show();
+        control->SetValue(23);
+        control->SetValue(value);
+        QCOMPARE(Site::box(control)->ListIndex(), 0);
+        QVERIFY(IsNull(control->Value()));
+    }
+
+    void theValueThatIsSelectedAlreadyReportsNothing()
+    {
+        Site site;
+        auto* control = site.place(Races);
+        site.show();
+        control->SetValue(23);
+        site.take();
+        control->SetValue(23);
+        QCOMPARE(site.take(), QStringList());
+    }
+
+    void thePersonsChoiceReportsTheValueThenRaisesChange()
+    {
+        Site site;
+        auto* control = site.place(Races);
+        site.show();
+        control->setFocus();
+        QVERIFY(Site::box(control)->hasFocus());
+        site.take();
+        QTest::keyClick(Site::box(control), Qt::Key_Down);
+        QCOMPARE(site.take(), QStringList({u"Value"_s, u"Change"_s}));
+        QCOMPARE(control->Value(), QVariant(23));
+    }
+
+    void theHeightIsAlwaysTheWidgets()
+    {
+        Site site;
+        auto* control = site.place(Races);
+        site.show();
+        const int height = Site::box(control)->height();
+        for (const QSize& asked : {QSize(300, 90), QSize(120, 3)}) {
+            control->resize(asked);
+            QCOMPARE(control->height(), height);
+            QCOMPARE(control->width(), asked.width());
+            QCOMPARE(Site::box(control)->geometry(), QRect(0, 0, asked.width(), height));
+        }
+        const auto large = std::make_shared<tavrin::Font>();
+        large->SetSize(30);
+        control->SetFont(large);
+        QVERIFY(control->height() > height);
+        QCOMPARE(control->height(), Site::box(control)->height());
+    }
+
+    void aNewControlHasItsWidthItsFontAndNoTable()
+    {
+        Site site;
+        QFont font = site.window.font();
+        font.setPointSize(17);
+        site.window.setFont(font);
+        const TavrinDropdown control(&site.window);
+        QCOMPARE(control.TableNumber(), -1);
+        QCOMPARE(control.width(), toPixels(3073));
+        QCOMPARE(control.Font()->Size(), 17.0);
+        QVERIFY(control.Icon().isNull());
+    }
+
+    void theContainersColourFillsTheFrame()
+    {
+        Site site;
+        site.window.setProperty("BackColor", QVariant::fromValue(Color::rgb(1, 2, 3)));
+        const TavrinDropdown control(&site.window);
+        QCOMPARE(control.FrameBackColor(), Color::rgb(1, 2, 3));
+        site.window.setProperty("BackColor", QVariant::fromValue(Color::rgb(9, 8, 7)));
+        QCOMPARE(control.FrameBackColor(), Color::rgb(9, 8, 7));
+    }
+
+    void aContainerWithoutAColourLeavesTheAmbientOne()
+    {
+        Site site;
+        const TavrinDropdown control(&site.window);
+        QCOMPARE(control.FrameBackColor(), control.ambient().BackColor());
+    }
+
+    void theSavedPropertiesComeBackInTheirOrder()
+    {
+        Site site;
+        TavrinDropdown control(&site.window);
+        PropertyBag bag;
+        control.WriteProperties(bag);
+        QCOMPARE(keysOf(bag), QStringList());
+        const auto font = std::make_shared<tavrin::Font>();
+        font->SetSize(21);
+        control.SetFont(font);
+        control.SetIcon(redIcon());
+        control.SetTableNumber(Races);
+        control.WriteProperties(bag);
+        QCOMPARE(keysOf(bag), QStringList({u"Font"_s, u"Icon"_s, u"TableNumber"_s}));
+        const TavrinDropdown restored(&site.window, {u"Race"_s, &bag});
+        QCOMPARE(restored.Font()->Size(), 21.0);
+        QCOMPARE(restored.Icon().pixelColor(3, 3), QColor(Qt::red));
+        QCOMPARE(restored.TableNumber(), Races);
+    }
+
+    void restoringMakesTheListBeBuiltAgain()
+    {
+        Site site;
+        auto* control = site.place(Races);
+        site.show();
+        control->ReadProperties(PropertyBag{});
+        control->hide();
+        control->SetTableNumber(Races);
+        site.host.state().log.clear();
+        control->show();
+        QCOMPARE(site.host.state().log.filter(u"GetTableValues"_s), QStringList{u"GetTableValues 312"_s});
+    }
+
+    void aFailureOfTheHostIsAFailureOfShowAndLeavesTheControlUsable()
+    {
+        Site site;
+        tavrin::test::Unhandled unhandled;
+        auto* control = site.place(Races);
+        site.host.failWith(Error(u"the tables are away"_s));
+        site.show();
+        QVERIFY(unhandled.texts.contains(u"UserControl_Show: the tables are away"_s));
+        site.host.failWith({});
+        control->SetTableNumber(Nothing);
+        control->SetTableNumber(Races);
+        control->hide();
+        control->show();
+        QCOMPARE(Site::entries(control).size(), 4);
+    }
+
+    void aFollowerMayDeleteTheControl()
+    {
+        Site site;
+        auto* control = site.place(Races);
+        site.show();
+        const QPointer<TavrinDropdown> alive(control);
+        QObject::connect(control, &TavrinDropdown::Change, &site.window, [&] { delete alive.data(); });
+        control->SetValue(24);
+        QVERIFY(!alive);
+    }
+};
+
+TAVRIN_TEST_MAIN(tst_TavrinDropdown)
+#include "tst_TavrinDropdown.moc"

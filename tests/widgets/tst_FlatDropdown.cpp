@@ -1,0 +1,248 @@
+#include "base/Error.h"
+#include "support/TestCase.h"
+#include "support/Unhandled.h"
+#include "widgets/FlatDropdown.h"
+
+#include <QLineEdit>
+#include <QListView>
+#include <QPointer>
+#include <QWheelEvent>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+using tavrin::FlatDropdown;
+using tavrin::Subscription;
+
+namespace {
+
+class Stage
+{
+public:
+    Stage()
+        : window(new QWidget)
+    {
+        window->setGeometry(100, 100, 300, 200);
+        box = new FlatDropdown(window.get());
+        box->setGeometry(10, 10, 200, box->sizeHint().height());
+        other = new QLineEdit(window.get());
+        other->setGeometry(10, 120, 150, 24);
+        for (const auto& text : {u"(None)"_s, u"Handgun"_s, u"Rifle"_s, u"Shotgun"_s})
+            box->AddItem(text);
+        m_keep = box->Click.subscribe([this] { told << u"click %1"_s.arg(box->ListIndex()); });
+        window->show();
+        window->activateWindow();
+        box->setFocus();
+    }
+    bool isReady() { return QTest::qWaitForWindowActive(window.get()) && box->hasFocus(); }
+    QStringList take() { return std::exchange(told, {}); }
+    void clickRow(int row) const
+    {
+        auto* view = window->findChild<QListView*>(u"entries"_s);
+        QVERIFY(view && view->isVisible());
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, {},
+                          view->visualRect(view->model()->index(row, 0)).center());
+    }
+
+    std::unique_ptr<QWidget> window;
+    FlatDropdown* box;
+    QLineEdit* other;
+    QStringList told;
+
+private:
+    Subscription m_keep;
+};
+
+QImage imageOf(QWidget& widget)
+{
+    return widget.grab().toImage();
+}
+
+} // namespace
+
+class tst_FlatDropdown : public tavrin::test::TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void entriesHaveTextsAndDataAndTheNewestHasAnIndex()
+    {
+        FlatDropdown box;
+        QCOMPARE(box.NewIndex(), -1);
+        box.AddItem(u"a"_s);
+        QCOMPARE(box.NewIndex(), 0);
+        box.SetItemData(0, 77);
+        box.SetItemData(5, 1); // outside the list: ignored
+        QCOMPARE(box.ItemData(0), 77);
+        box.SetList(0, u"b"_s);
+        QCOMPARE(box.List(0), u"b"_s);
+        QCOMPARE(box.ListIndex(), -1);
+    }
+
+    void aSelectionByCodeRaisesClickOnce()
+    {
+        Stage stage;
+        QVERIFY(stage.isReady());
+        stage.box->SetListIndex(2);
+        stage.box->SetListIndex(2);
+        QCOMPARE(stage.take(), QStringList{u"click 2"_s});
+        QCOMPARE(stage.box->Text(), u"Rifle"_s);
+    }
+
+    void keysSelectWhileItIsClosed()
+    {
+        Stage stage;
+        QVERIFY(stage.isReady());
+        QTest::keyClick(stage.box, Qt::Key_Down);
+        QTest::keyClick(stage.box, Qt::Key_Down);
+        QTest::keyClick(stage.box, Qt::Key_End);
+        QTest::keyClicks(stage.box, u"r"_s);
+        QCOMPARE(stage.take(), QStringList({u"click 0"_s, u"click 1"_s, u"click 3"_s, u"click 2"_s}));
+        QVERIFY(!stage.box->IsOpen());
+    }
+
+    void keysOpenAndClose_data()
+    {
+        QTest::addColumn<int>("opening");
+        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+        QTest::newRow("F4") << int(Qt::Key_F4) << Qt::KeyboardModifiers(Qt::NoModifier);
+        QTest::newRow("Alt+Down") << int(Qt::Key_Down) << Qt::KeyboardModifiers(Qt::AltModifier);
+        QTest::newRow("Space") << int(Qt::Key_Space) << Qt::KeyboardModifiers(Qt::NoModifier);
+    }
+    void keysOpenAndClose()
+    {
+        QFETCH(int, opening);
+        QFETCH(Qt::KeyboardModifiers, modifiers);
+        Stage stage;
+        QVERIFY(stage.isReady());
+        for (const Qt::Key closing : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_F4}) {
+            QTest::keyClick(stage.box, Qt::Key(opening), modifiers);
+            QVERIFY(stage.box->IsOpen());
+            QVERIFY(stage.box->hasFocus());
+            QTest::keyClick(stage.box, closing);
+            QVERIFY(!stage.box->IsOpen());
+        }
+        QCOMPARE(stage.take(), QStringList());
+    }
+
+    void enterWithAClosedListIsTheForms()
+    {
+        Stage stage;
+        QVERIFY(stage.isReady());
+        QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+        QApplication::sendEvent(stage.box, &enter);
+        QVERIFY(!enter.isAccepted());
+    }
+
+    void aClickOpensAndTheNextOneCloses()
+    {
+        Stage stage;
+        QVERIFY(stage.isReady());
+        QTest::mouseClick(stage.box, Qt::LeftButton);
+        QVERIFY(stage.box->IsOpen());
+        QTest::mouseClick(stage.box, Qt::LeftButton);
+        QVERIFY(!stage.box->IsOpen());
+        QTest::mouseClick(stage.box, Qt::RightButton);
+        QVERIFY(!stage.box->IsOpen());
+    }
+
+    void aClickOnARowSelectsItAndCloses()
+    {
+        Stage stage;
+        QVERIFY(stage.isReady());
+        QTest::mouseClick(stage.box, Qt::LeftButton);
+        stage.clickRow(3);
+        QCOMPARE(stage.take(), QStringList{u"click 3"_s});
+        QVERIFY(!stage.box->IsOpen());
+    }
+
+    void theListClosesWhenTheFocusLeaves()
+    {
+        Stage stage;
+        QVERIFY(stage.isReady());
+        stage.box->Open();
+        stage.other->setFocus();
+        QVERIFY(!stage.box->IsOpen());
+    }
+
+    void theWheelChangesNothingAndIsLeftToThePage()
+    {
+        Stage stage;
+        QVERIFY(stage.isReady());
+        stage.box->SetListIndex(1);
+        stage.take();
+        QWheelEvent wheel(QPointF(5, 5), stage.box->mapToGlobal(QPointF(5, 5)), {}, QPoint(0, -120),
+                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(stage.box, &wheel);
+        QVERIFY(!wheel.isAccepted());
+        QCOMPARE(stage.box->ListIndex(), 1);
+        QCOMPARE(stage.take(), QStringList());
+    }
+
+    void aDisabledBoxOpensForNothing()
+    {
+        Stage stage;
+        QVERIFY(stage.isReady());
+        stage.box->setEnabled(false);
+        QTest::mouseClick(stage.box, Qt::LeftButton);
+        QVERIFY(!stage.box->IsOpen());
+    }
+
+    void whatIsShownFollowsTheSelectionTheTextAndTheIcon()
+    {
+        Stage stage;
+        QVERIFY(stage.isReady());
+        const QImage empty = imageOf(*stage.box);
+        stage.box->SetListIndex(1);
+        const QImage chosen = imageOf(*stage.box);
+        QVERIFY(chosen != empty);
+        stage.box->SetList(1, u"Another text"_s);
+        const QImage renamed = imageOf(*stage.box);
+        QVERIFY(renamed != chosen);
+        QImage icon(16, 16, QImage::Format_ARGB32);
+        icon.fill(Qt::red);
+        stage.box->SetIcon(icon);
+        QCOMPARE(stage.box->Icon(), icon);
+        const QImage withIcon = imageOf(*stage.box);
+        QCOMPARE(withIcon.pixelColor(6 + 3, stage.box->height() / 2), QColor(Qt::red));
+        stage.box->Clear();
+        QVERIFY(imageOf(*stage.box) != withIcon);
+    }
+
+    void theHeightFollowsTheFontAndAChangeInsideIt()
+    {
+        FlatDropdown box;
+        const int before = box.height();
+        const auto font = std::make_shared<tavrin::Font>();
+        box.SetFont(font);
+        font->SetSize(font->Size() * 2);
+        QCOMPARE(box.Font(), font);
+        QVERIFY(box.height() > before + 5);
+        QCOMPARE(box.height(), box.sizeHint().height());
+    }
+
+    void aHandlerMayDeleteTheBox()
+    {
+        Stage stage;
+        QVERIFY(stage.isReady());
+        const QPointer<FlatDropdown> box(stage.box);
+        const Subscription keep = stage.box->Click.subscribe([&] { delete box.data(); });
+        QTest::keyClick(stage.box, Qt::Key_Down);
+        QVERIFY(!box);
+    }
+
+    void aHandlersErrorReachesTheCallerOfASelectionAndNotQt()
+    {
+        Stage stage;
+        QVERIFY(stage.isReady());
+        tavrin::test::Unhandled unhandled;
+        const Subscription keep = stage.box->Click.subscribe([] { throw tavrin::Error(u"no"_s); });
+        QVERIFY_EXCEPTION_THROWN(stage.box->SetListIndex(1), tavrin::Error);
+        QTest::keyClick(stage.box, Qt::Key_Down);
+        QCOMPARE(unhandled.texts.size(), 1);
+        QCOMPARE(stage.box->ListIndex(), 2);
+    }
+};
+
+TAVRIN_TEST_MAIN(tst_FlatDropdown)
+#include "tst_FlatDropdown.moc"
