@@ -158,7 +158,7 @@ void SearchBox::openList(const QString& query)
     highlightChanged();
 }
 
-void SearchBox::openForKeyboard()
+void SearchBox::openByPerson()
 {
     // The text of the chosen item is no query: the person wants to see what else there is.
     const bool typed = !text().isEmpty() && (m_selected.isNull() || text() != itemText(m_selected));
@@ -299,7 +299,7 @@ bool SearchBox::answersKey(const QKeyEvent& event)
         if (ListIsOpen())
             CloseList();
         else
-            openForKeyboard();
+            openByPerson();
         return true;
     }
     if (modifiers)
@@ -307,7 +307,7 @@ bool SearchBox::answersKey(const QKeyEvent& event)
     if (!ListIsOpen()) {
         if (key != Qt::Key_Down)
             return false;
-        openForKeyboard();
+        openByPerson();
         return true;
     }
     if (key == Qt::Key_Escape) {

@@ -89,6 +89,8 @@ protected:
 
     /// Opens the list for a query, which need not be the text. An error of the search reaches the caller.
     void openList(const QString& query);
+    /// Opens the list for what was typed; for everything where the box shows the chosen item's text.
+    void openByPerson();
     /// What the list opens below, and is as wide as: the box, unless another widget that holds it is named.
     void setListAnchor(QWidget* anchor) { m_anchor = anchor; }
     /// The window that the list belongs to; nullptr for the box's own.
@@ -110,7 +112,6 @@ protected:
 private:
     void answerEdit();
     void search();
-    void openForKeyboard();
     bool answersKey(const QKeyEvent& event);
     bool moveHighlight(int key);
     bool canTake() const;

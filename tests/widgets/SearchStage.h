@@ -93,11 +93,18 @@ public:
     {
         QTest::mouseClick(popup()->windowHandle(), button, {}, popup()->mapFromGlobal(rowOnScreen(row)));
     }
-    /// Moves the pointer, of which the window below it hears.
-    static void movePointer(const QPoint& onScreen)
+    /// Moves the pointer, of which the list hears where it lies there.
+    void movePointer(const QPoint& onScreen) const
     {
         QCursor::setPos(onScreen);
         QCoreApplication::processEvents();
+        if (!box->ListIsOpen() || !popup()->geometry().contains(onScreen))
+            return;
+        // The offscreen platform does not know which window lies above.
+        QWidget* rows = view()->viewport();
+        QMouseEvent event(QEvent::MouseMove, rows->mapFromGlobal(onScreen), onScreen, Qt::NoButton,
+                          Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(rows, &event);
     }
 
     QPointer<QDialog> window;

@@ -738,7 +738,5 @@ private Q_SLOTS:
     }
 };
 
-Q_DECLARE_METATYPE(std::function<void(Stage&)>)
-
 TAVRIN_TEST_MAIN(tst_SearchBox)
 #include "tst_SearchBox.moc"
