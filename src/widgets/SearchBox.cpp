@@ -232,9 +232,10 @@ void SearchBox::highlightChanged()
     if (!m_view)
         return;
     const int row = m_view->highlightedRow();
-    setAccessibleDescription(
-        row < 0 ? m_view->accessibleDescription()
-                : tr("%1, %2 of %3").arg(m_view->rowText(row)).arg(row + 1).arg(m_view->rowCount()));
+    setAccessibleDescription(row < 0 ? m_view->accessibleDescription()
+                                     : tr("%1, %2 of %3")
+                                           .arg(m_view->rowText(row), QString::number(row + 1),
+                                                QString::number(m_view->rowCount())));
 }
 
 // Keys
