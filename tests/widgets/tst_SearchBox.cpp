@@ -664,28 +664,30 @@ private Q_SLOTS:
         QTest::addColumn<Act>("act");
         QTest::addColumn<bool>("withForm");
         for (const bool withForm : {false, true}) {
-            const auto row = [&](const char* name, const QString& event, const Act& act) {
-                QTest::addRow("%s, %s", name, withForm ? "form" : "box") << event << act << withForm;
+            const auto row = [&](const QString& name, const QString& event, const Act& act) {
+                QTest::addRow("%s, %s", qPrintable(name), withForm ? "form" : "box")
+                    << event << act << withForm;
             };
-            row("search by typing", u"search"_s, [](Stage& stage) { stage.type(u"i"_s); });
-            row("search by Down", u"search"_s, [](Stage& stage) { stage.key(Qt::Key_Down); });
-            row("search by F4", u"search"_s, [](Stage& stage) { stage.key(Qt::Key_F4); });
-            row("search by a paste", u"search"_s, [](Stage& stage) {
+            row(u"search by typing"_s, u"search"_s, [](Stage& stage) { stage.type(u"i"_s); });
+            row(u"search by Down"_s, u"search"_s, [](Stage& stage) { stage.key(Qt::Key_Down); });
+            row(u"search by F4"_s, u"search"_s, [](Stage& stage) { stage.key(Qt::Key_F4); });
+            row(u"search by a paste"_s, u"search"_s, [](Stage& stage) {
                 QApplication::clipboard()->setText(u"i"_s);
                 stage.key(Qt::Key_V, Qt::ControlModifier);
             });
-            row("search by the menu", u"search"_s, [](Stage& stage) {
+            row(u"search by the menu"_s, u"search"_s, [](Stage& stage) {
                 QApplication::clipboard()->setText(u"i"_s);
                 command(stage, u"Paste"_s);
                 QCoreApplication::processEvents();
             });
-            row("search by a drop", u"search"_s, [](Stage& stage) { drop(stage, u"i"_s); });
-            row("search by an input method", u"search"_s,
+            row(u"search by a drop"_s, u"search"_s, [](Stage& stage) { drop(stage, u"i"_s); });
+            row(u"search by an input method"_s, u"search"_s,
                 [](Stage& stage) { compose(stage, QString(), u"i"_s); });
-            row("search by code", u"search"_s, [](Stage& stage) { stage.box->ShowSuggestions(u"i"_s); });
-            row("chosen by code", u"chosen"_s, [](Stage& stage) { stage.box->SelectItem(stage.items[0]); });
-            row("dropped by code", u"chosen"_s, [](Stage& stage) { stage.box->ClearSelection(); });
-            row("dropped by emptying", u"chosen none"_s, [](Stage& stage) {
+            row(u"search by code"_s, u"search"_s, [](Stage& stage) { stage.box->ShowSuggestions(u"i"_s); });
+            row(u"chosen by code"_s, u"chosen"_s,
+                [](Stage& stage) { stage.box->SelectItem(stage.items[0]); });
+            row(u"dropped by code"_s, u"chosen"_s, [](Stage& stage) { stage.box->ClearSelection(); });
+            row(u"dropped by emptying"_s, u"chosen none"_s, [](Stage& stage) {
                 stage.box->SelectItem(stage.items[0]);
                 stage.box->selectAll();
                 stage.key(Qt::Key_Delete);
@@ -695,16 +697,15 @@ private Q_SLOTS:
                     stage.type(u"i"_s);
                     stage.key(Qt::Key_Down);
                 };
-                const auto name = [&](const char* by) { return qPrintable(event + QLatin1String(by)); };
-                row(name(" by Enter"), event, [=](Stage& stage) {
+                row(event + u" by Enter"_s, event, [=](Stage& stage) {
                     open(stage);
                     stage.key(Qt::Key_Return);
                 });
-                row(name(" by Tab"), event, [=](Stage& stage) {
+                row(event + u" by Tab"_s, event, [=](Stage& stage) {
                     open(stage);
                     stage.key(Qt::Key_Tab);
                 });
-                row(name(" by a click"), event, [=](Stage& stage) {
+                row(event + u" by a click"_s, event, [=](Stage& stage) {
                     open(stage);
                     stage.clickRow(1);
                 });
