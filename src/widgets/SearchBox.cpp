@@ -193,7 +193,9 @@ void SearchBox::makeList()
 
 const QWidget& SearchBox::anchor() const
 {
-    return m_anchor ? static_cast<const QWidget&>(*m_anchor) : *this;
+    if (m_anchor)
+        return *m_anchor;
+    return *this;
 }
 
 int SearchBox::listWidth() const

@@ -6,7 +6,12 @@
 #include "widgets/PictureSurface.h"
 #include "widgets/SuggestionView.h"
 
+#include <QAction>
 #include <QDialog>
+#include <QDropEvent>
+#include <QInputMethodEvent>
+#include <QMenu>
+#include <QMimeData>
 #include <QPointer>
 #include <QPushButton>
 #include <QTest>
@@ -159,6 +164,59 @@ private:
 
 public:
     std::function<void(const XmlNode& item)> onDraw;
+};
+
+/// What an input method tells: `preedit` is being composed, `commit` is done.
+inline void compose(SearchStage<>& stage, const QString& preedit, const QString& commit = {})
+{
+    QInputMethodEvent event(preedit, {});
+    event.setCommitString(commit);
+    QCoreApplication::sendEvent(stage.box, &event);
+}
+
+/// Drops a text behind the box's own.
+inline void drop(SearchStage<>& stage, const QString& text)
+{
+    QMimeData data;
+    data.setText(text);
+    const QPoint place(stage.box->width() - 5, 10);
+    QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(stage.box, &enter);
+    QVERIFY(enter.isAccepted());
+    QDropEvent event(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(stage.box, &event);
+}
+
+/// Chooses a command of the box's own context menu.
+inline void command(SearchStage<>& stage, const QString& name)
+{
+    const std::unique_ptr<QMenu> menu(stage.box->createStandardContextMenu());
+    for (QAction* action : menu->actions()) {
+        if (action->text().remove(u'&').startsWith(name)) {
+            QVERIFY(action->isEnabled());
+            action->trigger();
+            return;
+        }
+    }
+    QFAIL(qPrintable(name));
+}
+
+/// A form whose box has a list of this many rows open.
+class OpenStage : public SearchStage<>
+{
+public:
+    explicit OpenStage(int count = 3, const QPoint& place = {100, 100})
+        : SearchStage(place)
+    {
+        m_isReady = isReady();
+        fill(count);
+        key(Qt::Key_F4);
+        take();
+    }
+    bool isOpen() const { return m_isReady && box->ListIsOpen(); }
+
+private:
+    bool m_isReady;
 };
 
 } // namespace tavrin::test
