@@ -62,7 +62,7 @@ void AutoCompleteComboBox::lnkButton_Click()
     else if (ListIsOpen())
         CloseList();
     else
-        openList(text());
+        openByPerson();
 }
 
 void AutoCompleteComboBox::fontChanged()

@@ -34,11 +34,15 @@ SearchBox::SearchBox(QWidget* parent)
     , m_anchor(this)
 {
     setMaxLength(std::numeric_limits<int>::max()); // a pasted text is searched for whole
-    connectGuarded(this, &QLineEdit::textEdited, this, "SearchBox_Edited", [this] { edited(); });
-    // Behind a search for the new text, if there was one: a text set by code leaves no list of another text.
+    connect(this, &QLineEdit::textEdited, this, [this] {
+        // The line edit is still at work, and the handlers of a search may delete it. Keys and input methods
+        // answer the edit as soon as they are through; this is for the commands of the menu.
+        m_isEdited = true;
+        QMetaObject::invokeMethod(this, &SearchBox::answerEdit, Qt::QueuedConnection);
+    });
     connect(this, &QLineEdit::textChanged, this, [this] {
-        if (ListIsOpen() && text() != m_resultText)
-            CloseList();
+        if (!m_isEdited && text() != m_resultText)
+            CloseList(); // a text set by code leaves no list of another text
     });
 }
 
@@ -59,13 +63,16 @@ QString SearchBox::itemText(const XmlNode& item)
 
 void SearchBox::SelectItem(const XmlNode& node)
 {
+    const QPointer<SearchBox> self(this);
     CloseList();
     m_selected = node;
     if (!node.isNull()) {
         SetText(itemText(node));
-        setCursorPosition(0); // where the place is narrow, the start shows
+        if (self)
+            setCursorPosition(0); // where the place is narrow, the start shows
     }
-    SelectionChanged.raise();
+    if (self)
+        SelectionChanged.raise();
 }
 
 void SearchBox::ClearSelection()
@@ -99,17 +106,17 @@ void SearchBox::take(int row)
 
 // Searching
 
-void SearchBox::edited()
+void SearchBox::answerEdit()
 {
-    if (m_isComposing) {
-        m_editedWhileComposing = true;
+    if (m_isComposing || !std::exchange(m_isEdited, false))
         return;
-    }
-    const QPointer<SearchBox> self(this);
-    if (text().isEmpty() && !m_selected.isNull())
-        ClearSelection();
-    if (self)
-        search();
+    guard("SearchBox_Edited", [this] {
+        const QPointer<SearchBox> self(this);
+        if (text().isEmpty() && !m_selected.isNull())
+            ClearSelection();
+        if (self)
+            search();
+    });
 }
 
 void SearchBox::search()
@@ -122,8 +129,8 @@ void SearchBox::search()
 
 void SearchBox::openList(const QString& query)
 {
-    m_result.clear(); // an error of the search leaves no row of an older one
     const QPointer<SearchBox> self(this);
+    const QString textBefore = text();
     Suggestions result;
     try {
         SearchRequested.raise(query, result);
@@ -132,14 +139,18 @@ void SearchBox::openList(const QString& query)
             CloseList();
         throw;
     }
-    if (!self || !isVisible() || !isEnabled())
+    if (!self)
         return;
+    if (!isVisible() || !isEnabled() || text() != textBefore) {
+        CloseList();
+        return;
+    }
     m_result = std::move(result);
     m_query = query;
-    m_resultText = text();
+    m_resultText = textBefore;
     makeList();
     m_view->setFont(font());
-    m_view->setRows(static_cast<int>(m_result.size()), toPixels(m_listWidth));
+    m_view->setRows(static_cast<int>(m_result.size()), listWidth());
     placeList();
     if (!m_popup->isVisible()) {
         qApp->installEventFilter(this);
@@ -150,7 +161,7 @@ void SearchBox::openList(const QString& query)
     highlightChanged();
 }
 
-void SearchBox::openForKeyboard()
+void SearchBox::openByPerson()
 {
     // The text of the chosen item is no query: the person wants to see what else there is.
     const bool typed = !text().isEmpty() && (m_selected.isNull() || text() != itemText(m_selected));
@@ -183,13 +194,24 @@ void SearchBox::makeList()
     layout->addWidget(m_view);
 }
 
+const QWidget& SearchBox::anchor() const
+{
+    if (m_anchor)
+        return *m_anchor;
+    return *this;
+}
+
+int SearchBox::listWidth() const
+{
+    return m_listWidth > 0 ? toPixels(m_listWidth) : anchor().width();
+}
+
 void SearchBox::placeList()
 {
-    const QWidget& anchor = m_anchor ? *m_anchor : *this;
-    m_place = onScreen(anchor);
+    m_place = onScreen(anchor());
     const QSize frame(4, 4); // the frame's line and the margin, on either side
     const QSize page = m_view->pageSize();
-    const QSize wanted = QSize(std::max(page.width(), toPixels(m_listWidth) - frame.width()), page.height());
+    const QSize wanted = QSize(std::max(page.width(), listWidth() - frame.width()), page.height());
     m_popup->setGeometry(popupPlace(m_place, wanted + frame, m_view->rowHeight() + frame.height(),
                                     screen()->availableGeometry()));
 }
@@ -215,9 +237,10 @@ void SearchBox::highlightChanged()
     if (!m_view)
         return;
     const int row = m_view->highlightedRow();
-    setAccessibleDescription(
-        row < 0 ? m_view->accessibleDescription()
-                : tr("%1, %2 of %3").arg(m_view->rowText(row)).arg(row + 1).arg(m_view->rowCount()));
+    setAccessibleDescription(row < 0 ? m_view->accessibleDescription()
+                                     : tr("%1, %2 of %3")
+                                           .arg(m_view->rowText(row), QString::number(row + 1),
+                                                QString::number(m_view->rowCount())));
 }
 
 // Keys
@@ -282,7 +305,7 @@ bool SearchBox::answersKey(const QKeyEvent& event)
         if (ListIsOpen())
             CloseList();
         else
-            openForKeyboard();
+            openByPerson();
         return true;
     }
     if (modifiers)
@@ -290,7 +313,7 @@ bool SearchBox::answersKey(const QKeyEvent& event)
     if (!ListIsOpen()) {
         if (key != Qt::Key_Down)
             return false;
-        openForKeyboard();
+        openByPerson();
         return true;
     }
     if (key == Qt::Key_Escape) {
@@ -309,16 +332,23 @@ void SearchBox::keyPressEvent(QKeyEvent* event)
 {
     const QPointer<SearchBox> self(this);
     bool answered = false;
-    if (!m_isComposing && !isReadOnly()) {
+    const bool wasComposing = m_isComposing;
+    if (!wasComposing && !isReadOnly()) {
         guard("SearchBox_KeyPress", [&] {
             answered = true; // a failure has answered the key as well
             answered = answersKey(*event);
         });
     }
-    if (!self || answered)
+    if (!self || answered) {
         event->accept();
-    else
-        TextBox::keyPressEvent(event);
+        return;
+    }
+    TextBox::keyPressEvent(event);
+    if (!self)
+        return;
+    if (wasComposing && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
+        event->accept(); // it ended the composition; the form's default button is not meant
+    answerEdit();
 }
 
 bool SearchBox::event(QEvent* event)
@@ -346,8 +376,19 @@ void SearchBox::inputMethodEvent(QInputMethodEvent* event)
     const QPointer<SearchBox> self(this);
     m_isComposing = !event->preeditString().isEmpty();
     TextBox::inputMethodEvent(event);
-    if (self && !m_isComposing && std::exchange(m_editedWhileComposing, false))
-        guard("SearchBox_Edited", [&] { edited(); });
+    if (self)
+        answerEdit();
+}
+
+void SearchBox::dropEvent(QDropEvent* event)
+{
+    const QPointer<SearchBox> self(this);
+    setFocus(Qt::MouseFocusReason); // who drops a text here goes on here
+    if (!self)
+        return;
+    TextBox::dropEvent(event);
+    if (self)
+        answerEdit();
 }
 
 // What closes the list
@@ -364,6 +405,9 @@ void SearchBox::focusOutEvent(QFocusEvent* event)
     if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
         reason == Qt::MenuBarFocusReason)
         return; // the person comes back
+    m_isEdited = false;
+    if (!isModified())
+        return; // nothing was typed since code set the text
     guard("SearchBox_FocusOut", [&] {
         const QString chosen = itemText(m_selected);
         if (text() != chosen)
@@ -386,10 +430,12 @@ void SearchBox::changeEvent(QEvent* event)
 
 void SearchBox::wheelEvent(QWheelEvent* event)
 {
-    if (ListIsOpen())
-        QApplication::sendEvent(m_view->verticalScrollBar(), event);
-    else
+    if (!ListIsOpen()) {
         TextBox::wheelEvent(event);
+        return;
+    }
+    QApplication::sendEvent(m_view->verticalScrollBar(), event);
+    event->accept(); // also at the end of the list: a page that scrolls would close it
 }
 
 bool SearchBox::eventFilter(QObject* watched, QEvent* event)
@@ -397,17 +443,19 @@ bool SearchBox::eventFilter(QObject* watched, QEvent* event)
     const auto* widget = qobject_cast<QWidget*>(watched);
     if (!widget || !ListIsOpen())
         return TextBox::eventFilter(watched, event);
-    const QWidget* anchor = m_anchor ? m_anchor.data() : this;
     switch (event->type()) {
     case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonDblClick:
-        if (widget != m_popup && !m_popup->isAncestorOf(widget) && widget != anchor &&
-            !anchor->isAncestorOf(widget))
+    case QEvent::MouseButtonDblClick: {
+        // By its place: a press that the anchor does not take comes to its parents as well.
+        const QPoint place = static_cast<QMouseEvent*>(event)->globalPosition().toPoint();
+        if (!m_popup->geometry().contains(place) && !onScreen(anchor()).contains(place))
             CloseList();
         break;
+    }
     case QEvent::Move:
     case QEvent::Resize:
-        if ((widget == anchor || widget->isAncestorOf(anchor)) && onScreen(*anchor) != m_place)
+        if (widget == window() ||
+            ((widget == &anchor() || widget->isAncestorOf(&anchor())) && onScreen(anchor()) != m_place))
             CloseList();
         break;
     case QEvent::WindowDeactivate:

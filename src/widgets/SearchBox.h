@@ -53,7 +53,7 @@ public:
 
     bool Enabled() const { return isEnabled(); }
 
-    /// Width of the list; rows that tell that they are wider make it wider.
+    /// Width of the list; rows that tell that they are wider make it wider. 0, the default, is the anchor's.
     void SetListWidth(Twips width) { m_listWidth = width; }
 
     /// Shortest text that is searched for; 0, the default, searches for the empty text too.
@@ -89,6 +89,8 @@ protected:
 
     /// Opens the list for a query, which need not be the text. An error of the search reaches the caller.
     void openList(const QString& query);
+    /// Opens the list for what was typed; for everything where the box shows the chosen item's text.
+    void openByPerson();
     /// What the list opens below, and is as wide as: the box, unless another widget that holds it is named.
     void setListAnchor(QWidget* anchor) { m_anchor = anchor; }
     /// The window that the list belongs to; nullptr for the box's own.
@@ -100,6 +102,7 @@ protected:
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
@@ -107,15 +110,16 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void edited();
+    void answerEdit();
     void search();
-    void openForKeyboard();
     bool answersKey(const QKeyEvent& event);
     bool moveHighlight(int key);
     bool canTake() const;
     void take(int row);
     QString itemText(const XmlNode& item);
     void makeList();
+    const QWidget& anchor() const;
+    int listWidth() const;
     void placeList();
     void highlightChanged();
 
@@ -130,10 +134,10 @@ private:
     std::vector<Subscription> m_viewSubscriptions;
     Suggestions m_result;
     QString m_query;
-    QString m_resultText; // of the box when the result was computed
+    QString m_resultText; // of the box when the result was asked for
     QRect m_place;        // of the anchor on the screen when the list opened
     bool m_isComposing = false;
-    bool m_editedWhileComposing = false;
+    bool m_isEdited = false; // by the person, and not answered yet
 };
 
 } // namespace tavrin

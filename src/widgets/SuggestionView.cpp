@@ -46,6 +46,8 @@ void SuggestionView::setRows(int count, int width)
     m_rowCount = count;
     m_width = width;
     m_highlighted = -1;
+    m_painterFailed = false;
+    m_mouse = QCursor::pos(); // it rests, whatever rows come to lie below it
     setAccessibleDescription(count == 0   ? noMatches()
                              : count == 1 ? tr("1 suggestion")
                                           : tr("%1 suggestions").arg(count));
@@ -60,13 +62,24 @@ QSizeF SuggestionView::textRoom() const
     return {std::max(m_width - 2.0 * BesideText, 0.0), static_cast<double>(m_rowHeight)};
 }
 
+void SuggestionView::drawRow(PictureSurface& picture, int row, bool highlighted) const
+{
+    try {
+        m_painter(picture, row, highlighted);
+    } catch (...) {
+        // One report is enough: rows are drawn again and again.
+        if (!std::exchange(m_painterFailed, true))
+            reportUnhandledError(QStringLiteral("SuggestionView_DrawItem"));
+    }
+}
+
 void SuggestionView::measurePage()
 {
     m_contentWidth = 0;
     m_rowHeight = fontMetrics().height() + 2 * AboveText;
     for (int row = 0; row < std::min(m_rowCount, VisibleRows); ++row) {
         MeasuredPicture picture(font(), viewport(), textRoom());
-        m_painter(picture, row, false);
+        drawRow(picture, row, false);
         m_rowHeight = std::max(m_rowHeight, toPixels(picture.Height()) + 2 * AboveText);
         m_contentWidth = std::max(m_contentWidth, toPixels(picture.Width()) + 2 * BesideText);
     }
@@ -101,7 +114,7 @@ QString SuggestionView::rowText(int row) const
     if (row < 0 || row >= m_rowCount)
         return {};
     MeasuredPicture picture(font(), viewport(), textRoom());
-    m_painter(picture, row, false);
+    drawRow(picture, row, false);
     return picture.text();
 }
 
@@ -145,7 +158,7 @@ void SuggestionView::paintRow(QPainter& painter, int row) const
     painter.setPen(
         palette().color(QPalette::Active, highlighted ? QPalette::HighlightedText : QPalette::Text));
     PaintedPicture picture(painter, place.adjusted(BesideText, AboveText, -BesideText, -AboveText), ground);
-    guard("SuggestionView_DrawItem", [&] { m_painter(picture, row, highlighted); });
+    drawRow(picture, row, highlighted);
     painter.restore();
 }
 
@@ -172,12 +185,6 @@ void SuggestionView::resizeEvent(QResizeEvent* event)
 }
 
 // Mouse
-
-void SuggestionView::showEvent(QShowEvent* event)
-{
-    QAbstractScrollArea::showEvent(event);
-    m_mouse = QCursor::pos(); // a mouse that rests here takes nothing
-}
 
 void SuggestionView::mouseMoveEvent(QMouseEvent* event)
 {

@@ -19,7 +19,8 @@ class SuggestionView final : public QAbstractScrollArea
     Q_OBJECT
 
 public:
-    /// Paints one row, or measures it; ends by telling the picture its size.
+    /// Paints one row, or measures it; ends by telling the picture its size. What it throws is reported, once
+    /// for these rows, and the row stays as far as it came.
     using RowPainter = std::function<void(PictureSurface& picture, int row, bool highlighted)>;
 
     SuggestionView(RowPainter painter, QWidget* parent);
@@ -52,12 +53,12 @@ public:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
-    void showEvent(QShowEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
+    void drawRow(PictureSurface& picture, int row, bool highlighted) const;
     void measurePage();
     void refreshScrollBar();
     void paintRow(QPainter& painter, int row) const;
@@ -69,6 +70,7 @@ private:
     int m_rowHeight = 1;
     int m_contentWidth = 0;
     int m_width = 0;
+    mutable bool m_painterFailed = false;
     QPoint m_mouse; // on the screen, when it last moved
 };
 

@@ -1,7 +1,6 @@
 #include "SuggestionViewAccessible.h"
 
 #include "SuggestionView.h"
-#include "base/Guard.h"
 
 #include <QPointer>
 
@@ -33,10 +32,7 @@ public:
 
     QString text(QAccessible::Text kind) const override
     {
-        QString text;
-        if (kind == QAccessible::Name && isValid())
-            guard("SuggestionView_RowText", [&] { text = m_view->rowText(m_row); });
-        return text;
+        return kind == QAccessible::Name && isValid() ? m_view->rowText(m_row) : QString();
     }
     QRect rect() const override
     {
