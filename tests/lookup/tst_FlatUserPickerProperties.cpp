@@ -297,11 +297,13 @@ private Q_SLOTS:
         PeopleSite site;
         QWidget form;
         FlatUserPicker picker(&form);
-        site.host.state().textBoxColors.Normal.BorderColor = Color::rgb(200, 0, 0);
+        TextBoxColors& colors = site.host.state().textBoxColors;
+        colors.Normal.BorderColor = colors.Focused.BorderColor = Color::rgb(200, 0, 0);
         form.show();
         QVERIFY(QTest::qWaitForWindowExposed(&form));
-        QCOMPARE(picker.findChild<BoxShape*>()->BorderColor(), Color::rgb(200, 0, 0));
-        QCOMPARE(picker.findChild<BoxShape*>()->width(), picker.width());
+        const auto* shape = picker.findChild<BoxShape*>(u"shpBorder"_s);
+        QCOMPARE(shape->BorderColor(), Color::rgb(200, 0, 0));
+        QCOMPARE(shape->width(), picker.width());
     }
 
     void aChangeInsideTheFontShowsAtOnceAndReportsNothing()
