@@ -140,7 +140,8 @@ struct Journal
     QObject receiver;
 };
 
-/// A form with one flat picker between two boxes. It has no layout: the picker takes the size it gives itself.
+/// A form with one flat picker between two boxes. It has no layout: the picker takes the size it gives
+/// itself.
 template <typename Picker>
 struct FlatForm : PeopleSite
 {

@@ -8,8 +8,8 @@
 
 namespace tavrin::test {
 
-/// A surface that notes each call. A letter is 10 twips wide and 20 high for each point of the font; bold makes
-/// it one twip wider.
+/// A surface that notes each call. A letter is 10 twips wide and 20 high for each point of the font; bold
+/// makes it one twip wider.
 class RecordingPicture final : public PictureSurface
 {
 public:
@@ -44,7 +44,10 @@ public:
         if (std::exchange(m_bold, bold) != bold)
             calls << (bold ? QStringLiteral("bold") : QStringLiteral("not bold"));
     }
-    void SetForeColor(Color color) override { calls << QStringLiteral("colour %1").arg(color.value(), 0, 16); }
+    void SetForeColor(Color color) override
+    {
+        calls << QStringLiteral("colour %1").arg(color.value(), 0, 16);
+    }
     void SetDrawMode(DrawMode) override {}
     Twips TextWidth(const QString& text) const override
     {

@@ -40,9 +40,7 @@ struct Measures
                             : 60 * std::ceil((toTwips(form.label->height()) + 60) / 60))
         , boxHeight(2 * BoxMargin + textHeight)
         , standardWidth(
-              static_cast<Twips>(
-                  metricsOf(*form.picker->Font()).horizontalAdvance(QString(28, u'X'))) *
-              15)
+              static_cast<Twips>(metricsOf(*form.picker->Font()).horizontalAdvance(QString(28, u'X'))) * 15)
         , textTop(boxHeight / 2 - textHeight / 2 + captionHeight)
         , tagMargin(boxHeight / 2 - toTwips(form.tag->height()) / 2)
         , width(toTwips(form.picker->width()))
@@ -297,8 +295,8 @@ private Q_SLOTS:
         QCOMPARE(form.shape->geometry(), pixels(0, is.captionHeight, is.width, is.boxHeight));
         QCOMPARE(form.link->pos(), QPoint(0, 0));
         QCOMPARE(form.linkGroup->geometry(), is.linkGroup(30)); // the drop-down sign stands lower
-        QCOMPARE(form.box->geometry(), pixels(BoxMargin, is.textTop, is.width - 2 * BoxMargin - is.linkSide,
-                                              is.textHeight));
+        QCOMPARE(form.box->geometry(),
+                 pixels(BoxMargin, is.textTop, is.width - 2 * BoxMargin - is.linkSide, is.textHeight));
         QVERIFY(form.box->isVisible());
         QVERIFY(!form.tag->isVisible());
     }
@@ -341,8 +339,8 @@ private Q_SLOTS:
         QVERIFY(!form.tag->isVisible());
         QVERIFY(form.box->isVisible());
         QCOMPARE(form.box->Text(), u"Ann Smith"_s);
-        QCOMPARE(form.box->geometry(), pixels(BoxMargin, is.textTop, is.width - 2 * BoxMargin - is.linkSide,
-                                              is.textHeight));
+        QCOMPARE(form.box->geometry(),
+                 pixels(BoxMargin, is.textTop, is.width - 2 * BoxMargin - is.linkSide, is.textHeight));
         QCOMPARE(form.linkGroup->geometry(), is.linkGroup(0));
         QCOMPARE(form.link->Symbol(), 60846);
     }
@@ -572,8 +570,8 @@ private Q_SLOTS:
                  QSize(toPixels(is.standardWidth), toPixels(is.boxHeight + is.captionHeight)));
         QCOMPARE(form.shape->geometry(), pixels(0, is.captionHeight, is.width, is.boxHeight));
         QCOMPARE(form.linkGroup->geometry(), is.linkGroup(30));
-        QCOMPARE(form.box->geometry(), pixels(BoxMargin, is.textTop, is.width - 2 * BoxMargin - is.linkSide,
-                                              is.textHeight));
+        QCOMPARE(form.box->geometry(),
+                 pixels(BoxMargin, is.textTop, is.width - 2 * BoxMargin - is.linkSide, is.textHeight));
     }
 };
 

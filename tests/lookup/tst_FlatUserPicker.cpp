@@ -282,7 +282,7 @@ private Q_SLOTS:
             rows = form.found(QString());
         });
         form.contract().SetValue(Jack, usedValues({u"user:9"_s}));
-        QVERIFY(rows.contains(u"Hanna Old User (7)"_s));  // the old value is still held
+        QVERIFY(rows.contains(u"Hanna Old User (7)"_s));      // the old value is still held
         QVERIFY(rows.contains(u"Ann Smith User (asmith)"_s)); // no longer used
         QVERIFY(!rows.contains(u"Ninel Zed User (9)"_s));
         QVERIFY(!form.found(QString()).contains(u"Hanna Old User (7)"_s));

@@ -161,10 +161,9 @@ private Q_SLOTS:
         QTest::newRow("all, in spite of a held user") << options << none << none;
         QTest::newRow("all with a query")
             << options << u"q"_s << u"UserAccount[("_s + userText(u"'Q'"_s) + u")]"_s;
-        QTest::newRow("used values") << withUsed({u"user:1"_s, u"team:2"_s, Null(), QVariant(), u""_s, u"x"_s,
-                                                  u"user:o'b"_s})
-                                     << none
-                                     << u"UserAccount[(UserId != '1' and UserId != concat('o', \"'\", 'b'))]"_s;
+        QTest::newRow("used values")
+            << withUsed({u"user:1"_s, u"team:2"_s, Null(), QVariant(), u""_s, u"x"_s, u"user:o'b"_s}) << none
+            << u"UserAccount[(UserId != '1' and UserId != concat('o', \"'\", 'b'))]"_s;
         QTest::newRow("only others' used values") << withUsed({u"team:2"_s}) << none << none;
         options = withUsed({u"user:1"_s});
         options.RemoveUsedValues = false;
@@ -232,7 +231,8 @@ private Q_SLOTS:
         QTest::newRow("badge from its start only") << u"45"_s << QStringList{u"jobrien"_s};
         QTest::newRow("whole badge") << u"1245"_s << QStringList{u"asmith"_s};
         QTest::newRow("badge and more") << u"12456"_s << none;
-        QTest::newRow("a space") << u" "_s << QStringList({u"jobrien"_s, u"asmith"_s, u"7"_s, u"9"_s, u"bare"_s});
+        QTest::newRow("a space") << u" "_s
+                                 << QStringList({u"jobrien"_s, u"asmith"_s, u"7"_s, u"9"_s, u"bare"_s});
     }
     void aTypedTextFindsAFieldAnywhereAndABadgeFromItsStart()
     {
@@ -254,8 +254,7 @@ private Q_SLOTS:
     {
         PeopleSite site;
         site.host.state().users = tavrin::test::xmlOf(
-            u"<Users>"_s +
-            tavrin::test::userRecord(u"1"_s, true, u"Jos\u00E9"_s, u"a"_s, u"x"_s, u"1"_s) +
+            u"<Users>"_s + tavrin::test::userRecord(u"1"_s, true, u"Jos\u00E9"_s, u"a"_s, u"x"_s, u"1"_s) +
             tavrin::test::userRecord(u"2"_s, true, u"JOS\u00C9"_s, u"a"_s, u"x"_s, u"1"_s) + u"</Users>"_s);
         QCOMPARE(users(u"jos"_s, listAll()), QStringList({u"1"_s, u"2"_s}));
         // The typed letter becomes a capital, and the record's does not: odd, and meant.
