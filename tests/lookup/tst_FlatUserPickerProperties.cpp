@@ -3,8 +3,6 @@
 #include "frame/control_frame/PropertyBag.h"
 #include "support/TestCase.h"
 
-#include <QSignalSpy>
-
 using namespace tavrin;
 using namespace Qt::StringLiterals;
 using tavrin::test::Journal;
@@ -39,7 +37,7 @@ FontPtr fontOfSize(double points)
     return font;
 }
 
-/// Makes a property differ from its default.
+/// Makes each property differ from its default.
 void changeAll(FlatUserPicker& picker)
 {
     picker.SetRequired(true);
