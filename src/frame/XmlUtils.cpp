@@ -20,6 +20,24 @@ QString call(const QString& function, const QStringList& arguments)
     return function + u'(' + arguments.join(QStringLiteral(", ")) + u')';
 }
 
+/// The most arguments of one call: each adds to the depth of the expression, which the engine limits.
+constexpr qsizetype MostArguments = 200;
+
+/// A `concat` call; of calls, where there are too many pieces for one.
+QString concatenation(QStringList pieces)
+{
+    const QString concat = QStringLiteral("concat");
+    while (pieces.size() > MostArguments) {
+        QStringList calls;
+        for (qsizetype i = 0; i < pieces.size(); i += MostArguments) {
+            const QStringList some = pieces.mid(i, MostArguments);
+            calls << (some.size() == 1 ? some.first() : call(concat, some));
+        }
+        pieces = calls;
+    }
+    return call(concat, pieces);
+}
+
 } // namespace
 
 QString AndExpression(const QStringList& conditions)
@@ -57,8 +75,13 @@ QString QuoteLiteral(const QString& text)
 {
     if (!text.contains(u'\''))
         return u'\'' + text + u'\'';
-    const QString pieces = text.split(u'\'').join(QStringLiteral("', \"'\", '"));
-    return QStringLiteral("concat('") + pieces + QStringLiteral("')");
+    QStringList pieces;
+    for (const QString& piece : text.split(u'\'')) {
+        if (!pieces.isEmpty())
+            pieces << QStringLiteral("\"'\"");
+        pieces << u'\'' + piece + u'\'';
+    }
+    return concatenation(pieces);
 }
 
 std::vector<XmlNode> NodeListToCollection(const XmlNodeList& nodes)

@@ -15,6 +15,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -28,6 +29,12 @@ const QString PlaceholderText = QStringLiteral("Type to search");
 QString truncated(const QString& text, int length)
 {
     return text.size() <= length ? text : text.left(std::max(0, length - 3)) + QStringLiteral("...");
+}
+
+/// A caption without the marks of its access key.
+QString withoutAccessKey(const QString& caption)
+{
+    return QString(caption).replace(QRegularExpression(QStringLiteral("&(.)")), QStringLiteral("\\1"));
 }
 
 /// The theme's colours; in the designer, which may have no host, the system's.
@@ -76,6 +83,8 @@ void FlatPicker::SetCaption(const QString& caption)
     if (caption == m_caption)
         return;
     m_caption = caption;
+    setAccessibleName(withoutAccessKey(caption));
+    acTextBox->setAccessibleName(accessibleName());
     RefreshAppearance();
     LayoutControls();
     Q_EMIT PropertyChanged(QStringLiteral("Caption"));
@@ -306,11 +315,6 @@ void FlatPicker::refreshCaption()
     lblCaption->SetFont(CloneFont(*Font()));
     lblCaption->SetCaption(!m_caption.isEmpty() && m_required ? m_caption + QLatin1Char('*') : m_caption);
     lblCaption->setVisible(!m_caption.isEmpty());
-    if (!m_caption.isEmpty()) {
-        const QString name = QString(m_caption).remove(QLatin1Char('&'));
-        setAccessibleName(name);
-        acTextBox->setAccessibleName(name);
-    }
 }
 
 } // namespace tavrin

@@ -37,8 +37,8 @@ QString containsText(const char* field, const QString& text)
 
 /// The terms that users and teams share: `Identify` gives a value's identifier, Null for the other kind.
 template <typename Identify>
-SearchTerms terms(const SearchOptions& options, const QString& activeTest, const QString& key,
-                  const Identify& identify)
+SearchTerms sharedTerms(const SearchOptions& options, const QString& activeTest, const QString& key,
+                        const Identify& identify)
 {
     SearchTerms terms;
     if (!options.ListAll) {
@@ -118,18 +118,35 @@ QString UserTeamList::longText(const XmlNode& item)
 
 // Searching
 
-std::vector<XmlNode> UserTeamList::SearchUsers(const QString& query, const SearchOptions& options)
+SearchTerms UserTeamList::userTerms(const QString& query, const SearchOptions& options)
 {
-    SearchTerms wanted = terms(options, QStringLiteral("IsActive='True'"), QStringLiteral("UserId"), userId);
+    SearchTerms terms =
+        sharedTerms(options, QStringLiteral("IsActive='True'"), QStringLiteral("UserId"), userId);
     if (!query.isEmpty()) {
         const QString text = query.toUpper();
-        wanted.text << containsText("UserId", text) << containsText("FirstName", text)
-                    << containsText("LastName", text)
-                    << containsText("concat(FirstName, ' ', LastName)", text)
-                    << containsText("OfficerId", text)
-                    << StartsWithExpression(UpperCaseExpression(QStringLiteral("BadgeNo")), text);
+        terms.text << containsText("UserId", text) << containsText("FirstName", text)
+                   << containsText("LastName", text) << containsText("concat(FirstName, ' ', LastName)", text)
+                   << containsText("OfficerId", text)
+                   << StartsWithExpression(UpperCaseExpression(QStringLiteral("BadgeNo")), text);
     }
-    return wanted.select(usersDocument(), UserRecord);
+    return terms;
+}
+
+SearchTerms UserTeamList::teamTerms(const QString& query, const SearchOptions& options)
+{
+    // A number without quotes, unlike the users' test.
+    SearchTerms terms =
+        sharedTerms(options, QStringLiteral("ActiveFlag=1"), QStringLiteral("ValueNo"), teamNo);
+    if (!query.isEmpty()) {
+        const QString text = query.toUpper();
+        terms.text << containsText("ValueCode", text) << containsText("ValueDesc", text);
+    }
+    return terms;
+}
+
+std::vector<XmlNode> UserTeamList::SearchUsers(const QString& query, const SearchOptions& options)
+{
+    return userTerms(query, options).select(usersDocument(), UserRecord);
 }
 
 std::vector<XmlNode> UserTeamList::SearchTeams(const QString& query, const SearchOptions& options)
@@ -137,13 +154,7 @@ std::vector<XmlNode> UserTeamList::SearchTeams(const QString& query, const Searc
     if (!currentHost().session().FieldExists(QStringLiteral("Personnel"), QStringLiteral("Employee"),
                                              QStringLiteral("DeptTeamNo")))
         return {};
-    // A number without quotes, unlike the users' test.
-    SearchTerms wanted = terms(options, QStringLiteral("ActiveFlag=1"), QStringLiteral("ValueNo"), teamNo);
-    if (!query.isEmpty()) {
-        const QString text = query.toUpper();
-        wanted.text << containsText("ValueCode", text) << containsText("ValueDesc", text);
-    }
-    return wanted.select(teamsDocument(), TeamRecord);
+    return teamTerms(query, options).select(teamsDocument(), TeamRecord);
 }
 
 // Rows

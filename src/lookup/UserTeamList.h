@@ -15,6 +15,7 @@ namespace tavrin {
 class Font;
 class PictureSurface;
 struct SearchOptions;
+struct SearchTerms;
 
 /// The host's users and teams, as one list: users first.
 ///
@@ -35,6 +36,9 @@ public:
     /// With the kind behind it: "Jack O'Brien (user)".
     QString longText(const XmlNode& item);
 
+    /// The conditions of a search of either list.
+    static SearchTerms userTerms(const QString& query, const SearchOptions& options);
+    static SearchTerms teamTerms(const QString& query, const SearchOptions& options);
     std::vector<XmlNode> SearchUsers(const QString& query, const SearchOptions& options);
     /// None where the host's employees have no team.
     std::vector<XmlNode> SearchTeams(const QString& query, const SearchOptions& options);

@@ -148,6 +148,26 @@ private Q_SLOTS:
         QCOMPARE(found(XmlUtils::ContainsExpression(upper, name.toUpper())).contains(name), lettersAToZ);
     }
 
+    void aTextOfVeryManyApostrophesIsStillALiteral_data()
+    {
+        QTest::addColumn<int>("count");
+        for (const int count : {99, 100, 101, 10'000, 100'000})
+            QTest::newRow(qPrintable(QString::number(count))) << count;
+    }
+    void aTextOfVeryManyApostrophesIsStillALiteral()
+    {
+        QFETCH(int, count);
+        const QString text = u"a"_s + QString(count, u'\'') + u"b"_s;
+        XmlDocument document;
+        const XmlNode list = document.appendChild(document.createElement(u"List"_s));
+        list.appendElement(u"Name"_s, text);
+        list.appendElement(u"Name"_s, text + u"'"_s);
+        QCOMPARE(document.selectNodes(u"List/Name[. = "_s + XmlUtils::QuoteLiteral(text) + u']').size(), 1U);
+        QCOMPARE(document.selectNodes(u"List/Name[starts-with(., "_s + XmlUtils::QuoteLiteral(text) + u")]"_s)
+                     .size(),
+                 2U);
+    }
+
     void anInjectedConditionIsText()
     {
         QCOMPARE(found(XmlUtils::ContainsExpression(u"Name"_s, u"x') or true() or ('"_s)), QStringList());

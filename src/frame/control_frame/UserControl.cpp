@@ -131,11 +131,12 @@ void UserControl::UserControl_ReadProperties(const PropertyBag& bag)
     for (const SavedProperty& property : savedProperties()) {
         propertyStep(routine, [&] {
             QVariant value = property.defaultValue;
-            const auto read = [&] {
-                if (!property.olderKey.isEmpty())
-                    value = convertProperty(property.kind, bag.ReadProperty(property.olderKey, value));
-                value = convertProperty(property.kind, bag.ReadProperty(property.key, value));
+            const auto readKey = [&](const QString& key) {
+                value = convertProperty(property.kind, bag.ReadProperty(key, value));
             };
+            const auto read = [&] { readKey(property.key); };
+            if (!property.olderKey.isEmpty())
+                propertyStep(routine, [&] { readKey(property.olderKey); });
             // What cannot be read leaves a living control as it is; a new one has nothing yet to keep and
             // takes the default.
             if (m_begun)

@@ -1,0 +1,210 @@
+#include "FlatPickerForm.h"
+#include "base/Variant.h"
+#include "support/TestCase.h"
+
+using namespace tavrin;
+using namespace Qt::StringLiterals;
+using tavrin::test::PeopleSite;
+using tavrin::test::UserForm;
+
+namespace {
+
+const QVariant Ann = u"user:asmith"_s;
+
+} // namespace
+
+/// Colours, signs, fonts and caption of the flat pickers.
+class tst_FlatPickerAppearance : public tavrin::test::TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    // Colours
+
+    void theColoursAreThoseOfTheState_data()
+    {
+        QTest::addColumn<bool>("enabled");
+        QTest::addColumn<bool>("focused");
+        QTest::addColumn<int>("set");
+        QTest::newRow("normal") << true << false << 10;
+        QTest::newRow("disabled") << false << false << 20;
+        QTest::newRow("focused") << true << true << 30;
+    }
+    void theColoursAreThoseOfTheState()
+    {
+        QFETCH(bool, enabled);
+        QFETCH(bool, focused);
+        QFETCH(int, set);
+        UserForm form;
+        QVERIFY(form.isReady());
+        form.picker->SetCaption(u"Officer"_s);
+        if (focused)
+            form.picker->setFocus();
+        form.picker->SetEnabled(enabled);
+        const TextBoxColorSet colors = tavrin::test::colorSet(set);
+        QCOMPARE(form.tag->ForeColor(), colors.TagForeColor);
+        QCOMPARE(form.tag->BackColor(), colors.TagBackColor);
+        QCOMPARE(form.shape->BorderColor(), colors.BorderColor);
+        QCOMPARE(form.shape->BackColor(), colors.BackColor);
+        QCOMPARE(form.box->ForeColor(), colors.ForeColor);
+        QCOMPARE(form.box->BackColor(), colors.BackColor);
+        QCOMPARE(form.linkGroup->BackColor(), colors.BackColor);
+        QCOMPARE(form.label->ForeColor(), colors.ForeColor);
+        QCOMPARE(form.link->ForeColor(), colors.BorderColor);
+        QCOMPARE(form.box->PlaceholderColor(), tavrin::test::colorSet(20).ForeColor); // in every state
+        QCOMPARE(form.box->Placeholder(), enabled ? u"Type to search"_s : QString());
+    }
+
+    void theColoursComeAndGoWithTheFocus()
+    {
+        UserForm form;
+        QVERIFY(form.isReady());
+        form.picker->setFocus();
+        QCOMPARE(form.shape->BackColor(), tavrin::test::colorSet(30).BackColor);
+        form.after->setFocus();
+        QCOMPARE(form.shape->BackColor(), tavrin::test::colorSet(10).BackColor);
+    }
+
+    void focusEnteringATagGivesTheFocusedColoursAndTheControlItselfTakesTheFocus()
+    {
+        UserForm form;
+        QVERIFY(form.isReady());
+        form.picker->SetValue(Ann);
+        form.press(Qt::Key_Tab);
+        QCOMPARE(form.shape->BackColor(), tavrin::test::colorSet(30).BackColor);
+        QVERIFY(!form.box->isVisible());
+        QVERIFY(form.picker->hasFocus());
+        QCOMPARE(QApplication::focusWidget(), form.picker);
+    }
+
+    void aDisabledPickersColoursWinOverTheFocus()
+    {
+        UserForm form;
+        QVERIFY(form.isReady());
+        form.picker->setFocus();
+        form.picker->SetEnabled(false);
+        QCOMPARE(form.shape->BackColor(), tavrin::test::colorSet(20).BackColor);
+        form.picker->SetEnabled(true);
+        QVERIFY(form.shape->BackColor() != tavrin::test::colorSet(20).BackColor);
+    }
+
+    void theFrameHasTheContainersColourOrTheAmbientOne()
+    {
+        PeopleSite site;
+        QWidget plain;
+        const FlatUserPicker onPlain(&plain);
+        QCOMPARE(onPlain.FrameBackColor(), onPlain.ambient().BackColor());
+        QCOMPARE(onPlain.FrameBackColor(), SystemColor::ButtonFace);
+        QWidget coloured;
+        coloured.setProperty("BackColor", QVariant::fromValue(Color::rgb(1, 2, 3)));
+        const FlatUserPicker onColoured(&coloured);
+        QCOMPARE(onColoured.FrameBackColor(), Color::rgb(1, 2, 3));
+    }
+
+    // Glyph
+
+    void theGlyphFollowsStateAndValueAndTheToolTipTheValueAlone_data()
+    {
+        QTest::addColumn<bool>("enabled");
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<int>("glyph");
+        QTest::addColumn<QString>("toolTip");
+        QTest::newRow("no value") << true << Null() << 59758 << QString();
+        QTest::newRow("value") << true << Ann << 60846 << u"Clear"_s;
+        QTest::newRow("disabled") << false << Null() << 59758 << QString();
+        QTest::newRow("disabled with a value") << false << Ann << 59758 << u"Clear"_s;
+    }
+    void theGlyphFollowsStateAndValueAndTheToolTipTheValueAlone()
+    {
+        QFETCH(bool, enabled);
+        QFETCH(QVariant, value);
+        QFETCH(int, glyph);
+        QFETCH(QString, toolTip);
+        UserForm form;
+        form.picker->SetValue(value);
+        form.picker->SetEnabled(enabled);
+        QCOMPARE(form.link->Symbol(), glyph);
+        QCOMPARE(form.link->ToolTipText(), toolTip);
+    }
+
+    // Fonts
+
+    void theTagIsBoldAt95PercentAndTheLinkAsLargeAsTheFont()
+    {
+        UserForm form;
+        Font& font = *form.picker->Font();
+        font.SetSize(20);
+        font.SetItalic(true);
+        font.SetUnderline(true);
+        font.SetCharset(77);
+        QCOMPARE(form.tag->Font()->Size(), 19.0);
+        QVERIFY(form.tag->Font()->Bold());
+        QVERIFY(form.tag->Font()->Italic());
+        QVERIFY(form.tag->Font()->Underline());
+        QCOMPARE(form.tag->Font()->Charset(), 77);
+        QCOMPARE(form.link->Font()->Size(), 20.0);
+        QVERIFY(form.link->Font() != form.picker->Font()); // it keeps its own icon font
+        QCOMPARE(form.label->Font()->toQFont(), font.toQFont());
+        QVERIFY(form.label->Font() != form.picker->Font()); // a clone
+        QCOMPARE(form.box->Font(), form.picker->Font());    // the same
+        QVERIFY(!font.Bold());
+    }
+
+    // Caption
+
+    void theCaptionShowsWithAStarWhereRequired_data()
+    {
+        QTest::addColumn<QString>("caption");
+        QTest::addColumn<bool>("required");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("plain") << u"Officer"_s << false << u"Officer"_s;
+        QTest::newRow("required") << u"Officer"_s << true << u"Officer*"_s;
+        QTest::newRow("none") << QString() << false << QString();
+        QTest::newRow("none, required") << QString() << true << QString();
+    }
+    void theCaptionShowsWithAStarWhereRequired()
+    {
+        QFETCH(QString, caption);
+        QFETCH(bool, required);
+        QFETCH(QString, shown);
+        UserForm form;
+        form.picker->SetCaption(caption);
+        form.picker->SetRequired(required);
+        QCOMPARE(form.label->Caption(), shown);
+        QCOMPARE(form.label->isVisible(), !caption.isEmpty());
+        QCOMPARE(form.shape->y() == 0, caption.isEmpty()); // without one the box starts at the very top
+    }
+
+    void theCaptionsHeightIsAWholeMultipleOf60AtLeast60AboveTheLabels()
+    {
+        UserForm form;
+        form.picker->SetCaption(u"Officer"_s);
+        bool exact = false;
+        bool rounded = false;
+        for (int size = 6; size < 40; ++size) {
+            form.picker->Font()->SetSize(size);
+            const int label = static_cast<int>(toTwips(form.label->height()));
+            const int caption = static_cast<int>(toTwips(form.shape->y()));
+            QCOMPARE(caption % 60, 0);
+            QVERIFY(caption >= label + 60);
+            QVERIFY(caption < label + 120);
+            exact = exact || caption == label + 60;
+            rounded = rounded || caption > label + 60;
+        }
+        QVERIFY(exact && rounded); // both were seen
+    }
+
+    void aCaptionThatIsTakenAwayGivesItsRoomBack()
+    {
+        UserForm form;
+        const int height = form.picker->height();
+        form.picker->SetCaption(u"Officer"_s);
+        QVERIFY(form.picker->height() > height);
+        form.picker->SetCaption(QString());
+        QCOMPARE(form.picker->height(), height);
+        QVERIFY(!form.label->isVisible());
+    }
+};
+
+TAVRIN_TEST_MAIN(tst_FlatPickerAppearance)
+#include "tst_FlatPickerAppearance.moc"
