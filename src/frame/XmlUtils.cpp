@@ -20,6 +20,23 @@ QString call(const QString& function, const QStringList& arguments)
     return function + u'(' + arguments.join(QStringLiteral(", ")) + u')';
 }
 
+/// A call with too many arguments is refused as one that nests too deep, so a long one becomes a call of
+/// calls.
+QString concatCall(QStringList arguments)
+{
+    constexpr qsizetype MostArguments = 200;
+    const QString concat = QStringLiteral("concat");
+    while (arguments.size() > MostArguments) {
+        QStringList calls;
+        for (qsizetype from = 0; from < arguments.size(); from += MostArguments) {
+            const QStringList some = arguments.mid(from, MostArguments);
+            calls << (some.size() == 1 ? some.first() : call(concat, some));
+        }
+        arguments = calls;
+    }
+    return call(concat, arguments);
+}
+
 } // namespace
 
 QString AndExpression(const QStringList& conditions)
@@ -57,8 +74,13 @@ QString QuoteLiteral(const QString& text)
 {
     if (!text.contains(u'\''))
         return u'\'' + text + u'\'';
-    const QString pieces = text.split(u'\'').join(QStringLiteral("', \"'\", '"));
-    return QStringLiteral("concat('") + pieces + QStringLiteral("')");
+    QStringList arguments;
+    for (const QString& piece : text.split(u'\'')) {
+        if (!arguments.isEmpty())
+            arguments << QStringLiteral("\"'\"");
+        arguments << u'\'' + piece + u'\'';
+    }
+    return concatCall(arguments);
 }
 
 std::vector<XmlNode> NodeListToCollection(const XmlNodeList& nodes)
