@@ -46,7 +46,7 @@ void ComboPicker::SetValue(const QVariant& value)
 
 bool ComboPicker::Enabled() const
 {
-    return acComboBox->isEnabled();
+    return acComboBox->isEnabledTo(this); // a form that is disabled for a while does not count
 }
 
 void ComboPicker::SetEnabled(bool enabled)
@@ -145,7 +145,9 @@ QSize ComboPicker::sizeHint() const
 
 QSize ComboPicker::minimumSizeHint() const
 {
-    return {acComboBox->width(), acComboBox->height()};
+    // Without the name the combo box is as wide as the control, which must stay able to shrink.
+    const int width = ShowName() ? toPixels(comboWidth()) : acComboBox->minimumSizeHint().width();
+    return {width, acComboBox->height()};
 }
 
 } // namespace tavrin

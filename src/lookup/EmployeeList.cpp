@@ -1,5 +1,6 @@
 #include "EmployeeList.h"
 
+#include "base/Variant.h"
 #include "frame/XmlUtils.h"
 #include "frame/host_contracts/Host.h"
 #include "frame/modUtils.h"
@@ -44,10 +45,10 @@ QString EmployeeList::k9HandlersOnly()
 std::vector<XmlNode> EmployeeList::filtered(std::vector<XmlNode> employees,
                                             const std::function<void(qint32, bool&)>& filter) const
 {
-    const QString key = QStringLiteral("OfficerNo");
     std::erase_if(employees, [&](const XmlNode& employee) {
+        const QVariant officerNo = number(employee);
         bool exclude = false;
-        filter(employee.childElement(key).text().toInt(), exclude);
+        filter(IsNull(officerNo) ? 0 : ToLong(officerNo), exclude);
         return exclude;
     });
     return employees;

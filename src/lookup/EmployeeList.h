@@ -16,7 +16,8 @@ public:
     EmployeeList();
 
     /// Leaves out those whom the host's filter excludes: called once for each row, with the officer's number
-    /// and an answer by reference.
+    /// and an answer by reference. A record without a number counts as 0; one that does not fit into 32 bits
+    /// raises error 6.
     std::vector<XmlNode> filtered(std::vector<XmlNode> employees,
                                   const std::function<void(qint32 officerNo, bool& exclude)>& filter) const;
 

@@ -5,6 +5,9 @@
 #include "widgets/Label.h"
 #include "widgets/Placement.h"
 
+#include <QMetaMethod>
+#include <QPointer>
+
 namespace tavrin {
 
 EmployeePicker::EmployeePicker(QWidget* parent, const ControlSite& site)
@@ -58,8 +61,15 @@ void EmployeePicker::search(const QString& query, Suggestions& results)
     SearchOptions options = searchOptions(m_listAllEmployees);
     if (m_k9HandlersOnly)
         options.restriction = EmployeeList::k9HandlersOnly();
-    results = m_list.filtered(m_list.search(query, options),
-                              [this](qint32 officerNo, bool& exclude) { Q_EMIT Filter(officerNo, exclude); });
+    results = m_list.search(query, options);
+    static const QMetaMethod filterSignal = QMetaMethod::fromSignal(&EmployeePicker::Filter);
+    if (!isSignalConnected(filterSignal))
+        return;
+    const QPointer<EmployeePicker> self(this);
+    results = m_list.filtered(std::move(results), [&self](qint32 officerNo, bool& exclude) {
+        if (self) // a follower may delete the control
+            Q_EMIT self->Filter(officerNo, exclude);
+    });
 }
 
 void EmployeePicker::drawRow(PictureSurface& picture, const XmlNode& item, const QString& query, bool)

@@ -47,7 +47,7 @@ SearchTerms NumberedList::terms(const QString& query, const SearchOptions& optio
         }
     }
     if (!query.isEmpty())
-        terms.text = m_shape.TextTests(query.toUpper());
+        terms.text = m_shape.TextTests(upperCased(query));
     return terms;
 }
 

@@ -95,8 +95,8 @@ void OffensePicker::drawRow(PictureSurface& picture, const XmlNode& item, const 
 
 Twips OffensePicker::textWidth(int letters, char letter) const
 {
-    return static_cast<Twips>(
-               QFontMetricsF(font()).horizontalAdvance(QString(letters, QLatin1Char(letter)))) *
+    return static_cast<Twips>(QFontMetricsF(Font()->toQFont(), this)
+                                  .horizontalAdvance(QString(letters, QLatin1Char(letter)))) *
            TwipsPerPixel;
 }
 

@@ -24,4 +24,11 @@ std::vector<XmlNode> SearchTerms::select(const XmlDocument& list, const QString&
     return XmlUtils::NodeListToCollection(wanted.isEmpty() ? root.childNodes() : root.selectNodes(wanted));
 }
 
+QString upperCased(QString text)
+{
+    for (QChar& character : text)
+        character = character.toUpper();
+    return text;
+}
+
 } // namespace tavrin

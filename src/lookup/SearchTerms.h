@@ -26,4 +26,8 @@ struct SearchTerms
     std::vector<XmlNode> select(const XmlDocument& list, const QString& record) const;
 };
 
+/// The text with each letter that has one single capital in upper case. Half a character stays as it is, so
+/// that no other text is searched for than the typed one.
+QString upperCased(QString text);
+
 } // namespace tavrin

@@ -18,6 +18,9 @@ namespace tavrin {
 
 namespace {
 
+/// The frame's line and the margin around the list, on either side.
+constexpr int AroundList = 4;
+
 QRect onScreen(const QWidget& widget)
 {
     return {widget.mapToGlobal(QPoint(0, 0)), widget.size()};
@@ -150,7 +153,7 @@ void SearchBox::openList(const QString& query)
     m_resultText = textBefore;
     makeList();
     m_view->setFont(font());
-    m_view->setRows(static_cast<int>(m_result.size()), listWidth());
+    m_view->setRows(static_cast<int>(m_result.size()), listWidth() - AroundList);
     placeList();
     if (!m_popup->isVisible()) {
         qApp->installEventFilter(this);
@@ -209,7 +212,7 @@ int SearchBox::listWidth() const
 void SearchBox::placeList()
 {
     m_place = onScreen(anchor());
-    const QSize frame(4, 4); // the frame's line and the margin, on either side
+    const QSize frame(AroundList, AroundList);
     const QSize page = m_view->pageSize();
     const QSize wanted = QSize(std::max(page.width(), listWidth() - frame.width()), page.height());
     m_popup->setGeometry(popupPlace(m_place, wanted + frame, m_view->rowHeight() + frame.height(),

@@ -69,6 +69,26 @@ private Q_SLOTS:
                  u"concat('', \"'\", 'a', \"'\", '', \"'\", 'b', \"'\", '')"_s);
     }
 
+    void aTextWithManyApostrophesIsAnExpressionStillAndFindsItself_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("as many as one call takes") << QString(99, u'\'');
+        QTest::newRow("one more") << QString(100, u'\'');
+        QTest::newRow("a last call of one piece") << QString(200, u'\'');
+        QTest::newRow("two rounds") << u"a'"_s.repeated(30000);
+    }
+    void aTextWithManyApostrophesIsAnExpressionStillAndFindsItself()
+    {
+        QFETCH(QString, text);
+        XmlDocument document;
+        const XmlNode list = document.appendChild(document.createElement(u"List"_s));
+        const XmlNode longer = list.appendElement(u"Name"_s, text + u'b');
+        const XmlNode itself = list.appendElement(u"Name"_s, text);
+        const QString literal = XmlUtils::QuoteLiteral(text);
+        QCOMPARE(document.selectSingleNode(u"List/Name[. = "_s + literal + u']'), itself);
+        QCOMPARE(document.selectSingleNode(u"List/Name[. != "_s + literal + u']'), longer);
+    }
+
     void andExpressionJoinsThreeConditionsInParentheses()
     {
         QCOMPARE(XmlUtils::AndExpression({u"a"_s, u"b"_s, u"c"_s}), u"(a and b and c)"_s);
