@@ -72,9 +72,7 @@ RecordWindow::RecordWindow(Workspace& workspace, RecordPtr record, QWidget* pare
     layout->addWidget(makeFooter());
 
     QStringList problems;
-    addPage(new GeneralPage(workspace.options().formsFolder, problems));
-    addPage(new ListPage);
-    addPage(new NarrativePage);
+    addPages(problems);
     connectGuarded(m_navigation, &QListWidget::currentRowChanged, this, "RecordWindow_Page",
                    [this](int row) { m_stack->setCurrentIndex(row); });
     const auto shortcut = [this](auto keys, const char* where, auto handler) {
@@ -140,6 +138,26 @@ QWidget* RecordWindow::makeFooter()
     layout->addWidget(m_save);
     layout->addWidget(close);
     return footer;
+}
+
+void RecordWindow::addPages(QStringList& problems)
+{
+    const QString& forms = m_workspace.options().formsFolder;
+    auto* general = new GeneralPage(forms, problems);
+    auto* officers = new FormPage(tr("Officers"));
+    officers->setHadLeft([this, general](qint32 officerNo) {
+        const std::optional<QDate> left = m_workspace.host().employeeLeftOn(officerNo);
+        const std::optional<QDate> day = general->incidentDay();
+        return left && day && *left < *day;
+    });
+    officers->addForm(QStringLiteral("officers.json"), forms, problems);
+    auto* offenses = new FormPage(tr("Offenses"));
+    offenses->addForm(QStringLiteral("offenses.json"), forms, problems);
+    addPage(general);
+    addPage(officers);
+    addPage(offenses);
+    addPage(new ListPage);
+    addPage(new NarrativePage);
 }
 
 void RecordWindow::addPage(RecordPage* page)
@@ -217,11 +235,13 @@ bool RecordWindow::hasRequiredFields()
 {
     const TableSchema& table = m_record->schema().Main;
     for (const ColumnSchema& column : table.Columns) {
-        const bool missing =
-            IsNull(m_record->mainRow()->cell(column.Name).value()) &&
+        if (!IsNull(m_record->mainRow()->cell(column.Name).value()))
+            continue;
+        const bool isRule =
             currentHost().session().IsFieldRequired(table.Module, table.Table, column.Name, {});
-        for (std::size_t i = 0; missing && i < m_pages.size(); ++i) {
-            if (const FieldBinding* binding = m_pages[i]->bindingOf(column.Name)) {
+        for (std::size_t i = 0; i < m_pages.size(); ++i) {
+            const FieldBinding* binding = m_pages[i]->bindingOf(column.Name);
+            if (binding && (isRule || binding->isRequired())) {
                 showProblem(static_cast<int>(i), binding->widget(),
                             tr("\"%1\" must be filled in.").arg(binding->plainLabel()));
                 return false;
@@ -236,7 +256,7 @@ bool RecordWindow::save()
     if (!mayBeSaved())
         return false;
     try {
-        for (const RecordPage* page : m_pages)
+        for (RecordPage* page : m_pages)
             page->store(*m_record);
         if (!hasRequiredFields())
             return false;
