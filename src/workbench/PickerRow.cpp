@@ -33,6 +33,7 @@ PickerRow::PickerRow(SearchPicker* picker, RowFields fields, QWidget* parent)
     layout->addWidget(picker);
     if (!m_fields.flag.isEmpty()) {
         m_flag = new QCheckBox(m_fields.flagLabel, this);
+        m_flag->setObjectName(m_fields.flag);
         m_flag->setChecked(true);
         connectGuarded(m_flag, &QCheckBox::clicked, this, "PickerRow_Flag", [this] { Edited.raise(); });
         layout->addWidget(m_flag);

@@ -51,7 +51,8 @@ void PickerRows::load(Record& record)
     const auto before = m_lines;
     for (PickerRow* line : before)
         takeAway(line);
-    for (const tvTableRowPtr& row : *collectionOf(record))
+    const tvTableCollectionPtr rows = collectionOf(record);
+    for (const tvTableRowPtr& row : *rows)
         addLine(row);
     linesChanged();
 }
@@ -64,7 +65,8 @@ bool PickerRows::keeps(const tvTableRowPtr& stored) const
 
 bool PickerRows::differs(Record& record) const
 {
-    for (const tvTableRowPtr& row : *collectionOf(record)) {
+    const tvTableCollectionPtr rows = collectionOf(record);
+    for (const tvTableRowPtr& row : *rows) {
         if (!keeps(row))
             return true;
     }
