@@ -41,6 +41,9 @@ PickerRow::PickerRow(SearchPicker* picker, RowFields fields, QWidget* parent)
     m_remove = new QPushButton(tr("Remove"), this);
     m_remove->setObjectName(QStringLiteral("remove"));
     m_remove->setFlat(true); // many in a column
+    QPalette quiet = m_remove->palette();
+    quiet.setColor(QPalette::ButtonText, quiet.color(QPalette::Link));
+    m_remove->setPalette(quiet);
     connectGuarded(m_remove, &QPushButton::clicked, this, "PickerRow_Remove",
                    [this] { RemoveAsked.raise(); });
     layout->addWidget(m_remove);
@@ -59,8 +62,10 @@ void PickerRow::pickerChanged()
 
 QWidget* PickerRow::chainBehind(QWidget* before) const
 {
+    // Either the picker or its box, whichever takes the focus now: Qt would move just one of the two.
+    QWidget* box = m_picker->focusProxy();
     for (QWidget* next :
-         {static_cast<QWidget*>(m_picker), static_cast<QWidget*>(m_flag), static_cast<QWidget*>(m_remove)}) {
+         {box ? box : m_picker, static_cast<QWidget*>(m_flag), static_cast<QWidget*>(m_remove)}) {
         if (next) {
             setTabOrder(before, next);
             before = next;

@@ -25,8 +25,8 @@ public:
     PickerRow(SearchPicker* picker, RowFields fields, QWidget* parent);
 
     SearchPicker& picker() const { return *m_picker; }
-    /// Puts the line into the tab order behind `before`; the widget to go on from. While nothing is loaded:
-    /// a picker that holds something may have hidden its box.
+    /// Puts the line into the tab order behind `before`; the widget to go on from. To be done again after
+    /// each change: where a tag takes the place of a picker's box, the picker itself takes the focus.
     QWidget* chainBehind(QWidget* before) const;
 
     /// nullptr for a row that the record does not have yet.

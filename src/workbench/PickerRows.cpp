@@ -54,7 +54,7 @@ void PickerRows::load(Record& record)
     const tvTableCollectionPtr rows = collectionOf(record);
     for (const tvTableRowPtr& row : *rows)
         addLine(row);
-    linesChanged();
+    refreshLines();
 }
 
 bool PickerRows::keeps(const tvTableRowPtr& stored) const
@@ -99,8 +99,6 @@ PickerRow* PickerRows::addLine(const tvTableRowPtr& stored)
     picker->setAccessibleName(name);
     if (QWidget* box = picker->focusProxy())
         box->setAccessibleName(name);
-    // Behind all that are there, and before the button: a new widget would come last in the window.
-    setTabOrder(line->chainBehind(m_add), m_add);
     m_layout->insertWidget(m_layout->count() - 1, line);
     m_subscriptions.push_back(line->Edited.subscribe([this] { linesChanged(); }));
     m_subscriptions.push_back(line->RemoveAsked.subscribe([this, line] { removeLine(line); }));
@@ -114,7 +112,7 @@ void PickerRows::addByPerson()
     const auto empty =
         std::find_if(m_lines.begin(), m_lines.end(), [](const PickerRow* line) { return line->isEmpty(); });
     PickerRow* line = empty != m_lines.end() ? *empty : addLine(nullptr);
-    linesChanged();
+    refreshLines();
     line->show(); // now, not with the next layout: what is hidden takes no keys
     line->picker().setFocus(Qt::OtherFocusReason);
 }
@@ -141,6 +139,12 @@ void PickerRows::removeLine(PickerRow* line)
 
 void PickerRows::linesChanged()
 {
+    refreshLines();
+    Edited.raise();
+}
+
+void PickerRows::refreshLines()
+{
     for (PickerRow* line : m_lines) {
         QVariantList others;
         for (const PickerRow* other : m_lines) {
@@ -149,8 +153,11 @@ void PickerRows::linesChanged()
         }
         line->setUsedValues(others);
     }
+    QWidget* last = m_add;
+    for (const PickerRow* line : m_lines)
+        last = line->chainBehind(last);
+    setTabOrder(last, m_add);
     m_heading->setBuddy(m_lines.empty() ? static_cast<QWidget*>(m_add) : &m_lines.front()->picker());
-    Edited.raise();
 }
 
 } // namespace tavrin::workbench

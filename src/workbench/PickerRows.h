@@ -40,6 +40,7 @@ private:
     void addByPerson();
     bool keeps(const tvTableRowPtr& stored) const;
     void linesChanged();
+    void refreshLines();
 
     FormFile::Control m_form;
     QLabel* m_heading;

@@ -56,6 +56,8 @@ RecordWindow::RecordWindow(Workspace& workspace, RecordPtr record, QWidget* pare
                                                " color: palette(highlighted-text); }"
                                                "QListWidget { outline: none; }"));
     m_stack = new QStackedWidget(this);
+    QStringList problems;
+    addPages(problems); // before the footer, which comes behind them in the tab order
 
     auto* body = new QHBoxLayout;
     body->setContentsMargins(12, 12, 0, 0);
@@ -71,8 +73,6 @@ RecordWindow::RecordWindow(Workspace& workspace, RecordPtr record, QWidget* pare
     layout->addWidget(makeLine());
     layout->addWidget(makeFooter());
 
-    QStringList problems;
-    addPages(problems);
     connectGuarded(m_navigation, &QListWidget::currentRowChanged, this, "RecordWindow_Page",
                    [this](int row) { m_stack->setCurrentIndex(row); });
     const auto shortcut = [this](auto keys, const char* where, auto handler) {
@@ -197,8 +197,11 @@ void RecordWindow::refreshState()
     const bool dirty = isDirty();
     setWindowTitle(name + QStringLiteral("[*]"));
     setWindowModified(dirty);
+    const QString unsaved = tr("Unsaved changes");
     if (dirty)
-        tellStatus(tr("Unsaved changes"));
+        tellStatus(unsaved);
+    else if (m_status->text() == unsaved)
+        tellStatus(QString());
 }
 
 void RecordWindow::tellStatus(const QString& text)
