@@ -34,6 +34,9 @@ public:
     /// Why the content cannot be saved, in a sentence for the person; "" when it can.
     virtual QString problem() const { return {}; }
 
+    /// The record is not saved without a value, whatever the host's rules say.
+    virtual bool isRequired() const { return false; }
+
     /// The person has changed something.
     Event<> Edited;
 

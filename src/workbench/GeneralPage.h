@@ -1,13 +1,17 @@
 #pragma once
 
-#include "RecordPage.h"
+#include "FormPage.h"
 
-class QGridLayout;
+#include <QDate>
+
+#include <optional>
 
 namespace tavrin::workbench {
 
+class DateTimeBinding;
+
 /// What an incident is: its own fields, and the coded fields of the form file "general.json".
-class GeneralPage final : public RecordPage
+class GeneralPage final : public FormPage
 {
     Q_OBJECT
 
@@ -15,14 +19,13 @@ public:
     /// `problems` gets one sentence for each thing of the form file that could not be made.
     GeneralPage(const QString& formsFolder, QStringList& problems);
 
-private:
-    void addSection(const QString& title, const QString& hint = {});
-    /// A field over the whole width, or in the left (0) or right (1) half.
-    void addField(FieldBinding& binding, int half = -1);
-    void addCodedFields(const QString& formsFolder, QStringList& problems);
+    /// The day of the incident as the page has it at this moment, saved or not: when it occurred, or was
+    /// reported where that is missing.
+    std::optional<QDate> incidentDay() const;
 
-    QGridLayout* m_grid;
-    int m_row = 0;
+private:
+    DateTimeBinding* m_reported;
+    DateTimeBinding* m_occurred;
 };
 
 } // namespace tavrin::workbench

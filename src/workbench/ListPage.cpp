@@ -75,13 +75,13 @@ void addNone(QTreeWidgetItem* section)
 } // namespace
 
 ListPage::ListPage()
-    : RecordPage(tr("Offenses and people"))
+    : RecordPage(tr("People"))
     , m_list(new CalmTree(this))
 {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(24, 16, 24, 16);
     layout->addWidget(m_list);
-    m_list->setObjectName(QStringLiteral("offensesAndPeople"));
+    m_list->setObjectName(QStringLiteral("people"));
     m_list->setAccessibleName(title());
     m_list->setHeaderLabels({tr("Name"), tr("Details")});
     m_list->setIndentation(16);
@@ -95,15 +95,8 @@ ListPage::ListPage()
 void ListPage::load(Record& record)
 {
     m_list->clear();
-    const auto offenses = currentHost().newOffenseListCache();
-    QTreeWidgetItem* section = addSection(m_list, tr("Offenses"));
-    for (const RecordRowPtr& row : record.collection(QStringLiteral("Offenses"))->rows()) {
-        const QVariant number = fieldOf(*row, QStringLiteral("OffenseNo"))->Value();
-        new QTreeWidgetItem(section, {offenses->FullText(number), offenses->ShortText(number)});
-    }
-    addNone(section);
     for (const Section& people : PeopleSections) {
-        section = addSection(m_list, tr(people.title));
+        QTreeWidgetItem* section = addSection(m_list, tr(people.title));
         for (const RecordRowPtr& row : record.collection(QString::fromLatin1(people.collection))->rows()) {
             const QString born = textOf(*row, "DateOfBirth");
             new QTreeWidgetItem(section, {textOf(*row, people.nameField),

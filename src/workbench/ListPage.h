@@ -6,7 +6,7 @@ class QTreeWidget;
 
 namespace tavrin::workbench {
 
-/// The offenses of an incident and the people in it, to read.
+/// The people in an incident, to read.
 class ListPage final : public RecordPage
 {
     Q_OBJECT

@@ -4,7 +4,6 @@
 #include "base/Variant.h"
 
 #include <QComboBox>
-#include <QDateTime>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTextDocument>
@@ -102,6 +101,11 @@ QVariant DateTimeBinding::fromLine(const QString& line) const
 {
     const QDateTime moment = QDateTime::fromString(line.trimmed(), m_format);
     return moment.isValid() ? QVariant(moment) : Null();
+}
+
+QDateTime DateTimeBinding::moment() const
+{
+    return fromLine(line()).toDateTime();
 }
 
 QString DateTimeBinding::problem() const

@@ -2,6 +2,8 @@
 
 #include "FieldBinding.h"
 
+#include <QDateTime>
+
 class QComboBox;
 class QLineEdit;
 class QPlainTextEdit;
@@ -36,6 +38,8 @@ public:
     DateTimeBinding(const QString& fieldName, const QString& label, const QString& dateFormat);
 
     QString problem() const override;
+    /// As the line stands; invalid when it is empty or holds no date.
+    QDateTime moment() const;
 
 protected:
     QString toLine(const QVariant& value) const override;

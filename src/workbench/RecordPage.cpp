@@ -4,11 +4,10 @@
 
 namespace tavrin::workbench {
 
-FieldBinding& RecordPage::add(std::unique_ptr<FieldBinding> binding)
+void RecordPage::add(std::unique_ptr<FieldBinding> binding)
 {
     m_subscriptions.push_back(binding->Edited.subscribe([this] { Edited.raise(); }));
     m_bindings.push_back(std::move(binding));
-    return *m_bindings.back();
 }
 
 void RecordPage::load(Record& record)
@@ -23,7 +22,7 @@ bool RecordPage::differs(Record& record) const
                        [&](const auto& binding) { return binding->differs(*record.mainRow()); });
 }
 
-void RecordPage::store(Record& record) const
+void RecordPage::store(Record& record)
 {
     for (const auto& binding : m_bindings)
         binding->store(*record.mainRow());

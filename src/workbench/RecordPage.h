@@ -27,7 +27,7 @@ public:
     /// The page holds something that the record does not.
     virtual bool differs(Record& record) const;
     /// Writes the page into the record. Nothing reaches the database.
-    virtual void store(Record& record) const;
+    virtual void store(Record& record);
     /// The first field whose content cannot be saved; nullptr when there is none.
     virtual const FieldBinding* firstProblem() const;
     /// The field of the page that is bound to this column; nullptr when there is none.
@@ -37,13 +37,16 @@ public:
 
 protected:
     template <typename Binding, typename... Arguments>
-    FieldBinding& bind(Arguments&&... arguments)
+    Binding& bind(Arguments&&... arguments)
     {
-        return add(std::make_unique<Binding>(std::forward<Arguments>(arguments)...));
+        auto binding = std::make_unique<Binding>(std::forward<Arguments>(arguments)...);
+        Binding& bound = *binding;
+        add(std::move(binding));
+        return bound;
     }
 
 private:
-    FieldBinding& add(std::unique_ptr<FieldBinding> binding);
+    void add(std::unique_ptr<FieldBinding> binding);
 
     QString m_title;
     std::vector<std::unique_ptr<FieldBinding>> m_bindings;

@@ -56,6 +56,8 @@ RecordWindow::RecordWindow(Workspace& workspace, RecordPtr record, QWidget* pare
                                                " color: palette(highlighted-text); }"
                                                "QListWidget { outline: none; }"));
     m_stack = new QStackedWidget(this);
+    QStringList problems;
+    addPages(problems); // before the footer, which comes behind them in the tab order
 
     auto* body = new QHBoxLayout;
     body->setContentsMargins(12, 12, 0, 0);
@@ -71,10 +73,6 @@ RecordWindow::RecordWindow(Workspace& workspace, RecordPtr record, QWidget* pare
     layout->addWidget(makeLine());
     layout->addWidget(makeFooter());
 
-    QStringList problems;
-    addPage(new GeneralPage(workspace.options().formsFolder, problems));
-    addPage(new ListPage);
-    addPage(new NarrativePage);
     connectGuarded(m_navigation, &QListWidget::currentRowChanged, this, "RecordWindow_Page",
                    [this](int row) { m_stack->setCurrentIndex(row); });
     const auto shortcut = [this](auto keys, const char* where, auto handler) {
@@ -142,6 +140,26 @@ QWidget* RecordWindow::makeFooter()
     return footer;
 }
 
+void RecordWindow::addPages(QStringList& problems)
+{
+    const QString& forms = m_workspace.options().formsFolder;
+    auto* general = new GeneralPage(forms, problems);
+    auto* officers = new FormPage(tr("Officers"));
+    officers->setHadLeft([this, general](qint32 officerNo) {
+        const std::optional<QDate> left = m_workspace.host().employeeLeftOn(officerNo);
+        const std::optional<QDate> day = general->incidentDay();
+        return left && day && *left < *day;
+    });
+    officers->addForm(QStringLiteral("officers.json"), forms, problems);
+    auto* offenses = new FormPage(tr("Offenses"));
+    offenses->addForm(QStringLiteral("offenses.json"), forms, problems);
+    addPage(general);
+    addPage(officers);
+    addPage(offenses);
+    addPage(new ListPage);
+    addPage(new NarrativePage);
+}
+
 void RecordWindow::addPage(RecordPage* page)
 {
     m_pages.push_back(page);
@@ -179,8 +197,11 @@ void RecordWindow::refreshState()
     const bool dirty = isDirty();
     setWindowTitle(name + QStringLiteral("[*]"));
     setWindowModified(dirty);
+    const QString unsaved = tr("Unsaved changes");
     if (dirty)
-        tellStatus(tr("Unsaved changes"));
+        tellStatus(unsaved);
+    else if (m_status->text() == unsaved)
+        tellStatus(QString());
 }
 
 void RecordWindow::tellStatus(const QString& text)
@@ -217,11 +238,13 @@ bool RecordWindow::hasRequiredFields()
 {
     const TableSchema& table = m_record->schema().Main;
     for (const ColumnSchema& column : table.Columns) {
-        const bool missing =
-            IsNull(m_record->mainRow()->cell(column.Name).value()) &&
+        if (!IsNull(m_record->mainRow()->cell(column.Name).value()))
+            continue;
+        const bool isRule =
             currentHost().session().IsFieldRequired(table.Module, table.Table, column.Name, {});
-        for (std::size_t i = 0; missing && i < m_pages.size(); ++i) {
-            if (const FieldBinding* binding = m_pages[i]->bindingOf(column.Name)) {
+        for (std::size_t i = 0; i < m_pages.size(); ++i) {
+            const FieldBinding* binding = m_pages[i]->bindingOf(column.Name);
+            if (binding && (isRule || binding->isRequired())) {
                 showProblem(static_cast<int>(i), binding->widget(),
                             tr("\"%1\" must be filled in.").arg(binding->plainLabel()));
                 return false;
@@ -236,7 +259,7 @@ bool RecordWindow::save()
     if (!mayBeSaved())
         return false;
     try {
-        for (const RecordPage* page : m_pages)
+        for (RecordPage* page : m_pages)
             page->store(*m_record);
         if (!hasRequiredFields())
             return false;

@@ -40,6 +40,7 @@ protected:
 private:
     QWidget* makeHeader();
     QWidget* makeFooter();
+    void addPages(QStringList& problems);
     void addPage(RecordPage* page);
     void showPage(int index);
     void showProblem(int page, QWidget* field, const QString& text);

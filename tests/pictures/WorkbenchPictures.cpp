@@ -1,5 +1,6 @@
 // Writes pictures of the workbench into the folder that is named on the command line: one incident with the
-// list of a code field open, light and dark, and the list of incidents.
+// list of a code field open, its officers and offenses with a picker's list open, light and dark, and the
+// list of incidents.
 
 #include "base/Error.h"
 #include "lookup/AutoCompleteField.h"
@@ -13,10 +14,13 @@
 #include <QApplication>
 #include <QDir>
 #include <QPainter>
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <cstdio>
+#include <tuple>
 
 using namespace tavrin;
 using namespace tavrin::workbench;
@@ -32,6 +36,7 @@ void check(bool condition, const QString& what)
 /// The window with the list that is open over it.
 QPixmap pictureOf(QWidget& window)
 {
+    QApplication::processEvents(); // what asks for a new layout gets it
     QPixmap picture = window.grab();
     for (QWidget* list : QApplication::topLevelWidgets()) {
         if (list->isVisible() && list != &window) {
@@ -67,6 +72,44 @@ void searchGun(RecordWindow& window)
     QTest::keyClick(box, Qt::Key_Down);
 }
 
+void search(QWidget& box, const QString& text)
+{
+    box.setFocus();
+    QTest::keyClicks(&box, text);
+    check(QTest::qWaitFor([] {
+              const auto windows = QApplication::topLevelWidgets();
+              return std::any_of(windows.begin(), windows.end(), [](const QWidget* window) {
+                  return window->objectName() == QLatin1String("suggestionList") && window->isVisible();
+              });
+          }),
+          QStringLiteral("the list did not open"));
+    QTest::keyClick(&box, Qt::Key_Down);
+}
+
+/// The pages of officers and offenses, each with the list of a new line open.
+void writePickers(Workspace& workspace, const QString& folder, const QString& ending)
+{
+    const auto incidents = workspace.store().list(QStringLiteral("Burglary of a dwelling"));
+    check(!incidents.isEmpty(), QStringLiteral("there is no burglary of a dwelling"));
+    RecordWindow window(workspace, workspace.store().load(incidents.constFirst().IncidentNo));
+    window.setAttribute(Qt::WA_DeleteOnClose, false);
+    window.resize(820, 560);
+    bringUp(window);
+    for (const auto& [collection, text, name] :
+         {std::tuple(QStringLiteral("Assignments"), QStringLiteral("pa"),
+                     QStringLiteral("workbench-officers")),
+          std::tuple(QStringLiteral("Offenses"), QStringLiteral("theft"),
+                     QStringLiteral("workbench-offenses"))}) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_PageDown, Qt::ControlModifier);
+        auto* add = window.findChild<QPushButton*>(QStringLiteral("add") + collection);
+        check(add && add->isVisible(), QStringLiteral("there is no way to add to the ") + collection);
+        add->click();
+        search(*QApplication::focusWidget(), text);
+        write(window, QDir(folder).filePath(name + ending));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    }
+}
+
 void write(const QString& folder, ThemeChoice theme)
 {
     const bool dark = isDark(theme);
@@ -87,6 +130,7 @@ void write(const QString& folder, ThemeChoice theme)
         write(window, QDir(folder).filePath(dark ? QStringLiteral("workbench-dark.png")
                                                  : QStringLiteral("workbench.png")));
     }
+    writePickers(workspace, folder, dark ? QStringLiteral("-dark.png") : QStringLiteral(".png"));
     if (!dark) {
         MainWindow window(workspace);
         bringUp(window);

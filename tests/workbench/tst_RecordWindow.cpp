@@ -1,72 +1,23 @@
+#include "Site.h"
 #include "base/Error.h"
 #include "base/Variant.h"
-#include "frame/desktop/Desktop.h"
 #include "lookup/AutoCompleteField.h"
-#include "support/FakeDesktop.h"
 #include "support/TestCase.h"
 #include "widgets/TextBox.h"
 #include "workbench/MainWindow.h"
-#include "workbench/RecordWindow.h"
 #include "workbench/Theme.h"
-#include "workbench/Workspace.h"
 
 #include <QComboBox>
-#include <QFile>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QPointer>
 #include <QPushButton>
-#include <QTemporaryDir>
 #include <QTreeWidget>
 
 using namespace tavrin;
 using namespace tavrin::workbench;
-using tavrin::test::FakeMessageBoxes;
+using tavrin::test::Site;
 
 namespace {
-
-/// A person's workspace on a database of its own, and the window of one incident.
-struct Site
-{
-    explicit Site(const QByteArray& form = {})
-    {
-        Options options;
-        options.database = folder.filePath(QStringLiteral("records.sqlite"));
-        if (!form.isEmpty()) {
-            QFile file(folder.filePath(QStringLiteral("general.json")));
-            if (file.open(QIODevice::WriteOnly))
-                file.write(form);
-            options.formsFolder = folder.path();
-        }
-        workspace.emplace(options);
-        incidentNo = workspace->store().list().constFirst().IncidentNo;
-    }
-    ~Site() { delete window; }
-
-    void open()
-    {
-        window = new RecordWindow(*workspace, workspace->store().load(incidentNo));
-        window->show();
-    }
-    AutoCompleteField* code(const QString& name) const { return window->findChild<AutoCompleteField*>(name); }
-    QLineEdit* line(const QString& name) const { return window->findChild<QLineEdit*>(name); }
-    QVariant stored(const QString& field)
-    {
-        return fieldOf(*workspace->store().load(incidentNo)->mainRow(), field)->Value();
-    }
-    void store(const QString& field, const QVariant& value)
-    {
-        const RecordPtr record = workspace->store().load(incidentNo);
-        fieldOf(*record->mainRow(), field)->SetValue(value);
-        workspace->store().save(*record);
-    }
-
-    QTemporaryDir folder;
-    std::optional<Workspace> workspace;
-    qint64 incidentNo = 0;
-    FakeMessageBoxes boxes;
-    QPointer<RecordWindow> window;
-};
 
 const QString Weapon = QStringLiteral("Weapon");
 const QString WeaponNo = QStringLiteral("WeaponNo");
@@ -174,6 +125,17 @@ private Q_SLOTS:
         QVERIFY(IsNull(site.stored(WeaponNo)));
     }
 
+    void aChangeThatIsTakenBackIsNone()
+    {
+        Site site;
+        site.open();
+        QTest::keyClicks(site.line(Summary), QStringLiteral("x"));
+        QCOMPARE(site.status(), QStringLiteral("Unsaved changes"));
+        QTest::keyClick(site.line(Summary), Qt::Key_Backspace);
+        QVERIFY(!site.window->isDirty());
+        QCOMPARE(site.status(), QString());
+    }
+
     void aDateThatIsNoneRefusesTheSaveAndStays()
     {
         Site site;
@@ -240,6 +202,7 @@ private Q_SLOTS:
     {
         Site site;
         site.open();
+        QCOMPARE(site.status(), QString());
         QVERIFY(site.window->close());
         QCOMPARE(site.boxes.shown().size(), 0);
     }
@@ -261,8 +224,9 @@ private Q_SLOTS:
         Site site;
         site.open();
         QVERIFY(QTest::qWaitForWindowActive(site.window));
-        auto* people = site.window->findChild<QTreeWidget*>(QStringLiteral("offensesAndPeople"));
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_PageDown, Qt::ControlModifier);
+        auto* people = site.window->findChild<QTreeWidget*>(QStringLiteral("people"));
+        for (int page = 0; page < 3; ++page)
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_PageDown, Qt::ControlModifier);
         QVERIFY(people->isVisible());
         people->setFocus();
         QVERIFY(!people->currentIndex().isValid());

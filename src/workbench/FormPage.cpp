@@ -1,0 +1,195 @@
+#include "FormPage.h"
+
+#include "AutoCompleteBinding.h"
+#include "PickerBinding.h"
+#include "PickerRows.h"
+#include "Theme.h"
+#include "base/Guard.h"
+#include "base/Variant.h"
+#include "component/ClassRegister.h"
+#include "frame/control_frame/FormFile.h"
+#include "lookup/AutoCompleteField.h"
+#include "lookup/EmployeePicker.h"
+#include "lookup/FlatEmployeePicker.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QGridLayout>
+#include <QLabel>
+
+#include <algorithm>
+
+// The resource lies in a static library, which nothing else makes the linker take in.
+static void takeInResources()
+{
+    Q_INIT_RESOURCE(workbench);
+}
+
+namespace tavrin::workbench {
+
+namespace {
+
+/// The form file of the given folder when there is one, else the built-in one.
+QString formPath(const QString& formName, const QString& folder)
+{
+    const QString own = QDir(folder).filePath(formName);
+    return !folder.isEmpty() && QFileInfo::exists(own) ? own
+                                                       : QStringLiteral(":/workbench/forms/") + formName;
+}
+
+} // namespace
+
+struct FormPage::Entry
+{
+    const FormFile::Control& form;
+
+    QString host(const char* key) const { return form.host.value(QLatin1String(key)).toString(); }
+    QString label() const { return form.host.contains(QLatin1String("label")) ? host("label") : form.name; }
+};
+
+FormPage::FormPage(const QString& title)
+    : RecordPage(title)
+    , m_grid(new QGridLayout(this))
+{
+    m_grid->setContentsMargins(24, 16, 24, 16);
+    m_grid->setHorizontalSpacing(12);
+    m_grid->setVerticalSpacing(8);
+    m_grid->setColumnStretch(1, 1);
+    m_grid->setColumnStretch(3, 1);
+}
+
+// The record
+
+void FormPage::load(Record& record)
+{
+    RecordPage::load(record);
+    for (PickerRows* rows : m_rows)
+        rows->load(record);
+}
+
+bool FormPage::differs(Record& record) const
+{
+    return RecordPage::differs(record) ||
+           std::any_of(m_rows.begin(), m_rows.end(),
+                       [&](const PickerRows* rows) { return rows->differs(record); });
+}
+
+void FormPage::store(Record& record)
+{
+    RecordPage::store(record);
+    for (PickerRows* rows : m_rows)
+        rows->store(record);
+}
+
+// Layout
+
+QLabel* FormPage::addSection(const QString& title, const QString& hint)
+{
+    auto* heading = new QLabel(title, this);
+    QFont font = heading->font();
+    font.setBold(true);
+    heading->setFont(font);
+    if (m_row > 0)
+        m_grid->setRowMinimumHeight(m_row++, 12);
+    m_grid->addWidget(heading, m_row, 0);
+    if (!hint.isEmpty()) {
+        auto* quiet = new QLabel(hint, this);
+        QPalette palette = quiet->palette();
+        palette.setColor(QPalette::WindowText, quietText(palette));
+        quiet->setPalette(palette);
+        m_grid->addWidget(quiet, m_row, 1, 1, 3);
+    }
+    ++m_row;
+    return heading;
+}
+
+void FormPage::addField(FieldBinding& binding, int half)
+{
+    auto* name = new QLabel(binding.label(), this);
+    name->setBuddy(binding.widget());
+    binding.widget()->setAccessibleName(binding.plainLabel());
+    const int column = half == 1 ? 2 : 0;
+    m_grid->addWidget(name, m_row, column);
+    m_grid->addWidget(binding.widget(), m_row, column + 1, 1, half < 0 ? 3 : 1);
+    if (half != 0)
+        ++m_row;
+}
+
+// The form file
+
+void FormPage::addForm(const QString& formName, const QString& formsFolder, QStringList& problems,
+                       const QString& hint)
+{
+    takeInResources();
+    QString path = formPath(formName, formsFolder);
+    QStringList ownProblems;
+    FormFile form = FormFile::load(path, ownProblems);
+    problems << ownProblems;
+    if (form.controls.empty() && !path.startsWith(u':')) {
+        if (ownProblems.isEmpty())
+            problems << tr("%1: The form has no controls.").arg(path);
+        problems << tr("The built-in form is shown instead.");
+        path = formPath(formName, QString());
+        form = FormFile::load(path, problems);
+    }
+    if (!form.title.isEmpty() || !hint.isEmpty())
+        addSection(form.title, hint);
+    const auto controls = form.createControls(publicControls(), this, path, problems);
+    for (std::size_t i = 0; i < controls.size(); ++i) {
+        if (controls[i] && !addControl(controls[i], {form.controls[i]})) {
+            problems << tr("%1: control \"%2\": It cannot be repeated.").arg(path, form.controls[i].name);
+            delete controls[i];
+        }
+    }
+    m_grid->setRowStretch(m_row, 1);
+}
+
+bool FormPage::addControl(UserControl* control, const Entry& entry)
+{
+    auto* picker = qobject_cast<SearchPicker*>(control);
+    const bool repeats = !entry.host("collection").isEmpty();
+    if (repeats && !picker)
+        return false;
+    if (repeats) {
+        delete control; // which has shown that the template is good
+        addRows(entry);
+    } else if (picker) {
+        addPicker(picker, entry);
+    } else if (auto* code = qobject_cast<AutoCompleteField*>(control)) {
+        addField(bind<AutoCompleteBinding>(code, entry.host("field"), entry.label()));
+    }
+    return true;
+}
+
+void FormPage::addPicker(SearchPicker* picker, const Entry& entry)
+{
+    auto& binding = bind<PickerBinding>(picker, entry.host("field"), entry.label());
+    if (qobject_cast<FlatPicker*>(picker)) // which bears its own label
+        m_grid->addWidget(picker, m_row++, 0, 1, 4, Qt::AlignLeft);
+    else
+        addField(binding);
+    if (entry.host("filter") == QLatin1String("hadLeft"))
+        applyFilter(picker, binding);
+}
+
+void FormPage::addRows(const Entry& entry)
+{
+    QLabel* heading = addSection(entry.label(), entry.host("hint"));
+    auto* rows = new PickerRows(entry.form, heading, this);
+    m_grid->addWidget(rows, m_row++, 0, 1, 4);
+    m_rows.push_back(rows);
+    m_rowSubscriptions.push_back(rows->Edited.subscribe([this] { Edited.raise(); }));
+}
+
+void FormPage::applyFilter(SearchPicker* picker, const PickerBinding& binding)
+{
+    const auto filter = [this, &binding](qint32 officerNo, bool& exclude) {
+        exclude = exclude || (m_hadLeft && !SameValue(binding.loaded(), officerNo) && m_hadLeft(officerNo));
+    };
+    if (auto* flat = qobject_cast<FlatEmployeePicker*>(picker))
+        connectGuarded(flat, &FlatEmployeePicker::Filter, this, "FormPage_Filter", filter);
+    else if (auto* combo = qobject_cast<EmployeePicker*>(picker))
+        connectGuarded(combo, &EmployeePicker::Filter, this, "FormPage_Filter", filter);
+}
+
+} // namespace tavrin::workbench

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "frame/host_contracts/Records.h"
+#include "lookup/SearchPicker.h"
+
+namespace tavrin::workbench {
+
+/// A stored value in a picker: loaded and read back by the picker's contract.
+///
+/// A picker shows nothing for a value that its list does not know. Such a value is no change, and no save
+/// loses it, for as long as the person leaves the picker alone.
+class PickedValue
+{
+public:
+    /// The picker must outlive this.
+    explicit PickedValue(SearchPicker& picker)
+        : m_picker(picker)
+    {
+    }
+
+    /// `usedValues` are those of the picker's siblings; nullptr for none.
+    void load(const QVariant& stored, const UsedValues& usedValues);
+    QVariant value() const { return m_picker.GetValue(); }
+    /// The value that was loaded last.
+    const QVariant& loaded() const { return m_loaded; }
+    /// The picker holds something else than this field.
+    bool differs(const tvField& field) const;
+    void store(tvField& field) const;
+    /// Tells in the picker's tool tip of a value that is stored and cannot be shown.
+    void refreshToolTip();
+
+private:
+    SearchPicker& m_picker;
+    QVariant m_loaded;
+    QVariant m_shown; // what the picker made of it
+};
+
+} // namespace tavrin::workbench

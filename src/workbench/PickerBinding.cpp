@@ -1,0 +1,43 @@
+#include "PickerBinding.h"
+
+#include "base/Guard.h"
+
+#include <QScopedValueRollback>
+
+namespace tavrin::workbench {
+
+PickerBinding::PickerBinding(SearchPicker* picker, const QString& fieldName, const QString& label)
+    : FieldBinding(fieldName, label)
+    , m_picker(picker)
+    , m_value(*picker)
+{
+    connectGuarded(picker, &SearchPicker::Change, picker, "PickerBinding_Edited", [this] {
+        if (m_loading)
+            return;
+        m_value.refreshToolTip();
+        Edited.raise();
+    });
+}
+
+void PickerBinding::load(tvTableRow& row)
+{
+    const QScopedValueRollback loading(m_loading, true);
+    m_value.load(field(row).Value(), nullptr);
+}
+
+bool PickerBinding::differs(tvTableRow& row) const
+{
+    return m_value.differs(field(row));
+}
+
+void PickerBinding::store(tvTableRow& row) const
+{
+    m_value.store(field(row));
+}
+
+bool PickerBinding::isRequired() const
+{
+    return m_picker->property("Required").toBool(); // which only the flat pickers have
+}
+
+} // namespace tavrin::workbench

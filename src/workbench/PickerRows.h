@@ -1,0 +1,53 @@
+#pragma once
+
+#include "PickerRow.h"
+#include "frame/control_frame/FormFile.h"
+#include "host/Record.h"
+
+#include <vector>
+
+class QLabel;
+class QPushButton;
+class QVBoxLayout;
+
+namespace tavrin::workbench {
+
+/// A collection of a record as lines with one picker each, to which the person adds and from which she
+/// removes. A line without a value is not saved.
+class PickerRows final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// `form` is the template of every line's picker; its "host" part names the "collection", the "field" of
+    /// a row, a "flag" with its "flagLabel", and the text of the "add" button. `heading` leads to the first
+    /// line by its access key.
+    PickerRows(FormFile::Control form, QLabel* heading, QWidget* parent);
+
+    /// Raises an `Error` when the record has no such collection or column.
+    void load(Record& record);
+    bool differs(Record& record) const;
+    void store(Record& record);
+
+    Event<> Edited;
+
+private:
+    tvTableCollectionPtr collectionOf(Record& record) const;
+    QString hostText(const char* key) const;
+    PickerRow* addLine(const tvTableRowPtr& stored);
+    void removeLine(PickerRow* line);
+    void takeAway(PickerRow* line);
+    void addByPerson();
+    bool keeps(const tvTableRowPtr& stored) const;
+    void linesChanged();
+    void refreshLines();
+
+    FormFile::Control m_form;
+    QLabel* m_heading;
+    QVBoxLayout* m_layout;
+    QPushButton* m_add;
+    std::vector<PickerRow*> m_lines; // children
+    std::vector<Subscription> m_subscriptions;
+};
+
+} // namespace tavrin::workbench

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "lookup/AutoCompleteField.h"
+#include "lookup/SearchPicker.h"
+#include "support/FakeDesktop.h"
+#include "workbench/RecordWindow.h"
+#include "workbench/Workspace.h"
+
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPointer>
+#include <QTemporaryDir>
+
+namespace tavrin::test {
+
+using namespace tavrin::workbench;
+
+/// A person's workspace on a database of its own, and the window of one incident.
+struct Site
+{
+    explicit Site(const QByteArray& form = {}, const QString& formName = QStringLiteral("general.json"))
+    {
+        Options options;
+        options.database = folder.filePath(QStringLiteral("records.sqlite"));
+        if (!form.isEmpty()) {
+            QFile file(folder.filePath(formName));
+            if (file.open(QIODevice::WriteOnly))
+                file.write(form);
+            options.formsFolder = folder.path();
+        }
+        workspace.emplace(options);
+        incidentNo = workspace->store().list().constFirst().IncidentNo;
+    }
+    ~Site() { delete window; }
+
+    void open()
+    {
+        window = new RecordWindow(*workspace, workspace->store().load(incidentNo));
+        window->show();
+    }
+    AutoCompleteField* code(const QString& name) const { return window->findChild<AutoCompleteField*>(name); }
+    SearchPicker* picker(const QString& name) const { return window->findChild<SearchPicker*>(name); }
+    QString status() const { return window->findChild<QLabel*>(QStringLiteral("status"))->text(); }
+    QLineEdit* line(const QString& name) const { return window->findChild<QLineEdit*>(name); }
+    QVariant stored(const QString& field)
+    {
+        return fieldOf(*workspace->store().load(incidentNo)->mainRow(), field)->Value();
+    }
+    void store(const QString& field, const QVariant& value)
+    {
+        const RecordPtr record = workspace->store().load(incidentNo);
+        fieldOf(*record->mainRow(), field)->SetValue(value);
+        workspace->store().save(*record);
+    }
+
+    QTemporaryDir folder;
+    std::optional<Workspace> workspace;
+    qint64 incidentNo = 0;
+    FakeMessageBoxes boxes;
+    QPointer<RecordWindow> window;
+};
+
+} // namespace tavrin::test
