@@ -230,7 +230,7 @@ void SearchBox::CloseList()
         return;
     qApp->removeEventFilter(this);
     m_popup->hide();
-    m_result.clear();
+    m_result = Suggestions(); // with its memory, which a form of many boxes would keep for nothing
     m_view->setRows(0, 0);
     setAccessibleDescription(QString());
 }
