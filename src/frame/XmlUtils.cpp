@@ -4,8 +4,18 @@ namespace tavrin::XmlUtils {
 
 namespace {
 
+/// The most arguments of one call and members of one chain: each adds to the depth of the expression, which
+/// the engine limits.
+constexpr qsizetype MostArguments = 200;
+
 QString joined(const QStringList& conditions, const QString& joiner)
 {
+    if (conditions.size() > MostArguments) { // a chain of chains says the same
+        QStringList chains;
+        for (qsizetype i = 0; i < conditions.size(); i += MostArguments)
+            chains << joined(conditions.mid(i, MostArguments), joiner);
+        return joined(chains, joiner);
+    }
     QString all;
     for (const QString& condition : conditions) {
         if (!all.isEmpty())
@@ -19,9 +29,6 @@ QString call(const QString& function, const QStringList& arguments)
 {
     return function + u'(' + arguments.join(QStringLiteral(", ")) + u')';
 }
-
-/// The most arguments of one call: each adds to the depth of the expression, which the engine limits.
-constexpr qsizetype MostArguments = 200;
 
 /// A `concat` call; of calls, where there are too many pieces for one.
 QString concatenation(QStringList pieces)

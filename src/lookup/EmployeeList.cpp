@@ -30,6 +30,16 @@ NumberedList::Shape employeeShape()
             }};
 }
 
+/// Touches nothing but its arguments: whoever is asked may delete the picker and its list.
+bool excludes(const EmployeeList::Filter& filter, const XmlNode& employee)
+{
+    bool isNumber = false;
+    const double officerNo = employee.childElement(QStringLiteral("OfficerNo")).text().toDouble(&isNumber);
+    bool exclude = false;
+    filter(isNumber ? ToLong(officerNo) : 0, exclude);
+    return exclude;
+}
+
 } // namespace
 
 EmployeeList::EmployeeList()
@@ -42,16 +52,19 @@ QString EmployeeList::k9HandlersOnly()
     return QStringLiteral("IsK9Handler='True'");
 }
 
-std::vector<XmlNode> EmployeeList::filtered(std::vector<XmlNode> employees,
-                                            const std::function<void(qint32, bool&)>& filter) const
+std::vector<XmlNode> EmployeeList::filtered(std::vector<XmlNode> employees, const Filter& filter)
 {
-    std::erase_if(employees, [&](const XmlNode& employee) {
-        const QVariant officerNo = number(employee);
-        bool exclude = false;
-        filter(IsNull(officerNo) ? 0 : ToLong(officerNo), exclude);
-        return exclude;
-    });
+    std::erase_if(employees, [&filter](const XmlNode& employee) { return excludes(filter, employee); });
     return employees;
+}
+
+std::vector<XmlNode> EmployeeList::search(const QString& query, SearchOptions options, bool k9HandlersOnly,
+                                          const Filter& filter)
+{
+    if (k9HandlersOnly)
+        options.restriction = EmployeeList::k9HandlersOnly();
+    std::vector<XmlNode> employees = NumberedList::search(query, options);
+    return filter ? filtered(std::move(employees), filter) : employees;
 }
 
 void EmployeeList::drawRow(PictureSurface& picture, const XmlNode& employee, const QString& query) const

@@ -10,16 +10,21 @@ class PictureSurface;
 class EmployeeList final : public NumberedList
 {
 public:
-    /// Restricts a search to handlers of dogs.
-    static QString k9HandlersOnly();
+    /// Asks whether to leave an employee out: the officer's number, and the answer by reference.
+    using Filter = std::function<void(qint32 officerNo, bool& exclude)>;
 
     EmployeeList();
 
-    /// Leaves out those whom the host's filter excludes: called once for each row, with the officer's number
-    /// and an answer by reference. A record without a number counts as 0; one that does not fit into 32 bits
-    /// raises error 6.
-    std::vector<XmlNode> filtered(std::vector<XmlNode> employees,
-                                  const std::function<void(qint32 officerNo, bool& exclude)>& filter) const;
+    /// Restricts a search to handlers of dogs.
+    static QString k9HandlersOnly();
+    /// Those of the employees whom the filter does not exclude. It is asked once for each. Raises error 6 for
+    /// a number outside 32 bits.
+    static std::vector<XmlNode> filtered(std::vector<XmlNode> employees, const Filter& filter);
+
+    /// The search of both pickers: handlers of dogs only, if so wanted, and less those whom the filter
+    /// excludes, if there is one.
+    std::vector<XmlNode> search(const QString& query, SearchOptions options, bool k9HandlersOnly,
+                                const Filter& filter);
 
     /// Officer id and name with the match marked, and the badge in a column of its own. The picture has its
     /// font already.

@@ -58,18 +58,14 @@ SavedProperties EmployeePicker::savedProperties()
 
 void EmployeePicker::search(const QString& query, Suggestions& results)
 {
-    SearchOptions options = searchOptions(m_listAllEmployees);
-    if (m_k9HandlersOnly)
-        options.restriction = EmployeeList::k9HandlersOnly();
-    results = m_list.search(query, options);
-    static const QMetaMethod filterSignal = QMetaMethod::fromSignal(&EmployeePicker::Filter);
-    if (!isSignalConnected(filterSignal))
-        return;
-    const QPointer<EmployeePicker> self(this);
-    results = m_list.filtered(std::move(results), [&self](qint32 officerNo, bool& exclude) {
-        if (self) // a follower may delete the control
-            Q_EMIT self->Filter(officerNo, exclude);
-    });
+    EmployeeList::Filter filter;
+    if (isSignalConnected(QMetaMethod::fromSignal(&EmployeePicker::Filter))) {
+        filter = [self = QPointer(this)](qint32 officerNo, bool& exclude) {
+            if (self) // a follower may delete the control
+                Q_EMIT self->Filter(officerNo, exclude);
+        };
+    }
+    results = m_list.search(query, searchOptions(m_listAllEmployees), m_k9HandlersOnly, filter);
 }
 
 void EmployeePicker::drawRow(PictureSurface& picture, const XmlNode& item, const QString& query, bool)

@@ -4,6 +4,9 @@
 #include "widgets/Placement.h"
 #include "widgets/Tag.h"
 
+#include <QMetaMethod>
+#include <QPointer>
+
 namespace tavrin {
 
 FlatEmployeePicker::FlatEmployeePicker(QWidget* parent, const ControlSite& site)
@@ -51,11 +54,14 @@ SavedProperties FlatEmployeePicker::savedProperties()
 
 void FlatEmployeePicker::search(const QString& query, Suggestions& results)
 {
-    SearchOptions options = searchOptions(m_listAllEmployees);
-    if (m_k9HandlersOnly)
-        options.restriction = EmployeeList::k9HandlersOnly();
-    results = m_list.filtered(m_list.search(query, options),
-                              [this](qint32 officerNo, bool& exclude) { Q_EMIT Filter(officerNo, exclude); });
+    EmployeeList::Filter filter;
+    if (isSignalConnected(QMetaMethod::fromSignal(&FlatEmployeePicker::Filter))) {
+        filter = [self = QPointer(this)](qint32 officerNo, bool& exclude) {
+            if (self) // a follower may delete the control
+                Q_EMIT self->Filter(officerNo, exclude);
+        };
+    }
+    results = m_list.search(query, searchOptions(m_listAllEmployees), m_k9HandlersOnly, filter);
 }
 
 void FlatEmployeePicker::drawRow(PictureSurface& picture, const XmlNode& item, const QString& query, bool)

@@ -123,7 +123,7 @@ SearchTerms UserTeamList::userTerms(const QString& query, const SearchOptions& o
     SearchTerms terms =
         sharedTerms(options, QStringLiteral("IsActive='True'"), QStringLiteral("UserId"), userId);
     if (!query.isEmpty()) {
-        const QString text = query.toUpper();
+        const QString text = upperCased(query);
         terms.text << containsText("UserId", text) << containsText("FirstName", text)
                    << containsText("LastName", text) << containsText("concat(FirstName, ' ', LastName)", text)
                    << containsText("OfficerId", text)
@@ -138,7 +138,7 @@ SearchTerms UserTeamList::teamTerms(const QString& query, const SearchOptions& o
     SearchTerms terms =
         sharedTerms(options, QStringLiteral("ActiveFlag=1"), QStringLiteral("ValueNo"), teamNo);
     if (!query.isEmpty()) {
-        const QString text = query.toUpper();
+        const QString text = upperCased(query);
         terms.text << containsText("ValueCode", text) << containsText("ValueDesc", text);
     }
     return terms;
