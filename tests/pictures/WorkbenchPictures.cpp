@@ -2,6 +2,7 @@
 // list of a code field open, its officers and offenses with a picker's list open, light and dark, and the
 // list of incidents.
 
+#include "Pictures.h"
 #include "base/Error.h"
 #include "lookup/AutoCompleteField.h"
 #include "widgets/DropDownList.h"
@@ -12,10 +13,9 @@
 #include "workbench/Workspace.h"
 
 #include <QApplication>
-#include <QDir>
-#include <QPainter>
 #include <QPushButton>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 #include <QTest>
 
 #include <algorithm>
@@ -24,6 +24,7 @@
 
 using namespace tavrin;
 using namespace tavrin::workbench;
+using tavrin::test::writePicture;
 
 namespace {
 
@@ -31,25 +32,6 @@ void check(bool condition, const QString& what)
 {
     if (!condition)
         throw Error(what);
-}
-
-/// The window with the list that is open over it.
-QPixmap pictureOf(QWidget& window)
-{
-    QApplication::processEvents(); // what asks for a new layout gets it
-    QPixmap picture = window.grab();
-    for (QWidget* list : QApplication::topLevelWidgets()) {
-        if (list->isVisible() && list != &window) {
-            QPainter painter(&picture);
-            painter.drawPixmap(window.mapFromGlobal(list->pos()), list->grab());
-        }
-    }
-    return picture;
-}
-
-void write(QWidget& window, const QString& path)
-{
-    check(pictureOf(window).save(path), QStringLiteral("%1 cannot be written").arg(path));
 }
 
 void bringUp(QWidget& window)
@@ -96,7 +78,7 @@ void writePickers(Workspace& workspace, const QString& folder, const QString& en
     window.resize(820, 560);
     bringUp(window);
     for (const auto& [collection, text, name] :
-         {std::tuple(QStringLiteral("Assignments"), QStringLiteral("pa"),
+         {std::tuple(QStringLiteral("Assignments"), QStringLiteral("mar"),
                      QStringLiteral("workbench-officers")),
           std::tuple(QStringLiteral("Offenses"), QStringLiteral("theft"),
                      QStringLiteral("workbench-offenses"))}) {
@@ -105,7 +87,7 @@ void writePickers(Workspace& workspace, const QString& folder, const QString& en
         check(add && add->isVisible(), QStringLiteral("there is no way to add to the ") + collection);
         add->click();
         search(*QApplication::focusWidget(), text);
-        write(window, QDir(folder).filePath(name + ending));
+        writePicture(window, folder, name + ending);
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
     }
 }
@@ -113,6 +95,7 @@ void writePickers(Workspace& workspace, const QString& folder, const QString& en
 void write(const QString& folder, ThemeChoice theme)
 {
     const bool dark = isDark(theme);
+    const QString ending = dark ? QStringLiteral("-dark") : QString();
     applyTheme(dark);
     const QTemporaryDir data;
     Options options;
@@ -127,14 +110,13 @@ void write(const QString& folder, ThemeChoice theme)
         window.resize(820, 560);
         bringUp(window);
         searchGun(window);
-        write(window, QDir(folder).filePath(dark ? QStringLiteral("workbench-dark.png")
-                                                 : QStringLiteral("workbench.png")));
+        writePicture(window, folder, QStringLiteral("workbench") + ending);
     }
-    writePickers(workspace, folder, dark ? QStringLiteral("-dark.png") : QStringLiteral(".png"));
+    writePickers(workspace, folder, ending);
     if (!dark) {
         MainWindow window(workspace);
         bringUp(window);
-        write(window, QDir(folder).filePath(QStringLiteral("workbench-list.png")));
+        writePicture(window, folder, QStringLiteral("workbench-list"));
     }
 }
 
@@ -142,7 +124,12 @@ void write(const QString& folder, ThemeChoice theme)
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QTemporaryFile screen; // larger than the platform's own, so that a list opens at its place
+    screen.open();
+    screen.write(R"({"screens": [{"name": "screen", "x": 0, "y": 0, "width": 1920, "height": 1080,
+                                  "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})");
+    screen.flush();
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(screen.fileName()));
     QApplication application(argc, argv);
     try {
         const QString folder = QApplication::arguments().value(1, QStringLiteral("."));
