@@ -131,8 +131,10 @@ void ComboPicker::UserControl_Resize()
                 SetHeight(comboHeight);
         },
         [&] {
-            if (widthOf(*acComboBox) > Width())
+            if (widthOf(*acComboBox) > Width()) {
                 SetWidth(widthOf(*acComboBox));
+                acComboBox->SetListWidth(listWidth());
+            }
         },
         [&] { lblDescription->resize(lblDescription->width(), height()); });
     updateGeometry();

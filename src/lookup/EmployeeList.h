@@ -14,6 +14,7 @@ public:
     using Filter = std::function<void(qint32 officerNo, bool& exclude)>;
 
     EmployeeList();
+    using NumberedList::search;
 
     /// Restricts a search to handlers of dogs.
     static QString k9HandlersOnly();

@@ -12,6 +12,7 @@ namespace tavrin {
 FlatEmployeePicker::FlatEmployeePicker(QWidget* parent, const ControlSite& site)
     : FlatPicker(parent, site)
 {
+    setFocusProxy(acTextBox);
     begin();
 }
 

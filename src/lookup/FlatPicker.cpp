@@ -16,6 +16,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QRegularExpression>
+#include <QScopedValueRollback>
 
 #include <algorithm>
 
@@ -71,7 +72,6 @@ FlatPicker::FlatPicker(QWidget* parent, const ControlSite& site)
     tagName->hide();
     lblCaption->setBuddy(this);
     setFocusPolicy(Qt::StrongFocus);
-    setFocusProxy(acTextBox);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     m_subscriptions.push_back(lnkDropDown->Click.subscribe([this] { lnkDropDown_Click(); }));
 }
@@ -147,21 +147,17 @@ void FlatPicker::selectionChanged()
         m_fullText.clear();
         acTextBox->SetText(QString());
     } else {
-        m_value = valueOf(item);
-        m_fullText = longText(item);
+        const QVariant value = valueOf(item);
+        m_fullText = longText(item); // a failure of the host leaves the value as it was
+        m_value = value;
         tagName->SetCaption(truncated(m_fullText, tagLength()));
         tagName->SetToolTipText(tagName->Caption() == m_fullText ? QString() : m_fullText);
     }
     RefreshAppearance();
-    tellScreenReaders(m_fullText);
+    // The control itself has the focus where the tag has taken the search box's place.
+    setAccessibleDescription(m_fullText);
     update();
     Q_EMIT Change();
-}
-
-void FlatPicker::tellScreenReaders(const QString& fullText)
-{
-    // The control itself has the focus where the tag has taken the search box's place.
-    setAccessibleDescription(fullText);
 }
 
 void FlatPicker::lnkDropDown_Click()
@@ -215,8 +211,11 @@ void FlatPicker::applyFont()
 
 void FlatPicker::UserControl_EnterFocus()
 {
+    const QPointer<FlatPicker> self(this); // whatever loses the focus may close the form
     if (!acTextBox->isHidden() && acTextBox->isEnabled())
         acTextBox->setFocus();
+    if (!self)
+        return;
     m_hasFocus = true;
     RefreshAppearance();
 }
@@ -234,23 +233,24 @@ void FlatPicker::UserControl_AmbientChanged(const QString& propertyName)
     SetFrameBackColor(ambient().BackColor());
 }
 
-bool FlatPicker::event(QEvent* event)
+void FlatPicker::changeEvent(QEvent* event)
 {
-    const bool handled = SearchPicker::event(event);
+    SearchPicker::changeEvent(event);
     // The theme service's colours and the system's change together.
-    if (event->type() == QEvent::ApplicationPaletteChange)
-        guard("FlatPicker_ThemeChanged", [this] { RefreshAppearance(); });
-    return handled;
+    const bool looksDifferent =
+        event->type() == QEvent::EnabledChange || event->type() == QEvent::PaletteChange;
+    if (looksDifferent && !m_isRefreshing)
+        guard("FlatPicker_Changed", [this] { RefreshAppearance(); });
 }
 
 // Appearance
 
 void FlatPicker::RefreshAppearance()
 {
-    const TextBoxColors colors = themeColors(ambient().UserMode());
+    const QScopedValueRollback refreshing(m_isRefreshing, true);
     tagName->setVisible(showsTag());
     applyFonts();
-    applyColors(colors);
+    applyColors();
     refreshLink();
     refreshCaption();
     LayoutControls();
@@ -286,9 +286,10 @@ void FlatPicker::applyFonts()
     tagName->SetFont(tagFont);
 }
 
-void FlatPicker::applyColors(const TextBoxColors& colors)
+void FlatPicker::applyColors()
 {
-    const TextBoxColorSet& set = !Enabled() ? colors.Disabled : m_hasFocus ? colors.Focused : colors.Normal;
+    const TextBoxColors colors = themeColors(ambient().UserMode());
+    const TextBoxColorSet& set = !isEnabled() ? colors.Disabled : m_hasFocus ? colors.Focused : colors.Normal;
     tagName->SetForeColor(set.TagForeColor);
     tagName->SetBackColor(set.TagBackColor);
     shpBorder->SetBorderColor(set.BorderColor);
@@ -299,12 +300,12 @@ void FlatPicker::applyColors(const TextBoxColors& colors)
     lblCaption->SetForeColor(set.ForeColor);
     shpBorder->SetBackColor(set.BackColor);
     SetFrameBackColor(ContainerBackColor());
-    acTextBox->SetPlaceholder(Enabled() ? PlaceholderText : QString());
+    acTextBox->SetPlaceholder(isEnabled() ? PlaceholderText : QString());
 }
 
 void FlatPicker::refreshLink()
 {
-    const bool clears = Enabled() && !IsNull(m_value);
+    const bool clears = isEnabled() && !IsNull(m_value);
     lnkDropDown->SetSymbol(clears ? ClearGlyph : DropDownGlyph);
     lnkDropDown->SetToolTipText(IsNull(m_value) ? QString() : QStringLiteral("Clear"));
     lnkDropDown->SetForeColor(shpBorder->BorderColor());

@@ -31,7 +31,8 @@ public:
     bool Required() const { return m_required; }
     void SetRequired(bool required);
 
-    bool Enabled() const final { return isEnabled(); }
+    /// Its own state; in a disabled form it looks disabled all the same.
+    bool Enabled() const final { return isEnabledTo(parentWidget()); }
     void SetEnabled(bool enabled) final;
 
     /// Whether a tag shows the chosen name.
@@ -75,7 +76,7 @@ protected:
     void UserControl_KeyDown(int& keyCode, int shift) override;
     void applyFont() final;
     void selectionChanged() final;
-    bool event(QEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
     SavedProperty captionProperty();
     SavedProperty requiredProperty();
@@ -88,14 +89,13 @@ private:
     Twips boxHeight() const;
     Twips standardWidth() const;
     void applyFonts();
-    void applyColors(const TextBoxColors& colors);
+    void applyColors();
     void refreshLink();
     void refreshCaption();
     void resizeToContent();
     void placeLink(Twips caption, Twips box);
     void placeTextBox(Twips caption, Twips box, Twips innerWidth);
     void lnkDropDown_Click();
-    void tellScreenReaders(const QString& fullText);
 
     GroupBox* grpDropDownButton;
     Link* lnkDropDown;
@@ -107,6 +107,7 @@ private:
     bool m_required = false;
     bool m_hasFocus = false;
     bool m_inLayout = false;
+    bool m_isRefreshing = false;
     QString m_fullText; // of the chosen item
     std::vector<Subscription> m_subscriptions;
 };

@@ -6,6 +6,9 @@
 #include "widgets/Placement.h"
 #include "widgets/Tag.h"
 
+#include <QFocusEvent>
+#include <QPointer>
+
 namespace tavrin {
 
 FlatUserPicker::FlatUserPicker(QWidget* parent, const ControlSite& site)
@@ -15,6 +18,8 @@ FlatUserPicker::FlatUserPicker(QWidget* parent, const ControlSite& site)
         m_events = currentHost().hostServices().Events().CacheRefreshed.subscribe(
             [this](const CacheRefreshInfo&) { m_list.dropDocuments(); });
     }
+    acTextBox->setFocusPolicy(Qt::ClickFocus);
+    setFocusPolicy(Qt::TabFocus); // a press on the link leaves the focus where it is
     begin();
 }
 
@@ -33,13 +38,12 @@ void FlatUserPicker::SetValue(const QVariant& value)
     else if (!text.isEmpty())
         throw Error(QStringLiteral("Unrecognized value format '%1'").arg(text));
     const QPointer<FlatUserPicker> self(this);
-    if (item.isNull())
-        acTextBox->ClearSelection();
-    else
-        acTextBox->SelectItem(item);
+    const int put = ++m_puts;
+    acTextBox->SelectItem(item); // none clears
     if (!self)
         return;
-    m_value = value; // behind the handler, so that a value that is in neither list is kept
+    if (put == m_puts)   // a follower may have put another value, which stands
+        m_value = value; // behind the handler, so that a value that is in neither list is kept
     Q_EMIT PropertyChanged(QStringLiteral("Value"));
 }
 
@@ -105,16 +109,55 @@ void FlatUserPicker::showBesideTag()
 {
     if (acTextBox->isHidden())
         return;
-    setFocusProxy(nullptr);
-    if (hasFocusInside())
-        setFocus(); // before the box goes: Qt would give its focus to the next field
+    const QPointer<FlatUserPicker> self(this);
+    if (hasFocusInside()) { // before the box goes: Qt would give its focus to the next field
+        m_holdsFocus = true;
+        setFocus();
+        if (!self)
+            return;
+        m_holdsFocus = false;
+    }
     acTextBox->hide();
 }
 
 void FlatUserPicker::showAlone()
 {
     acTextBox->show();
-    setFocusProxy(acTextBox); // which takes over the focus, if the control itself has it
+    if (hasFocus())
+        acTextBox->setFocus();
+}
+
+// Focus: no proxy, since giving one and taking it away would move the control in the tab order.
+
+void FlatUserPicker::mousePressEvent(QMouseEvent* event)
+{
+    FlatPicker::mousePressEvent(event);
+    if (!hasFocusInside())
+        setFocus(Qt::MouseFocusReason);
+}
+
+void FlatUserPicker::focusInEvent(QFocusEvent* event)
+{
+    FlatPicker::focusInEvent(event);
+    if (!m_holdsFocus && !acTextBox->isHidden())
+        acTextBox->setFocus(event->reason());
+}
+
+bool FlatUserPicker::focusNextPrevChild(bool next)
+{
+    // The control is the tab stop, whichever of its parts has the focus.
+    const QPointer<FlatUserPicker> self(this);
+    if (acTextBox->hasFocus()) {
+        m_holdsFocus = true;
+        setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+        if (!self)
+            return true;
+        m_holdsFocus = false;
+    }
+    const bool moved = FlatPicker::focusNextPrevChild(next);
+    if (self && hasFocus() && !acTextBox->isHidden())
+        acTextBox->setFocus(); // there was nowhere else to go
+    return moved;
 }
 
 } // namespace tavrin

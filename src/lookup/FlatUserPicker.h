@@ -66,10 +66,15 @@ protected:
     void placeTag(Tag& tag, Twips margin) override;
     void showBesideTag() override;
     void showAlone() override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     UserTeamList m_list;
     bool m_includeInactive = false;
+    bool m_holdsFocus = false; // the control itself, and not its search box
+    int m_puts = 0;
     Subscription m_events; // to the host's refreshed caches
 };
 

@@ -48,8 +48,9 @@ void SearchPicker::TavrinControl_SetValue(const QVariant& value, const UsedValue
     // the one before.
     m_usedValues = usedValues ? usedValues : std::make_shared<QVariantList>();
     const QPointer<SearchPicker> self(this);
+    const int put = ++m_contractPuts;
     SetValue(value);
-    if (self)
+    if (self && put == m_contractPuts) // a follower may have loaded another record
         m_hostValue = value;
 }
 
@@ -159,7 +160,10 @@ void SearchPicker::UserControl_InitProperties()
 
 void SearchPicker::UserControl_ReadProperties(const PropertyBag& bag)
 {
+    const QPointer<SearchPicker> self(this);
     UserControl::UserControl_ReadProperties(bag);
+    if (!self)
+        return;
     trapAndGoOn(typeName(), QStringLiteral("ReadProperties"), [this] { showDisplayName(); });
 }
 

@@ -33,6 +33,10 @@ public:
     bool ShowName() const { return m_showName; }
     virtual void SetShowName(bool show) = 0;
 
+    /// What the person has typed and not chosen yet; "" for nothing. It stands for no value, and gives way to
+    /// the chosen entry when the focus leaves the picker.
+    QString TypedText() const { return m_box.TypedText(); }
+
     /// Whether values that sibling fields hold are left out of the list; read at the next search.
     bool RemoveUsedValues() const { return m_removeUsedValues; }
     void SetRemoveUsedValues(bool remove);
@@ -88,6 +92,7 @@ private:
     SearchBox& m_box;
     SharedFont m_font;
     UsedValues m_usedValues;
+    int m_contractPuts = 0;
     std::vector<Subscription> m_subscriptions;
 };
 

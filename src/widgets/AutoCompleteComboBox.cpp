@@ -3,12 +3,15 @@
 #include "IconGlyphs.h"
 #include "Link.h"
 
+#include <QPointer>
+
 namespace tavrin {
 
 namespace {
 
 constexpr int BesideButton = 3;
 constexpr int TextMargin = 3;
+constexpr int BesideText = 3; // that a line edit leaves of itself
 constexpr int TextMarginAbove = 2;
 
 } // namespace
@@ -50,13 +53,17 @@ void AutoCompleteComboBox::refreshButton()
     lnkButton->SetToolTipText(clears() ? tr("Clear") : QString());
     // An empty box that waits for a longer text has nothing to open.
     lnkButton->setVisible(isEnabled() && (clears() || MinQueryLength() == 0));
-    setTextMargins(TextMargin, TextMarginAbove, lnkButton->width(), TextMarginAbove);
+    setTextMargins(TextMargin, TextMarginAbove, lnkButton->width() + BesideButton - BesideText,
+                   TextMarginAbove);
     lnkButton->move(width() - lnkButton->width() - BesideButton, (height() - lnkButton->height()) / 2);
 }
 
 void AutoCompleteComboBox::lnkButton_Click()
 {
+    const QPointer<AutoCompleteComboBox> self(this); // whatever loses the focus may close the form
     setFocus();
+    if (!self)
+        return;
     if (clears())
         clearByPerson();
     else if (ListIsOpen())

@@ -1,6 +1,7 @@
 #include "AutoCompleteTextBox.h"
 
 #include <QApplication>
+#include <QPointer>
 
 namespace tavrin {
 
@@ -45,9 +46,11 @@ QWidget* AutoCompleteTextBox::listOwner() const
 
 void AutoCompleteTextBox::ShowSuggestions(const QString& query)
 {
+    const QPointer<AutoCompleteTextBox> self(this); // whatever loses the focus may close the form
     if (!hasFocus())
         setFocus();
-    openList(query);
+    if (self)
+        openList(query);
 }
 
 QSize AutoCompleteTextBox::sizeHint() const

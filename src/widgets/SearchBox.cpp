@@ -67,15 +67,24 @@ QString SearchBox::itemText(const XmlNode& item)
 void SearchBox::SelectItem(const XmlNode& node)
 {
     const QPointer<SearchBox> self(this);
+    const QString text = itemText(node); // a failure of the host changes nothing
+    if (!self)
+        return;
     CloseList();
     m_selected = node;
+    m_selectedText = text;
     if (!node.isNull()) {
-        SetText(itemText(node));
-        if (self)
+        SetText(text);
+        if (self && !hasFocus())
             setCursorPosition(0); // where the place is narrow, the start shows
     }
     if (self)
         SelectionChanged.raise();
+}
+
+QString SearchBox::TypedText() const
+{
+    return isModified() && text() != m_selectedText ? text() : QString();
 }
 
 void SearchBox::ClearSelection()
@@ -115,9 +124,10 @@ void SearchBox::answerEdit()
         return;
     guard("SearchBox_Edited", [this] {
         const QPointer<SearchBox> self(this);
-        if (text().isEmpty() && !m_selected.isNull())
+        const QString typed = text();
+        if (typed.isEmpty() && !m_selected.isNull())
             ClearSelection();
-        if (self)
+        if (self && text() == typed) // a follower may have put another choice
             search();
     });
 }
@@ -167,7 +177,7 @@ void SearchBox::openList(const QString& query)
 void SearchBox::openByPerson()
 {
     // The text of the chosen item is no query: the person wants to see what else there is.
-    const bool typed = !text().isEmpty() && (m_selected.isNull() || text() != itemText(m_selected));
+    const bool typed = !text().isEmpty() && (m_selected.isNull() || text() != m_selectedText);
     const QString query = typed ? text() : QString();
     if (query.size() >= m_minQueryLength)
         openList(query);
@@ -412,9 +422,8 @@ void SearchBox::focusOutEvent(QFocusEvent* event)
     if (!isModified())
         return; // nothing was typed since code set the text
     guard("SearchBox_FocusOut", [&] {
-        const QString chosen = itemText(m_selected);
-        if (text() != chosen)
-            SetText(chosen);
+        if (text() != m_selectedText)
+            SetText(m_selectedText);
     });
 }
 

@@ -67,6 +67,9 @@ public:
     /// handler.
     void ClearSelection();
 
+    /// The text that the person has typed and not chosen; "" for none.
+    QString TypedText() const;
+
     bool ListIsOpen() const;
     void CloseList();
     /// The query of the result that the list shows.
@@ -124,6 +127,7 @@ private:
     void highlightChanged();
 
     XmlNode m_selected;
+    QString m_selectedText; // as it was when the item was chosen
     SharedFont m_font;
     Twips m_listWidth = 0;
     int m_minQueryLength = 0;

@@ -79,9 +79,11 @@ void SuggestionView::measurePage()
     m_rowHeight = fontMetrics().height() + 2 * AboveText;
     for (int row = 0; row < std::min(m_rowCount, VisibleRows); ++row) {
         MeasuredPicture picture(font(), viewport(), textRoom());
+        const Twips given = picture.Width();
         drawRow(picture, row, false);
         m_rowHeight = std::max(m_rowHeight, toPixels(picture.Height()) + 2 * AboveText);
-        m_contentWidth = std::max(m_contentWidth, toPixels(picture.Width()) + 2 * BesideText);
+        if (picture.Width() != given) // a row that leaves it is content with the list's
+            m_contentWidth = std::max(m_contentWidth, toPixels(picture.Width()) + 2 * BesideText);
     }
 }
 

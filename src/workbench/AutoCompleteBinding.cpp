@@ -64,10 +64,7 @@ QString AutoCompleteBinding::problem() const
     const QString text = ToText(m_control->Text());
     if (!IsNull(m_control->Value()) || text.isEmpty())
         return {};
-    return QStringLiteral(
-               "\"%1\" in \"%2\" was typed but not chosen from the list. Choose an entry, or empty "
-               "the field.")
-        .arg(text, plainLabel());
+    return notChosenText(text);
 }
 
 } // namespace tavrin::workbench

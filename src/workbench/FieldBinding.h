@@ -41,6 +41,14 @@ public:
     Event<> Edited;
 
 protected:
+    /// The problem of a text that was typed into a search and not chosen from its list.
+    QString notChosenText(const QString& typed) const
+    {
+        return QStringLiteral("\"%1\" in \"%2\" was typed but not chosen from the list. Choose an entry, or "
+                              "empty the field.")
+            .arg(typed, plainLabel());
+    }
+
     tvField& field(tvTableRow& row) const { return *fieldOf(row, m_fieldName); }
 
 private:

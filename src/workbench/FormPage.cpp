@@ -74,9 +74,8 @@ bool FormPage::differs(Record& record) const
                        [&](const PickerRows* rows) { return rows->differs(record); });
 }
 
-void FormPage::store(Record& record)
+void FormPage::storeRows(Record& record)
 {
-    RecordPage::store(record);
     for (PickerRows* rows : m_rows)
         rows->store(record);
 }
@@ -108,6 +107,8 @@ void FormPage::addField(FieldBinding& binding, int half)
     auto* name = new QLabel(binding.label(), this);
     name->setBuddy(binding.widget());
     binding.widget()->setAccessibleName(binding.plainLabel());
+    if (QWidget* box = binding.widget()->focusProxy()) // it has the keyboard
+        box->setAccessibleName(binding.plainLabel());
     const int column = half == 1 ? 2 : 0;
     m_grid->addWidget(name, m_row, column);
     m_grid->addWidget(binding.widget(), m_row, column + 1, 1, half < 0 ? 3 : 1);
@@ -136,12 +137,37 @@ void FormPage::addForm(const QString& formName, const QString& formsFolder, QStr
         addSection(form.title, hint);
     const auto controls = form.createControls(publicControls(), this, path, problems);
     for (std::size_t i = 0; i < controls.size(); ++i) {
-        if (controls[i] && !addControl(controls[i], {form.controls[i]})) {
-            problems << tr("%1: control \"%2\": It cannot be repeated.").arg(path, form.controls[i].name);
+        if (!controls[i])
+            continue;
+        const Entry entry{form.controls[i]};
+        QString problem = placeProblem(entry);
+        if (problem.isEmpty() && !addControl(controls[i], entry))
+            problem = tr("It cannot be repeated.");
+        if (!problem.isEmpty()) {
+            problems << tr("%1: control \"%2\": %3").arg(path, form.controls[i].name, problem);
             delete controls[i];
         }
     }
     m_grid->setRowStretch(m_row, 1);
+}
+
+QString FormPage::placeProblem(const Entry& entry)
+{
+    const RecordSchema& schema = incidentSchema();
+    const TableSchema* table = &schema.Main;
+    if (const QString name = entry.host("collection"); !name.isEmpty()) {
+        const auto found = std::find_if(schema.Collections.begin(), schema.Collections.end(),
+                                        [&name](const CollectionSchema& c) { return c.Name == name; });
+        if (found == schema.Collections.end())
+            return tr("The record has no collection %1.").arg(name);
+        table = &found->Table;
+    }
+    for (const char* key : {"field", "flag"}) {
+        const QString name = entry.host(key);
+        if (!name.isEmpty() && table->indexOf(name) < 0)
+            return tr("The table %1 has no field %2.").arg(table->Table, name);
+    }
+    return {};
 }
 
 bool FormPage::addControl(UserControl* control, const Entry& entry)

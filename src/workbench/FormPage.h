@@ -39,7 +39,7 @@ public:
 
     void load(Record& record) override;
     bool differs(Record& record) const override;
-    void store(Record& record) override;
+    void storeRows(Record& record) override;
 
 protected:
     QLabel* addSection(const QString& title, const QString& hint = {});
@@ -48,6 +48,8 @@ protected:
 
 private:
     struct Entry;
+    /// Why the record has no place for the control's value, in a sentence; "" when it has.
+    static QString placeProblem(const Entry& entry);
     /// False for a control that the page has no use for.
     bool addControl(UserControl* control, const Entry& entry);
     void addPicker(SearchPicker* picker, const Entry& entry);

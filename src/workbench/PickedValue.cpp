@@ -15,25 +15,32 @@ void PickedValue::load(const QVariant& stored, const UsedValues& usedValues)
     } catch (const Error&) { // no value of this kind of picker: unknown, like one that is not in its list
         m_picker.SetValue(Null(), usedValues);
     }
-    m_shown = value();
+    m_isTouched = false;
+    refreshToolTip();
+}
+
+void PickedValue::touched()
+{
+    m_isTouched = true;
     refreshToolTip();
 }
 
 bool PickedValue::differs(const tvField& field) const
 {
-    const QVariant stored = field.Value();
-    return !SameValue(value(), SameValue(stored, m_loaded) ? m_shown : stored);
+    return m_isTouched && !SameValue(value(), field.Value());
 }
 
 void PickedValue::store(tvField& field) const
 {
-    if (differs(field))
-        field.SetValue(value());
+    if (!differs(field))
+        return;
+    field.SetValue(value());
+    m_loaded = value();
 }
 
 void PickedValue::refreshToolTip()
 {
-    const bool isHidden = !SameValue(m_loaded, m_shown) && SameValue(value(), m_shown);
+    const bool isHidden = !m_isTouched && !SameValue(m_loaded, value());
     m_picker.setToolTip(
         isHidden ? QCoreApplication::translate("PickedValue",
                                                "The record holds %1, which is not in the list. It stays "

@@ -21,18 +21,21 @@ public:
     /// `usedValues` are those of the picker's siblings; nullptr for none.
     void load(const QVariant& stored, const UsedValues& usedValues);
     QVariant value() const { return m_picker.GetValue(); }
-    /// The value that was loaded last.
+    /// The person has chosen or cleared.
+    void touched();
+    /// The value that the record holds.
     const QVariant& loaded() const { return m_loaded; }
     /// The picker holds something else than this field.
     bool differs(const tvField& field) const;
     void store(tvField& field) const;
+
+private:
     /// Tells in the picker's tool tip of a value that is stored and cannot be shown.
     void refreshToolTip();
 
-private:
     SearchPicker& m_picker;
-    QVariant m_loaded;
-    QVariant m_shown; // what the picker made of it
+    mutable QVariant m_loaded;
+    bool m_isTouched = false;
 };
 
 } // namespace tavrin::workbench

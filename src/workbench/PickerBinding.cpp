@@ -14,7 +14,7 @@ PickerBinding::PickerBinding(SearchPicker* picker, const QString& fieldName, con
     connectGuarded(picker, &SearchPicker::Change, picker, "PickerBinding_Edited", [this] {
         if (m_loading)
             return;
-        m_value.refreshToolTip();
+        m_value.touched();
         Edited.raise();
     });
 }
@@ -33,6 +33,12 @@ bool PickerBinding::differs(tvTableRow& row) const
 void PickerBinding::store(tvTableRow& row) const
 {
     m_value.store(field(row));
+}
+
+QString PickerBinding::problem() const
+{
+    const QString typed = m_picker->TypedText();
+    return typed.isEmpty() ? QString() : notChosenText(typed);
 }
 
 bool PickerBinding::isRequired() const

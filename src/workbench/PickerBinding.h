@@ -16,6 +16,8 @@ public:
     void load(tvTableRow& row) override;
     bool differs(tvTableRow& row) const override;
     void store(tvTableRow& row) const override;
+    /// A text that was typed and not chosen stands for no value.
+    QString problem() const override;
     /// The picker's form marks it so.
     bool isRequired() const override;
     /// The value that the record held when it was loaded.

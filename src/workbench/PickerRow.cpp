@@ -56,7 +56,7 @@ void PickerRow::pickerChanged()
 {
     if (m_loading)
         return;
-    m_value.refreshToolTip();
+    m_value.touched();
     Edited.raise();
 }
 

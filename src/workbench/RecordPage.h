@@ -28,6 +28,8 @@ public:
     virtual bool differs(Record& record) const;
     /// Writes the page into the record. Nothing reaches the database.
     virtual void store(Record& record);
+    /// Writes the rows of the page's lists into the record, behind the fields of all pages.
+    virtual void storeRows(Record&) {}
     /// The first field whose content cannot be saved; nullptr when there is none.
     virtual const FieldBinding* firstProblem() const;
     /// The field of the page that is bound to this column; nullptr when there is none.

@@ -262,7 +262,9 @@ bool RecordWindow::save()
         for (RecordPage* page : m_pages)
             page->store(*m_record);
         if (!hasRequiredFields())
-            return false;
+            return false; // before rows go: a row that comes again is another one
+        for (RecordPage* page : m_pages)
+            page->storeRows(*m_record);
         m_workspace.store().save(*m_record);
     } catch (const Error& error) {
         refreshState();

@@ -45,13 +45,14 @@ struct Measures
         , tagMargin(boxHeight / 2 - toTwips(form.tag->height()) / 2)
         , width(toTwips(form.picker->width()))
         , linkSide(toTwips(form.link->width()))
+        , linkHeight(toTwips(form.link->height()))
     {
     }
 
     QRect linkGroup(Twips extra) const
     {
-        return pixels(width - linkSide - 90, boxHeight / 2 - linkSide / 2 + captionHeight + extra, linkSide,
-                      linkSide);
+        return pixels(width - linkSide - 90, boxHeight / 2 - linkHeight / 2 + captionHeight + extra, linkSide,
+                      linkHeight);
     }
 
     Twips textHeight;
@@ -62,6 +63,7 @@ struct Measures
     Twips tagMargin;
     Twips width;
     Twips linkSide;
+    Twips linkHeight;
 };
 
 void addLooks()

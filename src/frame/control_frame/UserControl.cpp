@@ -128,7 +128,10 @@ void UserControl::propertyStep(const QString& routine, const std::function<void(
 void UserControl::UserControl_ReadProperties(const PropertyBag& bag)
 {
     const QString routine = QStringLiteral("ReadProperties");
+    const QPointer<UserControl> self(this);
     for (const SavedProperty& property : savedProperties()) {
+        if (!self)
+            return; // a follower of a property has deleted the control
         propertyStep(routine, [&] {
             QVariant value = property.defaultValue;
             const auto readKey = [&](const QString& key) {
