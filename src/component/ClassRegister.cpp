@@ -5,6 +5,7 @@
 #include "lookup/FlatEmployeePicker.h"
 #include "lookup/FlatUserPicker.h"
 #include "lookup/OffensePicker.h"
+#include "sections/MultiValue.h"
 
 namespace tavrin {
 
@@ -16,6 +17,7 @@ const ControlRegister& publicControls()
         classes.add<EmployeePicker>(QStringLiteral("TVBoundControls.EmployeePicker"));
         classes.add<FlatEmployeePicker>(QStringLiteral("TVBoundControls.FlatEmployeePicker"));
         classes.add<FlatUserPicker>(QStringLiteral("TVBoundControls.FlatUserPicker"));
+        classes.add<MultiValue>(QStringLiteral("TVBoundControls.MultiValue"));
         classes.add<OffensePicker>(QStringLiteral("TVBoundControls.OffensePicker"));
         return classes;
     }();
