@@ -95,7 +95,7 @@ private:
 
     std::optional<BoundBinding> m_binding;
     QVariantList m_values;
-    qint64 m_themeKey = 0; // of the palette that the background was shaded from
+    qint64 m_themeKey = 0;                  // of the palette that the background was shaded from
     QPointer<frmMultiValueSelect> m_dialog; // while it is open
     std::vector<Subscription> m_subscriptions;
 };
