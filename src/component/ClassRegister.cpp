@@ -7,6 +7,7 @@
 #include "lookup/NibrsOffensePicker.h"
 #include "lookup/OffensePicker.h"
 #include "lookup/TavrinDropdown.h"
+#include "sections/MultiValue.h"
 
 namespace tavrin {
 
@@ -18,6 +19,7 @@ const ControlRegister& publicControls()
         classes.add<EmployeePicker>(QStringLiteral("TVBoundControls.EmployeePicker"));
         classes.add<FlatEmployeePicker>(QStringLiteral("TVBoundControls.FlatEmployeePicker"));
         classes.add<FlatUserPicker>(QStringLiteral("TVBoundControls.FlatUserPicker"));
+        classes.add<MultiValue>(QStringLiteral("TVBoundControls.MultiValue"));
         classes.add<OffensePicker>(QStringLiteral("TVBoundControls.OffensePicker"));
         classes.add<NibrsOffensePicker>(QStringLiteral("TVBoundControls.NibrsOffensePicker"));
         classes.add<TavrinDropdown>(QStringLiteral("TVBoundControls.TavrinDropdown"));

@@ -12,10 +12,13 @@ namespace tavrin {
 
 namespace {
 
+/// The darkest shade. Texts in the theme's colours, grey ones too, stand readable on each shade of a surface.
+constexpr double Darkest = 0.75;
+
 int shaded(int channel, double factor)
 {
-    const double shade =
-        factor <= 1 ? channel * std::max(factor, 0.0) : channel + (255 - channel) * (1 - 1 / factor);
+    const double shade = factor <= 1 ? channel * (Darkest + (1 - Darkest) * std::max(factor, 0.0))
+                                     : channel + (255 - channel) * (1 - 1 / factor);
     return static_cast<int>(std::lround(std::clamp(shade, 0.0, 255.0)));
 }
 

@@ -9,8 +9,8 @@ namespace tavrin {
 class HostUiServices : public UiServices
 {
 public:
-    /// System colours are shaded as the application's palette shows them. A factor of 0 or less gives black;
-    /// above 1, a factor of 2 lies half-way to white.
+    /// System colours are shaded as the application's palette shows them. A factor of 0 or less gives the
+    /// darkest shade, in which texts can still be read; above 1, a factor of 2 lies half-way to white.
     Color ShadeColor(Color color, double factor) override;
     /// "User", "Twip", "Point", "Pixel", "Character", "Inch", "Millimeter", "Centimeter", in any case and
     /// also in the plural. Raises an `Error` for any other name.

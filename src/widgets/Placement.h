@@ -4,6 +4,8 @@
 
 #include <QWidget>
 
+#include <algorithm>
+
 // The place of a constituent in twips, below its parent's left upper corner.
 
 namespace tavrin {
@@ -31,7 +33,9 @@ inline void moveTo(QWidget& widget, Twips left, Twips top)
 /// A negative width or height counts as 0.
 inline void moveTo(QWidget& widget, Twips left, Twips top, Twips width, Twips height)
 {
-    widget.setGeometry(toPixels(left), toPixels(top), toPixels(width), toPixels(height));
+    // Qt itself would keep a negative one.
+    widget.setGeometry(toPixels(left), toPixels(top), std::max(0, toPixels(width)),
+                       std::max(0, toPixels(height)));
 }
 
 } // namespace tavrin

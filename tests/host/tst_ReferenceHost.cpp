@@ -195,9 +195,9 @@ private Q_SLOTS:
         QTest::addColumn<double>("factor");
         QTest::addColumn<int>("channel");
         QTest::newRow("unchanged") << 1.0 << 100;
-        QTest::newRow("darker") << 0.4 << 40;
-        QTest::newRow("black") << 0.0 << 0;
-        QTest::newRow("below black") << -3.0 << 0;
+        QTest::newRow("darker") << 0.4 << 85;
+        QTest::newRow("darkest") << 0.0 << 75;
+        QTest::newRow("below the darkest") << -3.0 << 75;
         QTest::newRow("lighter") << 2.0 << 178;
         QTest::newRow("nearly white") << 1e9 << 255;
     }
