@@ -1,5 +1,6 @@
 #include "ClassRegister.h"
 
+#include "geocode/LatLong.h"
 #include "lookup/AutoCompleteField.h"
 #include "lookup/EmployeePicker.h"
 #include "lookup/FlatEmployeePicker.h"
@@ -16,6 +17,7 @@ const ControlRegister& publicControls()
         classes.add<EmployeePicker>(QStringLiteral("TVBoundControls.EmployeePicker"));
         classes.add<FlatEmployeePicker>(QStringLiteral("TVBoundControls.FlatEmployeePicker"));
         classes.add<FlatUserPicker>(QStringLiteral("TVBoundControls.FlatUserPicker"));
+        classes.add<LatLong>(QStringLiteral("TVBoundControls.LatLong"));
         classes.add<OffensePicker>(QStringLiteral("TVBoundControls.OffensePicker"));
         return classes;
     }();
