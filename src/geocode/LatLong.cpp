@@ -30,6 +30,7 @@ constexpr double GoodIntersection = 0.9;
 constexpr double FontPoints = 8.25;
 
 const QString ErrorTitle = QStringLiteral("Error");
+const QString ErrorWarning = QStringLiteral("A geocoding error occurred."); // the longest of the warnings
 const QString DetailsTitle = QStringLiteral("Location Geocoding");
 
 /// The location row of a record.
@@ -79,7 +80,7 @@ bool isPoorMatch(tvTableRow& row)
 QString warningText(tvTableRow& row)
 {
     if (hasStatus(row, GeocodingError))
-        return QStringLiteral("A geocoding error occurred.");
+        return ErrorWarning;
     if (hasStatus(row, AddressNotFound))
         return QStringLiteral("Address not found.");
     return QStringLiteral("Lat/long may be incorrect.");
@@ -147,6 +148,7 @@ void LatLong::makeConstituents()
     optGeocodeOnSave[Manual]->SetCaption(QStringLiteral("Enter coordinates manually"));
     lnkViewDetails->SetCaption(QStringLiteral("More details"));
     lnkViewDetails->SetForeColor(SystemColor::Highlight);
+    lnkViewDetails->SetHoverUnderline(true);
     lblWarning->SetIcon(WarningGlyph);
     lblWarning->SetForeColor(SystemColor::TooltipText);
     grpWarning->SetBackColor(SystemColor::TooltipBackground);
@@ -262,8 +264,6 @@ void LatLong::refreshWarning(tvTableRow& row)
 {
     const bool warns = isPoorMatch(row);
     lblWarning->SetCaption(warningText(row));
-    layOut();
-    UserControl_Resize();
     grpWarning->setVisible(warns);
 }
 
@@ -314,7 +314,10 @@ void LatLong::layOut()
     moveTo(*txtLong, 1380, 240, 1275, 315);
     place(*optGeocodeOnSave[OnSave], 0, 0, 2340, 225);
     place(*optGeocodeOnSave[Manual], 0, 300, 2235, 225);
+    const QString warning = lblWarning->Caption();
+    lblWarning->SetCaption(ErrorWarning); // so that the group is as wide for each of them
     place(*lblWarning, 120, 120, 2295, 210);
+    lblWarning->SetCaption(warning);
     place(*lnkViewDetails, 420, 330, 960, 195);
     constexpr Twips besideWarning = 2715 - 120 - 2295; // and in the group
     moveTo(*grpWarning, 0, 660, std::max<Twips>(2715, right(*lblWarning) + besideWarning), 675);

@@ -4,6 +4,7 @@
 #include "base/Guard.h"
 
 #include <QScopedValueRollback>
+#include <QStyleOptionButton>
 
 #include <algorithm>
 #include <utility>
@@ -43,6 +44,13 @@ void FlatOptionButton::nextCheckState()
     const bool wasOn = isChecked();
     QRadioButton::nextCheckState();
     m_turnedOn = !wasOn && isChecked(); // `clicked` follows
+}
+
+void FlatOptionButton::initStyleOption(QStyleOptionButton* option) const
+{
+    QRadioButton::initStyleOption(option);
+    if (hasFocus())
+        option->state |= QStyle::State_KeyboardFocusChange;
 }
 
 void FlatOptionButton::noteToggled(bool on)

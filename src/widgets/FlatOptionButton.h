@@ -39,6 +39,8 @@ public:
 
 protected:
     void nextCheckState() override;
+    /// The focus shows, however it came here.
+    void initStyleOption(QStyleOptionButton* option) const override;
 
 private:
     void noteToggled(bool on);

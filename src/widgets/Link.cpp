@@ -2,10 +2,7 @@
 
 #include "ConstituentLook.h"
 #include "IconGlyphs.h"
-#include "base/Guard.h"
 
-#include <QApplication>
-#include <QKeyEvent>
 #include <QPainter>
 
 namespace tavrin {
@@ -13,9 +10,6 @@ namespace tavrin {
 namespace {
 
 constexpr float DisabledSign = 0.6F; // it answers nothing; its owner may keep its colour
-constexpr qreal Radius = 3;
-constexpr float HoverTint = 0.10F;
-constexpr float PressedTint = 0.20F;
 
 /// The character of a code; "" for a code that has none.
 QString characterOf(int code)
@@ -29,20 +23,10 @@ QString characterOf(int code)
 } // namespace
 
 Link::Link(QWidget* parent)
-    : QAbstractButton(parent)
-    , m_font([this] { fit(); })
+    : LinkButton(parent)
 {
     setFocusPolicy(Qt::NoFocus);
-    setCursor(Qt::PointingHandCursor);
-    setAttribute(Qt::WA_Hover);
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    connectGuarded(this, &QAbstractButton::clicked, this, "Link_Click", [this] { Click.raise(); });
     fit();
-}
-
-void Link::SetFont(const FontPtr& font)
-{
-    m_font.set(font);
 }
 
 void Link::SetSymbol(int glyph)
@@ -52,23 +36,9 @@ void Link::SetSymbol(int glyph)
     update();
 }
 
-void Link::SetForeColor(Color color)
+QString Link::contentName() const
 {
-    m_foreColor = color;
-    update();
-}
-
-void Link::SetToolTipText(const QString& text)
-{
-    m_toolTipText = text;
-    setPlainToolTip(*this, text);
-    applyName();
-}
-
-void Link::applyName()
-{
-    const QString signName = isIconGlyph(m_symbol) ? iconGlyphName(m_symbol) : characterOf(m_symbol);
-    setAccessibleName(m_toolTipText.isEmpty() ? signName : m_toolTipText);
+    return isIconGlyph(m_symbol) ? iconGlyphName(m_symbol) : characterOf(m_symbol);
 }
 
 QSize Link::sizeHint() const
@@ -78,28 +48,9 @@ QSize Link::sizeHint() const
     return {side, side + 2 * above};
 }
 
-void Link::fit()
+void Link::paintContent(QPainter& painter)
 {
-    setFont(wholeFont(m_font));
-    resize(sizeHint());
-    updateGeometry();
-}
-
-void Link::keyPressEvent(QKeyEvent* event)
-{
-    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (!isEnter) {
-        QAbstractButton::keyPressEvent(event);
-        return;
-    }
-    event->accept();
-    if (!event->isAutoRepeat())
-        click(); // a handler may delete the link
-}
-
-void Link::paintSign(QPainter& painter) const
-{
-    QColor color = shownColor(*this, m_foreColor);
+    QColor color = shownColor(*this, ForeColor());
     if (!isEnabled())
         color.setAlphaF(DisabledSign);
     if (isIconGlyph(m_symbol)) {
@@ -111,25 +62,6 @@ void Link::paintSign(QPainter& painter) const
     }
     painter.setPen(color);
     painter.drawText(rect(), Qt::AlignCenter | Qt::TextDontClip, characterOf(m_symbol));
-}
-
-void Link::paintEvent(QPaintEvent*)
-{
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (isEnabled() && (underMouse() || isDown())) {
-        QColor tint = shownColor(*this, m_foreColor);
-        tint.setAlphaF(isDown() ? PressedTint : HoverTint);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(tint);
-        painter.drawRoundedRect(rect(), Radius, Radius);
-    }
-    paintSign(painter);
-    if (hasFocus()) {
-        painter.setPen(QPen(QApplication::palette(this).color(QPalette::Highlight), 1));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Radius, Radius);
-    }
 }
 
 } // namespace tavrin

@@ -1,52 +1,59 @@
 #include "TextLink.h"
 
 #include "ConstituentLook.h"
-#include "base/Guard.h"
 
-#include <QApplication>
-#include <QKeyEvent>
+#include <QFontMetricsF>
 #include <QPainter>
 
+#include <algorithm>
 #include <cmath>
 
 namespace tavrin {
 
-TextLink::TextLink(QWidget* parent)
-    : QAbstractButton(parent)
-    , m_font([this] {
-        setFont(wholeFont(m_font));
-        updateGeometry();
-    })
+namespace {
+
+constexpr double LeastContrast = 4.5;
+
+double luminance(const QColor& color)
 {
-    setFont(wholeFont(m_font));
-    setFocusPolicy(Qt::StrongFocus);
-    setCursor(Qt::PointingHandCursor);
-    setAttribute(Qt::WA_Hover);
-    connectGuarded(this, &QAbstractButton::clicked, this, "TextLink_Click", [this] { Click.raise(); });
+    const auto linear = [](double channel) {
+        return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor& a, const QColor& b)
+{
+    const double one = luminance(a);
+    const double other = luminance(b);
+    return (std::max(one, other) + 0.05) / (std::min(one, other) + 0.05);
+}
+
+/// The system's highlight is made to lie behind a text. Where a text in it cannot be read on the widget's
+/// window, the theme's colour of links stands for it.
+QColor textColor(const QWidget& widget, Color color)
+{
+    const QColor shown = shownColor(widget, color);
+    const QPalette& palette = widget.palette();
+    const bool isUnreadable =
+        color == SystemColor::Highlight && contrast(shown, palette.color(QPalette::Window)) < LeastContrast;
+    return isUnreadable ? palette.color(QPalette::Link) : shown;
+}
+
+} // namespace
+
+TextLink::TextLink(QWidget* parent)
+    : LinkButton(parent)
+{
+    setFocusPolicy(Qt::TabFocus);
+    fit();
 }
 
 void TextLink::SetCaption(const QString& caption)
 {
     m_caption = caption;
-    setAccessibleName(caption);
-    updateGeometry();
-    update();
-}
-
-void TextLink::SetFont(const FontPtr& font)
-{
-    m_font.set(font);
-}
-
-void TextLink::SetForeColor(Color color)
-{
-    m_foreColor = color;
-    update();
-}
-
-void TextLink::SetHighlightColor(Color color)
-{
-    m_highlightColor = color;
+    applyName();
+    fit();
     update();
 }
 
@@ -56,46 +63,44 @@ void TextLink::SetDisabledColor(Color color)
     update();
 }
 
+void TextLink::SetHighlightColor(Color color)
+{
+    m_highlightColor = color;
+    m_hasHighlightColor = true;
+    update();
+}
+
+void TextLink::SetHoverUnderline(bool underline)
+{
+    m_hoverUnderline = underline;
+    update();
+}
+
 QSize TextLink::sizeHint() const
 {
-    const auto textWidth = static_cast<int>(std::ceil(QFontMetricsF(font()).horizontalAdvance(m_caption)));
-    return {textWidth, QFontMetrics(font()).height()};
+    const QFontMetricsF metrics(font());
+    return {qRound(metrics.horizontalAdvance(m_caption)), qRound(metrics.height())};
 }
 
-void TextLink::keyPressEvent(QKeyEvent* event)
+void TextLink::paintContent(QPainter& painter)
 {
-    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (!isEnter) {
-        QAbstractButton::keyPressEvent(event);
+    const Color color = !isEnabled() ? m_disabledColor : isHovered() ? HighlightColor() : ForeColor();
+    QFont shown = font();
+    shown.setUnderline(shown.underline() || (m_hoverUnderline && isHovered()));
+    painter.setFont(shown);
+    painter.setPen(textColor(*this, color));
+    const bool isSign = std::none_of(m_caption.cbegin(), m_caption.cend(),
+                                     [](QChar character) { return character.isLetterOrNumber(); });
+    if (!isSign) {
+        painter.drawText(rect(), Qt::AlignCenter | Qt::TextDontClip, m_caption);
         return;
     }
-    event->accept();
-    if (!event->isAutoRepeat())
-        click(); // a handler may delete the link
-}
-
-QColor TextLink::textColor(bool isHovered) const
-{
-    if (!isEnabled())
-        return shownColor(*this, m_disabledColor);
-    return shownColor(*this, isHovered ? m_highlightColor : m_foreColor);
-}
-
-void TextLink::paintEvent(QPaintEvent*)
-{
-    QPainter painter(this);
-    const bool isHovered = isEnabled() && (underMouse() || isDown());
-    QFont shown = font();
-    shown.setUnderline(shown.underline() || isHovered);
-    painter.setFont(shown);
-    painter.setPen(textColor(isHovered));
-    painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                     fontMetrics().elidedText(m_caption, Qt::ElideRight, width()));
-    if (hasFocus()) {
-        painter.setPen(QPen(QApplication::palette(this).color(QPalette::Highlight), 1));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRect(rect().adjusted(0, 0, -1, -1));
-    }
+    // In a line of a text a sign stands lower or higher than the middle, from font to font.
+    const QFontMetricsF metrics(shown);
+    const QPointF middle = QRectF(visiblePart()).center();
+    painter.drawText(QPointF((width() - metrics.horizontalAdvance(m_caption)) / 2,
+                             middle.y() - metrics.tightBoundingRect(m_caption).center().y()),
+                     m_caption);
 }
 
 } // namespace tavrin

@@ -1,59 +1,50 @@
 #pragma once
 
-#include "SharedFont.h"
-#include "base/Color.h"
-#include "base/Event.h"
-
-#include <QAbstractButton>
+#include "LinkButton.h"
 
 namespace tavrin {
 
-/// A link of plain text, underlined below the mouse.
+/// A link that bears a text. Tab reaches it.
 ///
-/// It raises `Click` for the left mouse button, for Space and Enter where it has the focus, and for a screen
-/// reader's press.
-class TextLink : public QAbstractButton
+/// Each change of its font or caption resizes it to the caption.
+class TextLink : public LinkButton
 {
     Q_OBJECT
 
 public:
     explicit TextLink(QWidget* parent = nullptr);
 
-    /// Shown as it stands and cut at the right when it is too long; the name that screen readers tell.
+    /// Shown as it stands: an '&' is an '&'.
     QString Caption() const { return m_caption; }
     void SetCaption(const QString& caption);
 
-    /// At first a font of its own; shared by reference. nullptr is ignored.
-    FontPtr Font() const { return m_font.get(); }
-    void SetFont(const FontPtr& font);
-
-    /// The colour of the highlight at first.
-    Color ForeColor() const { return m_foreColor; }
-    void SetForeColor(Color color);
-    /// The colour below the mouse; the colour of the highlight at first.
-    Color HighlightColor() const { return m_highlightColor; }
-    void SetHighlightColor(Color color);
-    /// The colour while disabled; grey at first.
+    /// Colour of the caption while the link is disabled; grey text at first.
     Color DisabledColor() const { return m_disabledColor; }
     void SetDisabledColor(Color color);
 
-    /// A handler may delete the link.
-    Event<> Click;
+    /// Colour of the caption below the mouse; as `ForeColor` until it is set.
+    Color HighlightColor() const { return m_hasHighlightColor ? m_highlightColor : ForeColor(); }
+    void SetHighlightColor(Color color);
+
+    /// Whether the caption is underlined below the mouse. While off, as at first, its place is tinted there.
+    bool HoverUnderline() const { return m_hoverUnderline; }
+    void SetHoverUnderline(bool underline);
 
     QSize sizeHint() const override;
 
 protected:
-    void keyPressEvent(QKeyEvent* event) override;
-    void paintEvent(QPaintEvent* event) override;
+    QString contentName() const override { return m_caption; }
+    void paintContent(QPainter& painter) override;
+    bool isTinted() const override { return !m_hoverUnderline; }
 
 private:
-    QColor textColor(bool isHovered) const;
+    bool isHovered() const { return isEnabled() && (underMouse() || isDown()); }
 
-    SharedFont m_font;
     QString m_caption;
-    Color m_foreColor = SystemColor::Highlight;
-    Color m_highlightColor = SystemColor::Highlight;
     Color m_disabledColor = SystemColor::GreyText;
+    Color m_highlightColor;
+    bool m_hasHighlightColor = false;
+    bool m_hoverUnderline = false;
 };
 
 } // namespace tavrin

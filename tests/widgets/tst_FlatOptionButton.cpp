@@ -2,6 +2,7 @@
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
 #include "widgets/FlatOptionButton.h"
+#include "widgets/Looks.h"
 
 #include <QAccessible>
 #include <QPointer>
@@ -207,6 +208,17 @@ private Q_SLOTS:
         QTRY_COMPARE(stage.on(), QList<int>({next}));
         QCOMPARE(stage.clicks, QList<int>({1, next}));
         QVERIFY(stage.options[next]->hasFocus());
+    }
+
+    void itShowsTheFocusHoweverThatCame()
+    {
+        Stage stage;
+        QVERIFY(stage.isReady());
+        const QImage calm = imageOf(*stage.options[1]);
+        stage.options[1]->setFocus(Qt::OtherFocusReason);
+        QTRY_VERIFY(imageOf(*stage.options[1]) != calm);
+        stage.other->setFocus();
+        QTRY_COMPARE(imageOf(*stage.options[1]), calm);
     }
 
     void tabReachesTheOneThatIsOnAlone()
