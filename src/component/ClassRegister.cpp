@@ -1,5 +1,6 @@
 #include "ClassRegister.h"
 
+#include "geocode/LatLong.h"
 #include "lookup/AutoCompleteField.h"
 #include "lookup/EmployeePicker.h"
 #include "lookup/FlatEmployeePicker.h"
@@ -20,6 +21,7 @@ const ControlRegister& publicControls()
         classes.add<FlatEmployeePicker>(QStringLiteral("TVBoundControls.FlatEmployeePicker"));
         classes.add<FlatUserPicker>(QStringLiteral("TVBoundControls.FlatUserPicker"));
         classes.add<MultiValue>(QStringLiteral("TVBoundControls.MultiValue"));
+        classes.add<LatLong>(QStringLiteral("TVBoundControls.LatLong"));
         classes.add<OffensePicker>(QStringLiteral("TVBoundControls.OffensePicker"));
         classes.add<NibrsOffensePicker>(QStringLiteral("TVBoundControls.NibrsOffensePicker"));
         classes.add<TavrinDropdown>(QStringLiteral("TVBoundControls.TavrinDropdown"));

@@ -27,6 +27,13 @@ Record::Record(const RecordSchema& schema)
     , m_main(std::make_shared<RecordRow>(schema.Main))
 {
     const auto key = std::dynamic_pointer_cast<tvField>(m_main->Item(schema.Main.keyColumn()));
+    for (const PartSchema& part : schema.Parts) {
+        m_parts.push_back(std::make_shared<RecordRow>(part.Table));
+        for (FieldCell* cell : m_parts.back()->cells()) {
+            if (cell->column().IsLink)
+                cell->setValue(FieldReference::toVariant(key));
+        }
+    }
     for (const CollectionSchema& child : schema.Collections) {
         std::shared_ptr<FieldCell> primary;
         if (!child.PrimaryColumn.isEmpty())
@@ -38,6 +45,8 @@ Record::Record(const RecordSchema& schema)
 void Record::adoptChildren()
 {
     m_main->setOwner(weak_from_this(), weak_from_this());
+    for (const RecordRowPtr& row : m_parts)
+        row->setOwner(weak_from_this(), weak_from_this());
     for (const RecordCollectionPtr& rows : m_collections)
         rows->setOwner(weak_from_this(), weak_from_this());
 }
@@ -46,7 +55,18 @@ HostObjectPtr Record::Item(const QString& name)
 {
     if (sameName(name, m_schema.Main.Table))
         return m_main;
+    if (const RecordRowPtr row = part(name))
+        return row;
     return collection(name);
+}
+
+RecordRowPtr Record::part(const QString& name) const
+{
+    for (qsizetype i = 0; i < m_schema.Parts.size(); ++i) {
+        if (sameName(m_schema.Parts.at(i).Name, name))
+            return m_parts[static_cast<std::size_t>(i)];
+    }
+    return nullptr;
 }
 
 RecordCollectionPtr Record::collection(const QString& name) const
@@ -64,13 +84,16 @@ qint64 Record::key() const
 
 bool Record::isChanged() const
 {
-    return m_main->isChanged() || std::any_of(m_collections.begin(), m_collections.end(),
-                                              [](const auto& rows) { return rows->isChanged(); });
+    const auto isChanged = [](const auto& part) { return part->isChanged(); };
+    return m_main->isChanged() || std::any_of(m_parts.begin(), m_parts.end(), isChanged) ||
+           std::any_of(m_collections.begin(), m_collections.end(), isChanged);
 }
 
 void Record::checkLengths() const
 {
     m_main->checkLengths(0);
+    for (const RecordRowPtr& row : m_parts)
+        row->checkLengths(0);
     for (const RecordCollectionPtr& rows : m_collections) {
         int position = 0;
         for (const RecordRowPtr& row : rows->rows())
@@ -81,6 +104,8 @@ void Record::checkLengths() const
 void Record::markSaved(int rowVersion)
 {
     m_main->markSaved();
+    for (const RecordRowPtr& row : m_parts)
+        row->markSaved();
     for (const RecordCollectionPtr& rows : m_collections)
         rows->markSaved();
     m_rowVersion = rowVersion;

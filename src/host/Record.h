@@ -4,7 +4,7 @@
 
 namespace tavrin {
 
-/// A record in memory: one main row and its child collections, complete from loading to saving.
+/// A record in memory: one main row, its parts and its child collections, complete from loading to saving.
 ///
 /// Nothing reaches the database before `RecordStore::save`, but for rows that are removed immediately.
 class Record : public tvBusinessObject, public ChangeSink, public std::enable_shared_from_this<Record>
@@ -12,7 +12,8 @@ class Record : public tvBusinessObject, public ChangeSink, public std::enable_sh
 public:
     static std::shared_ptr<Record> create(const RecordSchema& schema);
 
-    /// The main row under the main table's name ("Incident"), a collection under its own ("Offenses").
+    /// The main row under the main table's name ("Incident"), a part or a collection under its own
+    /// ("LocationName", "Offenses").
     HostObjectPtr Item(const QString& name) override;
 
     /// Raised inside the call that changes a field or a collection, and before the collection's own events.
@@ -20,6 +21,10 @@ public:
 
     const RecordSchema& schema() const { return m_schema; }
     const RecordRowPtr& mainRow() const { return m_main; }
+    /// The rows of the parts, in the order of the schema.
+    const std::vector<RecordRowPtr>& parts() const { return m_parts; }
+    /// nullptr when there is none of this name.
+    RecordRowPtr part(const QString& name) const;
     const std::vector<RecordCollectionPtr>& collections() const { return m_collections; }
     /// nullptr when there is none of this name.
     RecordCollectionPtr collection(const QString& name) const;
@@ -46,6 +51,7 @@ private:
 
     RecordSchema m_schema;
     RecordRowPtr m_main;
+    std::vector<RecordRowPtr> m_parts;
     std::vector<RecordCollectionPtr> m_collections;
     int m_rowVersion = 0;
 };

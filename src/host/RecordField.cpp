@@ -14,6 +14,8 @@ QString kindName(ColumnType type)
     switch (type) {
     case ColumnType::Integer:
         return QStringLiteral("a whole number");
+    case ColumnType::Real:
+        return QStringLiteral("a number");
     case ColumnType::Boolean:
         return QStringLiteral("yes or no");
     case ColumnType::Date:
@@ -60,6 +62,8 @@ QVariant convert(const QVariant& value, ColumnType type)
     switch (type) {
     case ColumnType::Integer:
         return ToLong(value);
+    case ColumnType::Real:
+        return ToDouble(value);
     case ColumnType::Boolean:
         return ToBoolean(value);
     case ColumnType::Date:
@@ -180,7 +184,7 @@ void FieldCell::load(const QVariant& value)
     m_saved = m_value;
 }
 
-void FieldCell::assignKey(const QVariant& value)
+void FieldCell::fillIn(const QVariant& value)
 {
     m_reference.reset();
     m_value = converted(value);

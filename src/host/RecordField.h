@@ -54,7 +54,9 @@ public:
     /// The database now holds this value; the present one stays.
     void noteSaved(const QVariant& value) { m_saved = value; }
     /// For keys: takes a value without telling anybody.
-    void assignKey(const QVariant& value);
+    void assignKey(const QVariant& value) { fillIn(value); }
+    /// For what a save fills in: takes a value without telling anybody.
+    void fillIn(const QVariant& value);
     void setSink(std::weak_ptr<ChangeSink> sink) { m_sink = std::move(sink); }
 
 private:

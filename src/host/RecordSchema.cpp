@@ -11,6 +11,11 @@ ColumnSchema number(const char* name)
     return {QString::fromLatin1(name), ColumnType::Integer};
 }
 
+ColumnSchema real(const char* name)
+{
+    return {QString::fromLatin1(name), ColumnType::Real};
+}
+
 ColumnSchema text(const char* name, qint32 maxLength = 0)
 {
     return {QString::fromLatin1(name), ColumnType::Text, maxLength};
@@ -49,6 +54,21 @@ TableSchema child(const char* table, QList<ColumnSchema> columns)
     return {QStringLiteral("Incident"), name, QStringLiteral("Incident.") + name, std::move(columns)};
 }
 
+/// Where the incident was, and what the last geocoding said of it.
+PartSchema makeLocation()
+{
+    const QString incident = QStringLiteral("Incident");
+    constexpr qint32 addressLength = 200;
+    return {QStringLiteral("LocationName"),
+            {incident,
+             incident,
+             QStringLiteral("Incident.LocationName"),
+             {link("IncidentNo"), text("Latitude", 40), text("Longitude", 40), yesNo("GeocodeOnSave"),
+              number("GeocodeStatus"), real("GeocodeAccuracy"), text("GeocodeAccuracyType", 20),
+              text("GeocodeError", 200), text("GeocodeInputAddress", addressLength),
+              text("GeocodeOutputAddress", addressLength)}}};
+}
+
 RecordSchema makeIncident()
 {
     const QString incident = QStringLiteral("Incident");
@@ -62,6 +82,7 @@ RecordSchema makeIncident()
                     number("LocationTypeNo"), number("WeaponNo"), number("BiasNo"),
                     number("ReportingOfficerNo"), number("K9HandlerNo"), text("Narrative", 100000),
                     number("PrimaryOffenseSeqNo")}};
+    schema.Parts = {makeLocation()};
     schema.Collections = {
         {QStringLiteral("Offenses"), child("IncdOffense", {number("OffenseNo"), yesNo("Completed")}),
          QStringLiteral("PrimaryOffenseSeqNo")},
@@ -83,6 +104,8 @@ RecordSchema makeIncident()
 QList<TableSchema> makeAllTables()
 {
     QList<TableSchema> tables{incidentSchema().Main};
+    for (const PartSchema& part : incidentSchema().Parts)
+        tables << part.Table;
     for (const CollectionSchema& collection : incidentSchema().Collections)
         tables << collection.Table;
     const QString personnel = QStringLiteral("Personnel");

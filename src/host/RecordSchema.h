@@ -8,6 +8,7 @@ namespace tavrin {
 enum class ColumnType
 {
     Integer,
+    Real,
     Text,
     Boolean,
     Date,
@@ -49,10 +50,19 @@ struct CollectionSchema
     QString PrimaryColumn;
 };
 
-/// A record: its main row and its child collections.
+/// A part of a record: further columns of the main table that make up a row of their own.
+struct PartSchema
+{
+    QString Name;
+    /// Of the main table; its only key is the link.
+    TableSchema Table;
+};
+
+/// A record: its main row, the parts beside it and its child collections.
 struct RecordSchema
 {
     TableSchema Main;
+    QList<PartSchema> Parts;
     QList<CollectionSchema> Collections;
 };
 

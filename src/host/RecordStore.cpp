@@ -94,6 +94,20 @@ void checkKeys(const RecordCollection& rows, const Record& record)
     }
 }
 
+/// The parts of a record stand in its main row.
+void checkParts(const Record& record)
+{
+    for (const RecordRowPtr& part : record.parts()) {
+        for (const FieldCell* cell : part->cells()) {
+            if (cell->column().IsLink && !SameValue(cell->value(), record.key()))
+                throw Error(QStringLiteral("%1: the row belongs to the %2 %3 and cannot move to another. "
+                                           "Nothing was saved.")
+                                .arg(part->table().RowClass, cell->column().Name)
+                                .arg(record.key()));
+        }
+    }
+}
+
 } // namespace
 
 /// Gives a new record its key, and takes it back unless the save comes to its end.
@@ -126,8 +140,9 @@ private:
     bool m_assigned = false;
 };
 
-RecordStore::RecordStore(Database& database)
+RecordStore::RecordStore(Database& database, const Geocoder& geocoder)
     : m_database(database)
+    , m_geocoder(geocoder)
     , m_self(std::make_shared<RecordStore*>(this))
 {
 }
@@ -180,10 +195,21 @@ RecordPtr RecordStore::load(qint64 incidentNo)
     RecordPtr record = create();
     loadCells(find, *record->mainRow());
     const int version = find.number(static_cast<int>(main.Columns.size()));
+    for (const RecordRowPtr& part : record->parts())
+        loadPart(*part, incidentNo);
     for (const RecordCollectionPtr& rows : record->collections())
         loadRows(*rows, incidentNo);
     record->markSaved(version);
     return record;
+}
+
+void RecordStore::loadPart(RecordRow& part, qint64 incidentNo)
+{
+    Statement find(m_database, QStringLiteral("SELECT %1 FROM %2 WHERE IncidentNo = ?")
+                                   .arg(columnList(part.table()), part.table().Table));
+    find.bind(incidentNo).run();
+    if (find.next())
+        loadCells(find, part);
 }
 
 void RecordStore::loadRows(RecordCollection& rows, qint64 incidentNo)
@@ -202,11 +228,13 @@ void RecordStore::save(Record& record)
     if (!record.isNew() && !record.isChanged())
         return;
     record.checkLengths();
+    LocationFilling location(record, m_geocoder);
     KeyAssignment key(record);
     Transaction transaction(m_database);
     write(record, key);
     transaction.commit();
     key.keep();
+    location.keep();
     record.markSaved(record.rowVersion() + 1);
     Saved.raise(record.key());
 }
@@ -214,9 +242,11 @@ void RecordStore::save(Record& record)
 void RecordStore::saveWithin(Record& record)
 {
     record.checkLengths();
+    LocationFilling location(record, m_geocoder);
     KeyAssignment key(record);
     write(record, key);
     key.keep();
+    location.keep();
     record.markSaved(record.rowVersion() + 1);
 }
 
@@ -226,8 +256,10 @@ void RecordStore::write(Record& record, KeyAssignment& key)
     checkCaseNumber(record);
     if (record.isNew()) {
         key.assign(m_database.nextKey(QStringLiteral("incident")));
+        checkParts(record);
         insertMain(record);
     } else {
+        checkParts(record);
         takeVersion(record);
         updateMain(record);
     }
@@ -254,9 +286,15 @@ void RecordStore::checkCaseNumber(const Record& record)
 
 void RecordStore::insertMain(const Record& record)
 {
-    insertRow(m_database, *record.mainRow(),
-              {{QStringLiteral("RowVersion"), record.rowVersion() + 1},
-               {QStringLiteral("SearchText"), searchText(*record.mainRow())}});
+    QList<std::pair<QString, QVariant>> extra{{QStringLiteral("RowVersion"), record.rowVersion() + 1},
+                                              {QStringLiteral("SearchText"), searchText(*record.mainRow())}};
+    for (const RecordRowPtr& part : record.parts()) {
+        for (const FieldCell* cell : part->cells()) {
+            if (!cell->column().IsLink)
+                extra.emplaceBack(cell->column().Name, cell->value());
+        }
+    }
+    insertRow(m_database, *record.mainRow(), extra);
 }
 
 void RecordStore::takeVersion(const Record& record)
@@ -284,6 +322,10 @@ void RecordStore::updateMain(const Record& record)
 {
     if (record.mainRow()->isChanged())
         updateRow(m_database, *record.mainRow());
+    for (const RecordRowPtr& part : record.parts()) {
+        if (part->isChanged())
+            updateRow(m_database, *part);
+    }
 }
 
 void RecordStore::writeRows(const RecordCollection& rows)

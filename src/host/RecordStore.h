@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/Database.h"
+#include "host/Geocoder.h"
 #include "host/Record.h"
 
 #include <QDateTime>
@@ -23,7 +24,8 @@ struct IncidentSummary
 class RecordStore
 {
 public:
-    explicit RecordStore(Database& database);
+    /// The geocoder must outlive the store.
+    explicit RecordStore(Database& database, const Geocoder& geocoder = Geocoder::builtIn());
     ~RecordStore();
     RecordStore(const RecordStore&) = delete;
     RecordStore& operator=(const RecordStore&) = delete;
@@ -39,6 +41,8 @@ public:
 
     /// Writes the record in one transaction; nothing when nothing has changed since it was loaded. A new
     /// record gets its number.
+    /// The address of a record whose "GeocodeOnSave" is true is geocoded: read its location again behind the
+    /// save.
     ///
     /// Raises an `Error` when a text is too long, the case number is taken, two rows have the same key, the
     /// number of a saved incident was changed, a row is not there any more, somebody else has saved or
@@ -62,12 +66,14 @@ private:
     /// Counts the record's version up; raises an `Error` when it is not the one that was loaded.
     void takeVersion(const Record& record);
     void checkCaseNumber(const Record& record);
+    void loadPart(RecordRow& part, qint64 incidentNo);
     void writeRows(const RecordCollection& rows);
     void loadRows(RecordCollection& rows, qint64 incidentNo);
     void attachRemover(Record& record);
     void removeRowNow(Record& record, const RecordCollection& rows, const RecordRow& row);
 
     Database& m_database;
+    const Geocoder& m_geocoder;
     std::shared_ptr<RecordStore*> m_self; // lets records outlive the store
 };
 

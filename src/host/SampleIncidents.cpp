@@ -100,12 +100,31 @@ private:
             const RecordPtr record = m_store.create();
             fillRow(*record->mainRow(), incident,
                     {QStringLiteral("IncidentNo"), QStringLiteral("PrimaryOffenseSeqNo")});
+            fillLocation(*record, incident);
             for (const RecordCollectionPtr& rows : record->collections())
                 fillCollection(*rows, incident);
             m_store.saveWithin(*record);
         } catch (const Error& error) {
             fail(line, error.Description);
         }
+    }
+
+    /// The store geocodes; so the fields for what came of it are not in the file.
+    void fillLocation(const Record& record, const QJsonObject& incident) const
+    {
+        const QString name = QStringLiteral("LocationName");
+        const QJsonValue location = incident.value(name);
+        if (!location.isObject())
+            throw Error(QStringLiteral("%1 is missing or no object").arg(name));
+        const RecordRowPtr row = record.part(name);
+        const QStringList given{QStringLiteral("Latitude"), QStringLiteral("Longitude"),
+                                QStringLiteral("GeocodeOnSave")};
+        QStringList filledIn;
+        for (const FieldCell* cell : row->cells()) {
+            if (!given.contains(cell->column().Name))
+                filledIn << cell->column().Name;
+        }
+        fillRow(*row, location.toObject(), filledIn);
     }
 
     void fillCollection(RecordCollection& rows, const QJsonObject& incident) const

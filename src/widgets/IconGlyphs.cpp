@@ -14,6 +14,8 @@ namespace {
 // Shares of the box's side.
 constexpr qreal ChevronReach = 0.25; // from the tip to either side, and half of it up and down
 constexpr qreal CrossReach = 0.22;
+constexpr qreal TriangleReach = 0.32; // from the middle of its base to either side
+constexpr qreal TriangleHeight = 0.60;
 constexpr qreal LineShare = 1.0 / 12;
 constexpr qreal LeastLine = 1.25; // in pixels of the screen
 
@@ -47,11 +49,45 @@ QPainterPath cross(const QPointF& center, qreal side)
     return path;
 }
 
+/// A triangle around an exclamation mark. Its left side is like its right, and its base is sharp.
+QPainterPath warning(const QPointF& center, qreal side)
+{
+    const qreal middle = std::round(center.x() * 2) / 2;
+    const qreal reach = std::max(1.0, std::round(side * TriangleReach));
+    const qreal height = std::max(1.0, std::round(side * TriangleHeight));
+    const qreal top = std::round(center.y() - height / 2 - 0.5) + 0.5;
+    const qreal bottom = top + height;
+    QPainterPath path(QPointF(middle - reach, bottom));
+    path.lineTo(middle, top);
+    path.moveTo(middle + reach, bottom); // lines of their own: Qt paints no two sides of a join alike
+    path.lineTo(middle, top);
+    path.moveTo(middle - reach, bottom);
+    path.lineTo(middle + reach, bottom);
+    path.moveTo(middle, top + std::round(height * 0.37));
+    path.lineTo(middle, top + std::round(height * 0.60));
+    const qreal dot = top + std::round(height * 0.80);
+    path.moveTo(middle - 0.1, dot); // round ends make a dot of it
+    path.lineTo(middle + 0.1, dot);
+    return path;
+}
+
+QPainterPath pathOf(int code, const QPointF& center, qreal side)
+{
+    switch (code) {
+    case DropDownGlyph:
+        return chevron(center, side);
+    case WarningGlyph:
+        return warning(center, side);
+    default:
+        return cross(center, side);
+    }
+}
+
 } // namespace
 
 bool isIconGlyph(int code)
 {
-    return code == DropDownGlyph || code == ClearGlyph;
+    return code == DropDownGlyph || code == ClearGlyph || code == WarningGlyph;
 }
 
 QString iconGlyphName(int code)
@@ -61,6 +97,8 @@ QString iconGlyphName(int code)
         return QStringLiteral("Open the list");
     case ClearGlyph:
         return QStringLiteral("Clear");
+    case WarningGlyph:
+        return QStringLiteral("Warning");
     default:
         return {};
     }
@@ -75,14 +113,12 @@ void paintIconGlyph(QPainter& painter, int code, const QRectF& box, const QColor
     const QRectF place = toScreen.mapRect(box);
     const qreal side = std::min(place.width(), place.height());
     QPen pen(color, std::max(LeastLine, side * LineShare), Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
-    const QPainterPath path =
-        code == DropDownGlyph ? chevron(place.center(), side) : cross(place.center(), side);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setWorldTransform(toScreen.inverted(), true);
     painter.setPen(pen);
     painter.setBrush(Qt::NoBrush);
-    painter.drawPath(path);
+    painter.drawPath(pathOf(code, place.center(), side));
     painter.restore();
 }
 

@@ -40,6 +40,8 @@ inline QString stateOf(const Record& record)
             state << cell->column().Name + QLatin1Char('=') + cell->value().toString();
     };
     addRow(*record.mainRow());
+    for (const auto& part : record.parts())
+        addRow(*part);
     for (const auto& rows : record.collections()) {
         state << rows->name() << QString::number(rows->Position()) << QString::number(rows->PrimaryIndex())
               << QString::number(rows->removedRows().size());

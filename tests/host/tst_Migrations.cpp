@@ -53,10 +53,10 @@ private Q_SLOTS:
             QVERIFY(!migration.Name.isEmpty());
             QVERIFY(!splitScript(migration.Sql).isEmpty());
         }
-        QVERIFY(expected >= 3);
+        QVERIFY(expected >= 4);
     }
 
-    void anOlderDatabaseKeepsItsRowsAndGetsTheColumnsForPeople()
+    void anOlderDatabaseKeepsItsRowsAndGetsTheColumnsForPeopleAndPlaces()
     {
         {
             const auto old = open(knownMigrations().first(2));
@@ -89,10 +89,19 @@ private Q_SLOTS:
         QVERIFY(IsNull(value("ReportingOfficerNo")) && IsNull(value("K9HandlerNo")));
         QCOMPARE(record->collection(QStringLiteral("Assignments"))->Count(), 0);
 
+        const RecordRowPtr location = record->part(QStringLiteral("LocationName"));
+        QVERIFY(!location->IsNew() && !record->isChanged());
+        for (const FieldCell* cell : location->cells())
+            QVERIFY2(cell->column().IsLink || IsNull(cell->value()), qPrintable(cell->column().Name));
+
+        location->cell(QStringLiteral("Latitude")).setValue(QStringLiteral("45.5"));
         record->mainRow()->cell(QStringLiteral("ReportingOfficerNo")).setValue(1);
         record->collection(QStringLiteral("Assignments"))->AddNew();
         store.save(*record);
         QCOMPARE(store.load(1)->collection(QStringLiteral("Assignments"))->Count(), 1);
+        QCOMPARE(
+            store.load(1)->part(QStringLiteral("LocationName"))->cell(QStringLiteral("Latitude")).value(),
+            QVariant(QStringLiteral("45.5")));
     }
 
     void eachStepRunsOnceAndIsNoted()

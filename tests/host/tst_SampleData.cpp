@@ -97,6 +97,32 @@ private Q_SLOTS:
         store.save(*record);
     }
 
+    void theIncidentsShowAFewOfEachStateOfALocation_data()
+    {
+        QTest::addColumn<QString>("condition");
+        const auto add = [](const char* name, const char* condition) {
+            QTest::newRow(name) << QString::fromLatin1(condition);
+        };
+        add("no choice", "GeocodeOnSave IS NULL AND GeocodeStatus IS NULL");
+        add("typed", "GeocodeOnSave = 0 AND Latitude IS NOT NULL AND GeocodeStatus IS NULL");
+        add("typed, still empty", "GeocodeOnSave = 0 AND Latitude IS NULL");
+        add("exact", "GeocodeStatus = 0 AND GeocodeAccuracy = 1 AND Latitude IS NOT NULL");
+        add("good intersection", "GeocodeAccuracyType = 'intersection' AND GeocodeAccuracy >= 0.9");
+        add("poor intersection", "GeocodeAccuracyType = 'intersection' AND GeocodeAccuracy < 0.9");
+        add("nearest, nearly good", "GeocodeAccuracyType = 'street' AND GeocodeAccuracy BETWEEN 0.9 AND 0.99 "
+                                    "AND GeocodeOutputAddress <> GeocodeInputAddress");
+        add("nearest", "GeocodeAccuracyType = 'street' AND GeocodeAccuracy < 0.9 "
+                       "AND GeocodeOutputAddress <> GeocodeInputAddress");
+        add("not found", "GeocodeStatus = 1 AND GeocodeAccuracy IS NULL");
+        add("error", "GeocodeStatus = 4 AND GeocodeError <> ''");
+    }
+    void theIncidentsShowAFewOfEachStateOfALocation()
+    {
+        QFETCH(QString, condition);
+        SampleData().fillOnce(*m_database);
+        QVERIFY(count(QStringLiteral("incident WHERE ") + condition) > 0);
+    }
+
     void theOfficersOfAnIncidentWereThereWhenItOccurred()
     {
         SampleData().fillOnce(*m_database);
@@ -203,7 +229,7 @@ private Q_SLOTS:
                                   << QByteArray("\"CaseNo\" \"2026-000026\"") << QStringLiteral("line 3: ");
         QTest::newRow("unknown offense")
             << incidents << QByteArray("\"OffenseNo\": 23,") << QByteArray("\"OffenseNo\": 9999,")
-            << QStringLiteral("line 39: OffenseNo has no row 9999");
+            << QStringLiteral("line 44: OffenseNo has no row 9999");
         QTest::newRow("unknown code")
             << incidents << QByteArray("\"LocationTypeNo\": 20") << QByteArray("\"LocationTypeNo\": 999")
             << QStringLiteral("line 2: LocationTypeNo has no row 999");
@@ -239,6 +265,12 @@ private Q_SLOTS:
             << QStringLiteral("line 2: The field LocationTypeNo takes a whole number");
         QTest::newRow("missing member") << incidents << QByteArray("\"Status\"") << QByteArray("\"Stand\"")
                                         << QStringLiteral("line 2: Status is missing");
+        QTest::newRow("missing location")
+            << incidents << QByteArray("\"LocationName\"") << QByteArray("\"Place\"")
+            << QStringLiteral("line 2: LocationName is missing");
+        QTest::newRow("missing choice of a location")
+            << incidents << QByteArray("\"GeocodeOnSave\"") << QByteArray("\"Save\"")
+            << QStringLiteral("line 2: GeocodeOnSave is missing");
         QTest::newRow("missing rows") << incidents << QByteArray("\"Witnesses\"") << QByteArray("\"Seers\"")
                                       << QStringLiteral("line 2: Witnesses is missing");
     }

@@ -14,6 +14,7 @@ using tavrin::DropDownGlyph;
 using tavrin::iconGlyphName;
 using tavrin::isIconGlyph;
 using tavrin::paintIconGlyph;
+using tavrin::WarningGlyph;
 
 namespace {
 
@@ -56,19 +57,23 @@ private:
         for (const double scale : {1.0, 1.5, 2.0}) {
             QTest::addRow("chevron at %g", scale) << DropDownGlyph << scale;
             QTest::addRow("cross at %g", scale) << ClearGlyph << scale;
+            QTest::addRow("triangle at %g", scale) << WarningGlyph << scale;
         }
     }
 
 private Q_SLOTS:
-    void bothSignsHaveAName()
+    void eachSignHasAName()
     {
         QCOMPARE(DropDownGlyph, 59758);
         QCOMPARE(ClearGlyph, 60846);
         QVERIFY(isIconGlyph(DropDownGlyph));
         QVERIFY(isIconGlyph(ClearGlyph));
+        QCOMPARE(WarningGlyph, 0xE7BA);
+        QVERIFY(isIconGlyph(WarningGlyph));
         QVERIFY(!isIconGlyph('x'));
         QCOMPARE(iconGlyphName(DropDownGlyph), u"Open the list"_s);
         QCOMPARE(iconGlyphName(ClearGlyph), u"Clear"_s);
+        QCOMPARE(iconGlyphName(WarningGlyph), u"Warning"_s);
         QCOMPARE(iconGlyphName('x'), QString());
     }
 
@@ -132,6 +137,21 @@ private Q_SLOTS:
         const QRect ink = inkOf(image);
         QVERIFY(qAlpha(image.pixel(Side / 2, ink.bottom() - 1)) > 0);
         QCOMPARE(qAlpha(image.pixel(Side / 2, ink.top())), 0);
+    }
+
+    void theTriangleStandsOnItsBaseAroundAnExclamationMark()
+    {
+        const QImage image = painted(WarningGlyph, 1, QRectF(0, 0, Side, Side));
+        const QRect ink = inkOf(image);
+        const auto covered = [&image](int x, int y) { return qAlpha(image.pixel(x, y)) > 100; };
+        QVERIFY(covered(ink.left() + 2, ink.bottom() - 1) && covered(ink.right() - 2, ink.bottom() - 1));
+        QVERIFY(!covered(ink.left() + 2, ink.top()) && !covered(ink.right() - 2, ink.top()));
+        QList<int> changes; // down the middle: apex, stroke, dot and base, each with a gap behind it
+        for (int y = 1; y < Side; ++y) {
+            if (covered(Side / 2, y) != covered(Side / 2, y - 1))
+                changes << y;
+        }
+        QCOMPARE(changes.size(), 8);
     }
 
     void aSignHasItsColour()

@@ -1,0 +1,361 @@
+#include "LatLong.h"
+
+#include "base/Error.h"
+#include "base/Variant.h"
+#include "frame/control_frame/FailurePolicy.h"
+#include "frame/desktop/Desktop.h"
+#include "frame/modUtils.h"
+#include "widgets/BoxShape.h"
+#include "widgets/FlatOptionButton.h"
+#include "widgets/FontIconLabel.h"
+#include "widgets/GroupBox.h"
+#include "widgets/IconGlyphs.h"
+#include "widgets/Label.h"
+#include "widgets/Placement.h"
+#include "widgets/TextBox.h"
+#include "widgets/TextLink.h"
+
+#include <QScopedValueRollback>
+
+namespace tavrin {
+
+namespace {
+
+constexpr int Manual = 0;
+constexpr int OnSave = 1;
+constexpr int AddressNotFound = 1;
+constexpr int GeocodingError = 4;
+constexpr double GoodMatch = 1.0;
+constexpr double GoodIntersection = 0.9;
+constexpr double FontPoints = 8.25;
+
+const QString ErrorTitle = QStringLiteral("Error");
+const QString ErrorWarning = QStringLiteral("A geocoding error occurred."); // the longest of the warnings
+const QString DetailsTitle = QStringLiteral("Location Geocoding");
+
+/// The location row of a record.
+tvTableRowPtr locationOf(const tvBusinessObjectPtr& bo)
+{
+    if (!bo)
+        throw Error(QStringLiteral("There is no record"));
+    auto row = std::dynamic_pointer_cast<tvTableRow>(bo->Item(QStringLiteral("LocationName")));
+    if (!row)
+        throw Error(QStringLiteral("The record has no row LocationName"));
+    return row;
+}
+
+QVariant valueOf(tvTableRow& row, const char* field)
+{
+    return fieldOf(row, QString::fromLatin1(field))->Value();
+}
+
+QString textOf(tvTableRow& row, const char* field)
+{
+    return ToText(valueOf(row, field));
+}
+
+/// Null counts as False.
+bool geocodesOnSave(tvTableRow& row)
+{
+    const QVariant value = valueOf(row, "GeocodeOnSave");
+    return !IsNull(value) && ToBoolean(value);
+}
+
+bool hasStatus(tvTableRow& row, int status)
+{
+    const QVariant value = valueOf(row, "GeocodeStatus");
+    return !IsNull(value) && ToLong(value) == status;
+}
+
+/// Whether the last geocoding of the saved row found less than a good match.
+bool isPoorMatch(tvTableRow& row)
+{
+    const bool isKnown = !IsNull(valueOf(row, "GeocodeStatus")) && !row.IsNew();
+    const bool isIntersection = textOf(row, "GeocodeAccuracyType") == QLatin1String("intersection");
+    const double threshold = isIntersection ? GoodIntersection : GoodMatch;
+    const QVariant accuracy = valueOf(row, "GeocodeAccuracy");
+    return isKnown && (IsNull(accuracy) || ToDouble(accuracy) < threshold);
+}
+
+QString warningText(tvTableRow& row)
+{
+    if (hasStatus(row, GeocodingError))
+        return ErrorWarning;
+    if (hasStatus(row, AddressNotFound))
+        return QStringLiteral("Address not found.");
+    return QStringLiteral("Lat/long may be incorrect.");
+}
+
+QString detailsText(tvTableRow& row)
+{
+    if (hasStatus(row, GeocodingError))
+        return QStringLiteral("A geocoding error occurred: ") + textOf(row, "GeocodeError");
+    if (IsNull(valueOf(row, "GeocodeAccuracy")))
+        return QStringLiteral("An incomplete or unknown address was entered. Complete all address fields to "
+                              "get more accurate coordinates, or manually enter the correct coordinates "
+                              "instead.");
+    const QString paragraph = QStringLiteral("\r\n\r\n");
+    const QString bullet = QStringLiteral("  \u2022 ");
+    return QStringLiteral("We couldn't an exact match for this location:") + paragraph + bullet +
+           textOf(row, "GeocodeInputAddress") + paragraph +
+           QStringLiteral("The coordinates shown are for the closest match:") + paragraph + bullet +
+           textOf(row, "GeocodeOutputAddress") + paragraph +
+           QStringLiteral("Check to make sure you entered the address correctly in this Location record. ") +
+           paragraph +
+           QStringLiteral("If the address you entered is correct, manually enter the coordinates for this "
+                          "location instead to ensure accuracy.");
+}
+
+} // namespace
+
+LatLong::LatLong(QWidget* parent, const ControlSite& site)
+    : UserControl(parent, site)
+    , m_font(std::make_shared<Font>())
+{
+    m_font->SetName(QStringLiteral("Segoe UI"));
+    m_font->SetSize(FontPoints);
+    makeConstituents();
+    nameConstituents();
+    connectConstituents();
+    layOut();
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    resize(sizeHint());
+    begin();
+}
+
+LatLong::~LatLong() = default;
+
+// The constituents
+
+void LatLong::makeConstituents()
+{
+    // In tab order.
+    Label13 = new Label(this);
+    txtLat = new TextBox(this);
+    Label14 = new Label(this);
+    txtLong = new TextBox(this);
+    grpGeocoding = new GroupBox(this);
+    for (const int index : {OnSave, Manual})
+        optGeocodeOnSave[index] = new FlatOptionButton(grpGeocoding);
+    grpWarning = new GroupBox(grpGeocoding);
+    shpWarning = new BoxShape(grpWarning);
+    lblWarning = new FontIconLabel(grpWarning);
+    lnkViewDetails = new TextLink(grpWarning);
+
+    Label13->SetCaption(QStringLiteral("Latitude"));
+    Label14->SetCaption(QStringLiteral("Longitude"));
+    optGeocodeOnSave[OnSave]->SetCaption(QStringLiteral("Update coordinates on save"));
+    optGeocodeOnSave[Manual]->SetCaption(QStringLiteral("Enter coordinates manually"));
+    lnkViewDetails->SetCaption(QStringLiteral("More details"));
+    lnkViewDetails->SetForeColor(SystemColor::Highlight);
+    lnkViewDetails->SetHoverUnderline(true);
+    lblWarning->SetIcon(WarningGlyph);
+    lblWarning->SetForeColor(SystemColor::TooltipText);
+    grpWarning->SetBackColor(SystemColor::TooltipBackground);
+    shpWarning->SetBackColor(SystemColor::TooltipBackground);
+    grpWarning->hide(); // until a record says otherwise
+
+    for (const auto& [label, box] : {std::pair(Label13, txtLat), std::pair(Label14, txtLong)}) {
+        label->SetAutoSize(false);
+        label->SetFont(m_font);
+        label->setBuddy(box);
+        box->setAccessibleName(label->Caption());
+    }
+    for (FlatOptionButton* option : optGeocodeOnSave)
+        option->SetFont(m_font);
+    lblWarning->SetFont(m_font);
+    lnkViewDetails->SetFont(m_font);
+    setFocusProxy(txtLat);
+}
+
+void LatLong::nameConstituents()
+{
+    const std::pair<QWidget*, const char*> names[] = {{Label13, "Label13"},
+                                                      {txtLat, "txtLat"},
+                                                      {Label14, "Label14"},
+                                                      {txtLong, "txtLong"},
+                                                      {grpGeocoding, "grpGeocoding"},
+                                                      {optGeocodeOnSave[OnSave], "optGeocodeOnSave1"},
+                                                      {optGeocodeOnSave[Manual], "optGeocodeOnSave0"},
+                                                      {grpWarning, "grpWarning"},
+                                                      {shpWarning, "shpWarning"},
+                                                      {lblWarning, "lblWarning"},
+                                                      {lnkViewDetails, "lnkViewDetails"}};
+    for (const auto& [widget, name] : names)
+        widget->setObjectName(QString::fromLatin1(name));
+    // A host's form framework reads these.
+    Label13->setProperty("Tag", QStringLiteral("Buddy=txtLat"));
+    Label14->setProperty("Tag", QStringLiteral("Buddy=txtLong"));
+    grpGeocoding->setAccessibleName(QStringLiteral("Geocoding"));
+    grpWarning->setAccessibleName(QStringLiteral("Geocoding warning"));
+}
+
+void LatLong::connectConstituents()
+{
+    for (const int index : {OnSave, Manual})
+        m_subscriptions.push_back(
+            optGeocodeOnSave[index]->Click.subscribe([this, index] { optGeocodeOnSave_Click(index); }));
+    m_subscriptions.push_back(lnkViewDetails->Click.subscribe([this] { lnkViewDetails_Click(); }));
+    m_subscriptions.push_back(m_font->FontChanged.subscribe([this](const QString&) {
+        layOut();
+        UserControl_Resize();
+    }));
+}
+
+// The record
+
+void LatLong::BoundSection_ReadData(const tvBusinessObjectPtr& bo)
+{
+    reportInBox(this, failurePrefix("BoundSection_ReadData"), ErrorTitle, [&] {
+        m_bo = bo;
+        const QPointer<LatLong> self(this); // a follower of the record may delete the control
+        const tvTableRowPtr row = locationOf(bo);
+        if (row->IsNew())
+            fieldOf(*row, QStringLiteral("GeocodeOnSave"))->SetValue(true);
+        if (self)
+            RefreshDisplay();
+    });
+}
+
+void LatLong::BoundSection_WriteData(const tvBusinessObjectPtr& bo)
+{
+    reportInBox(this, failurePrefix("BoundSection_WriteData"), ErrorTitle, [&] {
+        const QString latitude = txtLat->Text(); // a follower of the record may delete the control
+        const QString longitude = txtLong->Text();
+        const tvTableRowPtr row = locationOf(bo);
+        fieldOf(*row, QStringLiteral("GeocodeOnSave"))->SetValue(optGeocodeOnSave[OnSave]->Value());
+        if (geocodesOnSave(*row))
+            return;
+        fieldOf(*row, QStringLiteral("Latitude"))->SetValue(latitude);
+        fieldOf(*row, QStringLiteral("Longitude"))->SetValue(longitude);
+    });
+}
+
+void LatLong::RefreshDisplay()
+{
+    if (!m_bo)
+        return;
+    const tvTableRowPtr row = locationOf(m_bo);
+    txtLat->SetText(textOf(*row, "Latitude"));
+    txtLong->SetText(textOf(*row, "Longitude"));
+    {
+        // Turning an option on raises its click, which must neither write to the record nor refresh again.
+        const QScopedValueRollback refreshing(m_refreshing, true);
+        optGeocodeOnSave[geocodesOnSave(*row) ? OnSave : Manual]->SetValue(true);
+    }
+    const bool isManual = optGeocodeOnSave[Manual]->Value();
+    for (TextBox* box : {txtLat, txtLong}) {
+        box->setEnabled(isManual);
+        box->SetBackColor(isManual ? SystemColor::WindowBackground : SystemColor::ButtonFace);
+    }
+    if (isManual)
+        setFocusProxy(txtLat);
+    else
+        setFocusProxy(optGeocodeOnSave[OnSave]);
+    grpGeocoding->show();
+    if (!geocodesOnSave(*row)) {
+        grpWarning->hide();
+        return;
+    }
+    refreshWarning(*row);
+}
+
+void LatLong::refreshWarning(tvTableRow& row)
+{
+    const bool warns = isPoorMatch(row);
+    lblWarning->SetCaption(warningText(row));
+    grpWarning->setVisible(warns);
+}
+
+// What the person does
+
+void LatLong::optGeocodeOnSave_Click(int index)
+{
+    reportInBox(this, failurePrefix("optGeocodeOnSave_Click"), ErrorTitle, [&] {
+        if (m_refreshing || !m_bo)
+            return;
+        const QPointer<LatLong> self(this); // a follower of the record may delete the control
+        fieldOf(*locationOf(m_bo), QStringLiteral("GeocodeOnSave"))->SetValue(index == OnSave);
+        if (self)
+            RefreshDisplay();
+    });
+}
+
+void LatLong::lnkViewDetails_Click()
+{
+    reportInBox(this, failurePrefix("lnkViewDetails_Click"), ErrorTitle, [&] {
+        if (m_bo)
+            desktop().messageBoxes->tell(this, detailsText(*locationOf(m_bo)), BoxIcon::Information,
+                                         DetailsTitle);
+    });
+}
+
+QString LatLong::failurePrefix(const char* member) const
+{
+    return QStringLiteral("An unexpected error occurred in %1 in %2: ")
+        .arg(typeName(), QLatin1String(member));
+}
+
+// Layout
+
+void LatLong::layOut()
+{
+    // What holds a text is larger than designed where its font asks for it; no text is cut.
+    const auto place = [](QWidget& widget, Twips left, Twips top, Twips width, Twips height) {
+        const QSize needed = widget.sizeHint();
+        moveTo(widget, left, top, std::max(width, toTwips(needed.width())),
+               std::max(height, toTwips(needed.height())));
+    };
+    const auto right = [](const QWidget& widget) { return leftOf(widget) + widthOf(widget); };
+
+    place(*Label13, 0, 0, 1095, 195);
+    moveTo(*txtLat, 0, 240, 1275, 315);
+    place(*Label14, 1380, 0, 705, 195);
+    moveTo(*txtLong, 1380, 240, 1275, 315);
+    place(*optGeocodeOnSave[OnSave], 0, 0, 2340, 225);
+    place(*optGeocodeOnSave[Manual], 0, 300, 2235, 225);
+    const QString warning = lblWarning->Caption();
+    lblWarning->SetCaption(ErrorWarning); // so that the group is as wide for each of them
+    place(*lblWarning, 120, 120, 2295, 210);
+    lblWarning->SetCaption(warning);
+    place(*lnkViewDetails, 420, 330, 960, 195);
+    constexpr Twips besideWarning = 2715 - 120 - 2295; // and in the group
+    moveTo(*grpWarning, 0, 660, std::max<Twips>(2715, right(*lblWarning) + besideWarning), 675);
+    shpWarning->resize(grpWarning->size());
+    constexpr Twips besideGroup = 2775 - 2715;
+    const Twips groupWidth =
+        std::max({right(*optGeocodeOnSave[OnSave]), right(*optGeocodeOnSave[Manual]), right(*grpWarning)});
+    moveTo(*grpGeocoding, 0, 720, std::max<Twips>(2775, groupWidth + besideGroup), 1395);
+}
+
+QSize LatLong::contentSize() const
+{
+    double width = 0;
+    double height = 0;
+    for (const QWidget* child : findChildren<QWidget*>()) {
+        if (child->isWindow()) // a menu of a text box has no place here
+            continue;
+        width = modUtils::MaxOf(width, static_cast<double>(leftOf(*child) + widthOf(*child)));
+        height = modUtils::MaxOf(height, static_cast<double>(toTwips(child->y()) + heightOf(*child)));
+    }
+    return {toPixels(static_cast<Twips>(width)), toPixels(static_cast<Twips>(height))};
+}
+
+QSize LatLong::sizeHint() const
+{
+    return contentSize();
+}
+
+void LatLong::UserControl_Resize()
+{
+    QSize size;
+    continueOnError([&] { size = contentSize(); },
+                    [&] { Size(toTwips(size.width()), toTwips(size.height())); },
+                    [&] {
+                        // The same lengths on a form that counts in other units.
+                        modUtils::ResizeTwips(*this, toTwips(size.width()), toTwips(size.height()));
+                    });
+    updateGeometry();
+}
+
+} // namespace tavrin

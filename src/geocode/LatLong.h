@@ -1,0 +1,88 @@
+#pragma once
+
+#include "frame/control_frame/UserControl.h"
+#include "frame/host_contracts/Contracts.h"
+
+#include <vector>
+
+namespace tavrin {
+
+class BoxShape;
+class FlatOptionButton;
+class FontIconLabel;
+class GroupBox;
+class Label;
+class TextBox;
+class TextLink;
+
+/// The coordinates of a location record.
+///
+/// The person chooses between coordinates that the host works out from the address when the record is saved
+/// and coordinates typed by hand, and is warned when the last geocoding was poor or failed.
+///
+///     auto* coordinates = new LatLong(form);
+///     BoundSection* section = coordinates;
+///     section->ReadData(incident); // shows the row incident->Item("LocationName")
+///     ...
+///     section->WriteData(incident);
+///     store.save(*incident); // the host geocodes
+///     section->ReadData(incident); // shows what came of it
+///
+/// It does no geocoding itself: it reads the fields "GeocodeStatus", "GeocodeAccuracy",
+/// "GeocodeAccuracyType", "GeocodeError", "GeocodeInputAddress" and "GeocodeOutputAddress", which the host
+/// fills, and writes "GeocodeOnSave", "Latitude" and "Longitude". It has no properties and raises no events.
+///
+/// It always has the size of its contents. A failure is told in a box, and its routine then ends normally.
+class LatLong final : public UserControl, public BoundSection
+{
+    Q_OBJECT
+    Q_CLASSINFO("ClassName", "TVBoundControls.LatLong")
+    Q_CLASSINFO("DefaultInterface", "_LatLong")
+
+public:
+    explicit LatLong(QWidget* parent = nullptr, const ControlSite& site = {});
+    ~LatLong() override;
+
+    /// The size of the contents.
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void UserControl_Resize() override;
+
+private:
+    /// Shows the record, and keeps it for the person's clicks. A new row is set to coordinates from its
+    /// address.
+    void BoundSection_ReadData(const tvBusinessObjectPtr& bo) override;
+    /// Writes the person's choice, and in manual mode the coordinates as texts.
+    void BoundSection_WriteData(const tvBusinessObjectPtr& bo) override;
+
+    void RefreshDisplay();
+    void refreshWarning(tvTableRow& row);
+    void optGeocodeOnSave_Click(int index);
+    void lnkViewDetails_Click();
+
+    void makeConstituents();
+    void nameConstituents();
+    void connectConstituents();
+    void layOut();
+    QSize contentSize() const;
+    QString failurePrefix(const char* member) const;
+
+    tvBusinessObjectPtr m_bo;
+    Label* Label13;
+    TextBox* txtLat;
+    Label* Label14;
+    TextBox* txtLong;
+    GroupBox* grpGeocoding;
+    FlatOptionButton* optGeocodeOnSave[2]; // by index
+    GroupBox* grpWarning;
+    BoxShape* shpWarning;
+    FontIconLabel* lblWarning;
+    TextLink* lnkViewDetails;
+    FontPtr m_font;
+    std::vector<Subscription> m_subscriptions;
+    bool m_refreshing = false;
+};
+
+} // namespace tavrin

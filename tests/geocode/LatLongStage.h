@@ -1,0 +1,166 @@
+#pragma once
+
+#include "base/Error.h"
+#include "base/Variant.h"
+#include "geocode/LatLong.h"
+#include "support/FakeDesktop.h"
+#include "support/FakeRecords.h"
+#include "support/TestCase.h"
+#include "widgets/FlatOptionButton.h"
+#include "widgets/FontIconLabel.h"
+#include "widgets/GroupBox.h"
+#include "widgets/Label.h"
+#include "widgets/TextBox.h"
+#include "widgets/TextLink.h"
+
+#include <QPointer>
+
+#include <map>
+
+// What the tests of the coordinates share.
+
+namespace tavrin::test {
+
+/// A record with a location row, which notes what is written to it and may refuse.
+class LocationRecord
+{
+public:
+    explicit LocationRecord(bool isNew = false)
+        : record(std::make_shared<FakeRecord>())
+    {
+        QList<tvFieldPtr> fields;
+        for (const char* name :
+             {"Latitude", "Longitude", "GeocodeOnSave", "GeocodeStatus", "GeocodeAccuracy",
+              "GeocodeAccuracyType", "GeocodeError", "GeocodeInputAddress", "GeocodeOutputAddress"}) {
+            auto field = std::make_shared<Field>(*this, QString::fromLatin1(name));
+            m_fields[field->Name()] = field.get();
+            fields << field;
+        }
+        record->setItem(QStringLiteral("LocationName"), std::make_shared<FakeRow>(fields, isNew));
+    }
+    LocationRecord(const LocationRecord&) = delete;
+    LocationRecord& operator=(const LocationRecord&) = delete;
+
+    QVariant get(const char* name) const { return m_fields.at(QString::fromLatin1(name))->value; }
+    void put(const char* name, const QVariant& value)
+    {
+        m_fields.at(QString::fromLatin1(name))->value = value;
+    }
+
+    std::shared_ptr<FakeRecord> record;
+    /// "Latitude=51.5", in their order.
+    QStringList written;
+    /// The field of this name raises when it is read or written.
+    QString failing;
+    /// Runs behind each write.
+    std::function<void()> follower;
+
+private:
+    struct Field final : tvField
+    {
+        Field(LocationRecord& location, QString name)
+            : m_location(location)
+            , m_name(std::move(name))
+        {
+        }
+        QVariant Value() const override
+        {
+            check();
+            return value;
+        }
+        void SetValue(const QVariant& newValue) override
+        {
+            check();
+            value = newValue;
+            m_location.written << m_name + u'=' + ToText(newValue);
+            if (m_location.follower)
+                m_location.follower();
+        }
+        QString Name() const override { return m_name; }
+        bool IsKey() const override { return false; }
+        qint32 MaxLength() const override { return 0; }
+
+        QVariant value = Null();
+
+    private:
+        void check() const
+        {
+            if (m_location.failing == m_name)
+                throw Error(QStringLiteral("no ") + m_name);
+        }
+
+        LocationRecord& m_location;
+        QString m_name;
+    };
+
+    std::map<QString, Field*> m_fields;
+};
+
+/// A window with the control, and what is seen of it.
+class LatLongStage
+{
+public:
+    LatLongStage()
+    {
+        window.resize(400, 300);
+        other = new QLineEdit(&window);
+        other->setGeometry(10, 260, 80, 24);
+        control = new LatLong(&window, {QStringLiteral("coordinates"), nullptr});
+        window.show();
+        window.activateWindow();
+    }
+    bool isReady() { return QTest::qWaitForWindowActive(&window); }
+
+    template <typename Widget>
+    Widget* child(const char* name) const
+    {
+        return control->findChild<Widget*>(QString::fromLatin1(name));
+    }
+    TextBox* lat() const { return child<TextBox>("txtLat"); }
+    TextBox* lon() const { return child<TextBox>("txtLong"); }
+    FlatOptionButton* option(int index) const
+    {
+        return child<FlatOptionButton>(index == 1 ? "optGeocodeOnSave1" : "optGeocodeOnSave0");
+    }
+    TextLink* details() const { return child<TextLink>("lnkViewDetails"); }
+
+    void read(const LocationRecord& location) const { section().ReadData(location.record); }
+    void write(const LocationRecord& location) const { section().WriteData(location.record); }
+    BoundSection& section() const { return *control; }
+
+    /// A click where the window system would give one.
+    void click(const QWidget* widget) const
+    {
+        QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {},
+                          widget->mapTo(&window, QPoint(8, widget->height() / 2)));
+    }
+    void press(Qt::Key key) const { QTest::keyClick(window.windowHandle(), key); }
+
+    /// The text of the warning as it is seen; "" while there is none.
+    QString warning() const
+    {
+        auto* label = child<FontIconLabel>("lblWarning");
+        return label->isVisible() ? label->Caption() : QString();
+    }
+    /// "manual" or "on save", with whether the boxes can be typed in; anything else is no good.
+    QString mode() const
+    {
+        if (lat()->isEnabled() != lon()->isEnabled() || lat()->BackColor() != lon()->BackColor())
+            return QStringLiteral("the boxes differ");
+        if (option(0)->Value() == option(1)->Value())
+            return QStringLiteral("both options or none");
+        const Color expected = lat()->isEnabled() ? Color(0x80000005U) : Color(0x8000000FU);
+        if (lat()->BackColor() != expected)
+            return QStringLiteral("wrong colour");
+        if (option(0)->Value() != lat()->isEnabled())
+            return QStringLiteral("boxes against the option");
+        return option(0)->Value() ? QStringLiteral("manual") : QStringLiteral("on save");
+    }
+
+    FakeMessageBoxes boxes;
+    QWidget window;
+    QLineEdit* other;
+    QPointer<LatLong> control;
+};
+
+} // namespace tavrin::test
