@@ -5,6 +5,7 @@
 #include "lookup/FlatEmployeePicker.h"
 #include "lookup/FlatUserPicker.h"
 #include "lookup/OffensePicker.h"
+#include "sections/SuspRelList.h"
 
 namespace tavrin {
 
@@ -17,6 +18,7 @@ const ControlRegister& publicControls()
         classes.add<FlatEmployeePicker>(QStringLiteral("TVBoundControls.FlatEmployeePicker"));
         classes.add<FlatUserPicker>(QStringLiteral("TVBoundControls.FlatUserPicker"));
         classes.add<OffensePicker>(QStringLiteral("TVBoundControls.OffensePicker"));
+        classes.add<SuspRelList>(QStringLiteral("TVBoundControls.SuspRelList"));
         return classes;
     }();
     return controls;
