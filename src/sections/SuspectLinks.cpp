@@ -9,16 +9,26 @@ namespace tavrin {
 
 namespace {
 
-/// Values that are the same have the same key.
+const QString OtherKey = QStringLiteral("other");
+
+/// Equal values have equal keys, and unequal ones do not, but for `OtherKey`.
 QString keyOf(const QVariant& value)
 {
     if (IsNull(value))
         return QStringLiteral("null");
     if (value.typeId() == QMetaType::QString)
-        return u's' + value.toString();
+        return u's' + value.toString(); // a text never equals a number
+    if (IsEmpty(value) || value.typeId() == QMetaType::QByteArray)
+        return OtherKey;
     bool isNumber = false;
     const double number = value.toDouble(&isNumber) + 0.0; // no negative zero
-    return isNumber ? u'n' + QString::number(number, 'g', 17) : QStringLiteral("other");
+    return isNumber ? u'n' + QString::number(number, 'g', 17) : OtherKey;
+}
+
+bool isEqual(const QVariant& a, const QVariant& b)
+{
+    const QString key = keyOf(a);
+    return key == keyOf(b) && (key != OtherKey || a == b);
 }
 
 } // namespace
@@ -66,7 +76,7 @@ qint32 SuspectLinks::walkOnTo(const QVariant& value)
         const QVariant present = valueAt(ordinal);
         m_known[keyOf(present)].push_back({present, ordinal});
         ++m_walked;
-        if (SameValue(present, value))
+        if (isEqual(present, value))
             return ordinal;
     }
     return -1;
@@ -77,9 +87,9 @@ qint32 SuspectLinks::locate(const QVariant& value)
     if (links().Count() != m_count)
         startAnew();
     for (const Link& link : m_known.value(keyOf(value))) {
-        if (!SameValue(link.value, value))
+        if (!isEqual(link.value, value))
             continue;
-        if (SameValue(valueAt(link.ordinal), value))
+        if (isEqual(valueAt(link.ordinal), value))
             return link.ordinal;
         startAnew(); // the row holds another value by now
         break;

@@ -10,6 +10,8 @@ namespace tavrin {
 
 /// The link rows of one suspect, for one read or write of all parties.
 ///
+/// Numbers compare as numbers, whatever their types; texts equal texts only, and Null equals Null.
+///
 /// Each search gives what a walk from the first row gives: the first row whose field equals the value. But
 /// a row is read once only, when the walk first comes to it; so that all searches together cost one walk.
 /// What somebody else adds, removes or changes meanwhile starts the walk anew. Nothing is read, and no
@@ -20,7 +22,7 @@ public:
     /// The collection is a child of the suspect's record.
     SuspectLinks(tvBusinessObjectPtr suspect, QString collectionName, QString fieldName);
 
-    /// The first row whose field equals the value; nullptr when none does. Null equals Null.
+    /// The first row whose field equals the value; nullptr when none does.
     tvTableRowPtr find(const QVariant& value);
     /// A new row, the current one.
     tvTableRowPtr add();

@@ -48,7 +48,18 @@ void ListView::ClearColumnHeaders()
 void ListView::AddColumnHeader(const QString& key, const QString& caption, Twips width)
 {
     m_model->addColumn({key, caption, width, width > 0});
-    SetColumnWidth(key, width);
+    applyWidths();
+}
+
+void ListView::applyWidths()
+{
+    // The last column takes what the others leave.
+    for (int column = 0, shown = 0; shown < header()->count() - 1; ++column) {
+        if (m_model->shownIndex(column) != shown)
+            continue;
+        header()->resizeSection(shown, std::max(toPixels(m_model->column(column).width), 0));
+        ++shown;
+    }
 }
 
 Twips ListView::ColumnWidth(const QString& key) const
@@ -59,11 +70,10 @@ Twips ListView::ColumnWidth(const QString& key) const
 void ListView::SetColumnWidth(const QString& key, Twips width)
 {
     const int index = m_model->columnOf(key);
-    const int shown = m_model->shownIndex(index);
-    if (shown < 0)
+    if (m_model->shownIndex(index) < 0)
         return;
     m_model->column(index).width = width;
-    header()->resizeSection(shown, std::max(toPixels(width), 0));
+    applyWidths();
 }
 
 void ListView::SetSortKey(const QString& columnKey)

@@ -86,6 +86,7 @@ protected:
 
 private:
     class Model;
+    void applyWidths();
     void raiseMouseDown(int button, Qt::KeyboardModifiers modifiers, const QPoint& place);
     QPoint placeOfMenu() const;
     QString cutTextAt(const QPoint& place) const;

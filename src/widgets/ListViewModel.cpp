@@ -50,13 +50,13 @@ int ListView::Model::shownIndex(int column) const
 
 // Rows
 
-ListView::Model::Item& ListView::Model::item(const QString& key) const
+const ListView::Model::Item& ListView::Model::item(const QString& key) const
 {
     const auto found = m_byKey.find(key);
     if (found == m_byKey.end())
         throw Error(QStringLiteral("The list has no row with the key %1").arg(key),
                     ListView::MissingKeyNumber);
-    return *found->second;
+    return found->second;
 }
 
 bool ListView::Model::standsBefore(const Item& a, const Item& b) const
@@ -72,9 +72,9 @@ bool ListView::Model::standsBefore(const Item& a, const Item& b) const
 
 ListView::Model::Rows::const_iterator ListView::Model::placeOf(const Item& item) const
 {
-    return std::lower_bound(
-        m_rows.begin(), m_rows.end(), item,
-        [this](const std::unique_ptr<Item>& row, const Item& wanted) { return standsBefore(*row, wanted); });
+    return std::lower_bound(m_rows.begin(), m_rows.end(), item, [this](const Item* row, const Item& wanted) {
+        return standsBefore(*row, wanted);
+    });
 }
 
 int ListView::Model::rowOf(const Item& item) const
@@ -88,8 +88,8 @@ void ListView::Model::clearRows()
         return;
     // Not a reset, at which the header would forget its widths.
     beginRemoveRows({}, 0, rowCount() - 1);
-    m_byKey.clear();
     m_rows.clear();
+    m_byKey.clear();
     endRemoveRows();
 }
 
@@ -98,12 +98,10 @@ void ListView::Model::add(const QString& key, const QString& text)
     if (contains(key))
         throw Error(QStringLiteral("The list has a row with the key %1 already").arg(key),
                     ListView::DuplicateKeyNumber);
-    auto item = std::make_unique<Item>(Item{key, {text}, m_nextNumber++});
-    const auto place = placeOf(*item);
-    const int row = static_cast<int>(place - m_rows.begin());
+    const Item& item = m_byKey.emplace(key, Item{key, {text}, m_nextNumber++}).first->second;
+    const int row = rowOf(item);
     beginInsertRows({}, row, row);
-    m_byKey.emplace(key, item.get());
-    m_rows.insert(place, std::move(item));
+    m_rows.insert(m_rows.begin() + row, &item);
     endInsertRows();
 }
 
@@ -111,15 +109,15 @@ void ListView::Model::remove(const QString& key)
 {
     const int row = rowOf(key);
     beginRemoveRows({}, row, row);
-    m_byKey.erase(key);
     m_rows.erase(m_rows.begin() + row);
+    m_byKey.erase(key);
     endRemoveRows();
 }
 
 void ListView::Model::setText(const QString& key, int column, const QString& text)
 {
-    Item& changed = item(key);
-    const int row = rowOf(changed);
+    const int row = rowOf(item(key));
+    Item& changed = m_byKey.at(key);
     while (changed.texts.size() <= column)
         changed.texts << QString();
     const QString before = std::exchange(changed.texts[column], text);
@@ -142,9 +140,9 @@ void ListView::Model::sort()
     std::vector<const Item*> items;
     items.reserve(static_cast<std::size_t>(before.size()));
     for (const QModelIndex& index : before)
-        items.push_back(m_rows[static_cast<std::size_t>(index.row())].get());
+        items.push_back(m_rows[static_cast<std::size_t>(index.row())]);
     std::sort(m_rows.begin(), m_rows.end(),
-              [this](const auto& a, const auto& b) { return standsBefore(*a, *b); });
+              [this](const Item* a, const Item* b) { return standsBefore(*a, *b); });
     QModelIndexList after;
     for (qsizetype i = 0; i < before.size(); ++i)
         after << index(rowOf(*items[static_cast<std::size_t>(i)]), before.at(i).column());

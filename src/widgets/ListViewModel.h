@@ -4,7 +4,6 @@
 
 #include <QAbstractTableModel>
 
-#include <memory>
 #include <unordered_map>
 #include <vector>
 
@@ -55,9 +54,9 @@ private:
         QStringList texts; // by column
         quint64 number;    // in the order in which they came
     };
-    using Rows = std::vector<std::unique_ptr<Item>>;
+    using Rows = std::vector<const Item*>;
 
-    Item& item(const QString& key) const;
+    const Item& item(const QString& key) const;
     int rowOf(const Item& item) const;
     bool standsBefore(const Item& a, const Item& b) const;
     Rows::const_iterator placeOf(const Item& item) const;
@@ -66,7 +65,7 @@ private:
     std::vector<Column> m_columns;
     std::vector<int> m_shown; // columns of the model
     Rows m_rows;
-    std::unordered_map<QString, Item*> m_byKey;
+    std::unordered_map<QString, Item> m_byKey; // owns the items
     quint64 m_nextNumber = 0;
     int m_sortColumn = -1;
 };

@@ -22,10 +22,9 @@ struct SuspectForm
     explicit SuspectForm(const QString& tag = QStringLiteral("IncidentBO.Victims"))
         : installation(host)
     {
-        host.setTable(Tables::SuspectRelationship,
-                      {{QStringLiteral("F"), QStringLiteral("Friend"), 1},
-                       {QStringLiteral("N"), QStringLiteral("Neighbor"), 2},
-                       {QStringLiteral("S"), QStringLiteral("Stranger"), 3}});
+        host.setTable(Tables::SuspectRelationship, {{QStringLiteral("F"), QStringLiteral("Friend"), 1},
+                                                    {QStringLiteral("N"), QStringLiteral("Neighbor"), 2},
+                                                    {QStringLiteral("S"), QStringLiteral("Stranger"), 3}});
         page->setItem(QStringLiteral("SuspectBO"), suspectBO);
         page->setItem(QStringLiteral("IncidentBO"), incident);
         page->setItem(QStringLiteral("Victims"), victims);
@@ -85,7 +84,10 @@ struct SuspectForm
         addLink(1, 1);
         addLink(2, 2);
     }
-    void requireRelations() { host.state().requiredFields << QStringLiteral("Incident/IncdSuspVictim/RelationNo"); }
+    void requireRelations()
+    {
+        host.state().requiredFields << QStringLiteral("Incident/IncdSuspVictim/RelationNo");
+    }
 
     void read() { static_cast<BoundSection*>(section)->ReadData(page); }
     void write() { static_cast<BoundSection*>(section)->WriteData(page); }
@@ -142,13 +144,13 @@ struct SuspectForm
     std::shared_ptr<FakeRecord> page = std::make_shared<FakeRecord>();
     std::shared_ptr<FakeRecord> suspectBO = std::make_shared<FakeRecord>();
     std::shared_ptr<FakeRecord> incident = std::make_shared<FakeRecord>();
-    std::shared_ptr<FakeCollection> suspects = std::make_shared<FakeCollection>(
-        QStringList{QStringLiteral("SeqNo"), QStringLiteral("SuspectName")});
-    std::shared_ptr<FakeCollection> victims = std::make_shared<FakeCollection>(
-        QStringList{QStringLiteral("SeqNo"), QStringLiteral("VictimName")});
-    std::shared_ptr<FakeCollection> links = std::make_shared<FakeCollection>(
-        QStringList{QStringLiteral("LinkNo"), QStringLiteral("VictimSeqNo"), QStringLiteral("SeqNo"),
-                    QStringLiteral("RelationNo")});
+    std::shared_ptr<FakeCollection> suspects =
+        std::make_shared<FakeCollection>(QStringList{QStringLiteral("SeqNo"), QStringLiteral("SuspectName")});
+    std::shared_ptr<FakeCollection> victims =
+        std::make_shared<FakeCollection>(QStringList{QStringLiteral("SeqNo"), QStringLiteral("VictimName")});
+    std::shared_ptr<FakeCollection> links =
+        std::make_shared<FakeCollection>(QStringList{QStringLiteral("LinkNo"), QStringLiteral("VictimSeqNo"),
+                                                     QStringLiteral("SeqNo"), QStringLiteral("RelationNo")});
     QWidget window;
     QPointer<SuspRelList> section;
     QLineEdit* other = new QLineEdit(&window);
