@@ -36,16 +36,14 @@ void RelationPicture::paintEvent(QPaintEvent*)
     const QColor accent = palette().color(QPalette::Highlight);
     const QColor quiet = palette().color(QPalette::PlaceholderText);
 
-    painter.setPen(QPen(quiet, 2, Qt::SolidLine, Qt::RoundCap));
-    QPainterPath bond(QPointF(13, 13));
-    bond.cubicTo(17, 4, 31, 4, 35, 13);
-    painter.drawPath(bond);
+    painter.setPen(QPen(quiet, 2.5, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(21.5, 20.5), QPointF(26.5, 20.5));
 
     painter.setPen(Qt::NoPen);
     painter.setBrush(accent);
-    painter.drawPath(person(13, 42));
+    painter.drawPath(person(13, 40));
     painter.setBrush(quiet);
-    painter.drawPath(person(35, 42));
+    painter.drawPath(person(35, 40));
 }
 
 } // namespace tavrin

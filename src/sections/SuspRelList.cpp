@@ -422,6 +422,8 @@ void SuspRelList::UserControl_Resize()
 void SuspRelList::changeEvent(QEvent* event)
 {
     UserControl::changeEvent(event);
+    if (event->type() == QEvent::EnabledChange)
+        picEmpty->SetFaded(!isEnabled());
     if (event->type() == QEvent::FontChange)
         guard("UserControl_Resize", [this] { UserControl_Resize(); });
 }

@@ -9,15 +9,34 @@
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QPainter>
+#include <QStyledItemDelegate>
 #include <QToolTip>
 
 namespace tavrin {
+
+namespace {
+
+/// Rows with room above and below their texts.
+class RowDelegate final : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        constexpr int room = 3;
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 2 * room);
+    }
+};
+
+} // namespace
 
 ListView::ListView(QWidget* parent)
     : QTreeView(parent)
     , m_model(std::make_unique<Model>())
 {
     setModel(m_model.get());
+    setItemDelegate(new RowDelegate(this));
     setRootIsDecorated(false);
     setItemsExpandable(false);
     setUniformRowHeights(true); // no row is measured that is not in view
@@ -233,10 +252,10 @@ bool ListView::event(QEvent* event)
 {
     const bool taken = QTreeView::event(event);
     if (event->type() == QEvent::Paint) {
-        QPainter painter(this);
         const bool marks = hasFocus() && isEnabled();
-        painter.setPen(palette().color(marks ? QPalette::Highlight : QPalette::Mid));
-        painter.drawRect(rect().adjusted(0, 0, -1, -1));
+        QPainter painter(this);
+        painter.setClipRegion(QRegion(rect()) - rect().adjusted(1, 1, -1, -1));
+        painter.fillRect(rect(), palette().color(marks ? QPalette::Highlight : QPalette::Mid));
     }
     return taken;
 }

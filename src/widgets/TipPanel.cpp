@@ -76,15 +76,25 @@ QString TipPanel::Sentence() const
     return m_sentence->Caption();
 }
 
+void TipPanel::SetFaded(bool faded)
+{
+    m_faded = faded;
+    for (Label* label : {m_title, m_sentence})
+        label->SetForeColor(faded ? SystemColor::GreyText : SystemColor::WindowText);
+    update();
+}
+
 void TipPanel::paintEvent(QPaintEvent*)
 {
+    const QPalette::ColorGroup group = m_faded ? QPalette::Disabled : QPalette::Active;
     QPainter painter(this);
-    painter.fillRect(rect(), palette().color(QPalette::Active, QPalette::Base));
+    painter.fillRect(rect(), palette().color(group, QPalette::Base));
+    painter.setOpacity(m_faded ? 0.5 : 1);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(toPixels(PictureLeft), toPixels(PictureTop));
     const qreal scale = toPixels(PictureSide) / 16.0;
     painter.scale(scale, scale);
-    paintBulb(painter, palette().color(QPalette::Active, QPalette::Text));
+    paintBulb(painter, palette().color(group, QPalette::Text));
 }
 
 } // namespace tavrin

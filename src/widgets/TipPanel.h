@@ -16,6 +16,8 @@ public:
     explicit TipPanel(const QString& sentence, QWidget* parent = nullptr);
 
     QString Sentence() const;
+    /// Shows it as what it lies over does while that is disabled. At first off.
+    void SetFaded(bool faded);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -23,6 +25,7 @@ protected:
 private:
     Label* m_title;
     Label* m_sentence;
+    bool m_faded = false;
 };
 
 } // namespace tavrin

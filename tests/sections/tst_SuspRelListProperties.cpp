@@ -1,5 +1,6 @@
 #include "SuspectForm.h"
 #include "frame/control_frame/PropertyBag.h"
+#include "widgets/Looks.h"
 
 #include <QHeaderView>
 #include <QMetaProperty>
@@ -93,6 +94,26 @@ private Q_SLOTS:
         form.setEnabled(true);
         QVERIFY(!section.Enabled());
         QVERIFY(!section.findChild<ListView*>()->isEnabled());
+    }
+
+    void theTipOfADisabledSectionShowsAsTheListBelowIt()
+    {
+        tavrin::test::Theme theme;
+        QPalette palette = QApplication::palette();
+        palette.setColor(QPalette::Disabled, QPalette::Base, QColor(60, 70, 80));
+        palette.setColor(QPalette::Active, QPalette::Base, QColor(250, 240, 230));
+        QApplication::setPalette(palette);
+        SuspectForm form;
+        QVERIFY(form.show());
+        const auto background = [&] {
+            return form.window.grab().toImage().pixelColor(
+                form.section->mapTo(&form.window, form.tip->pos()) + QPoint(3, 3));
+        };
+        QCOMPARE(background(), QColor(250, 240, 230));
+        form.section->SetEnabled(false);
+        QCOMPARE(background(), QColor(60, 70, 80));
+        form.section->SetEnabled(true);
+        QCOMPARE(background(), QColor(250, 240, 230));
     }
 
     void savedPropertiesAreWrittenInTheirOrderAndReadThroughTheirPuts()

@@ -4,7 +4,6 @@
 #include "widgets/ListView.h"
 
 #include <QAccessible>
-#include <QElapsedTimer>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QTest>
@@ -317,28 +316,6 @@ private Q_SLOTS:
         QTest::keyClick(stage.list, Qt::Key_Menu);
         stage.click(Qt::LeftButton, stage.list->geometry().center());
         QCOMPARE(unhandled.texts, QStringList({u"ListView_MouseDown: no"_s, u"ListView_MouseDown: no"_s}));
-    }
-
-    void tenThousandRowsCostNoMuchMorePerRowThanAThousand()
-    {
-        const auto nanosecondsPerRow = [](int count) {
-            Stage stage;
-            stage.list->SetSortKey(u"key"_s);
-            stage.window.show();
-            QElapsedTimer timer;
-            timer.start();
-            for (int i = 0; i < count; ++i)
-                stage.add(u"key_%1"_s.arg(i * 7919 % count), u"Somebody"_s);
-            stage.list->SetSelectedItem(stage.list->Key(count - 1));
-            for (int i = 0; i < count; ++i)
-                stage.list->Remove(u"key_%1"_s.arg(i));
-            return timer.nsecsElapsed() / count;
-        };
-        nanosecondsPerRow(1000);
-        const qint64 few = nanosecondsPerRow(1000);
-        const qint64 many = nanosecondsPerRow(10000);
-        // What costs the square would be ten times as long a row.
-        QVERIFY2(many < 5 * few, qPrintable(u"%1 ns a row, then %2"_s.arg(few).arg(many)));
     }
 };
 
