@@ -1,5 +1,6 @@
 #include "SuspRelList.h"
 
+#include "CollectionTag.h"
 #include "HostObjects.h"
 #include "SuspectLinks.h"
 #include "base/Guard.h"
@@ -148,36 +149,12 @@ SavedProperties SuspRelList::savedProperties()
 
 // The parties' collection
 
-tvTableCollectionPtr SuspRelList::resolveTag(const tvBusinessObjectPtr& record) const
-{
-    const QString invalid = QStringLiteral("Invalid collection tag. ");
-    // An empty text has no segments at all.
-    const QStringList segments =
-        m_otherCollectionTag.isEmpty() ? QStringList() : m_otherCollectionTag.split(u'.');
-    if (segments.isEmpty() || segments.size() > 2)
-        throw Error(invalid + m_otherCollectionTag +
-                    QStringLiteral(" has too many segments (should be 0 or 1)."));
-    tvBusinessObjectPtr parent = record;
-    if (segments.size() == 2) {
-        parent = std::dynamic_pointer_cast<tvBusinessObject>(
-            required(record, QStringLiteral("record")).Item(segments.first()));
-        if (!parent)
-            throw Error(invalid + segments.first() + QStringLiteral(" should refer to an tvBusinessObject."));
-    }
-    auto collection = std::dynamic_pointer_cast<tvTableCollection>(
-        required(parent, QStringLiteral("record")).Item(segments.last()));
-    if (!collection)
-        throw Error(invalid + m_otherCollectionTag +
-                    QStringLiteral(" should refer to an tvTableCollection."));
-    return collection;
-}
-
 tvTableCollectionPtr SuspRelList::ParseOtherCollectionTag(const tvBusinessObjectPtr& record)
 {
     tvTableCollectionPtr collection;
-    const bool resolved =
-        reportInBox(this, QStringLiteral("Error in ") + ambient().DisplayName() + QStringLiteral(": "),
-                    QStringLiteral("Error"), [&] { collection = resolveTag(record); });
+    const bool resolved = reportInBox(
+        this, QStringLiteral("Error in ") + ambient().DisplayName() + QStringLiteral(": "),
+        QStringLiteral("Error"), [&] { collection = resolveCollectionTag(m_otherCollectionTag, record); });
     return resolved ? collection : currentHost().newTableCollection();
 }
 

@@ -76,7 +76,6 @@ private:
 
     void build();
     tvTableCollectionPtr ParseOtherCollectionTag(const tvBusinessObjectPtr& record);
-    tvTableCollectionPtr resolveTag(const tvBusinessObjectPtr& record) const;
     void followOtherCollection(tvTableCollectionPtr collection);
     SuspectLinks linksOf(const tvBusinessObjectPtr& suspect) const;
     void SetRelation(SuspectLinks& links, tvTableRow& party, const QString& code);
