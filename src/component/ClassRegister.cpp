@@ -9,6 +9,7 @@
 #include "lookup/OffensePicker.h"
 #include "lookup/TavrinDropdown.h"
 #include "sections/MultiValue.h"
+#include "sections/SuspRelList.h"
 
 namespace tavrin {
 
@@ -25,6 +26,7 @@ const ControlRegister& publicControls()
         classes.add<OffensePicker>(QStringLiteral("TVBoundControls.OffensePicker"));
         classes.add<NibrsOffensePicker>(QStringLiteral("TVBoundControls.NibrsOffensePicker"));
         classes.add<TavrinDropdown>(QStringLiteral("TVBoundControls.TavrinDropdown"));
+        classes.add<SuspRelList>(QStringLiteral("TVBoundControls.SuspRelList"));
         return classes;
     }();
     return controls;

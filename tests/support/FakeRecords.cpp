@@ -66,6 +66,7 @@ void FakeCollection::Add(const tvTableRowPtr& row)
 
 tvTableRowPtr FakeCollection::Item(qint32 index)
 {
+    ++reads;
     if (index < 1 || index > Count())
         throw Error(QStringLiteral("The collection has no row %1").arg(index));
     return m_rows.at(index - 1);

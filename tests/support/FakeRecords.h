@@ -74,6 +74,8 @@ public:
     QString itemClass;
     /// How `RemoveCurrent` was asked to remove, call by call.
     QList<bool> removedImmediately;
+    /// How many times a row was asked for.
+    qint64 reads = 0;
 
 private:
     QVariant keyOf(const tvTableRowPtr& row) const;

@@ -1,0 +1,419 @@
+#include "SuspRelList.h"
+
+#include "CollectionTag.h"
+#include "HostObjects.h"
+#include "SuspectLinks.h"
+#include "base/Guard.h"
+#include "base/Variant.h"
+#include "frame/control_frame/FailurePolicy.h"
+#include "frame/desktop/Desktop.h"
+#include "frame/host_contracts/Host.h"
+#include "frmSuspRel.h"
+#include "widgets/ListView.h"
+#include "widgets/Placement.h"
+#include "widgets/PopupMenu.h"
+#include "widgets/TipPanel.h"
+
+#include <QEvent>
+#include <QFontMetrics>
+
+namespace tavrin {
+
+namespace {
+
+const QString KeyColumn = QStringLiteral("key");
+const QString ValueColumn = QStringLiteral("relationship_value");
+const QString NameColumn = QStringLiteral("name");
+const QString RelationColumn = QStringLiteral("relationship");
+
+const QString SeqNoField = QStringLiteral("SeqNo");
+const QString RelationNoField = QStringLiteral("RelationNo");
+const QString RemoveCaption = QStringLiteral("Remove Relationship");
+
+constexpr double NameShare = 0.6;
+constexpr double RelationShare = 0.4;
+constexpr int RightButton = 2;
+
+/// The key of a row, or a longer one, of its parts.
+QString rowKey(const QVariantList& parts)
+{
+    QStringList texts;
+    for (const QVariant& part : parts)
+        texts << ToText(part);
+    return QStringLiteral("key_") + texts.join(u':');
+}
+
+QVariant seqNoOf(tvTableRow& row)
+{
+    return fieldOf(row, SeqNoField)->Value();
+}
+
+QString rowKey(tvTableRow& party)
+{
+    return rowKey({seqNoOf(party)});
+}
+
+} // namespace
+
+SuspRelList::SuspRelList(QWidget* parent, const ControlSite& site)
+    : UserControl(parent, site)
+    , lvwRows(new ListView(this))
+    , picEmpty(new TipPanel(QStringLiteral("Right-click here to add a new relationship."), this))
+    , mnuEdit(new PopupMenu(QStringLiteral("Edit"), this))
+    , mnuAddRelationship(mnuEdit->AddItem(QStringLiteral("Add Relationship"), u'A'))
+    , mnuRemoveRelationship(mnuEdit->AddItem(RemoveCaption, u'R'))
+{
+    if (ambient().UserMode())
+        m_tableCache = currentHost().newTableCodeCache();
+    build();
+    begin();
+}
+
+SuspRelList::~SuspRelList() = default;
+
+void SuspRelList::build()
+{
+    lvwRows->setObjectName(QStringLiteral("lvwRows"));
+    lvwRows->setAccessibleName(QStringLiteral("Relationship to Suspect"));
+    picEmpty->setObjectName(QStringLiteral("picEmpty"));
+    mnuEdit->setObjectName(QStringLiteral("mnuEdit"));
+    mnuAddRelationship->setObjectName(QStringLiteral("mnuAddRelationship"));
+    mnuRemoveRelationship->setObjectName(QStringLiteral("mnuRemoveRelationship"));
+
+    lvwRows->ClearColumnHeaders();
+    lvwRows->AddColumnHeader(KeyColumn, QString(), 0);
+    lvwRows->AddColumnHeader(ValueColumn, QString(), 0);
+    lvwRows->AddColumnHeader(NameColumn, QStringLiteral("Name"), TwipsPerInch);
+    lvwRows->AddColumnHeader(RelationColumn, QStringLiteral("Relationship to Suspect"), TwipsPerInch);
+    lvwRows->SetSortKey(KeyColumn);
+    lvwRows->SetAllowColumnReorder(false);
+    showTipWhenEmpty();
+
+    setFocusPolicy(Qt::StrongFocus);
+    setFocusProxy(lvwRows);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    resize(sizeHint());
+
+    m_subscriptions.push_back(lvwRows->MouseDown.subscribe(
+        [this](int button, int shift, Twips x, Twips y) { lvwRows_MouseDown(button, shift, x, y); }));
+    m_subscriptions.push_back(mnuAddRelationship->Click.subscribe([this] { mnuAddRelationship_Click(); }));
+    m_subscriptions.push_back(
+        mnuRemoveRelationship->Click.subscribe([this] { mnuRemoveRelationship_Click(); }));
+}
+
+// Properties
+
+void SuspRelList::SetOtherCollectionTag(const QString& tag)
+{
+    m_otherCollectionTag = tag;
+    Q_EMIT PropertyChanged(QStringLiteral("OtherCollectionTag"));
+}
+
+void SuspRelList::SetOtherItemName(const QString& name)
+{
+    m_otherItemName = name;
+    Q_EMIT PropertyChanged(QStringLiteral("OtherItemName"));
+}
+
+void SuspRelList::SetOtherItemSeqName(const QString& name)
+{
+    m_otherItemSeqName = name;
+    Q_EMIT PropertyChanged(QStringLiteral("OtherItemSeqName"));
+}
+
+bool SuspRelList::Enabled() const
+{
+    return !testAttribute(Qt::WA_ForceDisabled);
+}
+
+void SuspRelList::SetEnabled(bool enabled)
+{
+    setEnabled(enabled);
+    Q_EMIT PropertyChanged(QStringLiteral("Enabled"));
+}
+
+SavedProperties SuspRelList::savedProperties()
+{
+    return {{QStringLiteral("Enabled"), PropertyKind::Boolean, true, [this] { return Enabled(); },
+             [this](const QVariant& value) { SetEnabled(value.toBool()); }},
+            {QStringLiteral("OtherCollectionTag"), PropertyKind::Text, QString(),
+             [this] { return OtherCollectionTag(); },
+             [this](const QVariant& value) { SetOtherCollectionTag(value.toString()); }},
+            {QStringLiteral("OtherItemName"), PropertyKind::Text, QString(),
+             [this] { return OtherItemName(); },
+             [this](const QVariant& value) { SetOtherItemName(value.toString()); }},
+            {QStringLiteral("OtherItemSeqName"), PropertyKind::Text, QString(),
+             [this] { return OtherItemSeqName(); },
+             [this](const QVariant& value) { SetOtherItemSeqName(value.toString()); }}};
+}
+
+// The parties' collection
+
+tvTableCollectionPtr SuspRelList::ParseOtherCollectionTag(const tvBusinessObjectPtr& record)
+{
+    tvTableCollectionPtr collection;
+    const bool resolved = reportInBox(
+        this, QStringLiteral("Error in ") + ambient().DisplayName() + QStringLiteral(": "),
+        QStringLiteral("Error"), [&] { collection = resolveCollectionTag(m_otherCollectionTag, record); });
+    return resolved ? collection : currentHost().newTableCollection();
+}
+
+void SuspRelList::followOtherCollection(tvTableCollectionPtr collection)
+{
+    m_otherCollection = std::move(collection);
+    m_itemRemoved = m_otherCollection->ItemRemoved.subscribe(
+        [this](const QVariant& keyValue) { m_otherCollection_ItemRemoved(keyValue); });
+}
+
+void SuspRelList::m_otherCollection_ItemRemoved(const QVariant& keyValue)
+{
+    // Rows have keys of one part, so this finds none and the row stays; it is meant.
+    QVariant seqNo;
+    QString key;
+    continueOnError([&] { seqNo = seqNoOf(*openSuspect()); },
+                    [&] {
+                        key = rowKey({seqNo, keyValue});
+                    },
+                    [&] { lvwRows->Remove(key); }, [&] { showTipWhenEmpty(); });
+}
+
+// The link rows
+
+SuspectLinks SuspRelList::linksOf(const tvBusinessObjectPtr& suspect) const
+{
+    return {suspect, QStringLiteral("Suspect") + m_otherItemName + u's', m_otherItemSeqName};
+}
+
+tvTableRowPtr SuspRelList::openSuspect() const
+{
+    tvTableCollection& suspects = required(m_suspects, QStringLiteral("collection of suspects"));
+    return suspects.Item(suspects.Position());
+}
+
+void SuspRelList::SetRelation(SuspectLinks& links, tvTableRow& party, const QString& code)
+{
+    if (const tvTableRowPtr row = links.find(seqNoOf(party))) {
+        fieldOf(*row, RelationNoField)->SetValue(code);
+        return;
+    }
+    Session& session = currentHost().session();
+    const tvTableRowPtr row = links.add();
+    fieldOf(*row, m_otherItemSeqName)->SetValue(session.MakeFieldReference(fieldOf(party, SeqNoField)));
+    fieldOf(*row, SeqNoField)->SetValue(session.MakeFieldReference(fieldOf(*openSuspect(), SeqNoField)));
+    fieldOf(*row, RelationNoField)->SetValue(code);
+}
+
+bool SuspRelList::IsRelationRequired() const
+{
+    return currentHost().session().IsFieldRequired(
+        QStringLiteral("Incident"), QStringLiteral("IncdSusp") + m_otherItemName, RelationNoField, QString());
+}
+
+void SuspRelList::checkCompleteness(qint32 rowsFound) const
+{
+    const qint32 suspects = required(m_suspects, QStringLiteral("collection of suspects")).Count();
+    const qint32 parties = m_otherCollection->Count();
+    const bool isRequired = IsRelationRequired();
+    const qint32 missing = parties - rowsFound;
+    if (suspects == 0 || parties == 0 || missing <= 0 || !isRequired)
+        return;
+    throw Error(QStringLiteral("You must specify the relationship this suspect has to each ") +
+                    m_otherItemName.toLower() +
+                    QStringLiteral(" before continuing.\r\n\r\nYou need to add ") + QString::number(missing) +
+                    u' ' +
+                    (missing == 1 ? QStringLiteral("relationship") : QStringLiteral("more relationships")) +
+                    QStringLiteral(" to complete this section."),
+                CompletenessErrorNumber);
+}
+
+// The host's contract
+
+void SuspRelList::BoundSection_ReadData(const tvBusinessObjectPtr& record)
+{
+    const auto suspect =
+        childOf<tvBusinessObject>(required(record, QStringLiteral("record")), QStringLiteral("SuspectBO"));
+    const auto incident = currentHost().hostServices().GetParentObject(suspect);
+    m_suspects = childOf<tvTableCollection>(required(incident, QStringLiteral("incident of the suspect")),
+                                            QStringLiteral("Suspects"));
+    const QPointer<SuspRelList> self(this);
+    const tvTableCollectionPtr parties = ParseOtherCollectionTag(record);
+    if (!self) // somebody closed the form while the message was up
+        return;
+    followOtherCollection(parties);
+    lvwRows->Clear();
+    SuspectLinks links = linksOf(suspect);
+    for (const tvTableRowPtr& party : *parties) {
+        const tvTableRowPtr link = links.find(seqNoOf(*party));
+        // Parties that were never saved have no number yet, and share one row.
+        if (link && !HasListRow(*party))
+            AddListRow(*party, fieldOf(*link, RelationNoField)->Value());
+    }
+    if (lvwRows->Count() == 0)
+        showTip(true);
+    else
+        lvwRows->SetSelectedItem(lvwRows->Key(0));
+}
+
+void SuspRelList::BoundSection_WriteData(const tvBusinessObjectPtr& record)
+{
+    const auto suspect =
+        childOf<tvBusinessObject>(required(record, QStringLiteral("record")), QStringLiteral("SuspectBO"));
+    const QPointer<SuspRelList> self(this);
+    const tvTableCollectionPtr parties = ParseOtherCollectionTag(record);
+    if (!self)
+        return;
+    followOtherCollection(parties);
+    qint32 rowsFound = 0;
+    SuspectLinks links = linksOf(suspect);
+    for (const tvTableRowPtr& party : *parties) {
+        if (const QString key = rowKey(*party); lvwRows->Contains(key)) {
+            ++rowsFound;
+            SetRelation(links, *party, lvwRows->SubItem(key, ValueColumn));
+        } else {
+            links.remove(seqNoOf(*party));
+        }
+    }
+    checkCompleteness(rowsFound);
+}
+
+// The list
+
+void SuspRelList::AddListRow(tvTableRow& party, const QVariant& relationNo)
+{
+    showTip(false);
+    const QString key = rowKey(party);
+    lvwRows->AddItem(key, key);
+    lvwRows->SetSubItem(key, ValueColumn, ToText(relationNo));
+    lvwRows->SetSubItem(key, NameColumn,
+                        ToText(fieldOf(party, m_otherItemName + QStringLiteral("Name"))->Value()));
+    if (!m_tableCache)
+        m_tableCache = currentHost().newTableCodeCache();
+    lvwRows->SetSubItem(key, RelationColumn,
+                        m_tableCache->GetDescription(Tables::SuspectRelationship, relationNo));
+}
+
+bool SuspRelList::HasListRow(tvTableRow& party) const
+{
+    return lvwRows->Contains(rowKey(party));
+}
+
+void SuspRelList::showTip(bool show)
+{
+    picEmpty->setVisible(show);
+    lvwRows->setAccessibleDescription(show ? picEmpty->Sentence() : QString());
+}
+
+void SuspRelList::showTipWhenEmpty()
+{
+    showTip(lvwRows->Count() == 0);
+}
+
+// The menu
+
+void SuspRelList::lvwRows_MouseDown(int button, int, Twips x, Twips y)
+{
+    if ((button & RightButton) == 0)
+        return;
+    mnuRemoveRelationship->setEnabled(lvwRows->Count() > 0);
+    QString caption = RemoveCaption;
+    if (const auto selected = lvwRows->SelectedItem())
+        caption += QStringLiteral(" to '") + lvwRows->SubItem(*selected, NameColumn) + u'\'';
+    mnuRemoveRelationship->SetCaption(caption);
+    mnuEdit->PopUp(*lvwRows, x, y);
+}
+
+void SuspRelList::tellInformation(const QString& text, const QString& title)
+{
+    desktop().messageBoxes->tell(this, text, BoxIcon::Information, title);
+}
+
+void SuspRelList::mnuAddRelationship_Click()
+{
+    const tvTableCollectionPtr parties = m_otherCollection;
+    const QString word = m_otherItemName.toLower();
+    if (required(parties, QStringLiteral("collection of parties")).Count() == 0) {
+        tellInformation(QStringLiteral("There are no ") + word +
+                            QStringLiteral("s attached to this record. Add at least one ") + word +
+                            QStringLiteral(" first."),
+                        QStringLiteral("No ") + m_otherItemName + QStringLiteral("s Present"));
+        return;
+    }
+    QList<tvTableRowPtr> choices;
+    for (const tvTableRowPtr& party : *parties) {
+        if (!HasListRow(*party))
+            choices << party;
+    }
+    if (choices.isEmpty()) {
+        tellInformation(QStringLiteral("You've already added a relationship for each ") + word +
+                            QStringLiteral(" to this suspect."),
+                        QStringLiteral("No Relationships to Add"));
+        return;
+    }
+    askForRelation(choices);
+}
+
+void SuspRelList::askForRelation(const QList<tvTableRowPtr>& choices)
+{
+    // The dialog is a child of the window, which may die while the dialog is open, and the control with it.
+    const QPointer<SuspRelList> self(this);
+    const QPointer<frmSuspRel> dialog = new frmSuspRel;
+    const auto unload = qScopeGuard([&dialog] { delete dialog; });
+    dialog->SetupForm(m_otherItemName, choices, openSuspect());
+    dialog->ShowModal(this);
+    if (!self || !dialog || !dialog->Success())
+        return;
+    const tvTableRowPtr party = dialog->SelectedItem();
+    AddListRow(*party, dialog->SelectedRelation());
+    lvwRows->SetSelectedItem(rowKey(*party)); // in view, and ready to be taken back
+}
+
+void SuspRelList::mnuRemoveRelationship_Click()
+{
+    if (lvwRows->Count() == 0)
+        return;
+    const std::optional<QString> selected = lvwRows->SelectedItem();
+    if (!selected)
+        throw Error(QStringLiteral("There is no selected row"), MissingObjectNumber);
+    lvwRows->Remove(*selected);
+    showTipWhenEmpty();
+}
+
+// Layout
+
+void SuspRelList::UserControl_Resize()
+{
+    // Continue on error.
+    const Twips line = toTwips(QFontMetrics(font()).height()); // stands for the height of the header
+    continueOnError(
+        [&] { moveTo(*lvwRows, 0, 0, ScaleWidth(), ScaleHeight()); },
+        [&] { lvwRows->SetColumnWidth(NameColumn, static_cast<Twips>(NameShare * widthOf(*lvwRows))); },
+        [&] {
+            lvwRows->SetColumnWidth(RelationColumn, static_cast<Twips>(RelationShare * widthOf(*lvwRows)));
+        },
+        [&] {
+            moveTo(*picEmpty, ScaleWidth() / 2 - widthOf(*picEmpty) / 2,
+                   (ScaleHeight() - line) / 2 + line - heightOf(*picEmpty) / 2);
+        });
+}
+
+void SuspRelList::changeEvent(QEvent* event)
+{
+    UserControl::changeEvent(event);
+    if (event->type() == QEvent::EnabledChange)
+        picEmpty->SetFaded(!isEnabled());
+    if (event->type() == QEvent::FontChange)
+        guard("UserControl_Resize", [this] { UserControl_Resize(); });
+}
+
+QSize SuspRelList::sizeHint() const
+{
+    return lvwRows->sizeHint();
+}
+
+QSize SuspRelList::minimumSizeHint() const
+{
+    const int line = fontMetrics().height();
+    return {12 * line, 5 * line};
+}
+
+} // namespace tavrin

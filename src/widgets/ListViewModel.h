@@ -1,0 +1,73 @@
+#pragma once
+
+#include "ListView.h"
+
+#include <QAbstractTableModel>
+
+#include <unordered_map>
+#include <vector>
+
+namespace tavrin {
+
+/// The rows of a `ListView` in the order in which they show. Columns that hold texts only are no columns of
+/// the model.
+class ListView::Model final : public QAbstractTableModel
+{
+public:
+    struct Column
+    {
+        QString key;
+        QString caption;
+        Twips width;
+        bool shown;
+    };
+
+    void clearColumns();
+    void addColumn(Column column);
+    /// Raises an `Error` for a key that no column has.
+    int columnOf(const QString& key) const;
+    Column& column(int index) { return m_columns[static_cast<std::size_t>(index)]; }
+    /// The model's column of that column; -1 when it is not shown.
+    int shownIndex(int column) const;
+
+    void clearRows();
+    void add(const QString& key, const QString& text);
+    void remove(const QString& key);
+    bool contains(const QString& key) const { return m_byKey.contains(key); }
+    int rowOf(const QString& key) const { return rowOf(item(key)); }
+    QString keyAt(int row) const { return m_rows[static_cast<std::size_t>(row)]->key; }
+    QString text(const QString& key, int column) const { return item(key).texts.value(column); }
+    void setText(const QString& key, int column, const QString& text);
+
+    /// -1 for the order in which the rows came.
+    void sortBy(int column);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+private:
+    struct Item
+    {
+        QString key;
+        QStringList texts; // by column
+        quint64 number;    // in the order in which they came
+    };
+    using Rows = std::vector<const Item*>;
+
+    const Item& item(const QString& key) const;
+    int rowOf(const Item& item) const;
+    bool standsBefore(const Item& a, const Item& b) const;
+    Rows::const_iterator placeOf(const Item& item) const;
+    void sort();
+
+    std::vector<Column> m_columns;
+    std::vector<int> m_shown; // columns of the model
+    Rows m_rows;
+    std::unordered_map<QString, Item> m_byKey; // owns the items
+    quint64 m_nextNumber = 0;
+    int m_sortColumn = -1;
+};
+
+} // namespace tavrin

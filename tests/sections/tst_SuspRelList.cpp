@@ -1,0 +1,462 @@
+#include "SuspectForm.h"
+
+using namespace Qt::StringLiterals;
+using namespace tavrin;
+using tavrin::test::FakeRecord;
+using tavrin::test::ShownBox;
+using tavrin::test::SuspectForm;
+
+namespace {
+
+const QString Incomplete =
+    QStringLiteral("You must specify the relationship this suspect has to each victim before "
+                   "continuing.\r\n\r\nYou need to add %1 to complete this section.");
+
+} // namespace
+
+/// Reading and writing of `SuspRelList`.
+class tst_SuspRelList : public tavrin::test::TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    // Tags
+
+    void aBadTagShowsOneMessageAndLeavesAnEmptySectionAndIsNoErrorForTheHost_data()
+    {
+        QTest::addColumn<QString>("tag");
+        QTest::addColumn<QString>("text");
+        const QString start = u"Error in ctlVictims: Invalid collection tag. "_s;
+        QTest::newRow("empty, with two blanks")
+            << QString() << start + u" has too many segments (should be 0 or 1)."_s;
+        QTest::newRow("three segments")
+            << u"A.B.C"_s << start + u"A.B.C has too many segments (should be 0 or 1)."_s;
+        QTest::newRow("first segment no object")
+            << u"A.B"_s << start + u"A should refer to an tvBusinessObject."_s;
+        QTest::newRow("first segment a collection")
+            << u"Victims.B"_s << start + u"Victims should refer to an tvBusinessObject."_s;
+        QTest::newRow("no such collection")
+            << u"IncidentBO.B"_s << start + u"IncidentBO.B should refer to an tvTableCollection."_s;
+        QTest::newRow("a record, no collection")
+            << u"IncidentBO"_s << start + u"IncidentBO should refer to an tvTableCollection."_s;
+        QTest::newRow("one point alone") << u"."_s << start + u" should refer to an tvBusinessObject."_s;
+    }
+    void aBadTagShowsOneMessageAndLeavesAnEmptySectionAndIsNoErrorForTheHost()
+    {
+        QFETCH(QString, tag);
+        QFETCH(QString, text);
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        QCOMPARE(form.rows().size(), 2);
+        form.section->SetOtherCollectionTag(tag);
+        form.read();
+        const QList<ShownBox> shown = form.boxes.take();
+        QCOMPARE(shown.size(), 1);
+        QCOMPARE(shown.first().text, text);
+        QCOMPARE(shown.first().title, u"Error"_s);
+        QCOMPARE(shown.first().icon, BoxIcon::Critical);
+        QCOMPARE(form.rows(), QStringList());
+        QVERIFY(!form.tip->isHidden());
+        form.requireRelations();
+        form.write(); // no parties, so nothing is missing
+        QCOMPARE(form.boxes.texts(), QStringList{text});
+        QCOMPARE(form.linkTexts().size(), 2);
+    }
+
+    void theTagLeadsToTheCollection_data()
+    {
+        QTest::addColumn<QString>("tag");
+        QTest::newRow("in the record") << u"Victims"_s;
+        QTest::newRow("in a child of the record") << u"IncidentBO.Victims"_s;
+    }
+    void theTagLeadsToTheCollection()
+    {
+        QFETCH(QString, tag);
+        SuspectForm form(tag);
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        QCOMPARE(form.rows().size(), 2);
+        QCOMPARE(form.boxes.shown().size(), 0);
+    }
+
+    // Reading
+
+    void readingShowsOneRowForEachLinkedPartyAndSelectsTheFirst()
+    {
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        QVERIFY(!form.tip->isHidden());
+        form.read();
+        QCOMPARE(form.rows(), QStringList({u"key_1/1/Ash, Ann/Friend"_s, u"key_2/2/Birch, Ben/Neighbor"_s}));
+        QCOMPARE(form.list->SelectedItem(), u"key_1"_s);
+        QVERIFY(form.tip->isHidden());
+    }
+
+    void readingAgainReplacesTheRows()
+    {
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        form.links->SetPosition(1);
+        form.links->RemoveCurrent(false);
+        form.read();
+        QCOMPARE(form.rows(), QStringList{u"key_2/2/Birch, Ben/Neighbor"_s});
+        form.links->SetPosition(1);
+        form.links->RemoveCurrent(false);
+        form.read();
+        QCOMPARE(form.rows(), QStringList());
+        QVERIFY(!form.tip->isHidden());
+        QVERIFY(form.list->accessibleDescription().contains(form.tip->Sentence()));
+    }
+
+    void keysSortAsTextSoTenStandsBeforeTwo()
+    {
+        SuspectForm form;
+        for (const int seqNo : {2, 10}) {
+            form.addVictim(seqNo, u"Ash, Ann"_s);
+            form.addLink(seqNo, 3);
+        }
+        form.read();
+        QCOMPARE(form.rows(), QStringList({u"key_10/3/Ash, Ann/Stranger"_s, u"key_2/3/Ash, Ann/Stranger"_s}));
+        QCOMPARE(form.list->SelectedItem(), u"key_10"_s);
+    }
+
+    void theFirstOfSeveralLinksOfAPartyCounts()
+    {
+        SuspectForm form;
+        form.addVictim(1, u"Ash, Ann"_s);
+        form.addLink(1, 2);
+        form.addLink(1, 3);
+        form.read();
+        QCOMPARE(form.rows(), QStringList{u"key_1/2/Ash, Ann/Neighbor"_s});
+    }
+
+    void numbersMatchByValueAndTextsAreNoNumbers()
+    {
+        SuspectForm form;
+        form.addVictim(1, u"Ash, Ann"_s);
+        form.addVictim(2, u"Birch, Ben"_s);
+        form.addLink(1.0, 2);
+        form.addLink(u"2"_s, 2);
+        form.read();
+        QCOMPARE(form.rows(), QStringList{u"key_1/2/Ash, Ann/Neighbor"_s});
+    }
+
+    void aCodeOfNullShowsTheDescriptionOfNullAndIsWrittenAsAnEmptyText()
+    {
+        SuspectForm form;
+        form.host.setTable(Tables::SuspectRelationship, {{u"?"_s, u"Not told"_s, Null()}});
+        form.addVictim(1, u"Ash, Ann"_s);
+        form.addLink(1, Null());
+        form.read();
+        QCOMPARE(form.rows(), QStringList{u"key_1//Ash, Ann/Not told"_s});
+        form.write();
+        QCOMPARE(form.linkTexts(), QStringList{u"1  \"\""_s});
+    }
+
+    void partiesThatWereNeverSavedShareOneRowAndOneLink()
+    {
+        SuspectForm form;
+        form.addVictim(Null(), u"Ash, Ann"_s);
+        form.addVictim(Null(), u"Birch, Ben"_s);
+        form.addLink(Null(), 1);
+        form.read();
+        QCOMPARE(form.rows(), QStringList{u"key_/1/Ash, Ann/Friend"_s});
+        form.write();
+        form.write();
+        QCOMPARE(form.links->Count(), 1);
+    }
+
+    // Writing
+
+    void writingChangesLinksAndPutsTheCodeAsText()
+    {
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        form.list->SetSubItem(u"key_2"_s, u"relationship_value"_s, u"3"_s);
+        form.write();
+        QCOMPARE(form.linkTexts(), QStringList({u"1  \"1\""_s, u"2  \"3\""_s}));
+    }
+
+    void aNewLinkRefersToThePartyAndToTheSuspectThatIsOpenInTheForm()
+    {
+        SuspectForm form;
+        form.addSuspect(8, u"Nolan, Bea"_s);
+        form.suspects->SetPosition(2);
+        const tvTableRowPtr victim = form.addVictim(5, u"Ash, Ann"_s);
+        form.read();
+        form.list->AddItem(u"key_5"_s, u"key_5"_s);
+        form.list->SetSubItem(u"key_5"_s, u"relationship_value"_s, u"2"_s);
+        form.write();
+        QCOMPARE(form.linkTexts(), QStringList{u"5 8 \"2\""_s});
+        // References, not copies: what the save assigns arrives.
+        fieldOf(*victim, u"SeqNo"_s)->SetValue(55);
+        fieldOf(*form.suspects->Item(2), u"SeqNo"_s)->SetValue(88);
+        QCOMPARE(form.linkTexts(), QStringList{u"55 88 \"2\""_s});
+        fieldOf(*victim, u"SeqNo"_s)->SetValue(5);
+        form.write(); // finds the link through the reference
+        QCOMPARE(form.links->Count(), 1);
+    }
+
+    void afterRemoveAndASaveTheLinkIsGoneAndTheOthersStay()
+    {
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.addLink(99, 3); // of no party: it is left alone
+        form.read();
+        form.list->Remove(u"key_1"_s);
+        form.write();
+        QCOMPARE(form.linkTexts(), QStringList({u"2  \"2\""_s, u"99  3"_s}));
+        QCOMPARE(form.links->removedImmediately, QList<bool>{false}); // with the save, not at once
+    }
+
+    void afterRemoveAndANewReadWithoutASaveTheRowComesBack()
+    {
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        form.list->Remove(u"key_1"_s);
+        form.read();
+        QCOMPARE(form.rows().size(), 2);
+    }
+
+    void aRowWhosePartyWasRemovedNeverCountsAsFound()
+    {
+        SuspectForm form;
+        form.requireRelations();
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        form.victims->SetPosition(1);
+        form.victims->RemoveCurrent(false);
+        QCOMPARE(form.rows().size(), 2); // the row stays until the next read; it is meant
+        QCOMPARE(form.writeError().Description, Incomplete.arg(u"1 relationship"_s));
+        form.read();
+        QCOMPARE(form.rows(), QStringList{u"key_2/2/Birch, Ben/Neighbor"_s});
+    }
+
+    void aRemovedPartyLeavesItsRowAndTheTipFollowsTheRows()
+    {
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        form.tip->show(); // whatever it was before
+        form.victims->SetPosition(1);
+        form.victims->RemoveCurrent(false);
+        QCOMPARE(form.rows().size(), 2);
+        QVERIFY(form.tip->isHidden());
+    }
+
+    void aRowThatBearsTheKeyOfSuspectAndPartyGoesWithTheParty()
+    {
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        form.list->AddItem(u"key_7:3"_s, {});
+        form.victims->SetPosition(3);
+        form.victims->RemoveCurrent(false);
+        QVERIFY(!form.list->Contains(u"key_7:3"_s));
+    }
+
+    void aPartyThatGoesWhileThereIsNoSuspectRaisesNothing()
+    {
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        form.suspects->RemoveCurrent(false);
+        form.victims->RemoveCurrent(false);
+        QCOMPARE(form.rows().size(), 2);
+    }
+
+    void onlyTheLatestCollectionIsFollowed()
+    {
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        const auto before = form.victims;
+        const auto after = std::make_shared<tavrin::test::FakeCollection>(
+            before->KeyColumn() == u"SeqNo"_s ? QStringList{u"SeqNo"_s} : QStringList());
+        form.incident->setItem(u"Victims"_s, after);
+        form.write(); // a write connects anew, as a read does
+        form.list->AddItem(u"key_7:1"_s, {});
+        before->SetPosition(1);
+        before->RemoveCurrent(false);
+        QVERIFY(form.list->Contains(u"key_7:1"_s));
+        fieldOf(*after->AddNew(), u"SeqNo"_s)->SetValue(1);
+        after->RemoveCurrent(false);
+        QVERIFY(!form.list->Contains(u"key_7:1"_s));
+    }
+
+    // Completeness
+
+    void aMissingRelationshipRefusesTheSaveOnlyWhereItIsRequired_data()
+    {
+        QTest::addColumn<int>("links");
+        QTest::addColumn<bool>("isRequired");
+        QTest::addColumn<bool>("hasSuspect");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("one of three missing") << 2 << true << true << Incomplete.arg(u"1 relationship"_s);
+        QTest::newRow("two missing") << 1 << true << true << Incomplete.arg(u"2 more relationships"_s);
+        QTest::newRow("all missing") << 0 << true << true << Incomplete.arg(u"3 more relationships"_s);
+        QTest::newRow("none missing") << 3 << true << true << QString();
+        QTest::newRow("not required") << 0 << false << true << QString();
+        QTest::newRow("no suspects") << 0 << true << false << QString();
+    }
+    void aMissingRelationshipRefusesTheSaveOnlyWhereItIsRequired()
+    {
+        QFETCH(int, links);
+        QFETCH(bool, isRequired);
+        QFETCH(bool, hasSuspect);
+        QFETCH(QString, text);
+        SuspectForm form;
+        for (int seqNo = 1; seqNo <= 3; ++seqNo)
+            form.addVictim(seqNo, u"Ash, Ann"_s);
+        for (int seqNo = 1; seqNo <= links; ++seqNo)
+            form.addLink(seqNo, 1);
+        if (isRequired)
+            form.requireRelations();
+        if (!hasSuspect)
+            form.suspects->RemoveCurrent(false);
+        form.read();
+        const Error error = form.writeError();
+        QCOMPARE(error.Description, text);
+        QCOMPARE(error.Number, text.isEmpty() ? 0 : -1550907422);
+        QCOMPARE(error.Source, QString());
+        QCOMPARE(static_cast<quint32>(SuspRelList::CompletenessErrorNumber), 0xA38F07E2U);
+    }
+
+    void withoutPartiesTheCheckNeverFires()
+    {
+        SuspectForm form;
+        form.requireRelations();
+        form.read();
+        QCOMPARE(form.writeError().Number, 0);
+    }
+
+    void aRefusedSaveLeavesTheCompleteLinksWrittenAndThisIsMeant()
+    {
+        SuspectForm form;
+        form.requireRelations();
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        form.list->Remove(u"key_1"_s);
+        form.list->SetSubItem(u"key_2"_s, u"relationship_value"_s, u"3"_s);
+        QCOMPARE(form.writeError().Number, SuspRelList::CompletenessErrorNumber);
+        QCOMPARE(form.linkTexts(), QStringList{u"2  \"3\""_s});
+    }
+
+    void theWordIsInLowerCaseInTheText()
+    {
+        SuspectForm form;
+        form.host.state().requiredFields << u"Incident/IncdSuspOther/RelationNo"_s;
+        form.section->SetOtherItemName(u"Other"_s);
+        form.suspectBO->setItem(u"SuspectOthers"_s, form.links);
+        form.addVictim(1, {});
+        form.read();
+        QVERIFY(form.writeError().Description.startsWith(
+            u"You must specify the relationship this suspect has to each other before continuing."_s));
+    }
+
+    // Failures
+
+    void writingBeforeAnyReadFailsForLackOfTheSuspects()
+    {
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        QCOMPARE(form.writeError().Number, 91);
+    }
+
+    void whatIsMissingInARecordGoesToTheHost_data()
+    {
+        QTest::addColumn<QString>("missing");
+        QTest::newRow("the suspect") << u"SuspectBO"_s;
+        QTest::newRow("the incident") << u"parent"_s;
+        QTest::newRow("the suspects") << u"Suspects"_s;
+        QTest::newRow("the links") << u"SuspectVictims"_s;
+        QTest::newRow("the link's field") << u"VictimSeqNo"_s;
+        QTest::newRow("the party's name") << u"VictimName"_s;
+    }
+    void whatIsMissingInARecordGoesToTheHost()
+    {
+        QFETCH(QString, missing);
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        if (missing == u"SuspectBO"_s)
+            form.page->setItem(missing, nullptr);
+        else if (missing == u"parent"_s)
+            form.host.state().parents.clear();
+        else if (missing == u"Suspects"_s)
+            form.incident->setItem(missing, nullptr);
+        else if (missing == u"SuspectVictims"_s)
+            form.suspectBO->setItem(missing, nullptr);
+        else if (missing == u"VictimSeqNo"_s)
+            form.section->SetOtherItemSeqName(u"NoSuchField"_s);
+        else
+            form.victims->Add(std::make_shared<tavrin::test::FakeRow>(
+                QList<tvFieldPtr>{std::make_shared<tavrin::test::FakeField>(u"SeqNo"_s, 4)}));
+        form.addLink(4, 1);
+        QVERIFY_EXCEPTION_THROWN(form.read(), Error);
+        QCOMPARE(form.boxes.shown().size(), 0);
+    }
+
+    void aFailureOfTheHostReachesTheCallerAsItIs()
+    {
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        form.host.failWith(Error(u"no server"_s, 1234, u"Session"_s));
+        QVERIFY_EXCEPTION_THROWN(form.read(), Error);
+        const Error error = form.writeError();
+        QCOMPARE(error.Description, u"no server"_s);
+        QCOMPARE(error.Number, 1234);
+        QCOMPARE(error.Source, u"Session"_s);
+    }
+
+    // Order and cost
+
+    void theSuspectsComeBeforeTheTagIsResolved()
+    {
+        SuspectForm form(QString{});
+        form.host.state().parents.clear();
+        QVERIFY_EXCEPTION_THROWN(form.read(), Error);
+        QCOMPARE(form.boxes.shown().size(), 0); // it has not come to the tag
+    }
+
+    void whetherTheFieldIsRequiredIsAskedBehindTheLinksAreWritten()
+    {
+        SuspectForm form;
+        form.addVictim(1, u"Ash, Ann"_s);
+        form.read();
+        form.list->AddItem(u"key_1"_s, u"key_1"_s);
+        form.host.state().log.clear();
+        form.write();
+        QCOMPARE(form.host.state().log,
+                 QStringList({u"MakeFieldReference"_s, u"MakeFieldReference"_s, u"IsFieldRequired"_s}));
+    }
+
+    void aThousandPartiesReadEachLinkOnlyAFewTimes()
+    {
+        SuspectForm form;
+        constexpr int Count = 1000;
+        for (int i = 1; i <= Count; ++i)
+            form.addVictim(i, u"Ash, Ann"_s);
+        for (int i = Count; i >= 1; --i)
+            form.addLink(i, 1);
+        form.links->reads = 0;
+        form.read();
+        QCOMPARE(form.list->Count(), Count);
+        QVERIFY2(form.links->reads <= 4 * Count, qPrintable(QString::number(form.links->reads)));
+        for (int i = 1; i <= Count; i += 2)
+            form.list->Remove(u"key_%1"_s.arg(i));
+        form.links->reads = 0;
+        form.write();
+        QCOMPARE(form.links->Count(), Count / 2);
+        QVERIFY2(form.links->reads <= 6 * Count, qPrintable(QString::number(form.links->reads)));
+        for (const tvTableRowPtr& row : *form.links)
+            QCOMPARE(fieldOf(*row, u"VictimSeqNo"_s)->Value().toInt() % 2, 0);
+    }
+};
+
+TAVRIN_TEST_MAIN(tst_SuspRelList)
+#include "tst_SuspRelList.moc"

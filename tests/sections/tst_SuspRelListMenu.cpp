@@ -1,0 +1,318 @@
+#include "SuspectForm.h"
+#include "sections/frmSuspRel.h"
+#include "support/NextModal.h"
+#include "widgets/FlatDropdown.h"
+
+using namespace Qt::StringLiterals;
+using namespace tavrin;
+using tavrin::test::NextModal;
+using tavrin::test::ShownBox;
+using tavrin::test::SuspectForm;
+using tavrin::test::Unhandled;
+
+namespace {
+
+FlatDropdown& combo(QWidget& dialog, const char* name)
+{
+    return *dialog.findChild<FlatDropdown*>(QString::fromLatin1(name));
+}
+
+void openByKey(SuspectForm& form)
+{
+    QTest::keyClick(form.window.windowHandle(), Qt::Key_Menu);
+}
+
+} // namespace
+
+/// The menu of `SuspRelList` and what it does.
+class tst_SuspRelListMenu : public tavrin::test::TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    // The menu
+
+    void aRightClickOnARowSelectsItAndTheCaptionNamesItsParty()
+    {
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        QVERIFY(form.show());
+        form.rightClick(form.placeOfRow(1));
+        QVERIFY(form.menu->isVisible());
+        QCOMPARE(form.menu->title(), u"Edit"_s);
+        QCOMPARE(form.add->Caption(), u"Add Relationship"_s);
+        QCOMPARE(form.remove->Caption(), u"Remove Relationship to 'Birch, Ben'"_s);
+        QVERIFY(form.add->isEnabled());
+        QVERIFY(form.remove->isEnabled());
+        form.menu->close();
+    }
+
+    void theLeftAndTheMiddleButtonDoNothing_data()
+    {
+        QTest::addColumn<Qt::MouseButton>("button");
+        QTest::newRow("left") << Qt::LeftButton;
+        QTest::newRow("middle") << Qt::MiddleButton;
+    }
+    void theLeftAndTheMiddleButtonDoNothing()
+    {
+        QFETCH(Qt::MouseButton, button);
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        QVERIFY(form.show());
+        QTest::mouseClick(form.window.windowHandle(), button, {},
+                          form.section->mapTo(&form.window, form.placeOfRow(0)));
+        QVERIFY(!form.menu->isVisible());
+    }
+
+    void inAnEmptyListAClickOnTheTipOpensTheMenuWithoutRemove()
+    {
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        QVERIFY(form.show());
+        form.rightClick(form.placeOfRow(0)); // leaves a name in the caption
+        form.menu->close();
+        form.section->SetOtherCollectionTag(u"IncidentBO.Victims"_s);
+        form.suspectBO->setItem(u"SuspectVictims"_s, std::make_shared<tavrin::test::FakeCollection>());
+        form.read();
+        form.rightClick(form.tip->geometry().center());
+        QVERIFY(form.menu->isVisible());
+        QVERIFY(form.add->isEnabled());
+        QVERIFY(!form.remove->isEnabled());
+        QCOMPARE(form.remove->Caption(), u"Remove Relationship"_s);
+        form.menu->close();
+    }
+
+    void withRowsButNoneSelectedTheCaptionIsPlainAndRemoveFailsAsAMissingObject()
+    {
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        QVERIFY(form.show());
+        const Unhandled unhandled;
+        form.list->SetSelectedItem(std::nullopt);
+        openByKey(form);
+        QCOMPARE(form.remove->Caption(), u"Remove Relationship"_s);
+        QVERIFY(form.remove->isEnabled());
+        QTest::keyClick(form.menu, Qt::Key_R);
+        QCOMPARE(unhandled.texts, QStringList{u"MenuItem_Click: There is no selected row"_s});
+        QCOMPARE(form.rows().size(), 2);
+    }
+
+    void theMenuKeyOpensTheMenuOfTheSelectedRow()
+    {
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        QVERIFY(form.show());
+        QTest::keyClick(form.window.windowHandle(), Qt::Key_Down);
+        QTest::keyClick(form.window.windowHandle(), Qt::Key_F10, Qt::ShiftModifier);
+        QVERIFY(form.menu->isVisible());
+        QCOMPARE(form.remove->Caption(), u"Remove Relationship to 'Birch, Ben'"_s);
+        form.menu->close();
+    }
+
+    void aDisabledSectionOpensNoMenu()
+    {
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        QVERIFY(form.show());
+        form.section->SetEnabled(false);
+        form.rightClick(form.placeOfRow(0));
+        QVERIFY(!form.menu->isVisible());
+    }
+
+    // Remove
+
+    void removingTakesTheSelectedRowAndTheTipComesBehindTheLast()
+    {
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        QVERIFY(form.show());
+        form.rightClick(form.placeOfRow(1));
+        QTest::keyClick(form.menu, Qt::Key_R);
+        QCOMPARE(form.rows(), QStringList{u"key_1/1/Ash, Ann/Friend"_s});
+        QVERIFY(!form.tip->isVisible());
+        QCOMPARE(form.links->Count(), 2); // nothing reaches the record before a write
+        openByKey(form);
+        QTest::keyClick(form.menu, Qt::Key_R);
+        QCOMPARE(form.rows(), QStringList());
+        QVERIFY(form.tip->isVisible());
+        form.write();
+        QCOMPARE(form.links->Count(), 0);
+    }
+
+    // Add
+
+    void addingOffersThePartiesWithoutARowAndAddsTheChosenOne()
+    {
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.addVictim(4, u"Dogwood, Di"_s);
+        form.read();
+        QVERIFY(form.show());
+        QStringList names;
+        QStringList captions;
+        QWidget* parent = nullptr;
+        const NextModal next([&](QWidget& window) {
+            auto& dialog = dynamic_cast<frmSuspRel&>(window);
+            parent = dialog.parentWidget();
+            for (int i = 0; i < combo(dialog, "cboName").ListCount(); ++i)
+                names << combo(dialog, "cboName").List(i);
+            QTest::keyClick(dialog.windowHandle(), Qt::Key_Down); // the second party
+            QTest::keyClick(dialog.windowHandle(), Qt::Key_Tab);
+            QTest::keyClick(dialog.windowHandle(), Qt::Key_S); // Stranger
+            QTest::keyClick(dialog.windowHandle(), Qt::Key_Return);
+        });
+        openByKey(form);
+        QTest::keyClick(form.menu, Qt::Key_A);
+        QVERIFY(next.came());
+        QCOMPARE(parent, &form.window);
+        QCOMPARE(names, QStringList({u"Cedar, Cy"_s, u"Dogwood, Di"_s}));
+        QCOMPARE(form.rows(), QStringList({u"key_1/1/Ash, Ann/Friend"_s, u"key_2/2/Birch, Ben/Neighbor"_s,
+                                           u"key_4/3/Dogwood, Di/Stranger"_s}));
+        QCOMPARE(form.list->SelectedItem(), u"key_4"_s);
+        QCOMPARE(form.boxes.shown().size(), 0);
+        QCOMPARE(form.links->Count(), 2);
+        QVERIFY(form.window.findChildren<frmSuspRel*>().isEmpty()); // unloaded
+        form.write();
+        QCOMPARE(form.linkTexts().last(), u"4 7 \"3\""_s);
+    }
+
+    void theFirstRowHidesTheTip()
+    {
+        SuspectForm form;
+        form.addVictim(1, u"Ash, Ann"_s);
+        form.read();
+        QVERIFY(form.show());
+        QVERIFY(form.tip->isVisible());
+        const NextModal next([&](QWidget& dialog) {
+            combo(dialog, "cboRelationship").SetListIndex(1);
+            QTest::keyClick(dialog.windowHandle(), Qt::Key_Return);
+        });
+        openByKey(form);
+        QTest::keyClick(form.menu, Qt::Key_A);
+        QVERIFY(!form.tip->isVisible());
+        QCOMPARE(form.rows(), QStringList{u"key_1/1/Ash, Ann/Friend"_s});
+    }
+
+    void cancellingAddsNothing()
+    {
+        SuspectForm form;
+        form.addVictim(1, u"Ash, Ann"_s);
+        form.read();
+        QVERIFY(form.show());
+        const NextModal next([&](QWidget& dialog) {
+            combo(dialog, "cboRelationship").SetListIndex(1);
+            QTest::keyClick(dialog.windowHandle(), Qt::Key_Escape);
+        });
+        openByKey(form);
+        QTest::keyClick(form.menu, Qt::Key_A);
+        QVERIFY(next.came());
+        QCOMPARE(form.rows(), QStringList());
+        QVERIFY(form.tip->isVisible());
+    }
+
+    void theDialogNamesTheSuspectThatIsOpenInTheForm()
+    {
+        SuspectForm form;
+        form.addSuspect(8, u"Nolan, Bea"_s);
+        form.addVictim(1, u"Ash, Ann"_s);
+        form.suspects->SetPosition(2);
+        form.read();
+        QVERIFY(form.show());
+        QString relationship;
+        const NextModal next([&](QWidget& dialog) {
+            relationship = combo(dialog, "cboRelationship").accessibleName();
+            dialog.close();
+        });
+        openByKey(form);
+        QTest::keyClick(form.menu, Qt::Key_A);
+        QCOMPARE(relationship, u"Relationship to Nolan, Bea"_s);
+    }
+
+    void withoutPartiesABoxSaysSo()
+    {
+        SuspectForm form;
+        form.read();
+        QVERIFY(form.show());
+        openByKey(form);
+        QTest::keyClick(form.menu, Qt::Key_A);
+        const QList<ShownBox> shown = form.boxes.take();
+        QCOMPARE(shown.size(), 1);
+        QCOMPARE(shown.first().title, u"No Victims Present"_s);
+        QCOMPARE(shown.first().text,
+                 u"There are no victims attached to this record. Add at least one victim first."_s);
+        QCOMPARE(shown.first().icon, BoxIcon::Information);
+    }
+
+    void withARowForEachPartyABoxSaysSo()
+    {
+        SuspectForm form;
+        form.addVictim(1, u"Ash, Ann"_s);
+        form.addLink(1, 1);
+        form.read();
+        QVERIFY(form.show());
+        openByKey(form);
+        QTest::keyClick(form.menu, Qt::Key_A);
+        const QList<ShownBox> shown = form.boxes.take();
+        QCOMPARE(shown.size(), 1);
+        QCOMPARE(shown.first().title, u"No Relationships to Add"_s);
+        QCOMPARE(shown.first().text,
+                 u"You've already added a relationship for each victim to this suspect."_s);
+        QCOMPARE(shown.first().icon, BoxIcon::Information);
+    }
+
+    void addingBeforeAnyReadFailsAndTheFailureDoesNotCrossQt()
+    {
+        SuspectForm form;
+        QVERIFY(form.show());
+        const Unhandled unhandled;
+        openByKey(form);
+        QTest::keyClick(form.menu, Qt::Key_A);
+        QCOMPARE(unhandled.texts.size(), 1);
+        QCOMPARE(form.boxes.shown().size(), 0);
+    }
+
+    void aFailureOfTheHostWhileTheDialogIsFilledLeavesNoDialogBehind()
+    {
+        SuspectForm form;
+        form.addVictim(1, u"Ash, Ann"_s);
+        form.read();
+        QVERIFY(form.show());
+        const Unhandled unhandled;
+        openByKey(form);
+        form.host.failWith(Error(u"no table"_s));
+        QTest::keyClick(form.menu, Qt::Key_A);
+        QCOMPARE(unhandled.texts, QStringList{u"MenuItem_Click: no table"_s});
+        for (const QWidget* window : QApplication::topLevelWidgets())
+            QVERIFY(!qobject_cast<const frmSuspRel*>(window));
+    }
+
+    void aFormThatDeletesTheSectionWhileTheDialogIsOpenEndsTheAddingQuietly()
+    {
+        SuspectForm form;
+        form.addVictim(1, u"Ash, Ann"_s);
+        form.read();
+        QVERIFY(form.show());
+        const Unhandled unhandled;
+        const NextModal next([&](QWidget& dialog) {
+            combo(dialog, "cboRelationship").SetListIndex(1);
+            form.section->deleteLater();
+            QCoreApplication::sendPostedEvents(form.section, QEvent::DeferredDelete);
+            QTest::keyClick(dialog.windowHandle(), Qt::Key_Return);
+        });
+        // As a slot does it: not from inside an event of the menu, which dies with the section.
+        QTimer::singleShot(0, form.section, [&form] { form.add->trigger(); });
+        QVERIFY(QTest::qWaitFor([&] { return next.came() && !QApplication::activeModalWidget(); }));
+        QVERIFY(form.section.isNull());
+        QCOMPARE(unhandled.texts, QStringList());
+    }
+};
+
+TAVRIN_TEST_MAIN(tst_SuspRelListMenu)
+#include "tst_SuspRelListMenu.moc"
