@@ -118,16 +118,8 @@ SavedProperty SearchPicker::removeUsedValuesProperty()
 
 SavedProperty SearchPicker::fontProperty()
 {
-    const FontPtr container = ambient().Font();
-    const QVariant standard = QVariant::fromValue(container);
-    return {QStringLiteral("Font"), PropertyKind::Font, standard,
-            [this, container, standard] {
-                // Equal to the container's is the default, though it is another object.
-                const bool same =
-                    Font()->toQFont() == container->toQFont() && Font()->Charset() == container->Charset();
-                return same ? standard : QVariant::fromValue(Font());
-            },
-            [this](const QVariant& value) { SetFont(value.value<FontPtr>()); }};
+    return tavrin::fontProperty(
+        ambient().Font(), [this] { return Font(); }, [this](const FontPtr& font) { SetFont(font); });
 }
 
 SavedProperty SearchPicker::backColorProperty()

@@ -41,6 +41,18 @@ QVariant toText(const QVariant& value)
 
 } // namespace
 
+SavedProperty fontProperty(const FontPtr& standard, std::function<FontPtr()> get,
+                           std::function<void(const FontPtr&)> put)
+{
+    const auto saved = [standard, get = std::move(get)] {
+        const FontPtr font = get();
+        const bool same = font->toQFont() == standard->toQFont() && font->Charset() == standard->Charset();
+        return QVariant::fromValue(same ? standard : font);
+    };
+    return {QStringLiteral("Font"), PropertyKind::Font, QVariant::fromValue(standard), saved,
+            [put = std::move(put)](const QVariant& value) { put(value.value<FontPtr>()); }};
+}
+
 QVariant convertProperty(PropertyKind kind, const QVariant& value)
 {
     switch (kind) {

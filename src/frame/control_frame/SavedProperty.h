@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Font.h"
+
 #include <QString>
 #include <QVariant>
 
@@ -35,6 +37,11 @@ struct SavedProperty
     /// A key under which older forms hold the value: read where the key is missing, never written.
     QString olderKey = {};
 };
+
+/// The property "Font". A font that says the same as the default counts as the default, though it is another
+/// object.
+SavedProperty fontProperty(const FontPtr& standard, std::function<FontPtr()> get,
+                           std::function<void(const FontPtr&)> put);
 
 /// In the order in which they are read and written.
 using SavedProperties = std::vector<SavedProperty>;
