@@ -271,8 +271,8 @@ void AgencyPicker::UserControl_Resize()
         [&] { rowHeight = toTwips(fontMetrics().height()) + AroundLine; },
         [&] { lblDescription->resize(lblDescription->width(), toPixels(rowHeight)); },
         [&] {
-            moveTo(*lblDescription, leftOf(*lblDescription), toTwips(lblDescription->y()),
-                   ScaleWidth() - leftOf(*lblDescription), heightOf(*lblDescription));
+            const Twips width = std::max(ScaleWidth() - leftOf(*lblDescription), Twips(0));
+            lblDescription->resize(toPixels(width), lblDescription->height());
         },
         [&] {
             if (Height() != rowHeight)

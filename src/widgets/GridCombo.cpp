@@ -15,6 +15,12 @@ namespace {
 
 constexpr double LargestPlain = 1e15; // up to here equal numbers have equal texts
 
+bool isPlain(double number)
+{
+    return number == std::trunc(number) && std::fabs(number) < LargestPlain &&
+           !(number == 0 && std::signbit(number));
+}
+
 /// A value by which rows can be looked up: two plain values are the same to `Find` just when their keys are
 /// equal. Nothing for a value that only `Find` itself can compare.
 std::optional<QVariant> plainKey(const QVariant& value)
@@ -27,12 +33,16 @@ std::optional<QVariant> plainKey(const QVariant& value)
         return value.toInt();
     case QMetaType::Double: {
         const double number = value.toDouble();
-        const bool isPlain = number == std::trunc(number) && std::fabs(number) < LargestPlain &&
-                             !(number == 0 && std::signbit(number));
-        return isPlain ? std::optional<QVariant>(static_cast<qint64>(number)) : std::nullopt;
+        return isPlain(number) ? std::optional<QVariant>(static_cast<qint64>(number)) : std::nullopt;
     }
-    case QMetaType::QString:
-        return value;
+    case QMetaType::QString: {
+        // A text that says a number in another way, such as "07", is the same as the number to `Find`.
+        const QString text = value.toString();
+        bool isNumber = false;
+        const double number = text.toDouble(&isNumber);
+        const bool isOwnKey = !isNumber || (isPlain(number) && QString::number(number, 'f', 0) == text);
+        return isOwnKey ? std::optional(value) : std::nullopt;
+    }
     default:
         return std::nullopt;
     }
@@ -116,11 +126,11 @@ void GridArray::DeleteFirstOfEach(int fromRow, int column, const QVariantList& v
     const auto cellOf = [column](const Row& row) -> const QVariant& {
         return row.at(static_cast<std::size_t>(column));
     };
-    const auto isPlain = [](const QVariant& value) { return IsNull(value) || plainKey(value).has_value(); };
+    const auto hasKey = [](const QVariant& value) { return IsNull(value) || plainKey(value).has_value(); };
     const bool arePlain =
-        column >= 0 && column < ColumnCount && std::all_of(values.begin(), values.end(), isPlain) &&
+        column >= 0 && column < ColumnCount && std::all_of(values.begin(), values.end(), hasKey) &&
         std::none_of(values.begin(), values.end(), IsNull) &&
-        std::all_of(first, m_rows.end(), [&](const Row& row) { return isPlain(cellOf(row)); });
+        std::all_of(first, m_rows.end(), [&](const Row& row) { return hasKey(cellOf(row)); });
     if (!arePlain) {
         for (const QVariant& value : values) {
             if (const int row = Find(fromRow, column, value); row != 0)

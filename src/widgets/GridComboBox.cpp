@@ -249,6 +249,7 @@ void GridComboBox::OpenList()
     qApp->installEventFilter(this);
     m_popup->show();
     m_table->setMarkedRow(m_row);
+    m_table->centreMarkedRow();
     markChanged();
     update();
     GridComboBoxAccessible::tellExpanded(*this);

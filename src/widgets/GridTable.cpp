@@ -184,6 +184,12 @@ void GridTable::setMarkedRow(int row)
         MarkChanged.raise();
 }
 
+void GridTable::centreMarkedRow()
+{
+    if (markedRow() > 0)
+        scrollTo(currentIndex(), PositionAtCenter);
+}
+
 int GridTable::pageRows() const
 {
     return std::max(viewport()->height() / rowHeight(), 1);

@@ -50,6 +50,8 @@ public:
     int markedRow() const;
     /// Scrolls so that the row is in view.
     void setMarkedRow(int row);
+    /// So that its neighbours on both sides show.
+    void centreMarkedRow();
     /// Rows of one page.
     int pageRows() const;
     int rowHeight() const;

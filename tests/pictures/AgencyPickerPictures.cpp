@@ -34,7 +34,7 @@ struct Form
                        {QStringLiteral("SFM"), QStringLiteral("State Fire Marshal"), 5},
                        {QStringLiteral("WPD"), QStringLiteral("Wrenfield Police"), 6}});
         host.state().inactive[Tables::Agency] = {2, 5};
-        window.resize(420, 250);
+        window.resize(420, 310);
         other = new QLineEdit(&window);
         other->setGeometry(-100, -100, 10, 10);
         PropertyBag bag;
