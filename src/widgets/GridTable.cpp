@@ -18,7 +18,7 @@ namespace {
 constexpr int VisibleRows = 12;
 constexpr int RowPadding = 6;     // above and below the text together
 constexpr int TextPadding = 18;   // beside the text of a column
-constexpr int BesideNothing = 8;  // before the line of an empty list
+constexpr int BesideNothing = 4;  // before the line of an empty list
 constexpr int MeasuredRows = 200; // so many rows, evenly spread, decide how wide a column is
 constexpr float Faded = 0.75F;
 
