@@ -1,6 +1,7 @@
 #include "ClassRegister.h"
 
 #include "geocode/LatLong.h"
+#include "lookup/AgencyPicker.h"
 #include "lookup/AutoCompleteField.h"
 #include "lookup/EmployeePicker.h"
 #include "lookup/FlatEmployeePicker.h"
@@ -17,6 +18,7 @@ const ControlRegister& publicControls()
 {
     static const ControlRegister controls = [] {
         ControlRegister classes;
+        classes.add<AgencyPicker>(QStringLiteral("TVBoundControls.AgencyPicker"));
         classes.add<AutoCompleteField>(QStringLiteral("TVBoundControls.AutoCompleteField"));
         classes.add<EmployeePicker>(QStringLiteral("TVBoundControls.EmployeePicker"));
         classes.add<FlatEmployeePicker>(QStringLiteral("TVBoundControls.FlatEmployeePicker"));

@@ -168,19 +168,23 @@ QVariant SelectGridComboValue(GridCombo& combo, const QVariant& value)
     }
     const int found = combo.Array().Find(FirstRow, ValueColumn, ToLong(value));
     const int row = found == 0 ? FirstRow : found;
-    combo.SetBookmark(row);
-    return combo.Array().Value(row, ValueColumn);
+    if (row > combo.Array().UpperBound()) { // an empty list
+        combo.SetBookmark(row);
+        return combo.Array().Value(row, ValueColumn); // raises
+    }
+    const QVariant selected = combo.Array().Value(row, ValueColumn);
+    combo.SetBookmark(row); // whose followers may delete the combo
+    return selected;
 }
 
 void RemoveUsedGridValues(GridCombo& combo, const QVariantList& used, const QVariant& current)
 {
+    QVariantList taken;
     for (const QVariant& value : used) {
-        if (IsNull(value) || SameValue(value, current))
-            continue;
-        const int row = combo.Array().Find(FirstRow + 1, ValueColumn, value);
-        if (row != 0)
-            combo.Array().DeleteRow(row);
+        if (!IsNull(value) && !SameValue(value, current))
+            taken << value;
     }
+    combo.Array().DeleteFirstOfEach(FirstRow + 1, ValueColumn, taken);
     combo.Rebind();
 }
 

@@ -50,7 +50,7 @@ void HostListFilling::FillTableGrid(TableNumber table, GridCombo& combo, bool in
     GridArray& array = combo.Array();
     array.AppendRow({QString(), QString(), Null(), Null()});
     for (const CodeValueRow& row : choices(table, includeInactive, value))
-        array.AppendRow({row.Id, row.DisplayText, row.ValueNo, row.Active});
+        array.AppendRow({row.Id, row.DisplayText, row.ValueNo, QString::number(row.Active ? 1 : 0)});
     combo.Rebind();
 }
 

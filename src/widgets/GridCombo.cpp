@@ -3,9 +3,90 @@
 #include "base/Error.h"
 #include "base/Variant.h"
 
+#include <QHash>
+
 #include <algorithm>
+#include <cmath>
+#include <optional>
 
 namespace tavrin {
+
+namespace {
+
+constexpr double LargestPlain = 1e15; // up to here equal numbers have equal texts
+
+bool isPlain(double number)
+{
+    return number == std::trunc(number) && std::fabs(number) < LargestPlain &&
+           !(number == 0 && std::signbit(number));
+}
+
+/// A value by which rows can be looked up: two plain values are the same to `Find` just when their keys are
+/// equal. Nothing for a value that only `Find` itself can compare.
+std::optional<QVariant> plainKey(const QVariant& value)
+{
+    if (IsNull(value))
+        return std::nullopt;
+    switch (value.typeId()) {
+    case QMetaType::Int:
+    case QMetaType::Short:
+        return value.toInt();
+    case QMetaType::Double: {
+        const double number = value.toDouble();
+        return isPlain(number) ? std::optional<QVariant>(static_cast<qint64>(number)) : std::nullopt;
+    }
+    case QMetaType::QString: {
+        // A text that says a number in another way, such as "07", is the same as the number to `Find`.
+        const QString text = value.toString();
+        bool isNumber = false;
+        const double number = text.toDouble(&isNumber);
+        const bool isOwnKey = !isNumber || (isPlain(number) && QString::number(number, 'f', 0) == text);
+        return isOwnKey ? std::optional(value) : std::nullopt;
+    }
+    default:
+        return std::nullopt;
+    }
+}
+
+/// How often each key is wanted. A text and a number with this text are the same key.
+class WantedKeys
+{
+public:
+    void add(const QVariant& key) { ++(numberOf(key) ? m_numbers[*numberOf(key)] : m_texts[key.toString()]); }
+
+    /// True when the key is still wanted, which it then is once less.
+    bool take(const QVariant& key)
+    {
+        if (const auto number = numberOf(key))
+            return take(m_numbers, *number);
+        return take(m_texts, key.toString());
+    }
+
+private:
+    static std::optional<qint64> numberOf(const QVariant& key)
+    {
+        if (key.typeId() != QMetaType::QString)
+            return key.toLongLong();
+        const QString text = key.toString();
+        bool ok = false;
+        const qint64 number = text.toLongLong(&ok);
+        return ok && QString::number(number) == text ? std::optional(number) : std::nullopt;
+    }
+    template <typename Key>
+    static bool take(QHash<Key, int>& wanted, const Key& key)
+    {
+        const auto found = wanted.find(key);
+        if (found == wanted.end() || found.value() == 0)
+            return false;
+        --found.value();
+        return true;
+    }
+
+    QHash<qint64, int> m_numbers;
+    QHash<QString, int> m_texts;
+};
+
+} // namespace
 
 const GridArray::Row& GridArray::rowAt(int row) const
 {
@@ -37,6 +118,34 @@ int GridArray::Find(int fromRow, int column, const QVariant& value) const
             return row;
     }
     return 0;
+}
+
+void GridArray::DeleteFirstOfEach(int fromRow, int column, const QVariantList& values)
+{
+    const auto first = m_rows.begin() + std::clamp(fromRow - 1, 0, UpperBound());
+    const auto cellOf = [column](const Row& row) -> const QVariant& {
+        return row.at(static_cast<std::size_t>(column));
+    };
+    const auto hasKey = [](const QVariant& value) { return IsNull(value) || plainKey(value).has_value(); };
+    const bool arePlain =
+        column >= 0 && column < ColumnCount && std::all_of(values.begin(), values.end(), hasKey) &&
+        std::none_of(values.begin(), values.end(), IsNull) &&
+        std::all_of(first, m_rows.end(), [&](const Row& row) { return hasKey(cellOf(row)); });
+    if (!arePlain) {
+        for (const QVariant& value : values) {
+            if (const int row = Find(fromRow, column, value); row != 0)
+                DeleteRow(row);
+        }
+        return;
+    }
+    WantedKeys wanted;
+    for (const QVariant& value : values)
+        wanted.add(*plainKey(value));
+    const auto isTaken = [&](const Row& row) {
+        const auto key = plainKey(cellOf(row));
+        return key && wanted.take(*key);
+    };
+    m_rows.erase(std::remove_if(first, m_rows.end(), isTaken), m_rows.end());
 }
 
 } // namespace tavrin

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QVariant>
+#include <QVariantList>
 
 #include <array>
 #include <vector>
@@ -24,13 +25,18 @@ public:
     void DeleteRow(int row);
     /// The first row from `fromRow` on whose cell equals `value` as a number or text; 0 when there is none.
     int Find(int fromRow, int column, const QVariant& value) const;
+    /// Deletes for each of the values, in their order, the first row from `fromRow` on that `Find` gives for
+    /// it: a value that stands twice in the list takes two rows with it. One pass over the rows where the
+    /// column and the values are numbers and texts.
+    void DeleteFirstOfEach(int fromRow, int column, const QVariantList& values);
 
 private:
     const Row& rowAt(int row) const;
     std::vector<Row> m_rows;
 };
 
-/// A combo box whose list is a grid over a `GridArray`.
+/// A combo box whose list is a grid over a `GridArray`. What fills it and selects in it needs no more than
+/// this.
 class GridCombo
 {
 public:
@@ -44,6 +50,7 @@ public:
     virtual void Rebind() = 0;
     /// The current row; Null when there is none.
     virtual QVariant Bookmark() const = 0;
+    /// A widget may raise its row change before it returns, and a follower may delete the widget.
     virtual void SetBookmark(const QVariant& row) = 0;
     virtual void SetText(const QString& text) = 0;
 };

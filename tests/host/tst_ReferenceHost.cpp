@@ -293,7 +293,8 @@ private Q_SLOTS:
         QCOMPARE(array.Value(3, 0), QVariant(QStringLiteral("PB")));
         QCOMPARE(array.Value(3, 1), QVariant(QStringLiteral("Patrol B")));
         QCOMPARE(array.Value(3, 2), QVariant(2));
-        QCOMPARE(array.Value(3, 3), QVariant(false));
+        QCOMPARE(array.Value(2, 3), QVariant(QStringLiteral("1")));
+        QCOMPARE(array.Value(3, 3), QVariant(QStringLiteral("0")));
         QCOMPARE(grid.Rebinds, 1);
         const int rows = array.UpperBound();
         m_host->listFilling().FillTableGrid(Tables::Team, grid, true, Null(), false);

@@ -181,10 +181,11 @@ public:
             asked(QStringLiteral("FillTableGrid %1 %2 %3 %4")
                       .arg(table)
                       .arg(ToText(includeInactive), ToText(value), ToText(reserved)));
-        combo.Array().AppendRow({QString(), QString(), Null(), true});
+        combo.Array().AppendRow({QString(), QString(), Null(), Null()});
         for (const TableValue& entry : valuesOf(state, table, includeInactive, value)) {
             const bool active = !state.inactive.value(table).contains(entry.Value.toInt());
-            combo.Array().AppendRow({entry.ID, entry.DisplayText, entry.Value, active});
+            combo.Array().AppendRow(
+                {entry.ID, entry.DisplayText, entry.Value, QString::number(active ? 1 : 0)});
         }
         combo.Rebind();
     }

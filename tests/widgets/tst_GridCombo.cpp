@@ -101,6 +101,68 @@ private Q_SLOTS:
         const GridArray array = arrayOf({tavrin::Null(), 7, u"12"_s, u"x"_s, 7, u""_s});
         QTEST(array.Find(from, 2, value), "row");
     }
+
+    void deletingTheFirstOfEachDoesWhatFindAndDeleteDoOneByOne_data()
+    {
+        QTest::addColumn<QVariantList>("cells");
+        QTest::addColumn<QVariantList>("values");
+        const QVariantList cells{tavrin::Null(), 7,       u"12"_s, u"x"_s, 7, u""_s, 12, 7.0,
+                                 u"07"_s,        u"-0"_s, 0,       -3};
+        const auto add = [&](const char* name, const QVariantList& values) {
+            QTest::newRow(name) << cells << values;
+        };
+        add("nothing", {});
+        add("one of three", {7});
+        add("two of three", {7, 7});
+        add("more than there are", {7, 7.0, u"7"_s, 7});
+        add("text and number are one key", {12, u"12"_s, 12});
+        add("texts that only look like the number", {u"07"_s, u"+7"_s, u"-0"_s, 0, 0});
+        add("empty text", {u""_s, u""_s});
+        add("another case", {u"X"_s, u"x"_s});
+        add("zero", {0, 0, 0});
+        add("not there", {99, u"y"_s});
+        // What has no plain key is looked for one by one.
+        add("Null", {tavrin::Null(), 7});
+        add("Empty", {QVariant(), 7});
+        add("boolean", {true, 7});
+        add("fraction", {7.5, 7});
+        add("negative zero", {-0.0, 7});
+        QTest::newRow("plain cells") << QVariantList({tavrin::Null(), u"x"_s, u"12"_s, 12, u""_s, 0, 12.0,
+                                                      u"0"_s, -3, u"-3"_s})
+                                     << QVariantList({12, 0, 0, 0, u"-3"_s, u"x"_s, 12.0, -3, u""_s, 99});
+        QTest::newRow("huge numbers")
+            << QVariantList({1e15, qint64(1000000000000000), 5}) << QVariantList({1e15, 5});
+        QTest::newRow("a fraction in a cell") << QVariantList({1, 7.5, 7}) << QVariantList({u"7.5"_s, 7});
+        QTest::newRow("Empty in a cell") << QVariantList({1, QVariant(), 0}) << QVariantList({0, u""_s});
+        QTest::newRow("a null of a database in a cell")
+            << QVariantList({1, QVariant(QMetaType::fromType<int>()), 0, 0}) << QVariantList({0});
+    }
+    void deletingTheFirstOfEachDoesWhatFindAndDeleteDoOneByOne()
+    {
+        QFETCH(QVariantList, cells);
+        QFETCH(QVariantList, values);
+        for (int from = -1; from <= cells.size() + 1; ++from) {
+            GridArray expected = arrayOf(cells);
+            for (const QVariant& value : values) {
+                if (const int found = expected.Find(from, 2, value); found != 0)
+                    expected.DeleteRow(found);
+            }
+            GridArray array = arrayOf(cells);
+            array.DeleteFirstOfEach(from, 2, values);
+            QCOMPARE(array.UpperBound(), expected.UpperBound());
+            for (int i = 1; i <= array.UpperBound(); ++i) {
+                QCOMPARE(array.Value(i, 2), expected.Value(i, 2));
+                QCOMPARE(array.Value(i, 2).typeId(), expected.Value(i, 2).typeId());
+            }
+        }
+    }
+
+    void deletingInAColumnThatIsNotThereRaises()
+    {
+        GridArray array = arrayOf({1, 2});
+        QVERIFY_EXCEPTION_THROWN(array.DeleteFirstOfEach(1, 4, {1}), Error);
+        QCOMPARE(array.UpperBound(), 2);
+    }
 };
 
 TAVRIN_TEST_MAIN(tst_GridCombo)

@@ -131,7 +131,8 @@ public:
     /// becomes the current one when it is in the list.
     virtual void FillTableCombo(TableNumber table, DropdownTarget& combo, bool flag, const QVariant& value,
                                 bool reserved) = 0;
-    /// Fills a grid combo the same way: short text, long text, code, active flag.
+    /// Fills a grid combo the same way, but for the current row, which stays with the caller: short text,
+    /// long text, code, and the active flag, "1" for a code in use. Row 1 is empty.
     virtual void FillTableGrid(TableNumber table, GridCombo& combo, bool flag, const QVariant& value,
                                bool reserved) = 0;
     /// A new picture, fitted into a box of this size in pixels.

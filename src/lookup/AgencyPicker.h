@@ -1,0 +1,131 @@
+#pragma once
+
+#include "frame/control_frame/UserControl.h"
+#include "frame/host_contracts/Contracts.h"
+#include "widgets/SharedFont.h"
+
+namespace tavrin {
+
+class GridComboBox;
+struct GridRowStyle;
+class Label;
+
+/// A grid combo for one agency of code table 997, with its long text beside it.
+///
+/// The person picks from a list of short and long texts; there is no search. The host fills the list.
+///
+///     auto* agency = new AgencyPicker(form);
+///     agency->SetRemoveUsedValues(true);
+///     connect(agency, &AgencyPicker::Change, form, [=] { form->setChanged(agency->FullText()); });
+///     static_cast<TavrinControl*>(agency)->SetValue(record.value("AgencyNo"), agenciesOfTheOtherRows);
+///     ...
+///     record.setValue("AgencyNo", agency->Value()); // the code's number, or Null
+///
+/// The list is loaded at run time when the control is restored from a form, and anew at each value that is
+/// set.
+class AgencyPicker final : public UserControl, public TavrinControl
+{
+    Q_OBJECT
+    Q_CLASSINFO("ClassName", "TVBoundControls.AgencyPicker")
+    Q_CLASSINFO("DefaultInterface", "_AgencyPicker")
+    Q_CLASSINFO("EventInterface", "__AgencyPicker")
+    Q_PROPERTY(qint32 hWnd READ hWnd STORED false)
+    Q_PROPERTY(tavrin::Color BackColor READ BackColor WRITE SetBackColor)
+    Q_PROPERTY(tavrin::Color ForeColor READ ForeColor WRITE SetForeColor)
+    Q_PROPERTY(tavrin::FontPtr Font READ Font WRITE SetFont)
+    Q_PROPERTY(QVariant Value READ Value WRITE SetValue)
+    Q_PROPERTY(bool Enabled READ Enabled WRITE SetEnabled)
+    Q_PROPERTY(bool ShowName READ ShowName WRITE SetShowName)
+    Q_PROPERTY(bool ListAllAgencies READ ListAllAgencies WRITE SetListAllAgencies)
+    Q_PROPERTY(bool RemoveUsedValues READ RemoveUsedValues WRITE SetRemoveUsedValues)
+    Q_PROPERTY(QString FullText READ FullText STORED false)
+    Q_PROPERTY(QString ShortText READ ShortText STORED false)
+
+public:
+    explicit AgencyPicker(QWidget* parent = nullptr, const ControlSite& site = {});
+    ~AgencyPicker() override;
+
+    /// The combo's colours; by default the system's for windows and their text.
+    Color BackColor() const;
+    void SetBackColor(Color color);
+    Color ForeColor() const;
+    void SetForeColor(Color color);
+
+    /// Of combo, list and label. Shared by reference; a change inside it shows at once. By default the
+    /// container's.
+    FontPtr Font() const { return m_font.get(); }
+    void SetFont(const FontPtr& font);
+
+    /// The code's number in the chosen row, or Null, the default. Setting it loads the list anew, with
+    /// nothing removed from it. A number that is not in the list becomes the value of the first row, the
+    /// empty one; an inactive one is found. What is no number raises an `Error`, and so does a failure of the
+    /// host's list service.
+    QVariant Value() const { return m_value; }
+    void SetValue(const QVariant& value);
+    using TavrinControl::SetValue;
+
+    /// Whether the person can choose; true by default.
+    bool Enabled() const;
+    void SetEnabled(bool enabled);
+
+    /// Whether the label shows the chosen agency's long text; true by default. Without it the combo fills the
+    /// control.
+    bool ShowName() const { return m_showName; }
+    void SetShowName(bool show);
+
+    /// Whether agencies that are no longer in use are listed; false by default. The value that is set stays
+    /// listed in any case. Setting it loads the list anew at once; a failure of the host's list service
+    /// reaches the caller. In the designer no list is loaded.
+    bool ListAllAgencies() const { return m_listAllAgencies; }
+    void SetListAllAgencies(bool listAll);
+
+    /// Whether the agencies that sibling fields hold are taken out of the list when the host sets a value;
+    /// false by default.
+    bool RemoveUsedValues() const { return m_removeUsedValues; }
+    void SetRemoveUsedValues(bool remove);
+
+    /// The chosen row's long text; "" for Null.
+    QString FullText() const;
+    /// The chosen row's short text; "" for Null.
+    QString ShortText() const;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+Q_SIGNALS:
+    /// Another row is the current one: by the person, by code, or by the host.
+    void Change();
+    /// Another row was chosen, and not by setting a value; before `Change`. The first choice after a value
+    /// was set that was the current one already raises none.
+    void ItemSelect();
+
+protected:
+    SavedProperties savedProperties() override;
+    void UserControl_InitProperties() override;
+    void UserControl_ReadProperties(const PropertyBag& bag) override;
+    void UserControl_Resize() override;
+
+private:
+    QVariant TavrinControl_GetValue() const override { return Value(); }
+    void TavrinControl_SetValue(const QVariant& value, const UsedValues& usedValues) override;
+
+    void InitDefaults();
+    void LoadAgencies(const QVariant& value);
+    void ApplyFont();
+    void tdbcValues_RowChange();
+    void tdbcValues_FetchRowStyle(int row, GridRowStyle& style);
+
+    GridComboBox* tdbcValues;
+    Label* lblDescription;
+    QVariant m_value;
+    bool m_showName = true;
+    bool m_listAllAgencies = false;
+    bool m_removeUsedValues = false;
+    bool m_settingValue = false; // from a value that is set until the next row change
+    bool m_hadFirstRowChange = false;
+    bool m_inResize = false;
+    SharedFont m_font;
+    std::vector<Subscription> m_subscriptions;
+};
+
+} // namespace tavrin

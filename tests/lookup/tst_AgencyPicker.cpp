@@ -1,0 +1,321 @@
+#include "AgencyForm.h"
+#include "base/Error.h"
+#include "support/TestCase.h"
+
+using namespace Qt::StringLiterals;
+using namespace tavrin;
+using tavrin::test::AgencyForm;
+
+/// Values, choosing, used values and the list of `AgencyPicker`.
+class tst_AgencyPicker : public tavrin::test::TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aPutLoadsTheListWithTheValueAndSelectsIt()
+    {
+        AgencyForm form;
+        form.picker->SetValue(30);
+        QCOMPARE(form.host.state().log, QStringList({u"FillTableGrid 997 False 30 False"_s}));
+        QCOMPARE(form.picker->Value(), QVariant(30));
+        QCOMPARE(form.picker->ShortText(), u"CS"_s);
+        QCOMPARE(form.picker->FullText(), u"County Sheriff"_s);
+        QCOMPARE(form.combo->Text(), u"CS"_s);
+        QCOMPARE(form.label->Caption(), u"County Sheriff"_s);
+        QCOMPARE(form.take(), QStringList({u"Change 30 County Sheriff"_s}));
+        QCOMPARE(form.reported, QStringList()); // a value is no design-time property
+        QCOMPARE(form.contract().GetValue(), QVariant(30));
+    }
+
+    void aPutOfAnAgencyMissingFromTheListSelectsRowOneAndStoresThatRowsValue()
+    {
+        AgencyForm form;
+        form.picker->SetValue(30);
+        form.take();
+        form.picker->SetValue(99);
+        QVERIFY(IsNull(form.picker->Value()));
+        QCOMPARE(form.combo->Bookmark(), QVariant(1));
+        QCOMPARE(form.take(), QStringList({u"Change  "_s}));
+        QCOMPARE(form.picker->FullText(), QString());
+        QCOMPARE(form.picker->ShortText(), QString());
+    }
+
+    void anInactiveAgencyThatTheRecordHoldsStaysInTheList()
+    {
+        AgencyForm form;
+        form.picker->SetValue(20);
+        QCOMPARE(form.picker->Value(), QVariant(20));
+        QCOMPARE(form.values(), QVariantList({Null(), 10, 20, 30, 40}));
+        form.picker->SetValue(10);
+        QCOMPARE(form.values(), QVariantList({Null(), 10, 30, 40}));
+    }
+
+    void aPersonsChoiceRaisesItemSelectThenChange_data()
+    {
+        QTest::addColumn<QString>("by");
+        for (const char* by : {"key", "letter", "list", "click"})
+            QTest::newRow(by) << QString::fromLatin1(by);
+    }
+    void aPersonsChoiceRaisesItemSelectThenChange()
+    {
+        QFETCH(QString, by);
+        AgencyForm form;
+        QVERIFY(form.isReady());
+        if (by == u"key") {
+            QTest::keyClick(form.combo, Qt::Key_Down);
+        } else if (by == u"letter") {
+            QTest::keyClick(form.combo, Qt::Key_A);
+        } else {
+            QTest::keyClick(form.combo, Qt::Key_F4);
+            auto* table = form.window->findChild<GridTable*>();
+            QTest::keyClick(form.combo, Qt::Key_Down);
+            QCOMPARE(form.take(), QStringList());
+            if (by == u"list")
+                QTest::keyClick(form.combo, Qt::Key_Return);
+            else
+                QTest::mouseClick(table->viewport(), Qt::LeftButton, {},
+                                  {10, table->rowViewportPosition(1) + 3});
+        }
+        QCOMPARE(form.take(), QStringList({u"ItemSelect 10 Aston Police"_s, u"Change 10 Aston Police"_s}));
+        QCOMPARE(form.picker->Value(), QVariant(10));
+    }
+
+    void setValueRaisesChangeAloneAndTheRowChangeClearsTheFlag()
+    {
+        AgencyForm form;
+        QVERIFY(form.isReady());
+        form.contract().SetValue(10, AgencyForm::used({}));
+        QCOMPARE(form.take(), QStringList({u"Change 10 Aston Police"_s}));
+        QTest::keyClick(form.combo, Qt::Key_Down);
+        QCOMPARE(form.take(),
+                 QStringList({u"ItemSelect 30 County Sheriff"_s, u"Change 30 County Sheriff"_s}));
+        form.contract().SetValue(40, AgencyForm::used({}));
+        QCOMPARE(form.take(), QStringList({u"Change 40 Dale Patrol"_s}));
+    }
+
+    void afterTheSameRowAgainThePersonsNextRowChangeRaisesNoItemSelectAndThisIsMeant()
+    {
+        AgencyForm form;
+        QVERIFY(form.isReady());
+        form.picker->SetValue(10);
+        form.take();
+        form.picker->SetValue(10);
+        QCOMPARE(form.take(), QStringList());
+        QCOMPARE(form.picker->Value(), QVariant(10));
+        QTest::keyClick(form.combo, Qt::Key_Down);
+        QCOMPARE(form.take(), QStringList({u"Change 30 County Sheriff"_s}));
+        QTest::keyClick(form.combo, Qt::Key_Down);
+        QCOMPARE(form.take(), QStringList({u"ItemSelect 40 Dale Patrol"_s, u"Change 40 Dale Patrol"_s}));
+    }
+
+    void nullOverNullIsTheSameRowAgain()
+    {
+        AgencyForm form;
+        QVERIFY(form.isReady());
+        form.picker->SetValue(Null());
+        QCOMPARE(form.take(), QStringList());
+        QTest::keyClick(form.combo, Qt::Key_Down);
+        QCOMPARE(form.take(), QStringList({u"Change 10 Aston Police"_s}));
+    }
+
+    void anotherAgencyInTheSameRowIsAnotherRow()
+    {
+        AgencyForm form;
+        form.picker->SetValue(20); // the third row, since the inactive one is listed
+        form.take();
+        form.picker->SetValue(30); // the third row without it
+        QCOMPARE(form.combo->Bookmark(), QVariant(3));
+        QCOMPARE(form.take(), QStringList({u"Change 30 County Sheriff"_s}));
+    }
+
+    void theFirstRowChangeAfterCreationCountsForNothing()
+    {
+        AgencyForm form;
+        QStringList told;
+        AgencyPicker fresh; // never restored, so without a list
+        connect(&fresh, &AgencyPicker::Change, this, [&] { told << u"Change"_s; });
+        connect(&fresh, &AgencyPicker::ItemSelect, this, [&] { told << u"ItemSelect"_s; });
+        fresh.SetValue(Null());
+        QCOMPARE(told, QStringList());
+        fresh.SetValue(30);
+        QCOMPARE(told, QStringList({u"Change"_s}));
+    }
+
+    void usedValuesAreTakenOutOnlyWhenThatIsWantedAndNeverTheValueItself()
+    {
+        AgencyForm form;
+        form.contract().SetValue(30, AgencyForm::used({10, 30}));
+        QCOMPARE(form.values(), QVariantList({Null(), 10, 30, 40}));
+        form.picker->SetRemoveUsedValues(true);
+        QCOMPARE(form.values(), QVariantList({Null(), 10, 30, 40})); // acts at SetValue
+        form.contract().SetValue(30, AgencyForm::used({10, 30, Null()}));
+        QCOMPARE(form.values(), QVariantList({Null(), 30, 40}));
+        QCOMPARE(form.picker->Value(), QVariant(30));
+        form.contract().SetValue(30, nullptr);
+        QCOMPARE(form.values(), QVariantList({Null(), 10, 30, 40}));
+        form.contract().SetValue(30, AgencyForm::used({10}));
+        form.picker->SetValue(30); // a put removes nothing
+        QCOMPARE(form.values(), QVariantList({Null(), 10, 30, 40}));
+    }
+
+    void changingListAllAgenciesReloadsTheListAtOnceAndKeepsTheValue()
+    {
+        AgencyForm form;
+        form.picker->SetValue(30);
+        form.take();
+        form.host.state().log.clear();
+        form.picker->SetListAllAgencies(true);
+        QCOMPARE(form.host.state().log, QStringList({u"FillTableGrid 997 True 30 False"_s}));
+        QCOMPARE(form.values(), QVariantList({Null(), 10, 20, 30, 40}));
+        QCOMPARE(form.picker->Value(), QVariant(30));
+        QCOMPARE(form.combo->Bookmark(), QVariant(4));
+        QCOMPARE(form.combo->Text(), u"CS"_s);
+        QCOMPARE(form.reported, QStringList({u"ListAllAgencies"_s}));
+        QCOMPARE(form.take(), QStringList());
+        form.picker->SetListAllAgencies(false);
+        QCOMPARE(form.values(), QVariantList({Null(), 10, 30, 40}));
+    }
+
+    void inactiveAgenciesAreGreyInTheListAndOthersAreNot()
+    {
+        AgencyForm form;
+        form.picker->SetListAllAgencies(true);
+        const auto styleOf = [&](int row) {
+            GridRowStyle style;
+            form.combo->FetchRowStyle.raise(row, style);
+            return style.ForeColor;
+        };
+        QCOMPARE(styleOf(2), SystemColor::WindowText);
+        QCOMPARE(styleOf(3).value(), 0x80000011U);
+        QCOMPARE(styleOf(4), SystemColor::WindowText);
+    }
+
+    void theListHasTwoColumnsUnderTheirWords()
+    {
+        AgencyForm form;
+        const QStringList words{u"Officer Id"_s, u"Name"_s, u"OfficerNo"_s, u"ActiveFlag"_s};
+        for (int i = 0; i < 4; ++i) {
+            QCOMPARE(form.combo->Columns(i).Caption(), words.at(i));
+            QCOMPARE(form.combo->Columns(i).Visible(), i < 2);
+        }
+    }
+
+    void withTheListOpenEnterAndEscapeCloseItAndAreSwallowed()
+    {
+        AgencyForm form;
+        QVERIFY(form.isReady());
+        int keys = 0;
+        struct Filter : QObject
+        {
+            int* keys;
+            bool eventFilter(QObject*, QEvent* event) override
+            {
+                *keys += event->type() == QEvent::KeyPress ? 1 : 0;
+                return false;
+            }
+        } filter;
+        filter.keys = &keys;
+        form.window->installEventFilter(&filter);
+        for (const auto key : {Qt::Key_Escape, Qt::Key_Return}) {
+            QTest::keyClick(form.combo, Qt::Key_F4);
+            QVERIFY(form.combo->ListIsOpen());
+            QTest::keyClick(form.combo, key);
+            QVERIFY(!form.combo->ListIsOpen());
+        }
+        QCOMPARE(keys, 0);
+        // With the list closed, they keep their key codes.
+        QTest::keyClick(form.combo, Qt::Key_Escape);
+        QTest::keyClick(form.combo, Qt::Key_Return);
+        QCOMPARE(keys, 2);
+        QCOMPARE(form.take(), QStringList());
+    }
+
+    void withoutADataArrayARowChangeMakesTheValueNull()
+    {
+        AgencyForm form;
+        form.picker->SetValue(30);
+        form.take();
+        form.combo->RemoveArray();
+        QVERIFY(IsNull(form.picker->Value()));
+        QCOMPARE(form.take(), QStringList({u"ItemSelect  "_s, u"Change  "_s}));
+    }
+
+    void aRowChangeToNoRowLeavesTheValue()
+    {
+        AgencyForm form;
+        form.picker->SetValue(30);
+        form.take();
+        form.combo->SetBookmark(Null());
+        QCOMPARE(form.take(), QStringList({u"ItemSelect 30 "_s, u"Change 30 "_s}));
+        QCOMPARE(form.picker->FullText(), QString());
+    }
+
+    void aFailureOfTheListServicePassesToTheCaller()
+    {
+        AgencyForm form;
+        form.picker->SetValue(30);
+        form.take();
+        form.host.failWith(Error(u"no list"_s, 17));
+        const auto fails = [](const auto& call) {
+            try {
+                call();
+            } catch (const Error& error) {
+                return error.Number == 17 && error.Description == u"no list";
+            }
+            return false;
+        };
+        QVERIFY(fails([&] { form.picker->SetValue(10); }));
+        QVERIFY(fails([&] { form.contract().SetValue(10, nullptr); }));
+        QVERIFY(fails([&] { form.picker->SetListAllAgencies(true); }));
+        QCOMPARE(form.picker->Value(), QVariant(30));
+        QCOMPARE(form.take(), QStringList());
+        form.host.failWith({});
+        form.picker->SetValue(10);
+        QCOMPARE(form.take(), QStringList({u"Change 10 Aston Police"_s}));
+    }
+
+    void aValueThatIsNoNumberRaises()
+    {
+        AgencyForm form;
+        QVERIFY_EXCEPTION_THROWN(form.picker->SetValue(u"x"_s), Error);
+    }
+
+    void aFollowerMayDeleteTheControl_data()
+    {
+        QTest::addColumn<QString>("event");
+        QTest::addColumn<QString>("by");
+        for (const char* event : {"Change", "ItemSelect"})
+            QTest::addRow("%s by a key", event) << QString::fromLatin1(event) << u"key"_s;
+        QTest::newRow("Change by a put") << u"Change"_s << u"put"_s;
+        QTest::newRow("Change by SetValue") << u"Change"_s << u"contract"_s;
+        QTest::newRow("PropertyChanged") << u"PropertyChanged"_s << u"setter"_s;
+    }
+    void aFollowerMayDeleteTheControl()
+    {
+        QFETCH(QString, event);
+        QFETCH(QString, by);
+        AgencyForm form;
+        QVERIFY(form.isReady());
+        const QPointer<AgencyPicker> picker(form.picker);
+        form.picker->disconnect(form.window.get());
+        const auto destroy = [&] { delete form.picker; };
+        if (event == u"Change")
+            connect(form.picker, &AgencyPicker::Change, form.window.get(), destroy);
+        else if (event == u"ItemSelect")
+            connect(form.picker, &AgencyPicker::ItemSelect, form.window.get(), destroy);
+        else
+            connect(form.picker, &UserControl::PropertyChanged, form.window.get(), destroy);
+        if (by == u"key")
+            QTest::keyClick(form.combo, Qt::Key_Down);
+        else if (by == u"put")
+            form.picker->SetValue(30);
+        else if (by == u"contract")
+            form.contract().SetValue(30, nullptr);
+        else
+            form.picker->SetListAllAgencies(true);
+        QVERIFY(picker.isNull());
+    }
+};
+
+TAVRIN_TEST_MAIN(tst_AgencyPicker)
+#include "tst_AgencyPicker.moc"

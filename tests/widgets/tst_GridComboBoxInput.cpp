@@ -1,0 +1,451 @@
+#include "GridStage.h"
+#include "base/Error.h"
+#include "support/Keys.h"
+#include "support/TestCase.h"
+#include "support/Unhandled.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QWheelEvent>
+
+using namespace Qt::StringLiterals;
+using namespace tavrin;
+using tavrin::test::GridStage;
+
+namespace {
+
+/// Counts the keys that a box leaves to its window.
+class KeyWindow final : public QObject
+{
+public:
+    explicit KeyWindow(QWidget& window) { window.installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() != Qt::Key_Control)
+            ++keys;
+        return false;
+    }
+    int keys = 0;
+};
+
+/// A move of the mouse as the list sees it, or none when it is there already.
+void moveMouse(QWidget* viewport, const QPoint& place)
+{
+    QMouseEvent event(QEvent::MouseMove, place, viewport->mapToGlobal(place), Qt::NoButton, Qt::NoButton, {});
+    QApplication::sendEvent(viewport, &event);
+}
+
+void wheel(QWidget* widget, bool* accepted = nullptr)
+{
+    const QPointF place = widget->rect().center();
+    QWheelEvent event(place, widget->mapToGlobal(place), {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(widget, &event);
+    if (accepted)
+        *accepted = event.isAccepted();
+}
+
+} // namespace
+
+/// Choosing a row with keys and with the mouse.
+class tst_GridComboBoxInput : public tavrin::test::TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void keysChooseAnotherRowWhileTheListIsClosed_data()
+    {
+        QTest::addColumn<int>("from");
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("row");
+        QTest::newRow("down") << 3 << int(Qt::Key_Down) << 4;
+        QTest::newRow("up") << 3 << int(Qt::Key_Up) << 2;
+        QTest::newRow("down at the end") << 41 << int(Qt::Key_Down) << 41;
+        QTest::newRow("up at the start") << 1 << int(Qt::Key_Up) << 1;
+        QTest::newRow("page down") << 3 << int(Qt::Key_PageDown) << 14;
+        QTest::newRow("page up") << 20 << int(Qt::Key_PageUp) << 9;
+        QTest::newRow("page up near the start") << 3 << int(Qt::Key_PageUp) << 1;
+        QTest::newRow("home") << 30 << int(Qt::Key_Home) << 1;
+        QTest::newRow("end") << 30 << int(Qt::Key_End) << 41;
+    }
+    void keysChooseAnotherRowWhileTheListIsClosed()
+    {
+        QFETCH(int, from);
+        QFETCH(int, key);
+        QFETCH(int, row);
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(40);
+        stage.combo->SetBookmark(from);
+        stage.take();
+        stage.key(key);
+        QCOMPARE(stage.combo->Bookmark(), QVariant(row));
+        QCOMPARE(stage.take(), row == from ? QStringList() : QStringList({u"row %1"_s.arg(row)}));
+        QVERIFY(!stage.combo->ListIsOpen());
+    }
+
+    void keysDoNothingWithoutRows()
+    {
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        for (const int key : {Qt::Key_Down, Qt::Key_End, Qt::Key_A})
+            stage.key(key);
+        stage.combo->OpenList();
+        for (const int key : {Qt::Key_Down, Qt::Key_End, Qt::Key_A, Qt::Key_Return})
+            stage.key(key);
+        QCOMPARE(stage.take(), QStringList());
+        QVERIFY(!stage.combo->ListIsOpen());
+    }
+
+    void inTheOpenListKeysMarkAndEnterTakes()
+    {
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(40);
+        stage.combo->SetBookmark(3);
+        stage.take();
+        stage.key(Qt::Key_F4);
+        QCOMPARE(stage.table()->markedRow(), 3);
+        stage.key(Qt::Key_Down);
+        QCOMPARE(stage.table()->markedRow(), 4);
+        stage.key(Qt::Key_PageDown);
+        QCOMPARE(stage.table()->markedRow(), 16);
+        stage.key(Qt::Key_End);
+        QCOMPARE(stage.table()->markedRow(), 41);
+        QCOMPARE(stage.take(), QStringList());
+        QCOMPARE(stage.combo->Bookmark(), QVariant(3));
+        stage.key(Qt::Key_Return);
+        QCOMPARE(stage.take(), QStringList({u"row 41"_s})); // not "open"
+        QVERIFY(!stage.combo->ListIsOpen());
+    }
+
+    void escapeClosesAndPutsBack()
+    {
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(5);
+        stage.combo->SetBookmark(3);
+        stage.take();
+        stage.key(Qt::Key_Down, Qt::AltModifier);
+        stage.key(Qt::Key_Down);
+        stage.key(Qt::Key_Escape);
+        QVERIFY(!stage.combo->ListIsOpen());
+        QCOMPARE(stage.combo->Bookmark(), QVariant(3));
+        QCOMPARE(stage.combo->Text(), u"entry 2"_s);
+        QCOMPARE(stage.take(), QStringList());
+        stage.combo->OpenList();
+        QCOMPARE(stage.table()->markedRow(), 3);
+        stage.combo->CloseList();
+    }
+
+    void theseKeysOpenAndClose_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+        QTest::newRow("F4") << int(Qt::Key_F4) << Qt::KeyboardModifiers();
+        QTest::newRow("Alt+Down") << int(Qt::Key_Down) << Qt::KeyboardModifiers(Qt::AltModifier);
+        QTest::newRow("Alt+Up") << int(Qt::Key_Up) << Qt::KeyboardModifiers(Qt::AltModifier);
+    }
+    void theseKeysOpenAndClose()
+    {
+        QFETCH(int, key);
+        QFETCH(Qt::KeyboardModifiers, modifiers);
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(5);
+        stage.combo->SetBookmark(3);
+        stage.take();
+        stage.key(key, modifiers);
+        QVERIFY(stage.combo->ListIsOpen());
+        stage.key(Qt::Key_Down);
+        stage.key(key, modifiers);
+        QVERIFY(!stage.combo->ListIsOpen());
+        QCOMPARE(stage.take(), QStringList());
+    }
+
+    void enterAndEscapeOfAClosedListAreLeftToTheForm()
+    {
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(5);
+        const KeyWindow left(*stage.window);
+        for (const int key : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Enter})
+            stage.key(key);
+        QCOMPARE(left.keys, 3);
+        for (const int key : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Enter}) {
+            stage.combo->OpenList();
+            stage.key(key);
+        }
+        QCOMPARE(left.keys, 3);
+    }
+
+    void tabTakesTheMarkedRowAndGoesOn()
+    {
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(5);
+        stage.take();
+        stage.combo->OpenList();
+        stage.key(Qt::Key_Down);
+        QTest::keyClick(stage.window->windowHandle(), Qt::Key_Tab);
+        QCOMPARE(stage.take(), QStringList({u"row 2"_s}));
+        QVERIFY(stage.other->hasFocus());
+        QVERIFY(!stage.combo->ListIsOpen());
+    }
+
+    void lettersFindTheRowByItsShortText_data()
+    {
+        QTest::addColumn<QString>("keys");
+        QTest::addColumn<bool>("open");
+        QTest::addColumn<int>("row");
+        for (const bool open : {false, true}) {
+            const char* how = open ? "open" : "closed";
+            QTest::addRow("one letter, %s", how) << u"m"_s << open << 3;
+            QTest::addRow("another case, %s", how) << u"M"_s << open << 3;
+            QTest::addRow("two letters, %s", how) << u"mo"_s << open << 4;
+            QTest::addRow("with a blank, %s", how) << u"mo x"_s << open << 5;
+            QTest::addRow("the same letter again, %s", how) << u"mm"_s << open << 4;
+            QTest::addRow("and around, %s", how) << u"mmmm"_s << open << 3;
+            QTest::addRow("digits, %s", how) << u"44"_s << open << 6;
+            QTest::addRow("not in the long text, %s", how) << u"l"_s << open << 1;
+            QTest::addRow("nothing, %s", how) << u"z"_s << open << 1;
+        }
+    }
+    void lettersFindTheRowByItsShortText()
+    {
+        QFETCH(QString, keys);
+        QFETCH(bool, open);
+        QFETCH(int, row);
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill({u"Abc"_s, u"Mcso"_s, u"Mo"_s, u"Mo x"_s, u"44th"_s});
+        if (open)
+            stage.combo->OpenList();
+        QTest::keyClicks(stage.combo, keys);
+        if (open)
+            QCOMPARE(stage.table()->markedRow(), row);
+        stage.key(Qt::Key_Return);
+        QCOMPARE(stage.combo->Bookmark(), QVariant(row));
+    }
+
+    void spaceOpensTheListUnlessItBelongsToATypedText()
+    {
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(5);
+        stage.key(Qt::Key_Space);
+        QVERIFY(stage.combo->ListIsOpen());
+        stage.combo->CloseList();
+        QTest::keyClicks(stage.combo, u"entry 3"_s);
+        QVERIFY(!stage.combo->ListIsOpen());
+        QCOMPARE(stage.combo->Bookmark(), QVariant(4));
+    }
+
+    void keysWithControlAreLeftToTheForm()
+    {
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(5);
+        stage.take();
+        const KeyWindow left(*stage.window);
+        stage.key(Qt::Key_E, Qt::ControlModifier);
+        stage.key(Qt::Key_Down, Qt::ControlModifier);
+        QCOMPARE(left.keys, 2);
+        QCOMPARE(stage.take(), QStringList());
+    }
+
+    void aClickOnARowClosesFirstThenTakes()
+    {
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(5);
+        stage.take();
+        QTest::mouseClick(stage.combo, Qt::LeftButton);
+        QVERIFY(stage.combo->ListIsOpen());
+        stage.clickRow(3);
+        QCOMPARE(stage.take(), QStringList({u"row 3"_s})); // not "open"
+        QVERIFY(stage.combo->hasFocus());
+        QTest::mouseClick(stage.combo, Qt::LeftButton);
+        stage.clickRow(3); // the current row
+        QCOMPARE(stage.take(), QStringList());
+        QVERIFY(!stage.combo->ListIsOpen());
+    }
+
+    void onlyTheLeftButtonTakesAndTheHeaderDoesNothing()
+    {
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(5);
+        stage.take();
+        stage.combo->OpenList();
+        stage.clickRow(3, Qt::RightButton);
+        stage.clickRow(3, Qt::MiddleButton);
+        QTest::mouseClick(stage.table()->horizontalHeader()->viewport(), Qt::LeftButton);
+        QTest::mouseDClick(stage.table()->horizontalHeader()->viewport(), Qt::LeftButton);
+        QVERIFY(stage.combo->ListIsOpen());
+        QCOMPARE(stage.table()->markedRow(), 1);
+        QCOMPARE(stage.take(), QStringList());
+        stage.combo->CloseList();
+    }
+
+    void theMouseMarksOnlyWhenItMovesItself()
+    {
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(100);
+        stage.combo->OpenList();
+        moveMouse(stage.table()->viewport(), stage.middleOfRow(3));
+        QCOMPARE(stage.table()->markedRow(), 3);
+        QCOMPARE(stage.combo->Bookmark(), QVariant(1)); // a mark is no choice
+        stage.key(Qt::Key_Down);
+        moveMouse(stage.table()->viewport(), stage.middleOfRow(3)); // it stayed there
+        QCOMPARE(stage.table()->markedRow(), 4);
+        wheel(stage.table()->viewport());
+        QVERIFY(stage.table()->verticalScrollBar()->value() > 0);
+        QCOMPARE(stage.table()->markedRow(), 4);
+        stage.combo->CloseList();
+    }
+
+    void aPressOfTheBoxClosesTheListAgain()
+    {
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(5);
+        QTest::mouseClick(stage.combo, Qt::LeftButton);
+        QVERIFY(stage.combo->ListIsOpen());
+        QTest::mouseClick(stage.combo, Qt::LeftButton);
+        QVERIFY(!stage.combo->ListIsOpen());
+        QTest::mouseClick(stage.combo, Qt::RightButton);
+        QVERIFY(!stage.combo->ListIsOpen());
+    }
+
+    void theWheelDoesNothingToAClosedBoxAndScrollsAnOpenList()
+    {
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(100);
+        stage.take();
+        bool accepted = true;
+        wheel(stage.combo, &accepted);
+        QVERIFY(!accepted); // the page below scrolls on
+        QCOMPARE(stage.take(), QStringList());
+        stage.combo->OpenList();
+        wheel(stage.combo);
+        QVERIFY(stage.table()->verticalScrollBar()->value() > 0);
+        QCOMPARE(stage.combo->Bookmark(), QVariant(1));
+        stage.combo->CloseList();
+    }
+
+    void theListClosesAndTakesNothing_data()
+    {
+        QTest::addColumn<QString>("when");
+        for (const char* when : {"press", "focus", "hide", "disable", "move", "window"})
+            QTest::newRow(when) << QString::fromLatin1(when);
+    }
+    void theListClosesAndTakesNothing()
+    {
+        QFETCH(QString, when);
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(5);
+        stage.take();
+        stage.combo->OpenList();
+        stage.key(Qt::Key_Down);
+        QVERIFY(stage.combo->ListIsOpen());
+        if (when == u"press")
+            QTest::mouseClick(stage.window.get(), Qt::LeftButton, {}, QPoint(280, 180));
+        else if (when == u"focus")
+            stage.other->setFocus();
+        else if (when == u"hide")
+            stage.combo->hide();
+        else if (when == u"disable")
+            stage.combo->SetEnabled(false);
+        else if (when == u"move")
+            stage.combo->move(20, 20);
+        else
+            stage.window->move(150, 150);
+        QTRY_VERIFY(!stage.combo->ListIsOpen());
+        QCOMPARE(stage.take(), QStringList());
+        QCOMPARE(stage.combo->Bookmark(), QVariant(1));
+    }
+
+    void anErrorBehindAKeyOrAClickIsReportedAndTheBoxGoesOn()
+    {
+        tavrin::test::Unhandled unhandled;
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(5);
+        Subscription failing = stage.combo->RowChange.subscribe([] { throw Error(u"no"_s); });
+        stage.key(Qt::Key_Down);
+        stage.combo->OpenList();
+        stage.clickRow(4);
+        QCOMPARE(unhandled.texts, QStringList({u"GridComboBox_KeyPress: no"_s, u"GridTable_Click: no"_s}));
+        QCOMPARE(stage.combo->Bookmark(), QVariant(4));
+        QVERIFY(!stage.combo->ListIsOpen());
+    }
+
+    void aFollowerOfARowChangeMayCloseTheForm_data()
+    {
+        QTest::addColumn<QString>("by");
+        for (const char* by : {"key", "letter", "enter", "tab", "click"})
+            QTest::newRow(by) << QString::fromLatin1(by);
+    }
+    void aFollowerOfARowChangeMayCloseTheForm()
+    {
+        QFETCH(QString, by);
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(5);
+        const QPointer<GridComboBox> combo(stage.combo);
+        const bool byMouse = by == u"click";
+        const Subscription closing = stage.combo->RowChange.subscribe([&] {
+            if (byMouse)
+                stage.combo->deleteLater(); // the list's own window handles the click
+            else
+                delete stage.combo;
+        });
+        if (by == u"key") {
+            stage.key(Qt::Key_Down);
+        } else if (by == u"letter") {
+            QTest::keyClick(stage.combo, Qt::Key_E);
+        } else {
+            stage.combo->OpenList();
+            stage.table()->setMarkedRow(3);
+            if (byMouse)
+                stage.clickRow(3);
+            else
+                QTest::keyClick(stage.window->windowHandle(), by == u"tab" ? Qt::Key_Tab : Qt::Key_Return);
+        }
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(combo.isNull());
+    }
+
+    void theWindowMayDieWithAnOpenList()
+    {
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(5);
+        stage.combo->OpenList();
+        stage.window.reset();
+    }
+
+    void tenThousandRowsOpenAndScrollWithoutDelay()
+    {
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(10000);
+        QElapsedTimer time;
+        time.start();
+        stage.combo->OpenList();
+        for (int i = 0; i < 20; ++i) {
+            stage.key(i % 2 == 0 ? Qt::Key_End : Qt::Key_Home);
+            stage.table()->viewport()->repaint();
+        }
+        QVERIFY2(time.elapsed() < 2000, qPrintable(QString::number(time.elapsed())));
+        stage.combo->CloseList();
+    }
+};
+
+TAVRIN_TEST_MAIN(tst_GridComboBoxInput)
+#include "tst_GridComboBoxInput.moc"
