@@ -12,7 +12,8 @@ class Record : public tvBusinessObject, public ChangeSink, public std::enable_sh
 public:
     static std::shared_ptr<Record> create(const RecordSchema& schema);
 
-    /// The main row under the main table's name ("Incident"), a collection under its own ("Offenses").
+    /// The main row under the main table's name ("Incident"), a collection under its own ("Offenses"), and
+    /// the current row of the suspects as a record under "SuspectBO"; nullptr while there is no suspect.
     HostObjectPtr Item(const QString& name) override;
 
     /// Raised inside the call that changes a field or a collection, and before the collection's own events.
@@ -43,10 +44,13 @@ public:
 private:
     explicit Record(const RecordSchema& schema);
     void adoptChildren();
+    void removeChildrenOf(const QString& collection, const QVariant& key);
+    HostObjectPtr currentPart(const QString& collection);
 
     RecordSchema m_schema;
     RecordRowPtr m_main;
     std::vector<RecordCollectionPtr> m_collections;
+    std::vector<Subscription> m_subscriptions;
     int m_rowVersion = 0;
 };
 
