@@ -1,6 +1,7 @@
 #include "host/Record.h"
 
 #include "base/Variant.h"
+#include "host/PartOfRecord.h"
 
 #include <algorithm>
 
@@ -47,8 +48,30 @@ void Record::adoptChildren()
     m_main->setOwner(weak_from_this(), weak_from_this());
     for (const RecordRowPtr& row : m_parts)
         row->setOwner(weak_from_this(), weak_from_this());
-    for (const RecordCollectionPtr& rows : m_collections)
+    for (const RecordCollectionPtr& rows : m_collections) {
         rows->setOwner(weak_from_this(), weak_from_this());
+        m_subscriptions.push_back(rows->ItemRemoved.subscribe(
+            [this, name = rows->name()](const QVariant& key) { removeChildrenOf(name, key); }));
+    }
+}
+
+void Record::removeChildrenOf(const QString& collection, const QVariant& key)
+{
+    for (const RecordCollectionPtr& rows : m_collections) {
+        for (const ColumnSchema& column : rows->schema().Table.Columns) {
+            if (column.Parent == collection)
+                rows->removeWhere(column.Name, key);
+        }
+    }
+}
+
+HostObjectPtr Record::currentPart(const QString& collectionName)
+{
+    const RecordCollectionPtr rows = collection(collectionName);
+    if (!rows || rows->Position() < 1)
+        return nullptr;
+    const auto row = rows->rows()[static_cast<std::size_t>(rows->Position() - 1)];
+    return std::make_shared<PartOfRecord>(shared_from_this(), rows->name(), row);
 }
 
 HostObjectPtr Record::Item(const QString& name)
@@ -57,6 +80,8 @@ HostObjectPtr Record::Item(const QString& name)
         return m_main;
     if (const RecordRowPtr row = part(name))
         return row;
+    if (sameName(name, QStringLiteral("SuspectBO")))
+        return currentPart(QStringLiteral("Suspects"));
     return collection(name);
 }
 

@@ -13,7 +13,8 @@ public:
     static std::shared_ptr<Record> create(const RecordSchema& schema);
 
     /// The main row under the main table's name ("Incident"), a part or a collection under its own
-    /// ("LocationName", "Offenses").
+    /// ("LocationName", "Offenses"), and the current row of the suspects as a record under "SuspectBO";
+    /// nullptr while there is no suspect.
     HostObjectPtr Item(const QString& name) override;
 
     /// Raised inside the call that changes a field or a collection, and before the collection's own events.
@@ -48,11 +49,14 @@ public:
 private:
     explicit Record(const RecordSchema& schema);
     void adoptChildren();
+    void removeChildrenOf(const QString& collection, const QVariant& key);
+    HostObjectPtr currentPart(const QString& collection);
 
     RecordSchema m_schema;
     RecordRowPtr m_main;
     std::vector<RecordRowPtr> m_parts;
     std::vector<RecordCollectionPtr> m_collections;
+    std::vector<Subscription> m_subscriptions;
     int m_rowVersion = 0;
 };
 

@@ -143,6 +143,21 @@ void RecordCollection::RemoveCurrent(bool immediately)
         PrimaryStatusChanged.raise(Null());
 }
 
+void RecordCollection::removeWhere(const QString& column, const QVariant& value)
+{
+    const auto keepAlive = weak_from_this().lock();
+    for (qint32 index = Count(); index >= 1; --index) {
+        if (index > Count() || // a handler may have removed others
+            !SameValue(m_rows[static_cast<std::size_t>(index - 1)]->cell(column).value(), value))
+            continue;
+        const qint16 position = m_position;
+        m_position = static_cast<qint16>(index);
+        RemoveCurrent(false);
+        m_position =
+            static_cast<qint16>(std::min<qint32>(position > index ? position - 1 : position, Count()));
+    }
+}
+
 void RecordCollection::takeOut(const RecordRowPtr& row)
 {
     if (m_primary && SameValue(m_primary->value(), row->keyValue()))

@@ -49,6 +49,9 @@ public:
     /// Saved rows that the next save deletes.
     const std::vector<RecordRowPtr>& removedRows() const { return m_removed; }
     bool isChanged() const;
+    bool hasKey(const QVariant& key) const { return indexOfKey(key) > 0; }
+    /// Removes the rows whose column has this value; the next save deletes them.
+    void removeWhere(const QString& column, const QVariant& value);
 
     /// For the store: a row as the database holds it.
     RecordRowPtr appendLoadedRow();

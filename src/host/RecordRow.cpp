@@ -25,7 +25,7 @@ RecordRow::RecordRow(const TableSchema& table)
     : m_table(table)
 {
     for (const ColumnSchema& column : m_table.Columns) {
-        if (column.IsLink) {
+        if (column.IsLink || !column.Parent.isEmpty()) {
             const auto field = std::make_shared<RecordLinkField>(column);
             m_cells.push_back(field.get());
             m_fields.push_back(field);

@@ -46,6 +46,14 @@ ColumnSchema link(const char* name)
     return {QString::fromLatin1(name), ColumnType::Integer, 0, true, true};
 }
 
+/// The key of a row of another collection.
+ColumnSchema parent(const char* name, const char* collection)
+{
+    ColumnSchema column = number(name);
+    column.Parent = QString::fromLatin1(collection);
+    return column;
+}
+
 TableSchema child(const char* table, QList<ColumnSchema> columns)
 {
     const QString name = QString::fromLatin1(table);
@@ -69,6 +77,27 @@ PartSchema makeLocation()
               text("GeocodeOutputAddress", addressLength)}}};
 }
 
+/// Rows with a number of their own that belong to rows of other collections.
+CollectionSchema links(const char* name, const char* table, const char* keyColumn,
+                       QList<ColumnSchema> columns)
+{
+    const QString tableName = QString::fromLatin1(table);
+    columns.prepend(key(keyColumn));
+    columns.prepend(link("IncidentNo"));
+    return {
+        QString::fromLatin1(name),
+        {QStringLiteral("Incident"), tableName, QStringLiteral("Incident.") + tableName, std::move(columns)},
+        {}};
+}
+
+/// The links from suspects to one kind of party.
+CollectionSchema suspectLinks(const char* name, const char* table, const char* partySeqNo,
+                              const char* parties)
+{
+    return links(name, table, "LinkNo",
+                 {parent("SeqNo", "Suspects"), parent(partySeqNo, parties), number("RelationNo")});
+}
+
 RecordSchema makeIncident()
 {
     const QString incident = QStringLiteral("Incident");
@@ -79,12 +108,13 @@ RecordSchema makeIncident()
                    QStringLiteral("Incident.Incident"),
                    {key("IncidentNo"), text("CaseNo", 20), dateTime("ReportedAt"), dateTime("OccurredAt"),
                     text("Summary", 200), text("Address", 120), text("City", 60), text("Status", 20),
-                    number("LocationTypeNo"), number("WeaponNo"), number("BiasNo"),
+                    number("AgencyNo"), number("LocationTypeNo"), number("WeaponNo"), number("BiasNo"),
                     number("ReportingOfficerNo"), number("K9HandlerNo"), text("Narrative", 100000),
                     number("PrimaryOffenseSeqNo")}};
     schema.Parts = {makeLocation()};
     schema.Collections = {
-        {QStringLiteral("Offenses"), child("IncdOffense", {number("OffenseNo"), yesNo("Completed")}),
+        {QStringLiteral("Offenses"),
+         child("IncdOffense", {number("OffenseNo"), text("NibrsCode", 10), yesNo("Completed")}),
          QStringLiteral("PrimaryOffenseSeqNo")},
         {QStringLiteral("Suspects"),
          child("IncdSuspect",
@@ -97,6 +127,13 @@ RecordSchema makeIncident()
         {QStringLiteral("Witnesses"), child("IncdWitness", {text("WitnessName", nameLength)}), {}},
         {QStringLiteral("Others"), child("IncdOther", {text("OtherName", nameLength)}), {}},
         {QStringLiteral("Assignments"), child("IncdAssignment", {text("AssignedTo", 80)}), {}},
+        suspectLinks("SuspectVictims", "IncdSuspVictim", "VictimSeqNo", "Victims"),
+        suspectLinks("SuspectWitnesses", "IncdSuspWitness", "WitnessSeqNo", "Witnesses"),
+        suspectLinks("SuspectOthers", "IncdSuspOther", "OtherSeqNo", "Others"),
+        links("OffenseWeapons", "IncdOffWeapon", "RowNo",
+              {parent("OffenseSeqNo", "Offenses"), number("WeaponNo")}),
+        links("OffenseBiases", "IncdOffBias", "RowNo",
+              {parent("OffenseSeqNo", "Offenses"), number("BiasNo")}),
     };
     return schema;
 }

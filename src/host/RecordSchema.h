@@ -25,6 +25,9 @@ struct ColumnSchema
     bool IsKey = false;
     /// The column holds the key of the record above.
     bool IsLink = false;
+    /// The column holds the key of a row of this other collection of the record; "" for none. When that row
+    /// goes, so does this one.
+    QString Parent = {};
 };
 
 /// One table, and the class name of its rows.

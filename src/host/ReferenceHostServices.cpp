@@ -1,7 +1,7 @@
 #include "host/ReferenceHostServices.h"
 
 #include "host/NotOffered.h"
-#include "host/RecordRow.h"
+#include "host/PartOfRecord.h"
 
 namespace tavrin {
 
@@ -37,6 +37,8 @@ QString ReferenceHostServices::DateDisplayFormat()
 
 tvBusinessObjectPtr ReferenceHostServices::GetParentObject(const tvBusinessObjectPtr& record)
 {
+    if (const auto part = std::dynamic_pointer_cast<PartOfRecord>(record))
+        return part->record();
     const auto row = std::dynamic_pointer_cast<RecordRow>(record);
     return row ? row->record() : nullptr;
 }

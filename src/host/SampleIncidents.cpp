@@ -1,6 +1,7 @@
 #include "host/SampleIncidents.h"
 
 #include "base/Error.h"
+#include "base/Variant.h"
 #include "frame/host_contracts/Contracts.h"
 #include "host/RecordStore.h"
 
@@ -30,6 +31,8 @@ struct CodeColumn
 constexpr std::array CodeColumns{CodeColumn{"LocationTypeNo", 301},
                                  CodeColumn{"WeaponNo", 302},
                                  CodeColumn{"BiasNo", 303},
+                                 CodeColumn{"AgencyNo", Tables::Agency},
+                                 CodeColumn{"RelationNo", Tables::SuspectRelationship},
                                  CodeColumn{"RaceNo", 312},
                                  CodeColumn{"SexNo", 313},
                                  CodeColumn{"InjuryNo", 308},
@@ -103,6 +106,8 @@ private:
             fillLocation(*record, incident);
             for (const RecordCollectionPtr& rows : record->collections())
                 fillCollection(*rows, incident);
+            for (const RecordCollectionPtr& rows : record->collections())
+                checkParents(*record, *rows);
             m_store.saveWithin(*record);
         } catch (const Error& error) {
             fail(line, error.Description);
@@ -137,7 +142,7 @@ private:
                 throw Error(QStringLiteral("%1 holds something that is not a row").arg(rows.name()));
             rows.AddNew();
             fillRow(*rows.rows().back(), element.toObject(),
-                    {QStringLiteral("IncidentNo"), QStringLiteral("SeqNo")});
+                    {QStringLiteral("IncidentNo"), rows.KeyColumn()});
         }
     }
 
@@ -153,6 +158,19 @@ private:
             cell->setValue(value.isNull() ? QVariant::fromValue(nullptr) : value.toVariant());
             if (!value.isNull())
                 checkReference(name, value);
+        }
+    }
+
+    /// Rows that belong to others name rows that are there.
+    static void checkParents(const Record& record, const RecordCollection& rows)
+    {
+        for (const RecordRowPtr& row : rows.rows()) {
+            for (const FieldCell* cell : row->cells()) {
+                const QString parent = cell->column().Parent;
+                if (!parent.isEmpty() && !record.collection(parent)->hasKey(cell->value()))
+                    throw Error(QStringLiteral("%1: %2 refers to the row %3 of %4, which is not there")
+                                    .arg(rows.name(), cell->column().Name, ToText(cell->value()), parent));
+            }
         }
     }
 

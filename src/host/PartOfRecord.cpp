@@ -1,0 +1,26 @@
+#include "host/PartOfRecord.h"
+
+#include "host/ChildRows.h"
+
+namespace tavrin {
+
+PartOfRecord::PartOfRecord(RecordPtr record, QString collection, RecordRowPtr row)
+    : m_record(std::move(record))
+    , m_collection(std::move(collection))
+    , m_row(std::move(row))
+{
+}
+
+HostObjectPtr PartOfRecord::Item(const QString& name)
+{
+    const RecordCollectionPtr rows = m_record->collection(name);
+    if (!rows)
+        return m_row->Item(name);
+    for (const ColumnSchema& column : rows->schema().Table.Columns) {
+        if (column.Parent == m_collection)
+            return std::make_shared<ChildRows>(rows, column.Name, m_row);
+    }
+    return nullptr;
+}
+
+} // namespace tavrin
