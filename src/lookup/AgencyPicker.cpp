@@ -73,12 +73,13 @@ void AgencyPicker::InitDefaults()
 void AgencyPicker::TavrinControl_SetValue(const QVariant& value, const UsedValues& usedValues)
 {
     const QPointer<AgencyPicker> self(this); // a follower of Change may delete the control
+    const int put = ++m_puts;
     LoadAgencies(value);
     if (RemoveUsedValues())
         modUtils::RemoveUsedGridValues(*tdbcValues, usedValues ? *usedValues : QVariantList(), value);
     m_settingValue = true;
     const QVariant selected = modUtils::SelectGridComboValue(*tdbcValues, value);
-    if (self)
+    if (self && put == m_puts) // it may also have put another value, which stands
         m_value = selected;
 }
 

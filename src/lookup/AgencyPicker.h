@@ -118,6 +118,7 @@ private:
     GridComboBox* tdbcValues;
     Label* lblDescription;
     QVariant m_value;
+    int m_puts = 0;
     bool m_showName = true;
     bool m_listAllAgencies = false;
     bool m_removeUsedValues = false;

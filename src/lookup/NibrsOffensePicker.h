@@ -41,7 +41,7 @@ public:
     ~NibrsOffensePicker() override;
 
     /// Not saved.
-    bool Enabled() const { return isEnabled(); }
+    bool Enabled() const { return isEnabledTo(parentWidget()); }
     void SetEnabled(bool enabled);
 
     /// The code, as text; Null for "(None)". A code that the dictionary lacks selects "(None)". In the

@@ -155,8 +155,10 @@ void TavrinDropdown::UserControl_AmbientChanged(const QString& propertyName)
 
 void TavrinDropdown::UserControl_Show()
 {
+    const QPointer<TavrinDropdown> self(this); // a follower of the first selection may delete the control
     BuildList();
-    LayoutControls();
+    if (self)
+        LayoutControls();
 }
 
 void TavrinDropdown::UserControl_Resize()

@@ -304,7 +304,7 @@ void DropDownList::keyPressEvent(QKeyEvent* event)
             taken = true;
         }
         if (!taken)
-            taken = moveBy(keyCode) || (!isShortcut(*event) && typeAhead(event->text()));
+            taken = !isShortcut(*event) && (moveBy(keyCode) || typeAhead(event->text()));
     });
     if (!self || taken)
         event->accept();
@@ -345,7 +345,10 @@ bool DropDownList::moveBy(int keyCode)
 
 bool DropDownList::isShortcut(const QKeyEvent& event)
 {
-    return (event.modifiers() & (Qt::AltModifier | Qt::ControlModifier | Qt::MetaModifier)) != 0;
+    const bool alt = event.modifiers().testFlag(Qt::AltModifier);
+    const bool control = event.modifiers().testFlag(Qt::ControlModifier);
+    return alt != control ||
+           event.modifiers().testFlag(Qt::MetaModifier); // both make letters on some keyboards
 }
 
 bool DropDownList::typeAhead(const QString& text)

@@ -101,8 +101,9 @@ void FlatDropdown::toggle()
 
 void FlatDropdown::keyPressEvent(QKeyEvent* event)
 {
-    const bool isAlt = event->modifiers().testFlag(Qt::AltModifier);
-    const bool toggles = (!isAlt && (event->key() == Qt::Key_F4 || event->key() == Qt::Key_Space)) ||
+    const auto modifiers = event->modifiers() & ~Qt::KeypadModifier;
+    const bool isAlt = modifiers == Qt::AltModifier;
+    const bool toggles = (!modifiers && (event->key() == Qt::Key_F4 || event->key() == Qt::Key_Space)) ||
                          (isAlt && (event->key() == Qt::Key_Down || event->key() == Qt::Key_Up));
     const bool closes = IsOpen() && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter);
     if (toggles || closes) {
@@ -111,6 +112,20 @@ void FlatDropdown::keyPressEvent(QKeyEvent* event)
         return;
     }
     DropDownList::keyPressEvent(event);
+}
+
+bool FlatDropdown::event(QEvent* event)
+{
+    if (event->type() == QEvent::ShortcutOverride && IsOpen()) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        const bool isPlain = (key->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+        const bool isFunctionKey = key->key() >= Qt::Key_F1 && key->key() <= Qt::Key_F35;
+        if (isPlain && !isFunctionKey) {
+            event->accept(); // the open list has it, and no shortcut of the window
+            return true;
+        }
+    }
+    return DropDownList::event(event);
 }
 
 void FlatDropdown::mousePressEvent(QMouseEvent* event)

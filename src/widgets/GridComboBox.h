@@ -111,7 +111,8 @@ public:
     void SetBackColor(Color color);
     Color ForeColor() const { return m_foreColor; }
     void SetForeColor(Color color);
-    bool Enabled() const { return isEnabled(); }
+    /// Its own state, whatever its form's.
+    bool Enabled() const { return isEnabledTo(parentWidget()); }
     void SetEnabled(bool enabled) { setEnabled(enabled); }
 
     QSize sizeHint() const override;

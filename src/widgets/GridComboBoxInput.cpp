@@ -159,8 +159,10 @@ bool GridComboBox::answersKey(const QKeyEvent& event)
     }
     if (!modifiers && answersListKey(key))
         return true;
+    const QPointer<GridComboBox> self(this); // a handler may close the form
     if (!modifiers && moveBy(key)) {
-        m_typed.clear();
+        if (self)
+            m_typed.clear();
         return true;
     }
     if (modifiers & ~Qt::ShiftModifier)
