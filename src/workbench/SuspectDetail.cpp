@@ -63,6 +63,9 @@ SuspectDetail::SuspectDetail(const LoadedForm& form, QStringList& problems, QWid
     name->widget()->setAccessibleName(name->plainLabel());
     m_grid->addWidget(label, m_row, 0);
     m_grid->addWidget(name->widget(), m_row++, 1, 1, 3);
+    // The sections' dialog reads the name from the record.
+    connectGuarded(qobject_cast<QLineEdit*>(name->widget()), &QLineEdit::editingFinished, this,
+                   "SuspectDetail_Name", [this] { storeName(); });
     addBinding(std::move(name));
 
     const TableSchema& table =
@@ -174,8 +177,17 @@ tvTableRow& SuspectDetail::suspect(Record& record)
     return *suspects->Item(suspects->Position());
 }
 
+void SuspectDetail::storeName()
+{
+    FieldBinding& name = *m_bindings.front();
+    if (m_suspect && name.differs(*m_suspect))
+        name.store(*m_suspect);
+}
+
 void SuspectDetail::load(Record& record)
 {
+    const RecordCollectionPtr suspects = record.collection(Suspects);
+    m_suspect = suspects->Item(suspects->Position());
     const QScopedValueRollback loading(m_loading, true);
     for (const auto& binding : m_bindings)
         binding->load(suspect(record));

@@ -62,6 +62,7 @@ private:
     void addSection(UserControl* control, BoundSection* bound, const QString& label);
     void addBinding(std::unique_ptr<FieldBinding> binding);
     void edited();
+    void storeName();
     static tvTableRow& suspect(Record& record);
 
     QGridLayout* m_grid;
@@ -71,6 +72,7 @@ private:
     std::vector<CodeBinding*> m_codes;                     // of them
     std::vector<Section> m_sections;
     std::vector<Subscription> m_subscriptions;
+    tvTableRowPtr m_suspect; // that was loaded last
     bool m_loading = false;
 };
 

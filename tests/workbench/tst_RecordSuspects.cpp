@@ -348,6 +348,23 @@ private Q_SLOTS:
         QCOMPARE(site.boxes.texts(), QStringList());
     }
 
+    void theDialogKnowsTheNameThatWasJustTyped()
+    {
+        SuspectSite site;
+        site.openPage();
+        site.addSuspect(QStringLiteral("Fresh"));
+        QWidget* menu = site.openMenu(Victims);
+        QVERIFY(menu);
+        QString words;
+        const NextModal dialog([&](QWidget& modal) {
+            words = modal.findChild<FlatDropdown*>(QStringLiteral("cboRelationship"))->accessibleName();
+            QTest::keyClick(&modal, Qt::Key_Escape);
+        });
+        QTest::keyClick(menu, Qt::Key_A);
+        QVERIFY(dialog.came());
+        QCOMPARE(words, QStringLiteral("Relationship to Fresh"));
+    }
+
     void aRemovedSuspectTakesOnlyItsOwnLinksAlong()
     {
         SuspectSite site;
