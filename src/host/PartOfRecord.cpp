@@ -4,6 +4,16 @@
 
 namespace tavrin {
 
+namespace {
+
+/// The name of a collection by the word for one of its rows and an "s" may be no plural: "SuspectWitnesss".
+QString pluralOf(const QString& name)
+{
+    return name.endsWith(QLatin1String("sss")) ? name.chopped(1) + QStringLiteral("es") : name;
+}
+
+} // namespace
+
 PartOfRecord::PartOfRecord(RecordPtr record, QString collection, RecordRowPtr row)
     : m_record(std::move(record))
     , m_collection(std::move(collection))
@@ -13,7 +23,7 @@ PartOfRecord::PartOfRecord(RecordPtr record, QString collection, RecordRowPtr ro
 
 HostObjectPtr PartOfRecord::Item(const QString& name)
 {
-    const RecordCollectionPtr rows = m_record->collection(name);
+    const RecordCollectionPtr rows = m_record->collection(pluralOf(name));
     if (!rows)
         return m_row->Item(name);
     for (const ColumnSchema& column : rows->schema().Table.Columns) {

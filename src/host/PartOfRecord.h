@@ -14,7 +14,8 @@ class PartOfRecord final : public tvBusinessObject
 public:
     PartOfRecord(RecordPtr record, QString collection, RecordRowPtr row);
 
-    /// A child collection of this row, or one of its fields; nullptr when there is neither.
+    /// A child collection of this row, or one of its fields; nullptr when there is neither. Controls
+    /// build names with a plain "s", so "SuspectWitnesss" is "SuspectWitnesses".
     HostObjectPtr Item(const QString& name) override;
 
     const RecordPtr& record() const { return m_record; }

@@ -1,6 +1,7 @@
 #include "FormPage.h"
 
 #include "AutoCompleteBinding.h"
+#include "FormLoading.h"
 #include "PickerBinding.h"
 #include "PickerRows.h"
 #include "Theme.h"
@@ -12,32 +13,12 @@
 #include "lookup/EmployeePicker.h"
 #include "lookup/FlatEmployeePicker.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <QGridLayout>
 #include <QLabel>
 
 #include <algorithm>
 
-// The resource lies in a static library, which nothing else makes the linker take in.
-static void takeInResources()
-{
-    Q_INIT_RESOURCE(workbench);
-}
-
 namespace tavrin::workbench {
-
-namespace {
-
-/// The form file of the given folder when there is one, else the built-in one.
-QString formPath(const QString& formName, const QString& folder)
-{
-    const QString own = QDir(folder).filePath(formName);
-    return !folder.isEmpty() && QFileInfo::exists(own) ? own
-                                                       : QStringLiteral(":/workbench/forms/") + formName;
-}
-
-} // namespace
 
 struct FormPage::Entry
 {
@@ -121,18 +102,7 @@ void FormPage::addField(FieldBinding& binding, int half)
 void FormPage::addForm(const QString& formName, const QString& formsFolder, QStringList& problems,
                        const QString& hint)
 {
-    takeInResources();
-    QString path = formPath(formName, formsFolder);
-    QStringList ownProblems;
-    FormFile form = FormFile::load(path, ownProblems);
-    problems << ownProblems;
-    if (form.controls.empty() && !path.startsWith(u':')) {
-        if (ownProblems.isEmpty())
-            problems << tr("%1: The form has no controls.").arg(path);
-        problems << tr("The built-in form is shown instead.");
-        path = formPath(formName, QString());
-        form = FormFile::load(path, problems);
-    }
+    const auto [form, path] = loadForm(formName, formsFolder, problems);
     if (!form.title.isEmpty() || !hint.isEmpty())
         addSection(form.title, hint);
     const auto controls = form.createControls(publicControls(), this, path, problems);

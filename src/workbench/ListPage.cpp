@@ -20,8 +20,7 @@ struct Section
     const char* nameField;
 };
 
-constexpr Section PeopleSections[] = {{"Suspects", QT_TR_NOOP("Suspects"), "SuspectName"},
-                                      {"Victims", QT_TR_NOOP("Victims"), "VictimName"},
+constexpr Section PeopleSections[] = {{"Victims", QT_TR_NOOP("Victims"), "VictimName"},
                                       {"Witnesses", QT_TR_NOOP("Witnesses"), "WitnessName"},
                                       {"Others", QT_TR_NOOP("Other people"), "OtherName"}};
 

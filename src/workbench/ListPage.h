@@ -6,7 +6,7 @@ class QTreeWidget;
 
 namespace tavrin::workbench {
 
-/// The people in an incident, to read.
+/// The people in an incident who are not suspects, to read.
 class ListPage final : public RecordPage
 {
     Q_OBJECT

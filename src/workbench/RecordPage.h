@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FieldBinding.h"
+#include "base/Error.h"
 #include "host/Record.h"
 
 #include <QWidget>
@@ -9,6 +10,18 @@
 #include <vector>
 
 namespace tavrin::workbench {
+
+/// A part of a page that cannot be saved as it is; raised by `RecordPage::storeRows`, with the part in view.
+struct SectionRefusal : Error
+{
+    SectionRefusal(const Error& error, QWidget* refusedField)
+        : Error(error)
+        , field(refusedField)
+    {
+    }
+
+    QWidget* field;
+};
 
 /// One page of a record window.
 class RecordPage : public QWidget
@@ -28,7 +41,8 @@ public:
     virtual bool differs(Record& record) const;
     /// Writes the page into the record. Nothing reaches the database.
     virtual void store(Record& record);
-    /// Writes the rows of the page's lists into the record, behind the fields of all pages.
+    /// Writes the rows of the page's lists into the record, behind the fields of all pages. Raises a
+    /// `SectionRefusal` where the person has to do something first.
     virtual void storeRows(Record&) {}
     /// The first field whose content cannot be saved; nullptr when there is none.
     virtual const FieldBinding* firstProblem() const;

@@ -3,6 +3,7 @@
 #include "GeneralPage.h"
 #include "ListPage.h"
 #include "NarrativePage.h"
+#include "SuspectsPage.h"
 #include "Theme.h"
 #include "Workspace.h"
 #include "base/Error.h"
@@ -156,6 +157,7 @@ void RecordWindow::addPages(QStringList& problems)
     addPage(general);
     addPage(officers);
     addPage(offenses);
+    addPage(new SuspectsPage(forms, problems));
     addPage(new ListPage);
     addPage(new NarrativePage);
 }
@@ -266,6 +268,13 @@ bool RecordWindow::save()
         for (RecordPage* page : m_pages)
             page->storeRows(*m_record);
         m_workspace.store().save(*m_record);
+    } catch (const SectionRefusal& refusal) {
+        refreshState();
+        const auto page = std::find_if(m_pages.begin(), m_pages.end(), [&](const RecordPage* candidate) {
+            return candidate->isAncestorOf(refusal.field);
+        });
+        showProblem(static_cast<int>(page - m_pages.begin()), refusal.field, refusal.Description);
+        return false;
     } catch (const Error& error) {
         refreshState();
         tellNotSaved(error.Description, BoxIcon::Critical);

@@ -37,7 +37,8 @@ QImage screenPicture()
         windows.append(window);
     }
     const auto level = [](const QWidget* window) {
-        const bool list = (window->windowFlags() & Qt::WindowType_Mask) == Qt::ToolTip;
+        const Qt::WindowFlags type = window->windowFlags() & Qt::WindowType_Mask;
+        const bool list = type == Qt::ToolTip || type == Qt::Popup;
         return list                       ? 3
                : window->isModal()        ? 2
                : window->isActiveWindow() ? 1

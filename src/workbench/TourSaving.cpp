@@ -41,9 +41,9 @@ void SavingSteps::promptForUnsavedChanges()
     const QString before = ToText(stored(QStringLiteral("Narrative")));
     const QString added = QStringLiteral(" A neighbor's camera was checked.");
     d.step(QStringLiteral("Write on the narrative page"), [&] {
-        showPage(3);
-        d.picture(QStringLiteral("People"));
         showPage(4);
+        d.picture(QStringLiteral("People"));
+        showPage(5);
         d.press(Qt::Key_V, Qt::AltModifier);
         d.press(Qt::Key_End, Qt::ControlModifier);
         d.type(added);

@@ -94,6 +94,18 @@ private Q_SLOTS:
         QVERIFY(!store.create()->Item(u"SuspectBO"_s));
     }
 
+    void aCollectionIsFoundByThePluralThatAControlBuilds()
+    {
+        RecordStore store(*m_database);
+        const tvBusinessObjectPtr suspect = suspectOf(makeIncident(store));
+        for (const QString& name : {u"SuspectWitnesses"_s, u"SuspectWitnesss"_s}) {
+            const auto links = std::dynamic_pointer_cast<tvTableCollection>(suspect->Item(name));
+            QVERIFY2(links, qPrintable(name));
+            QVERIFY(std::dynamic_pointer_cast<tvField>(links->NewItem()->Item(u"WitnessSeqNo"_s)));
+        }
+        QVERIFY(!suspect->Item(u"SuspectWitness"_s));
+    }
+
     void linksBetweenNewRowsHaveTheirKeysAfterTheSave()
     {
         RecordStore store(*m_database);

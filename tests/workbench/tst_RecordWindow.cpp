@@ -225,7 +225,7 @@ private Q_SLOTS:
         site.open();
         QVERIFY(QTest::qWaitForWindowActive(site.window));
         auto* people = site.window->findChild<QTreeWidget*>(QStringLiteral("people"));
-        for (int page = 0; page < 3; ++page)
+        for (int page = 0; page < 4; ++page)
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_PageDown, Qt::ControlModifier);
         QVERIFY(people->isVisible());
         people->setFocus();
