@@ -1,5 +1,6 @@
 #include "FormPage.h"
 
+#include "AgencyBinding.h"
 #include "AutoCompleteBinding.h"
 #include "PickerBinding.h"
 #include "PickerRows.h"
@@ -8,6 +9,7 @@
 #include "base/Variant.h"
 #include "component/ClassRegister.h"
 #include "frame/control_frame/FormFile.h"
+#include "lookup/AgencyPicker.h"
 #include "lookup/AutoCompleteField.h"
 #include "lookup/EmployeePicker.h"
 #include "lookup/FlatEmployeePicker.h"
@@ -183,6 +185,8 @@ bool FormPage::addControl(UserControl* control, const Entry& entry)
         addPicker(picker, entry);
     } else if (auto* code = qobject_cast<AutoCompleteField*>(control)) {
         addField(bind<AutoCompleteBinding>(code, entry.host("field"), entry.label()));
+    } else if (auto* agency = qobject_cast<AgencyPicker*>(control)) {
+        addField(bind<AgencyBinding>(agency, entry.host("field"), entry.label()));
     }
     return true;
 }

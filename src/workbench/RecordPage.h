@@ -30,6 +30,8 @@ public:
     virtual void store(Record& record);
     /// Writes the rows of the page's lists into the record, behind the fields of all pages.
     virtual void storeRows(Record&) {}
+    /// After a save, for what the save itself has filled in.
+    virtual void showSaved(Record&) {}
     /// The first field whose content cannot be saved; nullptr when there is none.
     virtual const FieldBinding* firstProblem() const;
     /// The field of the page that is bound to this column; nullptr when there is none.

@@ -28,6 +28,7 @@ int runTour(const Options& options)
         walkCodes(site);
         walkPeople(site);
         walkOffenses(site);
+        walkLocation(site);
         walkSaving(site);
     } catch (const Error& error) {
         std::printf("not ok - %s\n", qPrintable(error.Description));

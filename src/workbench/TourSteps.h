@@ -81,6 +81,7 @@ protected:
 void walkCodes(TourSite& site);
 void walkPeople(TourSite& site);
 void walkOffenses(TourSite& site);
+void walkLocation(TourSite& site);
 void walkSaving(TourSite& site);
 
 } // namespace tavrin::workbench
