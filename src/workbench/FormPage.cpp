@@ -4,6 +4,7 @@
 #include "AutoCompleteBinding.h"
 #include "PickerBinding.h"
 #include "PickerRows.h"
+#include "RowDetails.h"
 #include "Theme.h"
 #include "base/Guard.h"
 #include "base/Variant.h"
@@ -164,12 +165,12 @@ QString FormPage::placeProblem(const Entry& entry)
             return tr("The record has no collection %1.").arg(name);
         table = &found->Table;
     }
-    for (const char* key : {"field", "flag"}) {
+    for (const char* key : {"field", "flag", "code"}) {
         const QString name = entry.host(key);
         if (!name.isEmpty() && table->indexOf(name) < 0)
             return tr("The table %1 has no field %2.").arg(table->Table, name);
     }
-    return {};
+    return RowDetails::problem(entry.form.host);
 }
 
 bool FormPage::addControl(UserControl* control, const Entry& entry)

@@ -20,6 +20,8 @@ namespace {
 
 constexpr int Indent = 16;
 constexpr int ListHeight = 104;
+constexpr int CodeStretch = 4; // a code stands with its description
+constexpr int ListStretch = 3;
 
 QString hostText(const QJsonObject& host, const char* key)
 {
@@ -31,6 +33,28 @@ QString hostText(const QJsonObject& host, const char* key)
 bool RowDetails::isWanted(const QJsonObject& host)
 {
     return !hostText(host, "code").isEmpty() || !host.value(QLatin1String("lists")).toArray().isEmpty();
+}
+
+QString RowDetails::problem(const QJsonObject& host)
+{
+    const auto& collections = incidentSchema().Collections;
+    for (const QJsonValue& value : host.value(QLatin1String("lists")).toArray()) {
+        const QJsonObject list = value.toObject();
+        const QString name = hostText(list, "collection");
+        const auto found = std::find_if(collections.begin(), collections.end(),
+                                        [&name](const CollectionSchema& c) { return c.Name == name; });
+        if (found == collections.end())
+            return tr("The record has no collection %1.").arg(name);
+        const TableSchema& table = found->Table;
+        const QString parent = hostText(host, "collection");
+        if (std::none_of(table.Columns.begin(), table.Columns.end(),
+                         [&parent](const ColumnSchema& column) { return column.Parent == parent; }))
+            return tr("The rows of %1 do not belong to rows of %2.").arg(name, parent);
+        const QString field = hostText(list, "field");
+        if (table.indexOf(field) < 0)
+            return tr("The table %1 has no field %2.").arg(table.Table, field);
+    }
+    return {};
 }
 
 RowDetails::RowDetails(const QJsonObject& host, QWidget* parent)
@@ -63,7 +87,7 @@ void RowDetails::addCode(const QJsonObject& host, QGridLayout& grid)
     });
     grid.addWidget(new QLabel(label, this), 0, 0);
     grid.addWidget(m_code, 1, 0, Qt::AlignTop);
-    grid.setColumnStretch(0, 1);
+    grid.setColumnStretch(0, CodeStretch);
 }
 
 void RowDetails::addList(const QJsonObject& host, QGridLayout& grid)
@@ -83,7 +107,7 @@ void RowDetails::addList(const QJsonObject& host, QGridLayout& grid)
     const int column = grid.columnCount();
     grid.addWidget(new QLabel(label, this), 0, column);
     grid.addWidget(list.control, 1, column);
-    grid.setColumnStretch(column, 1);
+    grid.setColumnStretch(column, ListStretch);
     m_lists.push_back(list);
 }
 

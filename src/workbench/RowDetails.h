@@ -29,6 +29,8 @@ public:
     /// "codeLabel"; "lists" are objects with "collection", "field", "table" and "label".
     RowDetails(const QJsonObject& host, QWidget* parent);
     static bool isWanted(const QJsonObject& host);
+    /// Why the incident has no place for one of the lists, in a sentence; "" when it has.
+    static QString problem(const QJsonObject& host);
 
     /// A row of this collection of the record; nullptr for one that is still to be made.
     void load(Record& record, const QString& collection, const RecordRowPtr& row);

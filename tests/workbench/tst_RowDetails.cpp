@@ -268,6 +268,37 @@ private Q_SLOTS:
         QVERIFY(!site.window->isDirty());
     }
 
+    void aListWithoutAPlaceInTheRecordGivesOneMessage_data()
+    {
+        QTest::addColumn<QByteArray>("details");
+        QTest::addColumn<QString>("problem");
+        QTest::newRow("code") << QByteArray(R"("code": "Nothing")")
+                              << QStringLiteral("The table IncdOffense has no field Nothing.");
+        QTest::newRow("collection") << QByteArray(R"("lists": [{"collection": "Nothing"}])")
+                                    << QStringLiteral("The record has no collection Nothing.");
+        QTest::newRow("other rows") << QByteArray(R"("lists": [{"collection": "Victims"}])")
+                                    << QStringLiteral(
+                                           "The rows of Victims do not belong to rows of Offenses.");
+        QTest::newRow("field") << QByteArray(
+                                      R"("lists": [{"collection": "OffenseWeapons", "field": "BiasNo"}])")
+                               << QStringLiteral("The table IncdOffWeapon has no field BiasNo.");
+    }
+    void aListWithoutAPlaceInTheRecordGivesOneMessage()
+    {
+        QFETCH(QByteArray, details);
+        QFETCH(QString, problem);
+        const QByteArray form = R"({"title": "", "controls": [
+            {"class": "TVBoundControls.OffensePicker", "name": "Offense",
+             "host": {"collection": "Offenses", "field": "OffenseNo", )" +
+                                details + "}}]}";
+        Site site(form, QStringLiteral("offenses.json"));
+        site.open();
+        QTRY_COMPARE(site.boxes.shown().size(), 1);
+        QVERIFY2(site.boxes.texts().constFirst().endsWith(problem),
+                 qPrintable(site.boxes.texts().constFirst()));
+        QVERIFY(!site.window->findChild<PickerRows*>(Offenses));
+    }
+
     void tabWalksFromTheOffenseThroughItsDetails()
     {
         DetailSite site;
