@@ -8,6 +8,8 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QScopedValueRollback>
+#include <QScrollArea>
+#include <QTimer>
 
 namespace tavrin::workbench {
 
@@ -72,12 +74,32 @@ void PickerRow::refreshDetails()
         m_details->setVisible(!isEmpty());
 }
 
+void PickerRow::scrollIntoView()
+{
+    QTimer::singleShot(0, this, [this] { // when it has its place
+        guard("PickerRow_Scroll", [this] {
+            for (QWidget* above = parentWidget(); above; above = above->parentWidget()) {
+                auto* page = qobject_cast<QScrollArea*>(above);
+                if (!page)
+                    continue;
+                const QPoint corner = mapTo(page->widget(), QPoint());
+                page->ensureVisible(corner.x(), corner.y() + height(), 0, 0);
+                page->ensureVisible(corner.x(), corner.y(), 0, 0);
+                return;
+            }
+        });
+    });
+}
+
 void PickerRow::pickerChanged()
 {
     if (m_loading)
         return;
     m_value.touched();
+    const bool hadDetails = m_details && !m_details->isHidden();
     refreshDetails();
+    if (m_details && !hadDetails && !m_details->isHidden())
+        scrollIntoView();
     Edited.raise();
 }
 

@@ -53,6 +53,9 @@ public:
     /// The values of the other lines, which the picker leaves out of its list.
     void setUsedValues(const QVariantList& values) { *m_usedValues = values; }
 
+    /// Scrolls the page so far that all of the line shows, at the next pass through the event loop.
+    void scrollIntoView();
+
     Event<> Edited;
     Event<> RemoveAsked;
 

@@ -122,6 +122,7 @@ void PickerRows::addByPerson()
     refreshLines();
     line->show(); // now, not with the next layout: what is hidden takes no keys
     line->picker().setFocus(Qt::OtherFocusReason);
+    line->scrollIntoView();
 }
 
 void PickerRows::takeAway(PickerRow* line)

@@ -229,6 +229,25 @@ private Q_SLOTS:
         QCOMPARE(site.storedRows(Weapons, WeaponNo), weapons);
     }
 
+    void aNewOffenseScrollsIntoViewAndSoDoItsDetails()
+    {
+        DetailSite site;
+        site.openPage();
+        site.window->resize(820, 400);
+        const auto isSeen = [&](QWidget* widget) {
+            return widget->visibleRegion().boundingRect() == widget->rect();
+        };
+        QTRY_VERIFY(!isSeen(site.details(1)));
+        QTest::keyClick(site.window, Qt::Key_A, Qt::AltModifier);
+        QTRY_COMPARE(site.lines().size(), 3);
+        QTRY_VERIFY(isSeen(&site.lines().constLast()->picker()));
+        site.lines().constLast()->picker().setFocus();
+        QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("440.10"));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QTRY_VERIFY(isSeen(site.details(2)));
+        QVERIFY(isSeen(&site.lines().constLast()->picker()));
+    }
+
     void aLineWithoutAnOffenseHasNoDetails()
     {
         DetailSite site;
