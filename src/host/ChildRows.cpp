@@ -47,6 +47,7 @@ void ChildRows::RemoveCurrent(bool immediately)
 {
     if (m_position < 1)
         throw Error(QStringLiteral("The collection has no current row to remove"));
+    const auto keepAlive = weak_from_this().lock(); // a handler may let go of the collection
     const qint32 index = m_position;
     const RecordRowPtr row = m_rows[static_cast<std::size_t>(index - 1)];
     const QVariant key = row->keyValue();

@@ -9,7 +9,7 @@ namespace tavrin {
 ///
 /// It holds the rows that belong there when it is made, and those that are added and removed through it. A
 /// row that is added refers to the parent's key, also while that is still to change.
-class ChildRows final : public tvTableCollection
+class ChildRows final : public tvTableCollection, public std::enable_shared_from_this<ChildRows>
 {
 public:
     /// `column` of `all` holds the key of `parent`. Raises an `Error` when `all` has no such column.

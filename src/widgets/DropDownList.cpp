@@ -304,7 +304,7 @@ void DropDownList::keyPressEvent(QKeyEvent* event)
             taken = true;
         }
         if (!taken)
-            taken = moveBy(keyCode) || typeAhead(event->text());
+            taken = moveBy(keyCode) || (!isShortcut(*event) && typeAhead(event->text()));
     });
     if (!self || taken)
         event->accept();
@@ -341,6 +341,11 @@ bool DropDownList::moveBy(int keyCode)
     if (last >= 0)
         SetListIndex(std::clamp(target, 0, last));
     return true;
+}
+
+bool DropDownList::isShortcut(const QKeyEvent& event)
+{
+    return (event.modifiers() & (Qt::AltModifier | Qt::ControlModifier | Qt::MetaModifier)) != 0;
 }
 
 bool DropDownList::typeAhead(const QString& text)

@@ -80,6 +80,8 @@ private:
     bool isInsidePopup(const QObject* object) const;
     void choose(int index);
     bool moveBy(int keyCode);
+    /// A command of the window and no letter of an entry.
+    static bool isShortcut(const QKeyEvent& event);
     bool typeAhead(const QString& text);
 
     std::vector<Entry> m_entries;

@@ -18,7 +18,7 @@ void Form::SetInnerSize(Twips width, Twips height)
 void Form::ShowModal(QWidget* owner)
 {
     setParent(owner ? owner->window() : nullptr, windowFlags());
-    setWindowModality(Qt::WindowModal);
+    setWindowModality(Qt::ApplicationModal);
     exec();
 }
 

@@ -19,8 +19,9 @@ public:
     Twips ScaleWidth() const { return toTwips(width()); }
     Twips ScaleHeight() const { return toTwips(height()); }
 
-    /// Shows the form above the window of `owner`, which it blocks, and returns when it is closed. The form
-    /// keeps what was entered.
+    /// Shows the form above the window of `owner` and returns when it is closed. It blocks the program's
+    /// windows: no other record can come between the question and its answer. The form keeps what was
+    /// entered.
     void ShowModal(QWidget* owner);
 
 protected:

@@ -183,7 +183,7 @@ private Q_SLOTS:
         form.fill({12});
         const NextModal modal([&](QWidget& window) {
             QCOMPARE(window.windowTitle(), u"Select one or more items"_s);
-            QCOMPARE(window.windowModality(), Qt::WindowModal);
+            QCOMPARE(window.windowModality(), Qt::ApplicationModal);
             QCOMPARE(window.parentWidget(), &form.window);
             QCOMPARE(entriesOf(*window.findChild<ListBox*>()), QStringList({u"Handgun"_s, u"Knife"_s}));
             answer(window, {0, 1}, true);

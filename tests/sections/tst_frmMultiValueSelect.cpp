@@ -241,7 +241,7 @@ private Q_SLOTS:
         dialog.form.LoadValues(WeaponTable, {});
         const NextModal modal([&](QWidget& shown) {
             QCOMPARE(&shown, &dialog.form);
-            QCOMPARE(shown.windowModality(), Qt::WindowModal);
+            QCOMPARE(shown.windowModality(), Qt::ApplicationModal);
             QCOMPARE(shown.parentWidget(), &window);
             shown.close();
         });

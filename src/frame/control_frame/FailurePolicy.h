@@ -3,11 +3,11 @@
 #include "Trace.h"
 #include "base/Error.h"
 
+#include <QPointer>
 #include <QString>
+#include <QWidget>
 
 #include <utility>
-
-class QWidget;
 
 /// What a routine does with a failure. A routine says in its first line which of these it follows; one that
 /// says nothing lets its failures pass to its caller.
@@ -74,11 +74,12 @@ void showFailure(QWidget* parent, const QString& prefix, const QString& title);
 template <typename Body>
 bool reportInBox(QWidget* parent, const QString& prefix, const QString& title, Body&& body)
 {
+    const QPointer<QWidget> alive(parent); // a follower may delete the control that fails
     try {
         std::forward<Body>(body)();
         return true;
     } catch (...) {
-        showFailure(parent, prefix, title);
+        showFailure(alive, prefix, title);
         return false;
     }
 }

@@ -4,6 +4,8 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QPointer>
+#include <QScopeGuard>
 #include <QUrl>
 
 namespace tavrin {
@@ -66,18 +68,35 @@ BoxAnswer answerOf(int button)
     }
 }
 
+/// The answer that changes nothing, of a box that went with its parent.
+BoxAnswer answerWhenGone(BoxButtons buttons)
+{
+    switch (buttons) {
+    case BoxButtons::Ok:
+        return BoxAnswer::Ok;
+    case BoxButtons::YesNo:
+        return BoxAnswer::No;
+    default:
+        return BoxAnswer::Cancel;
+    }
+}
+
 class RealMessageBoxes final : public MessageBoxes
 {
 public:
     BoxAnswer show(QWidget* parent, const QString& text, BoxIcon icon, const QString& title,
                    BoxButtons buttons) override
     {
-        QMessageBox box(iconOf(icon), title, text, buttonsOf(buttons), parent);
-        box.setTextFormat(Qt::PlainText);
-        box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+        // On the heap: the parent may die while the box is open, and takes it along.
+        const QPointer<QMessageBox> box =
+            new QMessageBox(iconOf(icon), title, text, buttonsOf(buttons), parent);
+        const auto close = qScopeGuard([&box] { delete box; });
+        box->setTextFormat(Qt::PlainText);
+        box->setTextInteractionFlags(Qt::TextSelectableByMouse);
         if (buttons == BoxButtons::YesNo)
-            box.setEscapeButton(QMessageBox::No);
-        return answerOf(box.exec());
+            box->setEscapeButton(QMessageBox::No);
+        const int answer = box->exec();
+        return box ? answerOf(answer) : answerWhenGone(buttons);
     }
 };
 
