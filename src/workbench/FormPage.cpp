@@ -1,14 +1,17 @@
 #include "FormPage.h"
 
+#include "AgencyBinding.h"
 #include "AutoCompleteBinding.h"
 #include "FormLoading.h"
 #include "PickerBinding.h"
 #include "PickerRows.h"
+#include "RowDetails.h"
 #include "Theme.h"
 #include "base/Guard.h"
 #include "base/Variant.h"
 #include "component/ClassRegister.h"
 #include "frame/control_frame/FormFile.h"
+#include "lookup/AgencyPicker.h"
 #include "lookup/AutoCompleteField.h"
 #include "lookup/EmployeePicker.h"
 #include "lookup/FlatEmployeePicker.h"
@@ -132,12 +135,12 @@ QString FormPage::placeProblem(const Entry& entry)
             return tr("The record has no collection %1.").arg(name);
         table = &found->Table;
     }
-    for (const char* key : {"field", "flag"}) {
+    for (const char* key : {"field", "flag", "code"}) {
         const QString name = entry.host(key);
         if (!name.isEmpty() && table->indexOf(name) < 0)
             return tr("The table %1 has no field %2.").arg(table->Table, name);
     }
-    return {};
+    return RowDetails::problem(entry.form.host);
 }
 
 bool FormPage::addControl(UserControl* control, const Entry& entry)
@@ -153,6 +156,8 @@ bool FormPage::addControl(UserControl* control, const Entry& entry)
         addPicker(picker, entry);
     } else if (auto* code = qobject_cast<AutoCompleteField*>(control)) {
         addField(bind<AutoCompleteBinding>(code, entry.host("field"), entry.label()));
+    } else if (auto* agency = qobject_cast<AgencyPicker*>(control)) {
+        addField(bind<AgencyBinding>(agency, entry.host("field"), entry.label()));
     }
     return true;
 }

@@ -4,6 +4,7 @@
 #include "base/Variant.h"
 
 #include <QCoreApplication>
+#include <QWidget>
 
 namespace tavrin::workbench {
 
@@ -41,7 +42,7 @@ void PickedValue::store(tvField& field) const
 void PickedValue::refreshToolTip()
 {
     const bool isHidden = !m_isTouched && !SameValue(m_loaded, value());
-    m_picker.setToolTip(
+    m_widget.setToolTip(
         isHidden ? QCoreApplication::translate("PickedValue",
                                                "The record holds %1, which is not in the list. It stays "
                                                "until you choose an entry.")

@@ -1,20 +1,22 @@
 #pragma once
 
-#include "frame/host_contracts/Records.h"
-#include "lookup/SearchPicker.h"
+#include "frame/host_contracts/Contracts.h"
+
+class QWidget;
 
 namespace tavrin::workbench {
 
-/// A stored value in a picker: loaded and read back by the picker's contract.
+/// A stored value in a picker or another control for one value: loaded and read back by its contract.
 ///
 /// A picker shows nothing for a value that its list does not know. Such a value is no change, and no save
 /// loses it, for as long as the person leaves the picker alone.
 class PickedValue
 {
 public:
-    /// The picker must outlive this.
-    explicit PickedValue(SearchPicker& picker)
+    /// The picker must outlive this; `widget` is the same object.
+    PickedValue(TavrinControl& picker, QWidget& widget)
         : m_picker(picker)
+        , m_widget(widget)
     {
     }
 
@@ -33,7 +35,8 @@ private:
     /// Tells in the picker's tool tip of a value that is stored and cannot be shown.
     void refreshToolTip();
 
-    SearchPicker& m_picker;
+    TavrinControl& m_picker;
+    QWidget& m_widget;
     mutable QVariant m_loaded;
     bool m_isTouched = false;
 };

@@ -9,7 +9,7 @@ namespace tavrin::workbench {
 PickerBinding::PickerBinding(SearchPicker* picker, const QString& fieldName, const QString& label)
     : FieldBinding(fieldName, label)
     , m_picker(picker)
-    , m_value(*picker)
+    , m_value(*picker, *picker)
 {
     connectGuarded(picker, &SearchPicker::Change, picker, "PickerBinding_Edited", [this] {
         if (m_loading)

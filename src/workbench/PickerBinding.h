@@ -2,6 +2,7 @@
 
 #include "FieldBinding.h"
 #include "PickedValue.h"
+#include "lookup/SearchPicker.h"
 
 namespace tavrin::workbench {
 

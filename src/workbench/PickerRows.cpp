@@ -48,12 +48,13 @@ tvTableCollectionPtr PickerRows::collectionOf(Record& record) const
 
 void PickerRows::load(Record& record)
 {
+    m_record = record.weak_from_this();
     const auto before = m_lines;
     for (PickerRow* line : before)
         takeAway(line);
     const tvTableCollectionPtr rows = collectionOf(record);
     for (const tvTableRowPtr& row : *rows)
-        addLine(row);
+        addLine(record, row);
     refreshLines();
 }
 
@@ -85,16 +86,19 @@ void PickerRows::store(Record& record)
         }
     }
     for (PickerRow* line : m_lines)
-        line->store(*rows);
+        line->store(record, *rows);
 }
 
 // The lines
 
-PickerRow* PickerRows::addLine(const tvTableRowPtr& stored)
+PickerRow* PickerRows::addLine(Record& record, const tvTableRowPtr& stored)
 {
     const ControlSite site{m_form.name, &m_form.properties};
     auto* picker = qobject_cast<SearchPicker*>(publicControls().create(m_form.className, this, site));
-    auto* line = new PickerRow(picker, {hostText("field"), hostText("flag"), hostText("flagLabel")}, this);
+    auto* line = new PickerRow(
+        picker,
+        {hostText("collection"), hostText("field"), hostText("flag"), hostText("flagLabel"), m_form.host},
+        this);
     const QString name = m_heading->text().remove(u'&');
     picker->setAccessibleName(name);
     if (QWidget* box = picker->focusProxy())
@@ -102,7 +106,7 @@ PickerRow* PickerRows::addLine(const tvTableRowPtr& stored)
     m_layout->insertWidget(m_layout->count() - 1, line);
     m_subscriptions.push_back(line->Edited.subscribe([this] { linesChanged(); }));
     m_subscriptions.push_back(line->RemoveAsked.subscribe([this, line] { removeLine(line); }));
-    line->load(stored);
+    line->load(record, stored);
     m_lines.push_back(line);
     return line;
 }
@@ -111,10 +115,14 @@ void PickerRows::addByPerson()
 {
     const auto empty =
         std::find_if(m_lines.begin(), m_lines.end(), [](const PickerRow* line) { return line->isEmpty(); });
-    PickerRow* line = empty != m_lines.end() ? *empty : addLine(nullptr);
+    const RecordPtr record = m_record.lock();
+    if (!record)
+        return; // nothing was loaded
+    PickerRow* line = empty != m_lines.end() ? *empty : addLine(*record, nullptr);
     refreshLines();
     line->show(); // now, not with the next layout: what is hidden takes no keys
     line->picker().setFocus(Qt::OtherFocusReason);
+    line->scrollIntoView();
 }
 
 void PickerRows::takeAway(PickerRow* line)

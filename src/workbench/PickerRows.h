@@ -13,15 +13,15 @@ class QVBoxLayout;
 namespace tavrin::workbench {
 
 /// A collection of a record as lines with one picker each, to which the person adds and from which she
-/// removes. A line without a value is not saved.
+/// removes; the details of a row stand below its line. A line without a value is not saved.
 class PickerRows final : public QWidget
 {
     Q_OBJECT
 
 public:
     /// `form` is the template of every line's picker; its "host" part names the "collection", the "field" of
-    /// a row, a "flag" with its "flagLabel", and the text of the "add" button. `heading` leads to the first
-    /// line by its access key.
+    /// a row, a "flag" with its "flagLabel", the text of the "add" button, and what `RowDetails` shows.
+    /// `heading` leads to the first line by its access key.
     PickerRows(FormFile::Control form, QLabel* heading, QWidget* parent);
 
     /// Raises an `Error` when the record has no such collection or column.
@@ -34,7 +34,7 @@ public:
 private:
     tvTableCollectionPtr collectionOf(Record& record) const;
     QString hostText(const char* key) const;
-    PickerRow* addLine(const tvTableRowPtr& stored);
+    PickerRow* addLine(Record& record, const tvTableRowPtr& stored);
     void removeLine(PickerRow* line);
     void takeAway(PickerRow* line);
     void addByPerson();
@@ -46,6 +46,7 @@ private:
     QLabel* m_heading;
     QVBoxLayout* m_layout;
     QPushButton* m_add;
+    std::weak_ptr<Record> m_record;  // that was loaded
     std::vector<PickerRow*> m_lines; // children
     std::vector<Subscription> m_subscriptions;
 };

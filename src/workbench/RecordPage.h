@@ -44,6 +44,8 @@ public:
     /// Writes the rows of the page's lists into the record, behind the fields of all pages. Raises a
     /// `SectionRefusal` where the person has to do something first.
     virtual void storeRows(Record&) {}
+    /// After a save, for what the save itself has filled in.
+    virtual void showSaved(Record&) {}
     /// The first field whose content cannot be saved; nullptr when there is none.
     virtual const FieldBinding* firstProblem() const;
     /// The field of the page that is bound to this column; nullptr when there is none.

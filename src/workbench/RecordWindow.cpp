@@ -2,6 +2,7 @@
 
 #include "GeneralPage.h"
 #include "ListPage.h"
+#include "LocationPage.h"
 #include "NarrativePage.h"
 #include "SuspectsPage.h"
 #include "Theme.h"
@@ -160,6 +161,7 @@ void RecordWindow::addPages(QStringList& problems)
     addPage(new SuspectsPage(forms, problems));
     addPage(new ListPage);
     addPage(new NarrativePage);
+    addPage(new LocationPage);
 }
 
 void RecordWindow::addPage(RecordPage* page)
@@ -280,6 +282,8 @@ bool RecordWindow::save()
         tellNotSaved(error.Description, BoxIcon::Critical);
         return false;
     }
+    for (RecordPage* page : m_pages)
+        page->showSaved(*m_record);
     refreshState();
     tellStatus(tr("Saved at %1").arg(desktop().clock->now().time().toString(QStringLiteral("HH:mm:ss"))));
     Q_EMIT saved();

@@ -29,6 +29,7 @@ int runTour(const Options& options)
         walkPeople(site);
         walkOffenses(site);
         walkSuspects(site);
+        walkLocation(site);
         walkSaving(site);
     } catch (const Error& error) {
         std::printf("not ok - %s\n", qPrintable(error.Description));

@@ -82,6 +82,7 @@ void walkCodes(TourSite& site);
 void walkPeople(TourSite& site);
 void walkOffenses(TourSite& site);
 void walkSuspects(TourSite& site);
+void walkLocation(TourSite& site);
 void walkSaving(TourSite& site);
 
 } // namespace tavrin::workbench

@@ -75,7 +75,7 @@ void writePickers(Workspace& workspace, const QString& folder, const QString& en
     check(!incidents.isEmpty(), QStringLiteral("there is no burglary of a dwelling"));
     RecordWindow window(workspace, workspace.store().load(incidents.constFirst().IncidentNo));
     window.setAttribute(Qt::WA_DeleteOnClose, false);
-    window.resize(820, 560);
+    window.resize(820, 680);
     bringUp(window);
     for (const auto& [collection, text, name] :
          {std::tuple(QStringLiteral("Assignments"), QStringLiteral("mar"),
@@ -86,6 +86,7 @@ void writePickers(Workspace& workspace, const QString& folder, const QString& en
         auto* add = window.findChild<QPushButton*>(QStringLiteral("add") + collection);
         check(add && add->isVisible(), QStringLiteral("there is no way to add to the ") + collection);
         add->click();
+        QApplication::processEvents(); // the page scrolls to the new line
         search(*QApplication::focusWidget(), text);
         writePicture(window, folder, name + ending);
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
