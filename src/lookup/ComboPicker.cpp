@@ -34,7 +34,7 @@ ComboPicker::ComboPicker(QWidget* parent, const ControlSite& site, NumberedList&
     setFocusPolicy(Qt::StrongFocus);
     setFocusProxy(acComboBox);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    resize(sizeHint());
+    resize(ComboPicker::sizeHint());
 }
 
 // Properties

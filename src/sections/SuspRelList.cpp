@@ -356,11 +356,12 @@ void SuspRelList::askForRelation(const QList<tvTableRowPtr>& choices)
 {
     // The dialog is a child of the window, which may die while the dialog is open, and the control with it.
     const QPointer<SuspRelList> self(this);
-    const QPointer<frmSuspRel> dialog = new frmSuspRel;
-    const auto unload = qScopeGuard([&dialog] { delete dialog; });
+    auto* dialog = new frmSuspRel;
+    const QPointer<frmSuspRel> alive = dialog;
+    const auto unload = qScopeGuard([&alive] { delete alive; });
     dialog->SetupForm(m_otherItemName, choices, openSuspect());
     dialog->ShowModal(this);
-    if (!self || !dialog || !dialog->Success())
+    if (!self || !alive || !dialog->Success())
         return;
     const tvTableRowPtr party = dialog->SelectedItem();
     AddListRow(*party, dialog->SelectedRelation());

@@ -30,7 +30,7 @@ FlatDropdown::FlatDropdown(QWidget* parent)
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setAttribute(Qt::WA_Hover);
-    resize(sizeHint());
+    resize(FlatDropdown::sizeHint());
 }
 
 void FlatDropdown::SetIcon(const QImage& icon)

@@ -65,7 +65,7 @@ QSize Tag::sizeHint() const
 void Tag::fit()
 {
     setFont(wholeFont(m_font));
-    resize(sizeHint());
+    resize(Tag::sizeHint());
     updateGeometry();
     update(); // another caption may have the same size
 }

@@ -115,8 +115,11 @@ void SuspectDetail::addCode(std::unique_ptr<CodeBinding> binding)
     m_grid->addWidget(binding->widget(), m_row, 2 * m_half + 1);
     m_row += m_half;
     m_half = 1 - m_half;
-    m_codes.push_back(binding.get());
+    CodeBinding* code = binding.get();
     addBinding(std::move(binding));
+    // The page keeps the binding as long as it lives.
+    // cppcheck-suppress danglingLifetime
+    m_codes.push_back(code);
 }
 
 void SuspectDetail::addSection(UserControl* control, BoundSection* bound, const QString& label)

@@ -88,15 +88,15 @@ public:
                    BoxButtons buttons) override
     {
         // On the heap: the parent may die while the box is open, and takes it along.
-        const QPointer<QMessageBox> box =
-            new QMessageBox(iconOf(icon), title, text, buttonsOf(buttons), parent);
-        const auto close = qScopeGuard([&box] { delete box; });
+        auto* box = new QMessageBox(iconOf(icon), title, text, buttonsOf(buttons), parent);
+        const QPointer<QMessageBox> alive = box;
+        const auto close = qScopeGuard([&alive] { delete alive; });
         box->setTextFormat(Qt::PlainText);
         box->setTextInteractionFlags(Qt::TextSelectableByMouse);
         if (buttons == BoxButtons::YesNo)
             box->setEscapeButton(QMessageBox::No);
         const int answer = box->exec();
-        return box ? answerOf(answer) : answerWhenGone(buttons);
+        return alive ? answerOf(answer) : answerWhenGone(buttons);
     }
 };
 
