@@ -5,8 +5,10 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QPainter>
 #include <QPointer>
+#include <QScopeGuard>
 #include <QTest>
 #include <QTimer>
 
@@ -104,8 +106,14 @@ QWidget* TourDriver::keyboardTarget() const
 
 void TourDriver::type(const QString& text)
 {
-    for (const QChar character : text)
+    // A list takes letters that come quickly for one word; how quick this machine is does not matter. The
+    // first letter begins a word of its own.
+    const int interval = QApplication::keyboardInputInterval();
+    const auto restore = qScopeGuard([interval] { QApplication::setKeyboardInputInterval(interval); });
+    for (const QChar character : text) {
         QTest::keyClicks(keyboardTarget(), QString(character));
+        QApplication::setKeyboardInputInterval(Patience);
+    }
 }
 
 void TourDriver::press(int key, Qt::KeyboardModifiers modifiers)
@@ -129,10 +137,16 @@ void TourDriver::withBox(const std::function<void()>& trigger, const std::functi
     QPointer<QWidget> below;
     std::optional<Error> failure;
     QTimer look;
+    QElapsedTimer waited;
+    waited.start();
     connectGuarded(&look, &QTimer::timeout, &look, "TourDriver_Box", [&] {
         QWidget* box = QApplication::activeModalWidget();
         if (!box || !box->isVisible())
             return;
+        if (!box->isActiveWindow() && !waited.hasExpired(Patience)) {
+            box->activateWindow(); // until then the keys would go elsewhere
+            return;
+        }
         look.stop();
         came = true;
         below = box->parentWidget();
