@@ -27,8 +27,9 @@ FlatUserPicker::~FlatUserPicker() = default;
 
 // Properties
 
-void FlatUserPicker::SetValue(const QVariant& value)
+void FlatUserPicker::SetValue(const QVariant& given)
 {
+    const QVariant value = IsEmpty(given) ? Null() : given; // nothing is chosen either way
     if (!IsNull(value) && !IsNull(m_value) && SameValue(value, m_value))
         return;
     const QString text = ToText(value);
