@@ -103,7 +103,7 @@ private Q_SLOTS:
         QVERIFY(stage.isReady());
         stage.link->setEnabled(false);
         raise(stage);
-        QTest::qWait(0);
+        QCoreApplication::processEvents(); // a click that is queued would come now
         QCOMPARE(stage.clicks, 0);
     }
 
