@@ -26,8 +26,22 @@ public:
 
 protected:
     virtual void Form_Resize() {}
+    /// Comes behind the events that brought the window up, each time that it becomes the active one; never
+    /// inside a call of Qt's that shows it. A form that works in here is destroyed by nobody but its owner.
+    virtual void Form_Activate() {}
 
+    /// While it is set neither Escape nor the window's frame closes the form.
+    void SetBusy(bool busy) { m_busy = busy; }
+    bool isBusy() const { return m_busy; }
+
+    bool event(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+
+private:
+    bool m_busy = false;
+    bool m_activationWaits = false;
 };
 
 } // namespace tavrin

@@ -2,6 +2,7 @@
 
 #include "frame/desktop/Desktop.h"
 
+#include <QDateTime>
 #include <QList>
 
 #include <utility>
@@ -69,6 +70,106 @@ private:
 
     std::shared_ptr<Script> m_script;
     std::shared_ptr<MessageBoxes> m_before;
+};
+
+/// Answers questions for files with a set of paths and keeps how it was asked.
+class FakeFileDialogs
+{
+public:
+    FakeFileDialogs()
+        : m_script(std::make_shared<Script>())
+        , m_before(std::exchange(desktop().fileDialogs, m_script))
+    {
+    }
+    FakeFileDialogs(const FakeFileDialogs&) = delete;
+    FakeFileDialogs& operator=(const FakeFileDialogs&) = delete;
+    ~FakeFileDialogs() { desktop().fileDialogs = m_before; }
+
+    /// The files that the person chooses next; none is a cancel.
+    void choose(const QStringList& files) { m_script->files = files; }
+    /// "title|filter|several" of each question.
+    const QStringList& asked() const { return m_script->asked; }
+
+private:
+    struct Script final : FileDialogs
+    {
+        QStringList openFiles(QWidget*, const QString& title, const QString&, const QString& filter,
+                              bool several) override
+        {
+            asked << QStringLiteral("%1|%2|%3").arg(title, filter).arg(several);
+            return files;
+        }
+
+        QStringList files;
+        QStringList asked;
+    };
+
+    std::shared_ptr<Script> m_script;
+    std::shared_ptr<FileDialogs> m_before;
+};
+
+/// Opens nothing, and answers as told.
+class FakeShell
+{
+public:
+    FakeShell()
+        : m_script(std::make_shared<Script>())
+        , m_before(std::exchange(desktop().shell, m_script))
+    {
+    }
+    FakeShell(const FakeShell&) = delete;
+    FakeShell& operator=(const FakeShell&) = delete;
+    ~FakeShell() { desktop().shell = m_before; }
+
+    void answerWith(qint64 result) { m_script->result = result; }
+    const QStringList& opened() const { return m_script->opened; }
+
+private:
+    struct Script final : Shell
+    {
+        qint64 execute(const QString& path) override
+        {
+            opened << path;
+            return result;
+        }
+
+        qint64 result = 33;
+        QStringList opened;
+    };
+
+    std::shared_ptr<Script> m_script;
+    std::shared_ptr<Shell> m_before;
+};
+
+/// A clock that stands until it is set.
+class FakeClock
+{
+public:
+    explicit FakeClock(const QDateTime& now)
+        : m_script(std::make_shared<Script>(now))
+        , m_before(std::exchange(desktop().clock, m_script))
+    {
+    }
+    FakeClock(const FakeClock&) = delete;
+    FakeClock& operator=(const FakeClock&) = delete;
+    ~FakeClock() { desktop().clock = m_before; }
+
+    void setNow(const QDateTime& now) { m_script->time = now; }
+
+private:
+    struct Script final : Clock
+    {
+        explicit Script(QDateTime now)
+            : time(std::move(now))
+        {
+        }
+        QDateTime now() override { return time; }
+
+        QDateTime time;
+    };
+
+    std::shared_ptr<Script> m_script;
+    std::shared_ptr<Clock> m_before;
 };
 
 } // namespace tavrin::test

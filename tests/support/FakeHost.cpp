@@ -1,5 +1,7 @@
 #include "FakeHost.h"
 
+#include "FakeRecorder.h"
+#include "FakeTransfer.h"
 #include "base/Variant.h"
 #include "widgets/DropdownTarget.h"
 #include "widgets/GridCombo.h"
@@ -11,29 +13,6 @@
 namespace tavrin::test {
 
 namespace {
-
-using StatePtr = std::shared_ptr<FakeHostState>;
-
-/// What every service of the fake has.
-class Recorder
-{
-public:
-    explicit Recorder(StatePtr state)
-        : m_state(std::move(state))
-    {
-    }
-
-protected:
-    FakeHostState& asked(const QString& operation) const
-    {
-        m_state->called(operation);
-        return *m_state;
-    }
-    const StatePtr& state() const { return m_state; }
-
-private:
-    StatePtr m_state;
-};
 
 QString path(std::initializer_list<QString> names)
 {
@@ -351,48 +330,6 @@ public:
     void AddWord(const QString& word) override { asked(QStringLiteral("AddWord")).addedWords << word; }
 };
 
-/// Delivers the path that it was asked for, in two steps of progress.
-class FakeDownloader final : public Downloader, Recorder
-{
-public:
-    using Recorder::Recorder;
-
-    void SetBufferSize(qint32 bytes) override { asked(QStringLiteral("SetBufferSize %1").arg(bytes)); }
-    QString Download(const QString& file) override
-    {
-        m_cancelled = false;
-        asked(QStringLiteral("Download ") + file);
-        DownloadStarted.raise();
-        for (const qint64 read : {50, 100}) {
-            if (!m_cancelled)
-                DownloadProgress.raise(file, read, 100);
-        }
-        DownloadComplete.raise(file, m_cancelled);
-        return m_cancelled ? QString() : file;
-    }
-    void Cancel() override
-    {
-        asked(QStringLiteral("Cancel"));
-        m_cancelled = true;
-    }
-
-private:
-    bool m_cancelled = false;
-};
-
-class FakeUploader final : public Uploader, Recorder
-{
-public:
-    using Recorder::Recorder;
-
-    void Upload(const QString& source, const QString& destination, const QVariant&) override
-    {
-        asked(QStringLiteral("Upload %1 -> %2").arg(source, destination));
-        UploadProgress.raise(source, 100, 100);
-        UploadComplete.raise(source);
-    }
-};
-
 class FakeNibrsModule final : public NibrsModuleService, Recorder
 {
 public:
@@ -529,13 +466,13 @@ std::unique_ptr<tvCustomDictionary> FakeHost::newCustomDictionary()
 std::unique_ptr<Downloader> FakeHost::newDownloader()
 {
     m_state->called(QStringLiteral("new Downloader"));
-    return std::make_unique<FakeDownloader>(m_state);
+    return makeFakeDownloader(m_state);
 }
 
 std::unique_ptr<Uploader> FakeHost::newUploader()
 {
     m_state->called(QStringLiteral("new Uploader"));
-    return std::make_unique<FakeUploader>(m_state);
+    return makeFakeUploader(m_state);
 }
 
 tvTableCollectionPtr FakeHost::newTableCollection()

@@ -8,6 +8,8 @@
 #include <QMap>
 #include <QSet>
 
+#include <functional>
+
 namespace tavrin::test {
 
 /// What a fake host knows and what was asked of it. The fake's services all share one.
@@ -49,6 +51,10 @@ struct FakeHostState
     QHash<QString, QString> thumbnails;
     QHash<QString, QString> folders;
     QHash<QString, QImage> pictures;
+    /// Why the transfer of a path fails, by the path as the transfer was asked for it.
+    QHash<QString, QString> transferFailures;
+    /// Called before each step of a transfer: path, bytes so far, bytes in all.
+    std::function<void(const QString&, qint64, qint64)> duringTransfer;
     QStringList addedWords;
     QList<QPair<QString, QString>> nibrsCodes;
     /// Without it the host has no component of the name "NIBRS.Singletons".

@@ -95,6 +95,9 @@ public:
     {
         m_children.insert(name.toLower(), std::move(child));
     }
+    QString ClassName() const override { return className; }
+
+    QString className = QStringLiteral("tvIncidentBO");
 
 private:
     QMap<QString, HostObjectPtr> m_children;

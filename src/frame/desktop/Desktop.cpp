@@ -1,6 +1,7 @@
 #include "Desktop.h"
 
 #include <QDesktopServices>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
@@ -116,14 +117,28 @@ public:
 class RealShell final : public Shell
 {
 public:
-    bool open(const QString& path) override
+    qint64 execute(const QString& path) override
     {
-        // A desktop may run what it is asked to open; programs and starters are refused.
         const QFileInfo file(path);
-        const bool isDocument = file.isFile() && !file.isExecutable() &&
-                                file.suffix().compare(QLatin1String("desktop"), Qt::CaseInsensitive) != 0;
-        return file.isAbsolute() && isDocument && QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+        if (!file.isAbsolute() || !file.dir().exists())
+            return NoSuchFolder;
+        if (!file.exists())
+            return NoSuchFile;
+        // A desktop may run what it is asked to open; programs and starters are refused.
+        const bool mayRun =
+            !file.isDir() && (file.isExecutable() ||
+                              file.suffix().compare(QLatin1String("desktop"), Qt::CaseInsensitive) == 0);
+        if (mayRun || !file.isReadable() || !(file.isFile() || file.isDir()))
+            return AccessDenied;
+        return QDesktopServices::openUrl(QUrl::fromLocalFile(path)) ? UnderWay : NoProgram;
     }
+
+private:
+    static constexpr qint64 NoSuchFile = 2;
+    static constexpr qint64 NoSuchFolder = 3;
+    static constexpr qint64 AccessDenied = 5;
+    static constexpr qint64 NoProgram = 31;
+    static constexpr qint64 UnderWay = 33;
 };
 
 class RealClock final : public Clock

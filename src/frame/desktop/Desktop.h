@@ -70,9 +70,11 @@ class Shell
 {
 public:
     virtual ~Shell() = default;
-    /// Hands an absolute local path to the program that the desktop has for it. False when it could not, and
-    /// for what the desktop might run: executable files and starters.
-    virtual bool open(const QString& path) = 0;
+    /// Hands an absolute local path of a file or a folder to the program that the desktop has for it. Above
+    /// 32 when it is under way; else why not, in the numbers that desktops use for it: 2 no such file,
+    /// 3 no such folder, 5 access denied, also for what the desktop might run (executable files and
+    /// starters), 31 no program for it.
+    virtual qint64 execute(const QString& path) = 0;
 };
 
 /// The workstation's clock.

@@ -88,7 +88,8 @@ public:
     /// Ends the download that is under way, within one buffer.
     virtual void Cancel() = 0;
 
-    Event<> DownloadStarted;
+    /// Path.
+    Event<const QString&> DownloadStarted;
     /// Path, bytes read, bytes in all.
     Event<const QString&, qint64, qint64> DownloadProgress;
     /// Path, and whether the download was cancelled.
@@ -101,12 +102,14 @@ class Uploader
 public:
     virtual ~Uploader() = default;
 
-    /// Raises an `Error` when it fails; nothing then stands under the destination's name.
+    /// Copies a local file to a full path in the store. Raises an `Error` when it fails; nothing then stands
+    /// under the destination's name. `options` is always Empty here.
     virtual void Upload(const QString& source, const QString& destination, const QVariant& options) = 0;
 
     /// Path, bytes written, bytes in all.
     Event<const QString&, qint64, qint64> UploadProgress;
-    Event<const QString&> UploadComplete;
+    /// Path, and a flag of the host's own that no control reads.
+    Event<const QString&, bool> UploadComplete;
 };
 
 /// The NIBRS offense codes, reached by the component name "NIBRS.Singletons".

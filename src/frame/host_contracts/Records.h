@@ -38,6 +38,10 @@ public:
     /// The child of this name: a row, a collection, another record, or in a row a field.
     /// nullptr when there is none; the caller tests that. Names compare without case.
     virtual HostObjectPtr Item(const QString& name) = 0;
+
+    /// The name of the record's class, such as "tvIncidentBO"; sections with rights of their own find their
+    /// module by it. "" for a row and for a part that is no module's record.
+    virtual QString ClassName() const { return {}; }
 };
 
 /// One column of one row.

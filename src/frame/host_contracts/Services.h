@@ -62,6 +62,8 @@ public:
     virtual tvBusinessObjectPtr GetParentObject(const tvBusinessObjectPtr& record) = 0;
     /// Rewrites the workstation's custom dictionary from the database.
     virtual void SyncCustomDictionaryFile() = 0;
+    /// Told once for each uploaded file, before its row is added to the record.
+    virtual void NotifyFileUploaded() {}
 };
 
 class XmlFactory

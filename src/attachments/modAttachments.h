@@ -1,0 +1,39 @@
+#pragma once
+
+#include "base/Twips.h"
+#include "frame/host_contracts/Records.h"
+
+#include <QImage>
+#include <QString>
+
+/// Where the file of an attachment lives and what it is called.
+///
+/// An attachment is a row of class "TVEvent.tvAttachmentIndex" whose `FileName` is a path below a base
+/// folder, or a path with a drive. Paths are those of `StorePath`.
+namespace tavrin::modAttachments {
+
+/// Class name of the rows.
+inline constexpr char ItemClass[] = "TVEvent.tvAttachmentIndex";
+
+/// The base folder from the settings, read anew at each call. Raises error 5 while it is not set.
+QString GetAttachmentsFolder();
+/// The setting as it stands; "" while it is not set.
+QString GetAttachmentsFolderSetting();
+
+/// The last component of the path.
+QString GetFileNameOnly(const QString& path);
+bool HasDriveName(const QString& path);
+/// `FileName` has no drive part.
+bool IsRelativeAttachment(tvTableRow& row);
+/// `FileName` names an image by the host's rule.
+bool IsImageAttachment(tvTableRow& row);
+
+/// Full path of the stored file. Raises what finding the base folder raises.
+QString GetAttachmentPath(tvTableRow& row);
+/// The name on the disk of the person who added the file; the stored one for a row without it.
+QString GetAttachmentDisplayName(tvTableRow& row);
+/// The row's thumbnail, fitted into a box of this size in twips. A null picture when the row is no image or
+/// none can be had, for whatever reason. Blocks while the thumbnail is fetched.
+QImage GetAttachmentThumbnail(tvTableRow& row, Twips width, Twips height);
+
+} // namespace tavrin::modAttachments

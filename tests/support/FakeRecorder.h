@@ -1,0 +1,30 @@
+#pragma once
+
+#include "FakeHost.h"
+
+namespace tavrin::test {
+
+using StatePtr = std::shared_ptr<FakeHostState>;
+
+/// What every service of the fake host has.
+class Recorder
+{
+public:
+    explicit Recorder(StatePtr state)
+        : m_state(std::move(state))
+    {
+    }
+
+protected:
+    FakeHostState& asked(const QString& operation) const
+    {
+        m_state->called(operation);
+        return *m_state;
+    }
+    const StatePtr& state() const { return m_state; }
+
+private:
+    StatePtr m_state;
+};
+
+} // namespace tavrin::test

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "FakeRecorder.h"
+
+namespace tavrin::test {
+
+// Transfer between real files, in two steps of progress, without what makes a store safe. Paths in the store
+// may have backslashes. `FakeHostState::transferFailures` makes a transfer fail, `duringTransfer` is called
+// before each step.
+
+/// Copies the file, where it exists, into a folder of its own below the folder for temporary files. A path
+/// without a file is answered as it is, so that a test without files needs none.
+std::unique_ptr<Downloader> makeFakeDownloader(StatePtr state);
+
+/// Copies the source, where it exists, and makes the folders above the destination.
+std::unique_ptr<Uploader> makeFakeUploader(StatePtr state);
+
+} // namespace tavrin::test
