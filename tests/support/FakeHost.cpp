@@ -49,6 +49,7 @@ public:
         return asked(QStringLiteral("GetParentObject")).parents.value(record.get());
     }
     void SyncCustomDictionaryFile() override { asked(QStringLiteral("SyncCustomDictionaryFile")); }
+    void NotifyFileUploaded() override { asked(QStringLiteral("NotifyFileUploaded")); }
 };
 
 class FakeXmlFactory final : public XmlFactory, Recorder
