@@ -5,6 +5,7 @@
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Contracts.h"
 
+#include <QHash>
 #include <QIcon>
 
 #include <vector>
@@ -43,6 +44,7 @@ class Attachments final : public UserControl, public BoundSection
     Q_PROPERTY(QObject* CommentsTextBox READ CommentsTextBox STORED false)
 
 public:
+    /// Raises what the host raises when it makes a collection, which the designer does without.
     explicit Attachments(QWidget* parent = nullptr, const ControlSite& site = {});
     ~Attachments() override;
 
@@ -63,8 +65,12 @@ private:
 
     // The frame: Attachments.cpp
     void build();
+    void nameConstituents();
+    void placeConstituents();
     void follow(tvTableCollectionPtr attachments);
     void m_attachments_ItemRemovedEx(qint32 nRemovedIndex, const tvTableRowPtr& objItem);
+    /// The first image of a record becomes its cover.
+    void applyPrimaryRuleForAdded(tvTableRow& row);
     tvTableRowPtr currentRow() const;
 
     // The list: AttachmentsList.cpp
@@ -72,6 +78,7 @@ private:
     void CopyImageList();
     static QString IconKeyForFile(const QString& name);
     void RefreshList();
+    bool hasLinesInOrder(const QStringList& keys) const;
     void UpdateRow(tvTableRow& row);
     void SelectRow(qint32 index);
     void ResizeLastColumn();
@@ -80,6 +87,7 @@ private:
     void lvwFiles_ItemClick(qint32 index);
 
     // The details pane: AttachmentsDetails.cpp
+    /// Makes what stands in `fraDetails`, in tab order, at its place, with its names and events.
     void buildDetails();
     void ShowDetails();
     void SaveDetails();
@@ -91,6 +99,7 @@ private:
     void chkDefault_Click();
 
     // What a person does: AttachmentsActions.cpp
+    /// Makes the menu, and follows the mouse, the keys, the link and the timer.
     void buildActions();
     QStringList ParseSelectedFiles(const QString& text) const;
     void AddFiles(const QStringList& files);
@@ -138,12 +147,17 @@ private:
     MenuItem* mnuRemove = nullptr;
     MenuItem* mnuDownloadAll = nullptr;
 
-    tvTableCollectionPtr m_attachments;
+    /// Pictures of the kinds of files, by key: in any size, and in the cells of the list.
+    QHash<QString, QIcon> imglIcons;
+    QHash<QString, QIcon> ImageList;
+
+    tvTableCollectionPtr m_attachments; // never nullptr
     Timer m_contextMenuTimer;
     bool m_canAdd = true;
     bool m_canDelete = true;
     Subscription m_itemRemoved;
     std::vector<Subscription> m_subscriptions;
+    int m_listWidth = 0; // in pixels: all columns show whole
 };
 
 } // namespace tavrin
