@@ -1,4 +1,5 @@
 #include "Attachments.h"
+#include "PrimaryRule.h"
 #include "SelectedFiles.h"
 #include "ShellReasons.h"
 #include "TemporaryCopy.h"
@@ -129,7 +130,7 @@ void Attachments::AddUploadedFile(tvTableCollection& attachments, const Uploaded
     fieldOf(*row, QStringLiteral("UserId"))->SetValue(currentHost().session().CurrentUserId());
     fieldOf(*row, QStringLiteral("UserDate"))->SetValue(desktop().clock->now());
     attachments.Add(row);
-    applyPrimaryRuleForAdded(attachments, *row);
+    PrimaryRule::added(attachments, *row);
 }
 
 void Attachments::ShowUpdating(bool busy)

@@ -467,7 +467,7 @@ std::unique_ptr<tvCustomDictionary> FakeHost::newCustomDictionary()
 std::unique_ptr<Downloader> FakeHost::newDownloader()
 {
     m_state->called(QStringLiteral("new Downloader"));
-    return makeFakeDownloader(m_state);
+    return m_state->makeDownloader ? m_state->makeDownloader() : makeFakeDownloader(m_state);
 }
 
 std::unique_ptr<Uploader> FakeHost::newUploader()

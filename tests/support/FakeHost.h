@@ -55,6 +55,8 @@ struct FakeHostState
     QHash<QString, QString> transferFailures;
     /// Called before each step of a transfer: path, bytes so far, bytes in all.
     std::function<void(const QString&, qint64, qint64)> duringTransfer;
+    /// Makes the downloaders of a test that needs odd ones; without it they copy real files.
+    std::function<std::unique_ptr<Downloader>()> makeDownloader;
     QStringList addedWords;
     QList<QPair<QString, QString>> nibrsCodes;
     /// Without it the host has no component of the name "NIBRS.Singletons".
