@@ -121,6 +121,11 @@ void Attachments::placeDetails()
     moveTo(*txtComment, 1755, 1140, 6075, 1425);
 }
 
+QObject* Attachments::CommentsTextBox() const
+{
+    return txtComment;
+}
+
 // The row
 
 bool Attachments::showsDetailsOfTheseRows() const
