@@ -9,15 +9,15 @@
 #include "frame/host_contracts/Host.h"
 #include "modAttachments.h"
 #include "widgets/BoxShape.h"
+#include "widgets/CheckBox.h"
 #include "widgets/GroupBox.h"
 #include "widgets/Label.h"
 #include "widgets/ListView.h"
 #include "widgets/Placement.h"
+#include "widgets/TextArea.h"
 #include "widgets/TextLink.h"
 
-#include <QCheckBox>
 #include <QLabel>
-#include <QPlainTextEdit>
 #include <QStyle>
 
 namespace tavrin {
@@ -184,11 +184,6 @@ tvTableRowPtr Attachments::currentRow() const
 }
 
 // The cover
-
-void Attachments::applyPrimaryRuleForAdded(tvTableRow& row)
-{
-    PrimaryRule::added(*m_attachments, row);
-}
 
 void Attachments::m_attachments_ItemRemovedEx(qint32, const tvTableRowPtr& objItem)
 {

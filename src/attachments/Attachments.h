@@ -7,21 +7,23 @@
 
 #include <QHash>
 #include <QIcon>
+#include <QPointer>
 
+#include <memory>
 #include <vector>
 
-class QCheckBox;
 class QLabel;
-class QPlainTextEdit;
 
 namespace tavrin {
 
 class BoxShape;
+class CheckBox;
 class GroupBox;
 class Label;
 class ListView;
 class MenuItem;
 class PopupMenu;
+class TextArea;
 class TextBox;
 class TextLink;
 
@@ -69,8 +71,6 @@ private:
     void placeConstituents();
     void follow(tvTableCollectionPtr attachments);
     void m_attachments_ItemRemovedEx(qint32 nRemovedIndex, const tvTableRowPtr& objItem);
-    /// The first image of a record becomes its cover.
-    void applyPrimaryRuleForAdded(tvTableRow& row);
     tvTableRowPtr currentRow() const;
 
     // The list: AttachmentsList.cpp
@@ -89,36 +89,46 @@ private:
     // The details pane: AttachmentsDetails.cpp
     /// Makes what stands in `fraDetails`, in tab order, at its place, with its names and events.
     void buildDetails();
+    void nameDetails();
+    void placeDetails();
+    bool showsDetailsOfTheseRows() const;
     void ShowDetails();
+    void showThumbnail(tvTableRow& row);
     void SaveDetails();
     void EnableDetails(bool enabled);
     void ShowPreview(bool visible);
     void ShowFileKind(tvTableRow& row);
-    void ScrollTextToTop(QPlainTextEdit& box);
+    static void ScrollTextToTop(TextArea& box);
     void txtDescription_Change();
     void chkDefault_Click();
 
-    // What a person does: AttachmentsActions.cpp
+    // The menu, and what the person does in the list: AttachmentsMenu.cpp
     /// Makes the menu, and follows the mouse, the keys, the link and the timer.
     void buildActions();
-    QStringList ParseSelectedFiles(const QString& text) const;
-    void AddFiles(const QStringList& files);
-    void AddUploadedFile(const UploadedFile& uploaded);
-    void ShowUpdating(bool busy);
+    void followActions();
     void UpdateMenus();
     void ShowContextMenu();
-    void OpenCurrentFile();
-    QString DownloadToTemp(const QString& source, const QString& name);
-    static void ShellOpenFile(const QString& path);
-    QString PromptFolderName(const QString& suggested);
     void lvwFiles_MouseDown(int button, int shift, Twips x, Twips y);
     void lvwFiles_DblClick();
-    /// Returns the effect: 1 when files were taken, 0 when there were none.
-    int lvwFiles_OLEDragDrop(const QStringList& files);
+    void lvwFiles_KeyDown(int& keyCode, int shift);
+    void lvwFiles_OLEDragDrop(const QStringList& files, int& effect);
     void m_contextMenuTimer_Elapsed();
     void mnuOpen_Click();
     void mnuRemove_Click();
+
+    // What is done with files: AttachmentsActions.cpp
+    void AddFiles(const QStringList& files);
+    void uploadAndAdd(const QStringList& files);
+    static void AddUploadedFile(tvTableCollection& attachments, const UploadedFile& uploaded);
+    void showAdded();
+    void ShowUpdating(bool busy);
+    void OpenCurrentFile();
+    /// The path of the copy, which bears the file's own name.
+    QString DownloadToTemp(const QString& source, const QString& name);
     void mnuDownloadAll_Click();
+    void downloadAll();
+    /// The name that the person has chosen; "" when cancelled.
+    QString PromptFolderName(const QString& suggested);
 
     ListView* lvwFiles = nullptr;
     GroupBox* picUpdating = nullptr;
@@ -136,11 +146,11 @@ private:
     GroupBox* picNoThumbnail = nullptr;
     QLabel* imgFileIcon = nullptr;
     Label* lblFileType = nullptr;
-    QCheckBox* chkDefault = nullptr;
+    CheckBox* chkDefault = nullptr;
     Label* Label1 = nullptr;
     TextBox* txtDescription = nullptr;
     Label* Label2 = nullptr;
-    QPlainTextEdit* txtComment = nullptr;
+    TextArea* txtComment = nullptr;
     PopupMenu* mnuAttachments = nullptr;
     MenuItem* mnuOpen = nullptr;
     MenuItem* mnuAdd = nullptr;
@@ -151,8 +161,12 @@ private:
     QHash<QString, QIcon> imglIcons;
     QHash<QString, QIcon> ImageList;
 
-    tvTableCollectionPtr m_attachments; // never nullptr
+    tvTableCollectionPtr m_attachments;           // never nullptr
+    std::weak_ptr<tvTableCollection> m_detailsOf; // whose row the pane shows
     Timer m_contextMenuTimer;
+    Twips m_menuLeft = 0; // where the menu opens, inside the list
+    Twips m_menuTop = 0;
+    QPointer<QWidget> m_focusBeforeUpdating;
     bool m_canAdd = true;
     bool m_canDelete = true;
     Subscription m_itemRemoved;

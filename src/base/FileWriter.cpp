@@ -1,6 +1,7 @@
 #include "FileWriter.h"
 
 #include "Error.h"
+#include "FileDescriptor.h"
 
 #include <QCryptographicHash>
 #include <QFile>
@@ -11,7 +12,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <utility>
 
 namespace tavrin {
 
@@ -23,29 +23,7 @@ namespace {
                     .arg(path, QString::fromLocal8Bit(strerror(code))));
 }
 
-/// A file descriptor that closes itself, and whose close can be checked.
-class Descriptor
-{
-public:
-    explicit Descriptor(int number)
-        : m_number(number)
-    {
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor()
-    {
-        if (m_number >= 0)
-            ::close(m_number);
-    }
-    int number() const { return m_number; }
-    bool close() { return ::close(std::exchange(m_number, -1)) == 0; }
-
-private:
-    int m_number;
-};
-
-void writeAll(const Descriptor& file, const QByteArray& content, const QString& path)
+void writeAll(const FileDescriptor& file, const QByteArray& content, const QString& path)
 {
     const char* rest = content.constData();
     for (qsizetype left = content.size(); left > 0;) {
@@ -59,7 +37,7 @@ void writeAll(const Descriptor& file, const QByteArray& content, const QString& 
     }
 }
 
-void flush(const Descriptor& file, const QString& path)
+void flush(const FileDescriptor& file, const QString& path)
 {
     while (::fsync(file.number()) != 0) {
         if (errno != EINTR)
@@ -68,7 +46,7 @@ void flush(const Descriptor& file, const QString& path)
 }
 
 /// Fills the temporary file, or raises with whatever stopped it.
-void writeTemporary(Descriptor& file, const QString& temporary, const QByteArray& content,
+void writeTemporary(FileDescriptor& file, const QString& temporary, const QByteArray& content,
                     const QString& path)
 {
     // The mode of the file that is replaced; a new one is everybody's to read.
@@ -95,10 +73,10 @@ void replaceFile(const QString& path, const QByteArray& content)
 {
     const QString folder = QFileInfo(path).absolutePath();
     QByteArray temporary = QFile::encodeName(folder + u'/') + TemporaryPrefix + "XXXXXX";
-    Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
+    FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
     if (file.number() < 0)
         raise(path, errno);
-    const Descriptor directory(
+    const FileDescriptor directory(
         ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     try {
         if (directory.number() < 0)
