@@ -1,5 +1,6 @@
 #include "ClassRegister.h"
 
+#include "attachments/Attachments.h"
 #include "geocode/LatLong.h"
 #include "lookup/AgencyPicker.h"
 #include "lookup/AutoCompleteField.h"
@@ -19,6 +20,7 @@ const ControlRegister& publicControls()
     static const ControlRegister controls = [] {
         ControlRegister classes;
         classes.add<AgencyPicker>(QStringLiteral("TVBoundControls.AgencyPicker"));
+        classes.add<Attachments>(QStringLiteral("TVBoundControls.Attachments"));
         classes.add<AutoCompleteField>(QStringLiteral("TVBoundControls.AutoCompleteField"));
         classes.add<EmployeePicker>(QStringLiteral("TVBoundControls.EmployeePicker"));
         classes.add<FlatEmployeePicker>(QStringLiteral("TVBoundControls.FlatEmployeePicker"));
