@@ -6,6 +6,7 @@
 #include "frame/host_contracts/Host.h"
 
 #include <QFile>
+#include <QScopeGuard>
 
 namespace tavrin::modAttachments {
 
@@ -27,11 +28,13 @@ QString textOf(tvTableRow& row, const QString& field)
 QImage thumbnailAt(const QString& path, Twips width, Twips height)
 {
     const QString temporary = currentHost().newDownloader()->Download(path);
+    const auto remove = qScopeGuard([&] {
+        if (!temporary.isEmpty())
+            QFile::remove(temporary); // a copy that stays is no failure
+    });
     const QImage picture = currentHost().images().LoadPicture(temporary);
-    const QImage fitted = currentHost().listFilling().FitPicture(picture, toPixels(height), toPixels(width),
-                                                                 FitMode, true, ThumbnailGround, false);
-    QFile::remove(temporary); // a copy that stays is no failure
-    return fitted;
+    return currentHost().listFilling().FitPicture(picture, toPixels(height), toPixels(width), FitMode, true,
+                                                  ThumbnailGround, false);
 }
 
 } // namespace
