@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 
 #include <stdexcept>
 
@@ -302,7 +303,7 @@ private Q_SLOTS:
         QVERIFY2(loaded.endsWith(u"/copy.tmp"_s), qPrintable(loaded));
         QVERIFY(!QFile::exists(loaded));
         QVERIFY(QFile::exists(m_folder->filePath(u"thumb.png"_s)));
-        QDir().rmdir(QFileInfo(loaded).path());
+        QVERIFY(!QFileInfo::exists(QFileInfo(loaded).path())); // nor the folder that was made for it
     }
 
     void aFailureOfTheDeleteLeavesTheResultInPlace()
@@ -377,7 +378,53 @@ private Q_SLOTS:
         const QString loaded = state().given.filter(u"LoadPicture "_s).value(0).mid(12);
         QVERIFY2(loaded.endsWith(u"/copy.tmp"_s), qPrintable(loaded));
         QVERIFY(!QFile::exists(loaded));
-        QDir().rmdir(QFileInfo(loaded).path());
+        QVERIFY(!QFileInfo::exists(QFileInfo(loaded).path())); // nor the folder that was made for it
+    }
+
+    void aTemporaryCopyIsDeletedWithTheFolderThatWasMadeForItAlone_data()
+    {
+        QTest::addColumn<QString>("copy");
+        QTest::addColumn<bool>("folderStays");
+        QTest::newRow("alone in its folder") << u"alone/copy.tmp"_s << false;
+        QTest::newRow("beside another") << u"both/copy.tmp"_s << true;
+    }
+    void aTemporaryCopyIsDeletedWithTheFolderThatWasMadeForItAlone()
+    {
+        QFETCH(QString, copy);
+        QFETCH(bool, folderStays);
+        for (const char* name : {"alone/copy.tmp", "both/copy.tmp", "both/other.tmp"}) {
+            const QString path = m_folder->filePath(QString::fromLatin1(name));
+            QVERIFY(QDir().mkpath(QFileInfo(path).path()));
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+        }
+        const QString path = m_folder->filePath(copy);
+        RemoveTemporaryCopy(path);
+        QVERIFY(!QFile::exists(path));
+        QCOMPARE(QFileInfo::exists(QFileInfo(path).path()), folderStays);
+        RemoveTemporaryCopy(path); // which is not there any more
+        RemoveTemporaryCopy(QString());
+        QVERIFY(QFile::exists(m_folder->filePath(u"both/other.tmp"_s)));
+    }
+
+    void aFolderElsewhereStaysThoughItIsEmptyNow()
+    {
+        const QByteArray before = qgetenv("TMPDIR");
+        const auto restore = qScopeGuard([&before] {
+            if (before.isNull())
+                qunsetenv("TMPDIR");
+            else
+                qputenv("TMPDIR", before);
+        });
+        const QDir folder(m_folder->path());
+        QVERIFY(folder.mkpath(u"temporary"_s) && folder.mkpath(u"elsewhere"_s));
+        qputenv("TMPDIR", QFile::encodeName(folder.filePath(u"temporary"_s)));
+        QFile file(folder.filePath(u"elsewhere/copy.tmp"_s));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.close();
+        RemoveTemporaryCopy(file.fileName());
+        QVERIFY(!file.exists());
+        QVERIFY(folder.exists(u"elsewhere"_s));
     }
 
     void aBoxWithoutRoomGivesNothing()
