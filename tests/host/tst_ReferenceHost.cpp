@@ -322,18 +322,8 @@ private Q_SLOTS:
         const auto row = [](const char* name, std::function<void(ReferenceHost&)> call) {
             QTest::newRow(name) << std::move(call);
         };
-        row("download", [](ReferenceHost& host) {
-            const auto downloader = host.newDownloader();
-            downloader->SetBufferSize(1);
-            downloader->Cancel();
-            downloader->Download(QStringLiteral("a"));
-        });
-        row("upload", [](ReferenceHost& host) {
-            host.newUploader()->Upload(QStringLiteral("a"), QStringLiteral("b"), Null());
-        });
         row("thumbnail",
             [](ReferenceHost& host) { host.newThumbnailService()->GetThumbnailPath(QStringLiteral("a")); });
-        row("folder", [](ReferenceHost& host) { host.newAttachmentFolders()->GetFolderPath(1); });
         row("word", [](ReferenceHost& host) { host.newCustomDictionary()->AddWord(QStringLiteral("a")); });
         row("support file",
             [](ReferenceHost& host) { host.environment().RefreshSupportFile(QStringLiteral("a")); });
