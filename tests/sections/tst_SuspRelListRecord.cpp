@@ -126,7 +126,8 @@ private:
     QStringList stored(qint64 incidentNo)
     {
         QStringList texts;
-        for (const RecordRowPtr& row : m_store->load(incidentNo)->collection(LinkRows)->rows()) {
+        const RecordPtr record = m_store->load(incidentNo);
+        for (const RecordRowPtr& row : record->collection(LinkRows)->rows()) {
             QStringList values;
             for (const char* field : {"SeqNo", "VictimSeqNo", "RelationNo"})
                 values << ToText(row->cell(QString::fromLatin1(field)).value());
