@@ -109,12 +109,13 @@ void Attachments::placeDetails()
     const auto place = [](QWidget& widget, Twips left, Twips top, Twips width, Twips height) {
         moveTo(widget, left, top, width, std::max(height, toTwips(widget.sizeHint().height())));
     };
+    const Twips coverWidth = std::max<Twips>(1395, toTwips(chkDefault->sizeHint().width()));
     moveTo(*Label3, 180, 180);
     moveTo(*imgThumbnail, 180, 420, 1395, 1845);
     shpThumbnailBorder->setGeometry(imgThumbnail->geometry());
     moveTo(*imgFileIcon, 540, 540, 360, 360);
     place(*lblFileType, 45, 960, 1305, 255);
-    place(*chkDefault, 180, 2400, 1395, 195);
+    place(*chkDefault, 180, 2400, coverWidth, 195);
     moveTo(*Label1, 1755, 180);
     place(*txtDescription, 1755, 420, 4395, 345);
     moveTo(*Label2, 1755, 900);
