@@ -93,6 +93,7 @@ private:
     void placeDetails();
     bool showsDetailsOfTheseRows() const;
     void ShowDetails();
+    void fitFilename();
     void showThumbnail(tvTableRow& row);
     void SaveDetails();
     void EnableDetails(bool enabled);

@@ -204,7 +204,12 @@ void Attachments::downloadAll()
     const auto unload = qScopeGuard([&dialog] { delete dialog.data(); });
     dialog->SetDownloadPath(path);
     dialog->SetAttachments(m_attachments);
-    dialog->Start(this);
+    try {
+        dialog->Start(this);
+    } catch (...) {
+        if (self)
+            throw;
+    }
     if (!self || !dialog || dialog->Canceled())
         return;
     const BoxAnswer answer = desktop().messageBoxes->show(

@@ -140,6 +140,7 @@ void Attachments::ShowDetails()
     m_detailsOf = m_attachments;
     if (m_attachments->Count() == 0) {
         lblFilename->SetCaption(QString());
+        fitFilename();
         txtDescription->SetText(QString());
         txtComment->SetText(QString());
         chkDefault->SetValue(CheckBox::Unchecked);
@@ -150,6 +151,7 @@ void Attachments::ShowDetails()
     }
     const tvTableRowPtr row = currentRow();
     lblFilename->SetCaption(modAttachments::GetAttachmentDisplayName(*row));
+    fitFilename();
     txtDescription->SetText(textOf(*row, Description));
     txtDescription->SetMaxLength(fieldOf(*row, Description)->MaxLength());
     txtComment->SetText(textOf(*row, Notes));
@@ -162,6 +164,18 @@ void Attachments::ShowDetails()
                                                                       : CheckBox::Unchecked);
     if (self)
         showThumbnail(*row);
+}
+
+/// As wide as the name is, but never under the count.
+void Attachments::fitFilename()
+{
+    constexpr Twips gap = 180;
+    lblFilename->SetAutoSize(true);
+    const Twips room = leftOf(*lblCountLabel) - leftOf(*lblFilename) - gap;
+    if (widthOf(*lblFilename) <= room)
+        return;
+    lblFilename->SetAutoSize(false);
+    lblFilename->resize(std::max(toPixels(room), 0), lblFilename->height());
 }
 
 void Attachments::showThumbnail(tvTableRow& row)
