@@ -10,6 +10,9 @@
 #include "host/NotOffered.h"
 #include "host/RecordCollection.h"
 #include "host/ReferenceHostServices.h"
+#include "host/Thumbnails.h"
+
+#include <QDir>
 
 namespace tavrin {
 
@@ -21,8 +24,19 @@ struct ReferenceHost::Services
         , session(*lists, options.UserId)
         , listFilling(*lists)
         , environment(options.WorkstationFolder, options.DownloadsFolder)
+        , thumbnails([this](const QString& path) { return openStoreFile(storeBases(), path); },
+                     options.Thumbnailer)
     {
         lists->Lists = HostLists::read(database);
+    }
+
+    /// The folders that attachments lie below.
+    QList<StoreBase> storeBases()
+    {
+        const QString folder =
+            session.GetSetting(QStringLiteral("_Global"), QStringLiteral("Attachments Folder"));
+        return QDir::isAbsolutePath(folder) ? QList<StoreBase>{{folder, QDir::cleanPath(folder)}}
+                                            : QList<StoreBase>();
     }
 
     std::shared_ptr<HostListsHolder> lists; // caches that controls keep share it
@@ -33,6 +47,7 @@ struct ReferenceHost::Services
     HostListFilling listFilling;
     HostImages images;
     HostEnvironment environment;
+    Thumbnails thumbnails;
 };
 
 ReferenceHost::ReferenceHost(Database& database, const ReferenceHostOptions& options)
@@ -138,7 +153,7 @@ std::unique_ptr<UsersCache> ReferenceHost::newUsersCache()
 
 std::unique_ptr<ThumbnailService> ReferenceHost::newThumbnailService()
 {
-    return makeMissingThumbnailService();
+    return makeThumbnailService(m_services->thumbnails);
 }
 
 std::unique_ptr<AttachmentFolders> ReferenceHost::newAttachmentFolders()
