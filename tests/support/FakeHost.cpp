@@ -49,6 +49,7 @@ public:
         return asked(QStringLiteral("GetParentObject")).parents.value(record.get());
     }
     void SyncCustomDictionaryFile() override { asked(QStringLiteral("SyncCustomDictionaryFile")); }
+    void NotifyFileUploaded() override { asked(QStringLiteral("NotifyFileUploaded")); }
 };
 
 class FakeXmlFactory final : public XmlFactory, Recorder
@@ -484,7 +485,7 @@ std::unique_ptr<tvCustomDictionary> FakeHost::newCustomDictionary()
 std::unique_ptr<Downloader> FakeHost::newDownloader()
 {
     m_state->called(QStringLiteral("new Downloader"));
-    return makeFakeDownloader(m_state);
+    return m_state->makeDownloader ? m_state->makeDownloader() : makeFakeDownloader(m_state);
 }
 
 std::unique_ptr<Uploader> FakeHost::newUploader()

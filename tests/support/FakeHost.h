@@ -58,8 +58,12 @@ struct FakeHostState
     std::function<QImage(const QImage&, int, int, Color)> fitPicture;
     /// Why the transfer of a path fails, by the path as the transfer was asked for it.
     QHash<QString, QString> transferFailures;
+    /// What an upload claims to be the bytes in all, whatever the file's size.
+    std::optional<qint64> uploadTotal;
     /// Called before each step of a transfer: path, bytes so far, bytes in all.
     std::function<void(const QString&, qint64, qint64)> duringTransfer;
+    /// Makes the downloaders of a test that needs odd ones; without it they copy real files.
+    std::function<std::unique_ptr<Downloader>()> makeDownloader;
     QStringList addedWords;
     QList<QPair<QString, QString>> nibrsCodes;
     /// Without it the host has no component of the name "NIBRS.Singletons".
