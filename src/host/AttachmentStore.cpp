@@ -129,7 +129,7 @@ AttachmentStore::Place AttachmentStore::placeOf(const QString& path) const
     const QString base = found ? found->Spelling : drive;
     const QStringList below =
         found ? components.mid(found->Components.size()) : componentsOf(path.mid(drive.size()));
-    Place place{platformFolder(base), !isAbsolute(base) && drive.isEmpty(), namesOf(below)};
+    Place place{base, platformFolder(base), !isAbsolute(base) && drive.isEmpty(), namesOf(below)};
     if (place.Names.isEmpty())
         throw StoreProblem(QStringLiteral("the path '%1' names no file").arg(path));
     return place;

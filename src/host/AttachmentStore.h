@@ -38,7 +38,8 @@ public:
     /// A file or folder below a base folder.
     struct Place
     {
-        QString Folder;          ///< the base folder, as a path of the platform
+        QString Spelling;        ///< the base folder, as the path spells it
+        QString Folder;          ///< the same, as a path of the platform
         bool IsOwn = false;      ///< it lies in the data folder
         QList<QByteArray> Names; ///< what leads from there to the file
     };

@@ -6,16 +6,6 @@ namespace tavrin {
 
 namespace {
 
-class MissingThumbnailService : public ThumbnailService
-{
-public:
-    QVariant GetThumbnailPath(const QString& path) override
-    {
-        Q_UNUSED(path)
-        raiseNotOffered(QStringLiteral("thumbnails"));
-    }
-};
-
 class MissingCustomDictionary : public tvCustomDictionary
 {
 public:
@@ -31,11 +21,6 @@ public:
 void raiseNotOffered(const QString& what)
 {
     throw Error(QStringLiteral("This host does not offer %1").arg(what), Error::NoSuchComponentNumber);
-}
-
-std::unique_ptr<ThumbnailService> makeMissingThumbnailService()
-{
-    return std::make_unique<MissingThumbnailService>();
 }
 
 std::unique_ptr<tvCustomDictionary> makeMissingCustomDictionary()

@@ -11,7 +11,6 @@ namespace tavrin {
 
 [[noreturn]] void raiseNotOffered(const QString& what);
 
-std::unique_ptr<ThumbnailService> makeMissingThumbnailService();
 std::unique_ptr<tvCustomDictionary> makeMissingCustomDictionary();
 
 } // namespace tavrin

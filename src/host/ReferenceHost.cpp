@@ -14,6 +14,7 @@
 #include "host/StoreDownloader.h"
 #include "host/StoreSweep.h"
 #include "host/StoreUploader.h"
+#include "host/Thumbnails.h"
 
 #include <QFileInfo>
 
@@ -27,6 +28,8 @@ struct ReferenceHost::Services
         , session(*lists, options.UserId)
         , listFilling(*lists)
         , environment(options.WorkstationFolder, options.DownloadsFolder)
+        , thumbnails([this](const QString& path) { return openStoreFile(*store, path); },
+                     options.Thumbnailer)
     {
         lists->Lists = HostLists::read(database);
         store = std::make_shared<AttachmentStore>(lists, QFileInfo(database.path()).absolutePath());
@@ -43,6 +46,7 @@ struct ReferenceHost::Services
     HostEnvironment environment;
     AttachmentStorePtr store; // transfers that controls keep share it
     std::unique_ptr<StoreSweep> sweep;
+    Thumbnails thumbnails;
 };
 
 ReferenceHost::ReferenceHost(Database& database, const ReferenceHostOptions& options)
@@ -158,7 +162,7 @@ std::unique_ptr<UsersCache> ReferenceHost::newUsersCache()
 
 std::unique_ptr<ThumbnailService> ReferenceHost::newThumbnailService()
 {
-    return makeMissingThumbnailService();
+    return makeThumbnailService(m_services->thumbnails);
 }
 
 std::unique_ptr<AttachmentFolders> ReferenceHost::newAttachmentFolders()

@@ -28,6 +28,8 @@ struct ReferenceHostOptions
     QString WorkstationFolder;
     /// "" takes the platform's own.
     QString DownloadsFolder;
+    /// The program that makes thumbnails in a process of its own; "" has the host make them itself.
+    QString Thumbnailer = {};
 };
 
 /// Every service of a host over one database.
