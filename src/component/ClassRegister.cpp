@@ -1,5 +1,6 @@
 #include "ClassRegister.h"
 
+#include "attachments/CoverImage.h"
 #include "attachments/Attachments.h"
 #include "geocode/LatLong.h"
 #include "lookup/AgencyPicker.h"
@@ -22,6 +23,7 @@ const ControlRegister& publicControls()
         classes.add<AgencyPicker>(QStringLiteral("TVBoundControls.AgencyPicker"));
         classes.add<Attachments>(QStringLiteral("TVBoundControls.Attachments"));
         classes.add<AutoCompleteField>(QStringLiteral("TVBoundControls.AutoCompleteField"));
+        classes.add<CoverImage>(QStringLiteral("TVBoundControls.CoverImage"));
         classes.add<EmployeePicker>(QStringLiteral("TVBoundControls.EmployeePicker"));
         classes.add<FlatEmployeePicker>(QStringLiteral("TVBoundControls.FlatEmployeePicker"));
         classes.add<FlatUserPicker>(QStringLiteral("TVBoundControls.FlatUserPicker"));

@@ -11,10 +11,6 @@ namespace tavrin {
 
 [[noreturn]] void raiseNotOffered(const QString& what);
 
-std::unique_ptr<ThumbnailService> makeMissingThumbnailService();
-std::unique_ptr<AttachmentFolders> makeMissingAttachmentFolders();
 std::unique_ptr<tvCustomDictionary> makeMissingCustomDictionary();
-std::unique_ptr<Downloader> makeMissingDownloader();
-std::unique_ptr<Uploader> makeMissingUploader();
 
 } // namespace tavrin

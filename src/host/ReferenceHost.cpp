@@ -1,6 +1,7 @@
 #include "host/ReferenceHost.h"
 
 #include "base/Error.h"
+#include "host/AttachmentStore.h"
 #include "host/HostCaches.h"
 #include "host/HostEnvironment.h"
 #include "host/HostImages.h"
@@ -10,6 +11,12 @@
 #include "host/NotOffered.h"
 #include "host/RecordCollection.h"
 #include "host/ReferenceHostServices.h"
+#include "host/StoreDownloader.h"
+#include "host/StoreSweep.h"
+#include "host/StoreUploader.h"
+#include "host/Thumbnails.h"
+
+#include <QFileInfo>
 
 namespace tavrin {
 
@@ -21,8 +28,12 @@ struct ReferenceHost::Services
         , session(*lists, options.UserId)
         , listFilling(*lists)
         , environment(options.WorkstationFolder, options.DownloadsFolder)
+        , thumbnails([this](const QString& path) { return openStoreFile(*store, path); },
+                     options.Thumbnailer)
     {
         lists->Lists = HostLists::read(database);
+        store = std::make_shared<AttachmentStore>(lists, QFileInfo(database.path()).absolutePath());
+        sweep = std::make_unique<StoreSweep>(store->baseFolders());
     }
 
     std::shared_ptr<HostListsHolder> lists; // caches that controls keep share it
@@ -33,6 +44,9 @@ struct ReferenceHost::Services
     HostListFilling listFilling;
     HostImages images;
     HostEnvironment environment;
+    AttachmentStorePtr store; // transfers that controls keep share it
+    std::unique_ptr<StoreSweep> sweep;
+    Thumbnails thumbnails;
 };
 
 ReferenceHost::ReferenceHost(Database& database, const ReferenceHostOptions& options)
@@ -69,6 +83,16 @@ std::optional<QDate> ReferenceHost::employeeLeftOn(int officerNo) const
 {
     const EmployeeRow* employee = m_services->lists->Lists->employee(officerNo);
     return employee && employee->LeftOn.isValid() ? std::optional(employee->LeftOn) : std::nullopt;
+}
+
+std::shared_ptr<const AttachmentStore> ReferenceHost::attachmentStore() const
+{
+    return m_services->store;
+}
+
+void ReferenceHost::waitForSweep()
+{
+    m_services->sweep->wait();
 }
 
 void ReferenceHost::setTheme(Theme theme)
@@ -138,12 +162,12 @@ std::unique_ptr<UsersCache> ReferenceHost::newUsersCache()
 
 std::unique_ptr<ThumbnailService> ReferenceHost::newThumbnailService()
 {
-    return makeMissingThumbnailService();
+    return makeThumbnailService(m_services->thumbnails);
 }
 
 std::unique_ptr<AttachmentFolders> ReferenceHost::newAttachmentFolders()
 {
-    return makeMissingAttachmentFolders();
+    return std::make_unique<HostAttachmentFolders>(m_services->lists);
 }
 
 std::unique_ptr<tvCustomDictionary> ReferenceHost::newCustomDictionary()
@@ -153,12 +177,12 @@ std::unique_ptr<tvCustomDictionary> ReferenceHost::newCustomDictionary()
 
 std::unique_ptr<Downloader> ReferenceHost::newDownloader()
 {
-    return makeMissingDownloader();
+    return std::make_unique<StoreDownloader>(m_services->store);
 }
 
 std::unique_ptr<Uploader> ReferenceHost::newUploader()
 {
-    return makeMissingUploader();
+    return std::make_unique<StoreUploader>(m_services->store);
 }
 
 tvTableCollectionPtr ReferenceHost::newTableCollection()

@@ -1,9 +1,9 @@
 #include "RecordWindow.h"
 
 #include "GeneralPage.h"
-#include "ListPage.h"
 #include "LocationPage.h"
 #include "NarrativePage.h"
+#include "PeoplePage.h"
 #include "SuspectsPage.h"
 #include "Theme.h"
 #include "Workspace.h"
@@ -158,8 +158,11 @@ void RecordWindow::addPages(QStringList& problems)
     addPage(general);
     addPage(officers);
     addPage(offenses);
-    addPage(new SuspectsPage(forms, problems));
-    addPage(new ListPage);
+    auto* suspects = new SuspectsPage(forms, problems);
+    auto* people = new PeoplePage;
+    m_subscriptions.push_back(people->PeopleChanged.subscribe([suspects] { suspects->peopleChanged(); }));
+    addPage(suspects);
+    addPage(people);
     addPage(new NarrativePage);
     addPage(new LocationPage);
 }
