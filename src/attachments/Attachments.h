@@ -119,7 +119,7 @@ private:
 
     // What is done with files: AttachmentsActions.cpp
     void AddFiles(const QStringList& files);
-    void uploadAndAdd(const QStringList& files);
+    void uploadAndAdd(const QStringList& paths);
     static void AddUploadedFile(tvTableCollection& attachments, const UploadedFile& uploaded);
     void showAdded();
     void ShowUpdating(bool busy);

@@ -85,7 +85,7 @@ void Attachments::AddFiles(const QStringList& files)
     }
 }
 
-void Attachments::uploadAndAdd(const QStringList& files)
+void Attachments::uploadAndAdd(const QStringList& paths)
 {
     modAttachments::GetAttachmentsFolder(); // fails without the setting, before there is a dialog
     const QPointer<Attachments> self(this); // a form may go while the dialog is open
@@ -97,12 +97,13 @@ void Attachments::uploadAndAdd(const QStringList& files)
     auto* dialog = new frmUploadTask;
     const QPointer<frmUploadTask> alive = dialog;
     const auto unload = qScopeGuard([&alive] { delete alive.data(); });
-    dialog->SetFiles(files);
+    dialog->SetFiles(paths);
     dialog->Start(this);
     if (!self || !alive)
         return;
     ShowUpdating(true);
-    for (const UploadedFile& uploaded : dialog->UploadedFiles()) {
+    const QList<UploadedFile> files = dialog->UploadedFiles(); // a follower of the rows may close the form
+    for (const UploadedFile& uploaded : files) {
         currentHost().hostServices().NotifyFileUploaded();
         AddUploadedFile(*attachments, uploaded);
     }
