@@ -211,7 +211,7 @@ private Q_SLOTS:
         QPalette dark = before;
         dark.setColor(QPalette::Window, QColor(31, 34, 38));
         QApplication::setPalette(dark);
-        QVERIFY(stage.lblError->palette().color(QPalette::WindowText).lightness() > 128);
+        QTRY_VERIFY(stage.lblError->palette().color(QPalette::WindowText).lightness() > 128);
         QApplication::setPalette(before);
         stage.prompt.hide();
     }

@@ -37,7 +37,6 @@ struct Stage
                 throw Error(u"%1 cannot be written"_s.arg(file.fileName()));
             fieldOf(*rows->AddNew(), u"FileName"_s)->SetValue(name);
         }
-        owner.show();
     }
     QString stored(const QString& name) const { return store.path() + u'\\' + name; }
     void write(QWidget& form, const QString& name) const
