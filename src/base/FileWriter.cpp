@@ -1,15 +1,16 @@
 #include "FileWriter.h"
 
-#include "Error.h"
-#include "FileDescriptor.h"
-
 #include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
+#include <QRandomGenerator>
+#include <QSysInfo>
 
 #include <cerrno>
-#include <cstring>
-#include <fcntl.h>
+#include <cstdio>
+#include <future>
+#include <memory>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -17,78 +18,228 @@ namespace tavrin {
 
 namespace {
 
-[[noreturn]] void raise(const QString& path, int code)
+/// Bytes after which the disk is set to work, so that the last flush finds little to do.
+constexpr qint64 WritingStep = 8 << 20;
+constexpr qint64 ReadingStep = 1 << 20;
+constexpr qint64 DayInSeconds = 24 * 60 * 60;
+
+/// Tells the workstations that share a folder apart.
+const QByteArray& ownMark()
 {
-    throw Error(QStringLiteral("The file %1 could not be written: %2")
-                    .arg(path, QString::fromLocal8Bit(strerror(code))));
+    static const QByteArray mark =
+        QCryptographicHash::hash(QSysInfo::machineUniqueId() + QSysInfo::machineHostName().toUtf8(),
+                                 QCryptographicHash::Sha256)
+            .toHex()
+            .left(12);
+    return mark;
 }
 
-void writeAll(const FileDescriptor& file, const QByteArray& content, const QString& path)
+struct stat statusOf(const Descriptor& file)
 {
-    const char* rest = content.constData();
-    for (qsizetype left = content.size(); left > 0;) {
-        const ssize_t written = ::write(file.number(), rest, static_cast<size_t>(left));
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            raise(path, written < 0 ? errno : ENOSPC);
-        rest += written;
-        left -= written;
-    }
+    struct stat status = {};
+    if (::fstat(file.number(), &status) != 0)
+        throw SystemError::last();
+    return status;
 }
 
-void flush(const FileDescriptor& file, const QString& path)
+enum class Lock
 {
-    while (::fsync(file.number()) != 0) {
-        if (errno != EINTR)
-            raise(path, errno);
-    }
+    Taken,
+    HeldByAnother,
+    NotOffered, // by this file system
+};
+
+Lock lock(const Descriptor& file)
+{
+    int result = 0;
+    do
+        result = ::flock(file.number(), LOCK_EX | LOCK_NB);
+    while (result != 0 && errno == EINTR);
+    if (result == 0)
+        return Lock::Taken;
+    return errno == EWOULDBLOCK || errno == EACCES ? Lock::HeldByAnother : Lock::NotOffered;
 }
 
-/// Fills the temporary file, or raises with whatever stopped it.
-void writeTemporary(FileDescriptor& file, const QString& temporary, const QByteArray& content,
-                    const QString& path)
+/// By the clock that dates the files of this folder: those of workstations differ.
+time_t nowIn(const Descriptor& folder)
 {
-    // The mode of the file that is replaced; a new one is everybody's to read.
-    struct stat before = {};
-    const bool replaces = ::stat(QFile::encodeName(path).constData(), &before) == 0;
-    if (::fchmod(file.number(), replaces ? before.st_mode & 07777 : 0644) != 0)
-        raise(path, errno);
-    writeAll(file, content, path);
-    flush(file, path);
-    if (!file.close())
-        raise(path, errno);
-    QFile written(temporary);
-    if (!written.open(QIODevice::ReadOnly))
-        raise(path, EIO);
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    if (written.size() != content.size() || !hash.addData(&written) ||
-        hash.result() != QCryptographicHash::hash(content, QCryptographicHash::Sha256))
-        raise(path, EIO);
+    const NewFile probe(folder, {}, 0600);
+    return statusOf(probe.descriptor()).st_mtim.tv_sec;
 }
 
 } // namespace
 
-void replaceFile(const QString& path, const QByteArray& content)
+NewFile::NewFile(const Descriptor& folder, QByteArray name, mode_t mode)
+    : m_folder(folder)
+    , m_name(std::move(name))
 {
-    const QString folder = QFileInfo(path).absolutePath();
-    QByteArray temporary = QFile::encodeName(folder + u'/') + TemporaryPrefix + "XXXXXX";
-    FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
-    if (file.number() < 0)
-        raise(path, errno);
-    const FileDescriptor directory(
-        ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    constexpr int attempts = 100;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        if (makeTemporary(mode))
+            return;
+    }
+    throw SystemError(EEXIST);
+}
+
+bool NewFile::makeTemporary(mode_t mode)
+{
+    const QByteArray random = QByteArray::number(QRandomGenerator::system()->generate64(), 16);
+    const QByteArray name = TemporaryPrefix + ownMark() + '-' + random;
     try {
-        if (directory.number() < 0)
-            raise(path, errno);
-        writeTemporary(file, QFile::decodeName(temporary), content, path);
-        if (::rename(temporary.constData(), QFile::encodeName(path).constData()) != 0)
-            raise(path, errno);
-    } catch (...) {
-        ::unlink(temporary.constData());
+        m_file = openAt(m_folder.number(), name, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW, mode);
+    } catch (const SystemError& error) {
+        if (error.Code == EEXIST)
+            return false;
         throw;
     }
-    flush(directory, path);
+    // Somebody who sweeps may have been quicker than this lock.
+    const Lock taken = lock(m_file);
+    if (taken == Lock::HeldByAnother || (taken == Lock::Taken && statusOf(m_file).st_nlink == 0)) {
+        ::unlinkat(m_folder.number(), name.constData(), 0);
+        m_file = {};
+        return false;
+    }
+    m_temporary = name;
+    return true;
+}
+
+NewFile::~NewFile()
+{
+    if (!m_temporary.isEmpty())
+        ::unlinkat(m_folder.number(), m_temporary.constData(), 0);
+}
+
+void NewFile::setMode(mode_t mode)
+{
+    if (::fchmod(m_file.number(), mode) != 0)
+        throw SystemError::last();
+}
+
+void NewFile::write(const char* data, qint64 length)
+{
+    writeAll(m_file, data, length);
+    m_length += length;
+    m_hash.add(data, length);
+    if (m_length - m_started >= WritingStep) {
+        // Only a hint: whether the content arrives is seen at the flush.
+        ::sync_file_range(m_file.number(), m_started, m_length - m_started, SYNC_FILE_RANGE_WRITE);
+        m_started = m_length;
+    }
+}
+
+QByteArray NewFile::hashOfFile() const
+{
+    Sha256 hash;
+    const auto buffer = std::make_unique<char[]>(static_cast<size_t>(std::min(m_length + 1, ReadingStep)));
+    qint64 done = 0;
+    // One byte more than was written is asked for, so that a longer file shows.
+    while (const qint64 got =
+               readFullAt(m_file, buffer.get(), std::min(m_length + 1 - done, ReadingStep), done)) {
+        hash.add(buffer.get(), got);
+        done += got;
+    }
+    return hash.result();
+}
+
+void NewFile::verify()
+{
+    // Reading back is the processor's work, flushing the disk's: side by side they take the time of one.
+    // A short file is flushed before a thread for it has started.
+    const auto policy = m_length >= WritingStep ? std::launch::async : std::launch::deferred;
+    std::future<void> flushed = std::async(policy, [this] { flush(m_file); });
+    const QByteArray read = hashOfFile();
+    flushed.get();
+    if (read != m_hash.result() || statusOf(m_file).st_size != m_length)
+        throw SystemError(EIO);
+}
+
+bool NewFile::standsUnderName() const
+{
+    const struct stat own = statusOf(m_file);
+    struct stat named = {};
+    return ::fstatat(m_folder.number(), m_name.constData(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+           named.st_dev == own.st_dev && named.st_ino == own.st_ino;
+}
+
+/// Not every file system can rename without overwriting; a second name, and the first one taken away, does
+/// the same.
+void NewFile::giveNameKeeping()
+{
+    const int folder = m_folder.number();
+    if (::renameat2(folder, m_temporary.constData(), folder, m_name.constData(), RENAME_NOREPLACE) == 0)
+        return;
+    if (errno != EINVAL && errno != ENOSYS && errno != ENOTSUP)
+        throw SystemError::last();
+    // A file server whose reply got lost says at the repetition that the name is taken: by this very file.
+    if (::linkat(folder, m_temporary.constData(), folder, m_name.constData(), 0) != 0) {
+        const int code = errno;
+        if (code != EEXIST || !standsUnderName())
+            throw SystemError(code);
+    }
+    ::unlinkat(folder, m_temporary.constData(), 0); // what stays is a second name that a sweep removes
+}
+
+void NewFile::commit(Existing existing)
+{
+    if (existing == Existing::Keep) {
+        giveNameKeeping();
+    } else if (::renameat(m_folder.number(), m_temporary.constData(), m_folder.number(),
+                          m_name.constData()) != 0) {
+        throw SystemError::last();
+    }
+    m_temporary.clear();
+    try {
+        flush(m_folder);
+    } catch (...) {
+        if (existing == Existing::Keep)
+            takeBack();
+        throw;
+    }
+}
+
+void NewFile::takeBack()
+{
+    if (m_temporary.isEmpty() && standsUnderName())
+        ::unlinkat(m_folder.number(), m_name.constData(), 0);
+}
+
+bool removeAbandoned(const Descriptor& folder, const QByteArray& name)
+{
+    if (!name.startsWith(TemporaryPrefix))
+        return false;
+    try {
+        const Descriptor file = openAt(folder.number(), name, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+        const struct stat status = statusOf(file);
+        if (!S_ISREG(status.st_mode))
+            return false;
+        const Lock taken = lock(file);
+        const bool isOwn = name.startsWith(TemporaryPrefix + ownMark());
+        if (taken == Lock::HeldByAnother)
+            return false;
+        if (!(isOwn && taken == Lock::Taken) && nowIn(folder) - status.st_mtim.tv_sec < DayInSeconds)
+            return false;
+        return ::unlinkat(folder.number(), name.constData(), 0) == 0;
+    } catch (const SystemError&) {
+        return false; // not ours to remove, or gone meanwhile
+    }
+}
+
+void replaceFile(const QString& path, const QByteArray& content)
+{
+    const QFileInfo info(path);
+    try {
+        const Descriptor folder = openFolder(QFile::encodeName(info.absolutePath()));
+        NewFile file(folder, QFile::encodeName(info.fileName()), 0600);
+        // The mode of the file that is replaced; a new one is everybody's to read.
+        struct stat before = {};
+        const bool replaces = ::stat(QFile::encodeName(path).constData(), &before) == 0;
+        file.setMode(replaces ? before.st_mode & 07777 : 0644);
+        file.write(content.constData(), content.size());
+        file.verify();
+        file.commit(NewFile::Existing::Replace);
+    } catch (const SystemError& error) {
+        throw Error(QStringLiteral("The file %1 could not be written: %2").arg(path, error.Description));
+    }
 }
 
 } // namespace tavrin

@@ -1,5 +1,6 @@
 #include "ClassRegister.h"
 
+#include "attachments/CoverImage.h"
 #include "geocode/LatLong.h"
 #include "lookup/AgencyPicker.h"
 #include "lookup/AutoCompleteField.h"
@@ -20,6 +21,7 @@ const ControlRegister& publicControls()
         ControlRegister classes;
         classes.add<AgencyPicker>(QStringLiteral("TVBoundControls.AgencyPicker"));
         classes.add<AutoCompleteField>(QStringLiteral("TVBoundControls.AutoCompleteField"));
+        classes.add<CoverImage>(QStringLiteral("TVBoundControls.CoverImage"));
         classes.add<EmployeePicker>(QStringLiteral("TVBoundControls.EmployeePicker"));
         classes.add<FlatEmployeePicker>(QStringLiteral("TVBoundControls.FlatEmployeePicker"));
         classes.add<FlatUserPicker>(QStringLiteral("TVBoundControls.FlatUserPicker"));

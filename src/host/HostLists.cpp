@@ -107,6 +107,10 @@ void HostLists::readSettings(Database& database)
     settings.run();
     while (settings.next())
         m_settings.insert(nameKey({settings.text(0), settings.text(1)}), settings.text(2));
+    Statement folders(database, QStringLiteral("SELECT folder_no, path FROM attachment_folder"));
+    folders.run();
+    while (folders.next())
+        m_attachmentFolders.insert(folders.number(0), folders.text(1));
     Statement rights(database, QStringLiteral("SELECT user_id, module, right_no FROM user_right"));
     rights.run();
     while (rights.next())
@@ -150,6 +154,12 @@ QString HostLists::setting(const QString& section, const QString& key) const
     return m_settings.value(nameKey({section, key}));
 }
 
+std::optional<QString> HostLists::attachmentFolder(int folderNo) const
+{
+    const auto found = m_attachmentFolders.constFind(folderNo);
+    return found == m_attachmentFolders.constEnd() ? std::nullopt : std::optional(*found);
+}
+
 bool HostLists::hasRight(const QString& userId, const QString& module, int right) const
 {
     return m_rights.contains(nameKey({userId, module, QString::number(right)}));
@@ -173,6 +183,7 @@ QStringList HostLists::differencesFrom(const HostLists& before) const
     note(m_offenses != before.m_offenses, QStringLiteral("Offense"));
     note(m_users != before.m_users, QStringLiteral("UserAccount"));
     note(m_settings != before.m_settings, QStringLiteral("Setting"));
+    note(m_attachmentFolders != before.m_attachmentFolders, QStringLiteral("AttachmentFolder"));
     note(m_rights != before.m_rights, QStringLiteral("Right"));
     note(m_required != before.m_required, QStringLiteral("RequiredField"));
     return names;

@@ -5,10 +5,12 @@
 #include "host/HostRows.h"
 
 #include <QHash>
+#include <QMap>
 #include <QSet>
 
 #include <map>
 #include <memory>
+#include <optional>
 
 namespace tavrin {
 
@@ -37,6 +39,10 @@ public:
     XmlDocument userDocument() const;
 
     QString setting(const QString& section, const QString& key) const;
+    /// The numbered attachment folder as its table names it; none for a number that nobody has.
+    std::optional<QString> attachmentFolder(int folderNo) const;
+    /// All of them.
+    const QMap<int, QString>& attachmentFolders() const { return m_attachmentFolders; }
     bool hasRight(const QString& userId, const QString& module, int right) const;
     bool isRequired(const QString& module, const QString& table, const QString& field,
                     const QString& extra) const;
@@ -61,6 +67,7 @@ private:
     QHash<int, int> m_offenseIndex;
     QHash<QString, int> m_userIndex;
     QHash<QString, QString> m_settings;
+    QMap<int, QString> m_attachmentFolders;
     QSet<QString> m_rights;
     QSet<QString> m_required;
 

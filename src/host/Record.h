@@ -16,6 +16,7 @@ public:
     /// ("LocationName", "Offenses"), and the current row of the suspects as a record under "SuspectBO";
     /// nullptr while there is no suspect.
     HostObjectPtr Item(const QString& name) override;
+    QString ClassName() const override { return m_schema.ClassName; }
 
     /// Raised inside the call that changes a field or a collection, and before the collection's own events.
     Event<> Changed;

@@ -98,11 +98,25 @@ CollectionSchema suspectLinks(const char* name, const char* table, const char* p
                  {parent("SeqNo", "Suspects"), parent(partySeqNo, parties), number("RelationNo")});
 }
 
+/// The files of the incident, whose contents lie in the attachments folder.
+CollectionSchema attachments()
+{
+    constexpr qint32 descriptionLength = 100;
+    constexpr qint32 notesLength = 2000;
+    TableSchema table =
+        child("IncdAttachment", {text("FileName"), text("OriginalFileName"), number("FolderNo"),
+                                 text("Description", descriptionLength), text("Notes", notesLength),
+                                 text("UserId"), dateTime("UserDate")});
+    table.RowClass = QStringLiteral("TVEvent.tvAttachmentIndex");
+    return {QStringLiteral("Attachments"), std::move(table), QStringLiteral("PrimaryAttachmentSeqNo")};
+}
+
 RecordSchema makeIncident()
 {
     const QString incident = QStringLiteral("Incident");
     constexpr qint32 nameLength = 80;
     RecordSchema schema;
+    schema.ClassName = QStringLiteral("tvIncidentBO");
     schema.Main = {incident,
                    incident,
                    QStringLiteral("Incident.Incident"),
@@ -110,7 +124,7 @@ RecordSchema makeIncident()
                     text("Summary", 200), text("Address", 120), text("City", 60), text("Status", 20),
                     number("AgencyNo"), number("LocationTypeNo"), number("WeaponNo"), number("BiasNo"),
                     number("ReportingOfficerNo"), number("K9HandlerNo"), text("Narrative", 100000),
-                    number("PrimaryOffenseSeqNo")}};
+                    number("PrimaryOffenseSeqNo"), number("PrimaryAttachmentSeqNo")}};
     schema.Parts = {makeLocation()};
     schema.Collections = {
         {QStringLiteral("Offenses"),
@@ -134,6 +148,7 @@ RecordSchema makeIncident()
               {parent("OffenseSeqNo", "Offenses"), number("WeaponNo")}),
         links("OffenseBiases", "IncdOffBias", "RowNo",
               {parent("OffenseSeqNo", "Offenses"), number("BiasNo")}),
+        attachments(),
     };
     return schema;
 }

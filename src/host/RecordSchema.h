@@ -64,6 +64,8 @@ struct PartSchema
 /// A record: its main row, the parts beside it and its child collections.
 struct RecordSchema
 {
+    /// What `tvBusinessObject::ClassName` gives.
+    QString ClassName;
     TableSchema Main;
     QList<PartSchema> Parts;
     QList<CollectionSchema> Collections;

@@ -102,7 +102,8 @@ private:
         try {
             const RecordPtr record = m_store.create();
             fillRow(*record->mainRow(), incident,
-                    {QStringLiteral("IncidentNo"), QStringLiteral("PrimaryOffenseSeqNo")});
+                    {QStringLiteral("IncidentNo"), QStringLiteral("PrimaryOffenseSeqNo"),
+                     QStringLiteral("PrimaryAttachmentSeqNo")});
             fillLocation(*record, incident);
             for (const RecordCollectionPtr& rows : record->collections())
                 fillCollection(*rows, incident);

@@ -2,6 +2,7 @@
 #include "base/FileWriter.h"
 #include "support/TestCase.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -15,8 +16,13 @@
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
+using tavrin::Descriptor;
 using tavrin::Error;
+using tavrin::NewFile;
+using tavrin::openFolder;
+using tavrin::removeAbandoned;
 using tavrin::replaceFile;
+using tavrin::TemporaryPrefix;
 
 namespace {
 
@@ -54,6 +60,17 @@ int inChild(const std::function<int()>& body)
 constexpr int Refused = 0;
 constexpr int NotRefused = 1;
 constexpr int WrongText = 2;
+
+/// The system's code of the `SystemError` that `action` raises; 0 when it raises none.
+int codeOf(const std::function<void()>& action)
+{
+    try {
+        action();
+    } catch (const tavrin::SystemError& error) {
+        return error.Code;
+    }
+    return 0;
+}
 
 /// What a child does: the write must be refused with an error that names the file.
 int expectRefusal(const QString& path, const QByteArray& content)
@@ -239,6 +256,137 @@ private Q_SLOTS:
         QCOMPARE(left.at(1), u"f"_s);
         replaceFile(path, "new"); // the remainder is in nobody's way
         QCOMPARE(contentOf(path), QByteArray("new"));
+    }
+
+    void aNewFileHasNoNameBeforeItIsCommitted()
+    {
+        const Descriptor folder = openFolder(QFile::encodeName(m_folder->path()));
+        {
+            NewFile file(folder, "f", 0644);
+            file.write("con", 3);
+            file.write("tent", 4);
+            file.verify();
+            QVERIFY(!QFileInfo::exists(m_folder->filePath(u"f"_s)));
+            QCOMPARE(entriesOf(m_folder->path()).size(), 1);
+            file.commit(NewFile::Existing::Keep);
+            QCOMPARE(entriesOf(m_folder->path()), QStringList(u"f"_s));
+        }
+        QCOMPARE(contentOf(m_folder->filePath(u"f"_s)), QByteArray("content"));
+        {
+            NewFile given(folder, "g", 0644);
+            given.write("x", 1);
+        }
+        QCOMPARE(entriesOf(m_folder->path()), QStringList(u"f"_s));
+    }
+
+    void aNameThatIsTakenIsKept_data()
+    {
+        QTest::addColumn<bool>("isLink");
+        QTest::newRow("by a file") << false;
+        QTest::newRow("by a dangling link") << true;
+    }
+    void aNameThatIsTakenIsKept()
+    {
+        QFETCH(bool, isLink);
+        const QString path = m_folder->filePath(u"f"_s);
+        if (isLink)
+            QVERIFY(QFile::link(m_folder->filePath(u"nowhere"_s), path));
+        else
+            put(path, "old");
+        const Descriptor folder = openFolder(QFile::encodeName(m_folder->path()));
+        {
+            NewFile file(folder, "f", 0644);
+            file.write("new", 3);
+            file.verify();
+            QCOMPARE(codeOf([&] { file.commit(NewFile::Existing::Keep); }), EEXIST);
+        }
+        QCOMPARE(entriesOf(m_folder->path()), QStringList(u"f"_s));
+        QVERIFY(isLink || contentOf(path) == QByteArray("old"));
+    }
+
+    void whatAnotherProgramWroteIntoTheTemporaryFileIsNoticed_data()
+    {
+        QTest::addColumn<int>("at");
+        QTest::newRow("a changed byte") << 1;
+        QTest::newRow("a byte behind the end") << 3;
+    }
+    void whatAnotherProgramWroteIntoTheTemporaryFileIsNoticed()
+    {
+        QFETCH(int, at);
+        const Descriptor folder = openFolder(QFile::encodeName(m_folder->path()));
+        {
+            NewFile file(folder, "f", 0644);
+            file.write("new", 3);
+            QFile other(m_folder->filePath(entriesOf(m_folder->path()).constFirst()));
+            QVERIFY(other.open(QIODevice::ReadWrite) && other.seek(at) && other.putChar('!'));
+            other.close();
+            QCOMPARE(codeOf([&] { file.verify(); }), EIO);
+        }
+        QCOMPARE(entriesOf(m_folder->path()), QStringList());
+    }
+
+    void aCommittedFileCanBeTakenBackButNotOneThatCameInItsPlace()
+    {
+        const Descriptor folder = openFolder(QFile::encodeName(m_folder->path()));
+        NewFile file(folder, "f", 0644);
+        file.verify();
+        file.commit(NewFile::Existing::Keep);
+        file.takeBack();
+        QCOMPARE(entriesOf(m_folder->path()), QStringList());
+        put(m_folder->filePath(u"f"_s), "another's");
+        file.takeBack();
+        QCOMPARE(contentOf(m_folder->filePath(u"f"_s)), QByteArray("another's"));
+    }
+
+    void onlyTheTemporaryFileOfAGoneProgramIsRemoved()
+    {
+        const Descriptor folder = openFolder(QFile::encodeName(m_folder->path()));
+        QByteArray living;
+        {
+            NewFile file(folder, "f", 0644);
+            living = QFile::encodeName(entriesOf(m_folder->path()).constFirst());
+            QCOMPARE(inChild([&] { return removeAbandoned(folder, living) ? NotRefused : Refused; }),
+                     Refused);
+            QVERIFY(QFileInfo::exists(m_folder->filePath(QFile::decodeName(living))));
+        }
+        put(m_folder->filePath(QFile::decodeName(living)), "left behind");
+        QVERIFY(removeAbandoned(folder, living));
+        put(m_folder->filePath(u"ordinary"_s), "x");
+        QVERIFY(!removeAbandoned(folder, "ordinary"));
+        QCOMPARE(entriesOf(m_folder->path()), QStringList(u"ordinary"_s));
+    }
+
+    void aTemporaryFileOfAnotherWorkstationMustBeADayOld()
+    {
+        const Descriptor folder = openFolder(QFile::encodeName(m_folder->path()));
+        const QByteArray name = QByteArray(TemporaryPrefix) + "another-1";
+        const QString path = m_folder->filePath(QFile::decodeName(name));
+        put(path, "x");
+        QVERIFY(!removeAbandoned(folder, name));
+        const auto age = [&](qint64 seconds) {
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::ReadWrite));
+            QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(-seconds),
+                                     QFileDevice::FileModificationTime));
+        };
+        age(23 * 3600);
+        QVERIFY(!removeAbandoned(folder, name));
+        age(25 * 3600);
+        QVERIFY(removeAbandoned(folder, name));
+        QCOMPARE(entriesOf(m_folder->path()), QStringList());
+    }
+
+    void aLinkOrAPipeOfSuchANameIsLeftAlone()
+    {
+        const Descriptor folder = openFolder(QFile::encodeName(m_folder->path()));
+        const QByteArray pipe = QByteArray(TemporaryPrefix) + "pipe";
+        QCOMPARE(::mkfifoat(folder.number(), pipe.constData(), 0600), 0);
+        const QByteArray link = QByteArray(TemporaryPrefix) + "link";
+        put(m_folder->filePath(u"target"_s), "x");
+        QVERIFY(QFile::link(u"target"_s, m_folder->filePath(QFile::decodeName(link))));
+        QVERIFY(!removeAbandoned(folder, pipe));
+        QVERIFY(!removeAbandoned(folder, link));
+        QCOMPARE(entriesOf(m_folder->path()).size(), 3);
     }
 
 private:

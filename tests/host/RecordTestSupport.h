@@ -55,9 +55,10 @@ inline QString stateOf(const Record& record)
 inline QString contentOfTables(Database& database)
 {
     QStringList lines;
-    for (const char* table : {"incident", "IncdOffense", "IncdSuspect", "IncdVictim", "IncdWitness",
-                              "IncdOther", "IncdAssignment", "IncdSuspVictim", "IncdSuspWitness",
-                              "IncdSuspOther", "IncdOffWeapon", "IncdOffBias", "key_sequence"}) {
+    for (const char* table :
+         {"incident", "IncdOffense", "IncdSuspect", "IncdVictim", "IncdWitness", "IncdOther",
+          "IncdAssignment", "IncdSuspVictim", "IncdSuspWitness", "IncdSuspOther", "IncdOffWeapon",
+          "IncdOffBias", "IncdAttachment", "key_sequence"}) {
         QSqlQuery read(QStringLiteral("SELECT * FROM %1 ORDER BY 1, 2").arg(QString::fromLatin1(table)),
                        database.connection());
         while (read.next()) {

@@ -229,7 +229,7 @@ private Q_SLOTS:
                                   << QByteArray("\"CaseNo\" \"2026-000026\"") << QStringLiteral("line 3: ");
         QTest::newRow("unknown offense")
             << incidents << QByteArray("\"OffenseNo\": 23,") << QByteArray("\"OffenseNo\": 9999,")
-            << QStringLiteral("line 56: OffenseNo has no row 9999");
+            << QStringLiteral("line 57: OffenseNo has no row 9999");
         QTest::newRow("unknown code")
             << incidents << QByteArray("\"LocationTypeNo\": 20") << QByteArray("\"LocationTypeNo\": 999")
             << QStringLiteral("line 2: LocationTypeNo has no row 999");
