@@ -100,13 +100,12 @@ struct Stage
     void add(int index)
     {
         const File& file = Files[index];
-        const tvTableRowPtr row = rows->NewItem();
-        const auto put = [&](const QString& field, const QVariant& value) {
-            fieldOf(*row, field)->SetValue(value);
+        QList<tvFieldPtr> fields;
+        const auto put = [&fields](const QString& field, const QVariant& value) {
+            fields << std::make_shared<test::FakeField>(field, value);
         };
         const QString stored = u"2014\\03\\"_s + QString::fromUtf8(file.name);
         host.fake.state().thumbnails.insert(u"/store\\"_s + stored, u"thumbnail"_s);
-        host.fake.state().thumbnails.insert(u"/store/"_s + stored, u"thumbnail"_s);
         host.fake.state().pictures.insert(u"thumbnail"_s, photo());
         put(u"SeqNo"_s, index + 1);
         put(u"FileName"_s, stored);
@@ -115,7 +114,8 @@ struct Stage
         put(u"Notes"_s, QString::fromUtf8(file.notes));
         put(u"UserId"_s, QString::fromUtf8(file.user));
         put(u"UserDate"_s, QDateTime({2016, 2, 1 + index}, {13, 5, 7}));
-        rows->Add(row);
+        put(u"FolderNo"_s, Null());
+        rows->Add(std::make_shared<test::FakeRow>(fields, false)); // saved: removing it takes a right
     }
     /// Shows the file at this index, counted from 1, which is the cover when it is the first.
     void open(qint16 current)
