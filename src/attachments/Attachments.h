@@ -5,22 +5,25 @@
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Contracts.h"
 
+#include <QHash>
 #include <QIcon>
+#include <QPointer>
 
+#include <memory>
 #include <vector>
 
-class QCheckBox;
 class QLabel;
-class QPlainTextEdit;
 
 namespace tavrin {
 
 class BoxShape;
+class CheckBox;
 class GroupBox;
 class Label;
 class ListView;
 class MenuItem;
 class PopupMenu;
+class TextArea;
 class TextBox;
 class TextLink;
 
@@ -43,6 +46,7 @@ class Attachments final : public UserControl, public BoundSection
     Q_PROPERTY(QObject* CommentsTextBox READ CommentsTextBox STORED false)
 
 public:
+    /// Raises what the host raises when it makes a collection, which the designer does without.
     explicit Attachments(QWidget* parent = nullptr, const ControlSite& site = {});
     ~Attachments() override;
 
@@ -63,6 +67,8 @@ private:
 
     // The frame: Attachments.cpp
     void build();
+    void nameConstituents();
+    void placeConstituents();
     void follow(tvTableCollectionPtr attachments);
     void m_attachments_ItemRemovedEx(qint32 nRemovedIndex, const tvTableRowPtr& objItem);
     tvTableRowPtr currentRow() const;
@@ -72,6 +78,7 @@ private:
     void CopyImageList();
     static QString IconKeyForFile(const QString& name);
     void RefreshList();
+    bool hasLinesInOrder(const QStringList& keys) const;
     void UpdateRow(tvTableRow& row);
     void SelectRow(qint32 index);
     void ResizeLastColumn();
@@ -80,36 +87,49 @@ private:
     void lvwFiles_ItemClick(qint32 index);
 
     // The details pane: AttachmentsDetails.cpp
+    /// Makes what stands in `fraDetails`, in tab order, at its place, with its names and events.
     void buildDetails();
+    void nameDetails();
+    void placeDetails();
+    bool showsDetailsOfTheseRows() const;
     void ShowDetails();
+    void fitFilename();
+    void showThumbnail(tvTableRow& row);
     void SaveDetails();
     void EnableDetails(bool enabled);
     void ShowPreview(bool visible);
     void ShowFileKind(tvTableRow& row);
-    void ScrollTextToTop(QPlainTextEdit& box);
+    static void ScrollTextToTop(TextArea& box);
     void txtDescription_Change();
     void chkDefault_Click();
 
-    // What a person does: AttachmentsActions.cpp
+    // The menu, and what the person does in the list: AttachmentsMenu.cpp
+    /// Makes the menu, and follows the mouse, the keys, the link and the timer.
     void buildActions();
-    QStringList ParseSelectedFiles(const QString& text) const;
-    void AddFiles(const QStringList& files);
-    void AddUploadedFile(const UploadedFile& uploaded);
-    void ShowUpdating(bool busy);
+    void followActions();
     void UpdateMenus();
     void ShowContextMenu();
-    void OpenCurrentFile();
-    QString DownloadToTemp(const QString& source, const QString& name);
-    static void ShellOpenFile(const QString& path);
-    QString PromptFolderName(const QString& suggested);
     void lvwFiles_MouseDown(int button, int shift, Twips x, Twips y);
     void lvwFiles_DblClick();
-    /// Returns the effect: 1 when files were taken, 0 when there were none.
-    int lvwFiles_OLEDragDrop(const QStringList& files);
+    void lvwFiles_KeyDown(int& keyCode, int shift);
+    void lvwFiles_OLEDragDrop(const QStringList& files, int& effect);
     void m_contextMenuTimer_Elapsed();
     void mnuOpen_Click();
     void mnuRemove_Click();
+
+    // What is done with files: AttachmentsActions.cpp
+    void AddFiles(const QStringList& files);
+    void uploadAndAdd(const QStringList& files);
+    static void AddUploadedFile(tvTableCollection& attachments, const UploadedFile& uploaded);
+    void showAdded();
+    void ShowUpdating(bool busy);
+    void OpenCurrentFile();
+    /// The path of the copy, which bears the file's own name.
+    QString DownloadToTemp(const QString& source, const QString& name);
     void mnuDownloadAll_Click();
+    void downloadAll();
+    /// The name that the person has chosen; "" when cancelled.
+    QString PromptFolderName(const QString& suggested);
 
     ListView* lvwFiles = nullptr;
     GroupBox* picUpdating = nullptr;
@@ -127,23 +147,32 @@ private:
     GroupBox* picNoThumbnail = nullptr;
     QLabel* imgFileIcon = nullptr;
     Label* lblFileType = nullptr;
-    QCheckBox* chkDefault = nullptr;
+    CheckBox* chkDefault = nullptr;
     Label* Label1 = nullptr;
     TextBox* txtDescription = nullptr;
     Label* Label2 = nullptr;
-    QPlainTextEdit* txtComment = nullptr;
+    TextArea* txtComment = nullptr;
     PopupMenu* mnuAttachments = nullptr;
     MenuItem* mnuOpen = nullptr;
     MenuItem* mnuAdd = nullptr;
     MenuItem* mnuRemove = nullptr;
     MenuItem* mnuDownloadAll = nullptr;
 
-    tvTableCollectionPtr m_attachments;
+    /// Pictures of the kinds of files, by key: in any size, and in the cells of the list.
+    QHash<QString, QIcon> imglIcons;
+    QHash<QString, QIcon> ImageList;
+
+    tvTableCollectionPtr m_attachments;           // never nullptr
+    std::weak_ptr<tvTableCollection> m_detailsOf; // whose row the pane shows
     Timer m_contextMenuTimer;
+    Twips m_menuLeft = 0; // where the menu opens, inside the list
+    Twips m_menuTop = 0;
+    QPointer<QWidget> m_focusBeforeUpdating;
     bool m_canAdd = true;
     bool m_canDelete = true;
     Subscription m_itemRemoved;
     std::vector<Subscription> m_subscriptions;
+    int m_listWidth = 0; // in pixels: all columns show whole
 };
 
 } // namespace tavrin

@@ -5,7 +5,10 @@
 #include "base/Variant.h"
 #include "frame/host_contracts/Host.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QScopeGuard>
 
 namespace tavrin::modAttachments {
 
@@ -27,11 +30,10 @@ QString textOf(tvTableRow& row, const QString& field)
 QImage thumbnailAt(const QString& path, Twips width, Twips height)
 {
     const QString temporary = currentHost().newDownloader()->Download(path);
+    const auto remove = qScopeGuard([&] { RemoveTemporaryCopy(temporary); });
     const QImage picture = currentHost().images().LoadPicture(temporary);
-    const QImage fitted = currentHost().listFilling().FitPicture(picture, toPixels(height), toPixels(width),
-                                                                 FitMode, true, ThumbnailGround, false);
-    QFile::remove(temporary); // a copy that stays is no failure
-    return fitted;
+    return currentHost().listFilling().FitPicture(picture, toPixels(height), toPixels(width), FitMode, true,
+                                                  ThumbnailGround, false);
 }
 
 } // namespace
@@ -100,6 +102,15 @@ QImage GetAttachmentThumbnail(tvTableRow& row, Twips width, Twips height)
     } catch (...) {
         return {}; // a thumbnail that cannot be had is no failure
     }
+}
+
+void RemoveTemporaryCopy(const QString& path)
+{
+    if (path.isEmpty() || !QFile::remove(path))
+        return;
+    const QString folder = QFileInfo(path).absolutePath();
+    if (folder.startsWith(QDir::cleanPath(QDir::tempPath()) + u'/'))
+        QDir().rmdir(folder); // not while it holds anything else
 }
 
 } // namespace tavrin::modAttachments

@@ -1,5 +1,7 @@
 #include "ClassRegister.h"
 
+#include "attachments/CoverImage.h"
+#include "attachments/Attachments.h"
 #include "geocode/LatLong.h"
 #include "lookup/AgencyPicker.h"
 #include "lookup/AutoCompleteField.h"
@@ -19,7 +21,9 @@ const ControlRegister& publicControls()
     static const ControlRegister controls = [] {
         ControlRegister classes;
         classes.add<AgencyPicker>(QStringLiteral("TVBoundControls.AgencyPicker"));
+        classes.add<Attachments>(QStringLiteral("TVBoundControls.Attachments"));
         classes.add<AutoCompleteField>(QStringLiteral("TVBoundControls.AutoCompleteField"));
+        classes.add<CoverImage>(QStringLiteral("TVBoundControls.CoverImage"));
         classes.add<EmployeePicker>(QStringLiteral("TVBoundControls.EmployeePicker"));
         classes.add<FlatEmployeePicker>(QStringLiteral("TVBoundControls.FlatEmployeePicker"));
         classes.add<FlatUserPicker>(QStringLiteral("TVBoundControls.FlatUserPicker"));

@@ -15,6 +15,7 @@
 #include "widgets/TextBox.h"
 #include "widgets/TextLink.h"
 
+#include <QScopeGuard>
 #include <QScopedValueRollback>
 
 namespace tavrin {
@@ -208,7 +209,13 @@ void LatLong::BoundSection_ReadData(const tvBusinessObjectPtr& bo)
 {
     reportInBox(this, failurePrefix("BoundSection_ReadData"), ErrorTitle, [&] {
         m_bo = bo;
+        m_isShown = false;
         const QPointer<LatLong> self(this); // a follower of the record may delete the control
+        // What stood there belongs to another record: it must be neither seen in this one nor written to it.
+        const auto clear = qScopeGuard([&self] {
+            if (self && !self->m_isShown)
+                self->ShowNothing();
+        });
         const tvTableRowPtr row = locationOf(bo);
         if (row->IsNew())
             fieldOf(*row, QStringLiteral("GeocodeOnSave"))->SetValue(true);
@@ -223,8 +230,10 @@ void LatLong::BoundSection_WriteData(const tvBusinessObjectPtr& bo)
         const QString latitude = txtLat->Text(); // a follower of the record may delete the control
         const QString longitude = txtLong->Text();
         const tvTableRowPtr row = locationOf(bo);
+        if (!m_isShown)
+            throw Error(QStringLiteral("No coordinates have been read, so none are written."));
         fieldOf(*row, QStringLiteral("GeocodeOnSave"))->SetValue(optGeocodeOnSave[OnSave]->Value());
-        if (geocodesOnSave(*row))
+        if (geocodesOnSave(*row)) // the record may have its own mind
             return;
         fieldOf(*row, QStringLiteral("Latitude"))->SetValue(latitude);
         fieldOf(*row, QStringLiteral("Longitude"))->SetValue(longitude);
@@ -236,35 +245,67 @@ void LatLong::RefreshDisplay()
     if (!m_bo)
         return;
     const tvTableRowPtr row = locationOf(m_bo);
-    txtLat->SetText(textOf(*row, "Latitude"));
-    txtLong->SetText(textOf(*row, "Longitude"));
-    {
-        // Turning an option on raises its click, which must neither write to the record nor refresh again.
-        const QScopedValueRollback refreshing(m_refreshing, true);
-        optGeocodeOnSave[geocodesOnSave(*row) ? OnSave : Manual]->SetValue(true);
+    // All of them before the first is shown: a record that cannot be read is not shown in part.
+    const QString latitude = textOf(*row, "Latitude");
+    const QString longitude = textOf(*row, "Longitude");
+    const bool onSave = geocodesOnSave(*row);
+    txtLat->SetText(latitude);
+    txtLong->SetText(longitude);
+    showChoice(onSave ? OnSave : Manual);
+    openBoxes(optGeocodeOnSave[Manual]->Value());
+    grpGeocoding->show();
+    m_isShown = true;
+    if (onSave)
+        refreshWarning(*row);
+    else
+        showWarning(false);
+}
+
+void LatLong::ShowNothing()
+{
+    continueOnError([this] { txtLat->SetText(QString()); }, [this] { txtLong->SetText(QString()); },
+                    [this] { showChoice({}); }, [this] { openBoxes(false); }, [this] { showWarning(false); });
+}
+
+void LatLong::showChoice(std::optional<int> index)
+{
+    // Turning an option on raises its click, which must neither write to the record nor refresh again.
+    const QScopedValueRollback refreshing(m_refreshing, true);
+    m_choice = index;
+    if (index) {
+        optGeocodeOnSave[*index]->SetValue(true);
+        return;
     }
-    const bool isManual = optGeocodeOnSave[Manual]->Value();
+    for (FlatOptionButton* option : optGeocodeOnSave)
+        option->SetValue(false);
+}
+
+void LatLong::openBoxes(bool open)
+{
     for (TextBox* box : {txtLat, txtLong}) {
-        box->setEnabled(isManual);
-        box->SetBackColor(isManual ? SystemColor::WindowBackground : SystemColor::ButtonFace);
+        box->setEnabled(open);
+        box->SetBackColor(open ? SystemColor::WindowBackground : SystemColor::ButtonFace);
     }
-    if (isManual)
+    if (open)
         setFocusProxy(txtLat);
     else
         setFocusProxy(optGeocodeOnSave[OnSave]);
-    grpGeocoding->show();
-    if (!geocodesOnSave(*row)) {
-        grpWarning->hide();
-        return;
-    }
-    refreshWarning(*row);
 }
 
 void LatLong::refreshWarning(tvTableRow& row)
 {
-    const bool warns = isPoorMatch(row);
+    bool warns = false; // a failure leaves no warning of what was there before
+    const auto show = qScopeGuard([&] { showWarning(warns); });
+    const bool isPoor = isPoorMatch(row);
     lblWarning->SetCaption(warningText(row));
-    grpWarning->setVisible(warns);
+    warns = isPoor;
+}
+
+void LatLong::showWarning(bool show)
+{
+    if (!show && window()->focusWidget() == lnkViewDetails) // it would go to whatever is next on the form
+        optGeocodeOnSave[m_choice.value_or(OnSave)]->setFocus();
+    grpWarning->setVisible(show);
 }
 
 // What the person does
@@ -275,9 +316,17 @@ void LatLong::optGeocodeOnSave_Click(int index)
         if (m_refreshing || !m_bo)
             return;
         const QPointer<LatLong> self(this); // a follower of the record may delete the control
-        fieldOf(*locationOf(m_bo), QStringLiteral("GeocodeOnSave"))->SetValue(index == OnSave);
-        if (self)
-            RefreshDisplay();
+        try {
+            fieldOf(*locationOf(m_bo), QStringLiteral("GeocodeOnSave"))->SetValue(index == OnSave);
+        } catch (...) {
+            if (self)
+                showChoice(m_choice); // so that it can be clicked again
+            throw;
+        }
+        if (!self)
+            return;
+        m_choice = index;
+        RefreshDisplay();
     });
 }
 

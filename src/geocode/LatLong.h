@@ -3,6 +3,7 @@
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Contracts.h"
 
+#include <optional>
 #include <vector>
 
 namespace tavrin {
@@ -33,6 +34,7 @@ class TextLink;
 /// fills, and writes "GeocodeOnSave", "Latitude" and "Longitude". It has no properties and raises no events.
 ///
 /// It always has the size of its contents. A failure is told in a box, and its routine then ends normally.
+/// Behind a read that has failed it shows nothing and writes nothing until a record can be read.
 class LatLong final : public UserControl, public BoundSection
 {
     Q_OBJECT
@@ -54,11 +56,18 @@ private:
     /// Shows the record, and keeps it for the person's clicks. A new row is set to coordinates from its
     /// address.
     void BoundSection_ReadData(const tvBusinessObjectPtr& bo) override;
-    /// Writes the person's choice, and in manual mode the coordinates as texts.
+    /// Writes the person's choice, and in manual mode the coordinates as texts. Nothing while no record has
+    /// been read.
     void BoundSection_WriteData(const tvBusinessObjectPtr& bo) override;
 
     void RefreshDisplay();
+    /// Neither coordinates nor a choice, and nothing to type in.
+    void ShowNothing();
+    /// `index` of the option that is on; none for neither.
+    void showChoice(std::optional<int> index);
+    void openBoxes(bool open);
     void refreshWarning(tvTableRow& row);
+    void showWarning(bool show);
     void optGeocodeOnSave_Click(int index);
     void lnkViewDetails_Click();
 
@@ -82,7 +91,9 @@ private:
     TextLink* lnkViewDetails;
     FontPtr m_font;
     std::vector<Subscription> m_subscriptions;
+    std::optional<int> m_choice; // index of the option that the record has been seen to hold
     bool m_refreshing = false;
+    bool m_isShown = false; // the record that was read last
 };
 
 } // namespace tavrin

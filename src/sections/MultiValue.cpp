@@ -1,5 +1,6 @@
 #include "MultiValue.h"
 
+#include "base/Error.h"
 #include "base/Guard.h"
 #include "base/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
@@ -174,12 +175,12 @@ void MultiValue::BoundControl_FillControl(const BoundBinding* binding, const QVa
                    if (m_dialog)
                        m_dialog->reject(); // its choices are of the record before
                    const auto showState = qScopeGuard([this] { lstValues_Click(); });
+                   // Half a list must not be taken for the whole one: a save would remove the other codes.
+                   auto forget = qScopeGuard([this] { forgetRecord(); });
                    line = 1010;
                    m_binding = *binding;
                    line = 1020;
                    m_values.clear();
-                   // A list of the record before must not stand over the values of this one.
-                   auto showWhatIsThere = qScopeGuard([this] { continueOnError([this] { RebuildList(); }); });
                    line = 1030;
                    for (const tvTableRowPtr& row : *rows) {
                        line = 1040;
@@ -189,7 +190,8 @@ void MultiValue::BoundControl_FillControl(const BoundBinding* binding, const QVa
                            m_values.append(value);
                        line = 1030;
                    }
-                   showWhatIsThere.dismiss();
+                   m_fillFailed = false;
+                   forget.dismiss();
                    line = 1060;
                    RebuildList();
                });
@@ -204,12 +206,23 @@ void MultiValue::BoundControl_SetValue(const BoundBinding* binding, const QVaria
                    line = 1000;
                    if (!binding || !rows)
                        return;
+                   if (m_fillFailed)
+                       throw Error(QStringLiteral(
+                           "The values of the record could not be read, so none are written."));
                    // With copies: a follower of the rows may close the form.
                    const QVariantList values = m_values;
                    const QString fieldName = binding->FieldName;
                    const tvTableCollectionPtr kept = rows;
                    writeValues(values, fieldName, *kept, line);
                });
+}
+
+void MultiValue::forgetRecord()
+{
+    m_fillFailed = true;
+    m_binding.reset();
+    m_values.clear();
+    continueOnError([this] { RebuildList(); });
 }
 
 // The list

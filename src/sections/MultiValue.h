@@ -33,7 +33,9 @@ class frmMultiValueSelect;
 ///     record->save();
 ///
 /// A failure of the host inside a contract call, and at construction, reaches the caller. One inside an
-/// action of the person goes to the application's handler of unhandled errors.
+/// action of the person goes to the application's handler of unhandled errors. A fill that cannot read all
+/// rows leaves an empty list, to which nothing can be added and which a save refuses to write, so that no
+/// code of the record is lost; the next fill ends that.
 class MultiValue final : public UserControl, public BoundControl
 {
     Q_OBJECT
@@ -47,7 +49,8 @@ public:
     explicit MultiValue(QWidget* parent = nullptr, const ControlSite& site = {});
     ~MultiValue() override;
 
-    /// Number of the values; 0 before the first fill. Rows whose field is Null do not count.
+    /// Number of the values; 0 before the first fill and behind one that has failed. Rows whose field is Null
+    /// do not count.
     qint32 Count() const { return static_cast<qint32>(m_values.size()); }
 
     /// Whether the person can select, add and remove; True by default. A host can fill and save a disabled
@@ -85,6 +88,8 @@ private:
     void lnkDelete_Click();
     void addChosen(const QPointer<frmMultiValueSelect>& dialog);
     void removeSelected();
+    /// A record that could not be read leaves no values, and is not written.
+    void forgetRecord();
     void RebuildList();
     void applyBackColor();
     bool previewKey(QKeyEvent& event);
@@ -95,6 +100,7 @@ private:
 
     std::optional<BoundBinding> m_binding;
     QVariantList m_values;
+    bool m_fillFailed = false;
     qint64 m_themeKey = 0;                  // of the palette that the background was shaded from
     QPointer<frmMultiValueSelect> m_dialog; // while it is open
     std::vector<Subscription> m_subscriptions;

@@ -1,6 +1,7 @@
 #include "SuspRelList.h"
 
 #include "CollectionTag.h"
+#include "Completeness.h"
 #include "HostObjects.h"
 #include "SuspectLinks.h"
 #include "base/Guard.h"
@@ -16,6 +17,7 @@
 
 #include <QEvent>
 #include <QFontMetrics>
+#include <QScopeGuard>
 
 namespace tavrin {
 
@@ -69,7 +71,11 @@ SuspRelList::SuspRelList(QWidget* parent, const ControlSite& site)
     begin();
 }
 
-SuspRelList::~SuspRelList() = default;
+SuspRelList::~SuspRelList()
+{
+    if (m_dialog)
+        m_dialog->reject();
+}
 
 void SuspRelList::build()
 {
@@ -190,52 +196,34 @@ tvTableRowPtr SuspRelList::openSuspect() const
     return suspects.Item(suspects.Position());
 }
 
-void SuspRelList::SetRelation(SuspectLinks& links, tvTableRow& party, const QString& code)
+std::vector<SuspRelList::Relation> SuspRelList::relationsTo(tvTableCollection& parties) const
 {
-    if (const tvTableRowPtr row = links.find(seqNoOf(party))) {
-        fieldOf(*row, RelationNoField)->SetValue(code);
-        return;
+    std::vector<Relation> relations;
+    for (const tvTableRowPtr& party : parties) {
+        const QString key = rowKey(*party);
+        relations.push_back({party, lvwRows->Contains(key) ? std::optional(lvwRows->SubItem(key, ValueColumn))
+                                                           : std::nullopt});
     }
-    Session& session = currentHost().session();
-    const tvTableRowPtr row = links.add();
-    fieldOf(*row, m_otherItemSeqName)->SetValue(session.MakeFieldReference(fieldOf(party, SeqNoField)));
-    fieldOf(*row, SeqNoField)->SetValue(session.MakeFieldReference(fieldOf(*openSuspect(), SeqNoField)));
-    fieldOf(*row, RelationNoField)->SetValue(code);
-}
-
-bool SuspRelList::IsRelationRequired() const
-{
-    return currentHost().session().IsFieldRequired(
-        QStringLiteral("Incident"), QStringLiteral("IncdSusp") + m_otherItemName, RelationNoField, QString());
-}
-
-void SuspRelList::checkCompleteness(qint32 rowsFound) const
-{
-    const qint32 suspects = required(m_suspects, QStringLiteral("collection of suspects")).Count();
-    const qint32 parties = m_otherCollection->Count();
-    const bool isRequired = IsRelationRequired();
-    const qint32 missing = parties - rowsFound;
-    if (suspects == 0 || parties == 0 || missing <= 0 || !isRequired)
-        return;
-    throw Error(QStringLiteral("You must specify the relationship this suspect has to each ") +
-                    m_otherItemName.toLower() +
-                    QStringLiteral(" before continuing.\r\n\r\nYou need to add ") + QString::number(missing) +
-                    u' ' +
-                    (missing == 1 ? QStringLiteral("relationship") : QStringLiteral("more relationships")) +
-                    QStringLiteral(" to complete this section."),
-                CompletenessErrorNumber);
+    return relations;
 }
 
 // The host's contract
 
 void SuspRelList::BoundSection_ReadData(const tvBusinessObjectPtr& record)
 {
+    if (m_dialog)
+        m_dialog->reject(); // its parties are of the record before
+    const QPointer<SuspRelList> self(this);
+    m_readFailed = true;
+    const auto forget = qScopeGuard([&self] {
+        if (self && self->m_readFailed)
+            self->forgetRecord();
+    });
     const auto suspect =
         childOf<tvBusinessObject>(required(record, QStringLiteral("record")), QStringLiteral("SuspectBO"));
     const auto incident = currentHost().hostServices().GetParentObject(suspect);
     m_suspects = childOf<tvTableCollection>(required(incident, QStringLiteral("incident of the suspect")),
                                             QStringLiteral("Suspects"));
-    const QPointer<SuspRelList> self(this);
     const tvTableCollectionPtr parties = ParseOtherCollectionTag(record);
     if (!self) // somebody closed the form while the message was up
         return;
@@ -252,10 +240,23 @@ void SuspRelList::BoundSection_ReadData(const tvBusinessObjectPtr& record)
         showTip(true);
     else
         lvwRows->SetSelectedItem(lvwRows->Key(0));
+    m_readFailed = false;
+}
+
+void SuspRelList::forgetRecord()
+{
+    // Rows of another record, or some of this one's only, must not be taken for its relationships.
+    m_suspects = nullptr;
+    m_otherCollection = nullptr;
+    m_itemRemoved = {};
+    continueOnError([this] { lvwRows->Clear(); }, [this] { showTip(true); });
 }
 
 void SuspRelList::BoundSection_WriteData(const tvBusinessObjectPtr& record)
 {
+    if (m_readFailed)
+        throw Error(
+            QStringLiteral("The relationships of the record could not be read, so none are written."));
     const auto suspect =
         childOf<tvBusinessObject>(required(record, QStringLiteral("record")), QStringLiteral("SuspectBO"));
     const QPointer<SuspRelList> self(this);
@@ -263,33 +264,44 @@ void SuspRelList::BoundSection_WriteData(const tvBusinessObjectPtr& record)
     if (!self)
         return;
     followOtherCollection(parties);
-    qint32 rowsFound = 0;
+    // With copies: a follower of the links may change the list, or close the form.
+    const tvTableCollectionPtr suspects = m_suspects;
+    const QString word = m_otherItemName;
     SuspectLinks links = linksOf(suspect);
-    for (const tvTableRowPtr& party : *parties) {
-        if (const QString key = rowKey(*party); lvwRows->Contains(key)) {
-            ++rowsFound;
-            SetRelation(links, *party, lvwRows->SubItem(key, ValueColumn));
+    qint32 found = 0;
+    for (const Relation& relation : relationsTo(*parties)) {
+        if (relation.Code) {
+            ++found;
+            links.relate(*relation.Party, suspects, *relation.Code);
         } else {
-            links.remove(seqNoOf(*party));
+            links.remove(seqNoOf(*relation.Party));
         }
     }
-    checkCompleteness(rowsFound);
+    Relations relations;
+    relations.Suspects = required(suspects, QStringLiteral("collection of suspects")).Count();
+    relations.Parties = parties->Count();
+    relations.Found = found;
+    relations.IsRequired = currentHost().session().IsFieldRequired(
+        QStringLiteral("Incident"), QStringLiteral("IncdSusp") + word, RelationNoField, QString());
+    checkCompleteness(relations, word);
 }
 
 // The list
 
 void SuspRelList::AddListRow(tvTableRow& party, const QVariant& relationNo)
 {
-    showTip(false);
+    // All texts before the row: a failure leaves none that lacks something.
     const QString key = rowKey(party);
-    lvwRows->AddItem(key, key);
-    lvwRows->SetSubItem(key, ValueColumn, ToText(relationNo));
-    lvwRows->SetSubItem(key, NameColumn,
-                        ToText(fieldOf(party, m_otherItemName + QStringLiteral("Name"))->Value()));
+    const QString code = ToText(relationNo);
+    const QString name = ToText(fieldOf(party, m_otherItemName + QStringLiteral("Name"))->Value());
     if (!m_tableCache)
         m_tableCache = currentHost().newTableCodeCache();
-    lvwRows->SetSubItem(key, RelationColumn,
-                        m_tableCache->GetDescription(Tables::SuspectRelationship, relationNo));
+    const QString description = m_tableCache->GetDescription(Tables::SuspectRelationship, relationNo);
+    showTip(false);
+    lvwRows->AddItem(key, key);
+    lvwRows->SetSubItem(key, ValueColumn, code);
+    lvwRows->SetSubItem(key, NameColumn, name);
+    lvwRows->SetSubItem(key, RelationColumn, description);
 }
 
 bool SuspRelList::HasListRow(tvTableRow& party) const
@@ -354,14 +366,19 @@ void SuspRelList::mnuAddRelationship_Click()
 
 void SuspRelList::askForRelation(const QList<tvTableRowPtr>& choices)
 {
+    if (m_dialog)
+        return;
     // The dialog is a child of the window, which may die while the dialog is open, and the control with it.
     const QPointer<SuspRelList> self(this);
-    auto* dialog = new frmSuspRel;
-    const QPointer<frmSuspRel> alive = dialog;
-    const auto unload = qScopeGuard([&alive] { delete alive; });
+    const QPointer<frmSuspRel> dialog(new frmSuspRel);
+    const auto unload = qScopeGuard([&dialog] { delete dialog.data(); });
     dialog->SetupForm(m_otherItemName, choices, openSuspect());
+    m_dialog = dialog;
     dialog->ShowModal(this);
-    if (!self || !alive || !dialog->Success())
+    if (!self)
+        return;
+    m_dialog = nullptr;
+    if (!dialog || !dialog->Success())
         return;
     const tvTableRowPtr party = dialog->SelectedItem();
     AddListRow(*party, dialog->SelectedRelation());

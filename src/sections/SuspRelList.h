@@ -3,7 +3,11 @@
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Caches.h"
 
+#include <QPointer>
+
 #include <memory>
+#include <optional>
+#include <vector>
 
 namespace tavrin {
 
@@ -12,6 +16,7 @@ class MenuItem;
 class PopupMenu;
 class SuspectLinks;
 class TipPanel;
+class frmSuspRel;
 
 /// The relationships that one suspect has to the parties of one other kind, one row each. The person adds and
 /// removes rows through a context menu; nothing reaches the record before the host saves.
@@ -25,7 +30,9 @@ class TipPanel;
 ///     victims->WriteData(record); // raises CompletenessErrorNumber while required ones are missing
 ///
 /// Links are written before completeness is checked; a refused save leaves those that are complete written.
-/// A party's removal leaves its row on the screen until the next read, which does no harm.
+/// A party's removal leaves its row on the screen until the next read, which does no harm. Behind a read that
+/// has failed the section is empty and a write raises an `Error` before it changes anything, until a record
+/// can be read.
 class SuspRelList final : public UserControl, public BoundSection
 {
     Q_OBJECT
@@ -71,6 +78,12 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    struct Relation
+    {
+        tvTableRowPtr Party;
+        std::optional<QString> Code; // none for a party without a row
+    };
+
     void BoundSection_ReadData(const tvBusinessObjectPtr& record) override;
     void BoundSection_WriteData(const tvBusinessObjectPtr& record) override;
 
@@ -78,9 +91,8 @@ private:
     tvTableCollectionPtr ParseOtherCollectionTag(const tvBusinessObjectPtr& record);
     void followOtherCollection(tvTableCollectionPtr collection);
     SuspectLinks linksOf(const tvBusinessObjectPtr& suspect) const;
-    void SetRelation(SuspectLinks& links, tvTableRow& party, const QString& code);
-    bool IsRelationRequired() const;
-    void checkCompleteness(qint32 rowsFound) const;
+    std::vector<Relation> relationsTo(tvTableCollection& parties) const;
+    void forgetRecord();
     tvTableRowPtr openSuspect() const;
 
     void AddListRow(tvTableRow& party, const QVariant& relationNo);
@@ -107,6 +119,8 @@ private:
     QString m_otherCollectionTag;
     QString m_otherItemName;
     QString m_otherItemSeqName;
+    bool m_readFailed = false;
+    QPointer<frmSuspRel> m_dialog; // while it is open
     Subscription m_itemRemoved;
     std::vector<Subscription> m_subscriptions;
 };

@@ -2,6 +2,10 @@
 
 #include "HostObjects.h"
 #include "base/Variant.h"
+#include "frame/control_frame/FailurePolicy.h"
+#include "frame/host_contracts/Host.h"
+
+#include <QScopeGuard>
 
 #include <algorithm>
 
@@ -108,6 +112,39 @@ tvTableRowPtr SuspectLinks::add()
     links().AddNew();
     m_count = links().Count();
     return links().Item(links().Position());
+}
+
+void SuspectLinks::takeBack(const tvTableRowPtr& row)
+{
+    tvTableCollection& rows = links();
+    qint32 index = rows.Count();
+    while (index > 0 && rows.Item(index) != row)
+        --index;
+    if (index > 0) {
+        rows.SetPosition(ToInteger(index));
+        rows.RemoveCurrent(false);
+    }
+    startAnew();
+}
+
+void SuspectLinks::relate(tvTableRow& party, const tvTableCollectionPtr& suspects, const QString& code)
+{
+    const QString seqNo = QStringLiteral("SeqNo");
+    const QString relationNo = QStringLiteral("RelationNo");
+    const tvFieldPtr partyNo = fieldOf(party, seqNo);
+    if (const tvTableRowPtr row = find(partyNo->Value())) {
+        fieldOf(*row, relationNo)->SetValue(code);
+        return;
+    }
+    Session& session = currentHost().session();
+    const tvTableRowPtr row = add();
+    // A row that lacks a number would be saved with the next record, and lead nowhere.
+    auto undo = qScopeGuard([&] { continueOnError([&] { takeBack(row); }); });
+    tvTableCollection& all = required(suspects, QStringLiteral("collection of suspects"));
+    fieldOf(*row, m_fieldName)->SetValue(session.MakeFieldReference(partyNo));
+    fieldOf(*row, seqNo)->SetValue(session.MakeFieldReference(fieldOf(*all.Item(all.Position()), seqNo)));
+    fieldOf(*row, relationNo)->SetValue(code);
+    undo.dismiss();
 }
 
 void SuspectLinks::remove(const QVariant& value)

@@ -26,6 +26,10 @@ public:
     tvTableRowPtr find(const QVariant& value);
     /// A new row, the current one.
     tvTableRowPtr add();
+    /// Puts the code into the first row whose field equals the party's "SeqNo". Where there is none a new row
+    /// gets it, with references to that number and to the one of the current suspect; a failure on the way
+    /// takes that row back.
+    void relate(tvTableRow& party, const tvTableCollectionPtr& suspects, const QString& code);
     /// Removes the first row whose field equals the value, with the next save. Raises error 6 where the row
     /// is out of the range of a position.
     void remove(const QVariant& value);
@@ -44,6 +48,7 @@ private:
     qint32 locate(const QVariant& value);
     qint32 walkOnTo(const QVariant& value);
     void startAnew();
+    void takeBack(const tvTableRowPtr& row);
 
     tvBusinessObjectPtr m_suspect;
     QString m_collectionName;

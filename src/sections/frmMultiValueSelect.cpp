@@ -108,6 +108,12 @@ void frmMultiValueSelect::lnkOK_Click()
     hide();
 }
 
+void frmMultiValueSelect::reject()
+{
+    m_confirmed = false; // also when it comes behind "Done"
+    Form::reject();
+}
+
 void frmMultiValueSelect::keyPressEvent(QKeyEvent* event)
 {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;

@@ -38,10 +38,13 @@ public:
 
     /// Entries that are left.
     qint32 ChoiceCount() const;
-    /// True unless the person has clicked "Done".
+    /// True unless the person has clicked "Done" and nobody has rejected the dialog since.
     bool Canceled() const { return !m_confirmed; }
     /// The marked codes, from top to bottom.
     QList<qint32> SelectedValues() const;
+
+    /// Cancels, also what was confirmed before.
+    void reject() override;
 
 protected:
     void Form_Resize() override;

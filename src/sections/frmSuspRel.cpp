@@ -175,6 +175,12 @@ void frmSuspRel::cmdOK_Click()
     }
 }
 
+void frmSuspRel::reject()
+{
+    m_success = false; // also when it comes behind OK
+    Form::reject();
+}
+
 void frmSuspRel::cmdCancel_Click()
 {
     hide();

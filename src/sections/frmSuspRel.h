@@ -35,12 +35,15 @@ public:
     void SetupForm(const QString& otherItemName, const QList<tvTableRowPtr>& choices,
                    const tvTableRowPtr& suspect);
 
-    /// True after OK.
+    /// True after OK, unless somebody has rejected the dialog since.
     bool Success() const { return m_success; }
     /// The party that is picked. Raises an `Error` when none is.
     tvTableRowPtr SelectedItem() const;
     /// The code that is picked, a 32-bit integer; Null for none.
     QVariant SelectedRelation() const;
+
+    /// Cancels, also what was confirmed before.
+    void reject() override;
 
 private:
     void build();

@@ -10,12 +10,6 @@
 
 namespace tavrin {
 
-namespace {
-
-constexpr qreal Radius = 3;
-
-} // namespace
-
 BoxShape::BoxShape(QWidget* parent)
     : QWidget(parent)
 {
@@ -37,6 +31,12 @@ void BoxShape::SetBackColor(Color color)
     update();
 }
 
+void BoxShape::SetFilled(bool filled)
+{
+    m_filled = filled;
+    update();
+}
+
 void BoxShape::paintEvent(QPaintEvent*)
 {
     const QPalette palette = QApplication::palette(this);
@@ -45,7 +45,7 @@ void BoxShape::paintEvent(QPaintEvent*)
     // As many whole pixels of the screen as fit into one of ours: half of one would look smeared.
     const qreal line = std::max(1.0, std::floor(devicePixelRatioF())) / devicePixelRatioF();
     painter.setPen(QPen(m_borderColor.resolve(palette), line));
-    painter.setBrush(m_backColor.resolve(palette));
+    painter.setBrush(m_filled ? QBrush(m_backColor.resolve(palette)) : QBrush());
     const qreal inset = line / 2;
     painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), Radius, Radius);
 }

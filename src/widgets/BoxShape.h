@@ -22,6 +22,12 @@ public:
     void SetBorderColor(Color color);
     Color BackColor() const { return m_backColor; }
     void SetBackColor(Color color);
+    /// While off, only the outline is painted. On at first.
+    bool Filled() const { return m_filled; }
+    void SetFilled(bool filled);
+
+    /// Of the corners, in pixels.
+    static constexpr qreal Radius = 3;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -29,6 +35,7 @@ protected:
 private:
     Color m_borderColor{0x80000006U};
     Color m_backColor = SystemColor::WindowBackground;
+    bool m_filled = true;
 };
 
 } // namespace tavrin

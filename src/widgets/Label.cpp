@@ -41,6 +41,13 @@ void Label::SetAutoSize(bool autoSize)
     update();
 }
 
+void Label::SetElideMode(Qt::TextElideMode mode)
+{
+    m_elideMode = mode;
+    applyToolTip();
+    update();
+}
+
 QSize Label::minimumSizeHint() const
 {
     const QSize whole = QLabel::minimumSizeHint();
@@ -89,8 +96,7 @@ QString Label::shownText() const
 {
     if (m_autoSize)
         return text();
-    return fontMetrics().elidedText(text(), Qt::ElideRight, room().width(),
-                                    buddy() ? Qt::TextShowMnemonic : 0);
+    return fontMetrics().elidedText(text(), m_elideMode, room().width(), buddy() ? Qt::TextShowMnemonic : 0);
 }
 
 void Label::resizeEvent(QResizeEvent* event)

@@ -26,9 +26,12 @@ public:
     void SetForeColor(Color color);
 
     /// While on, as at first, the label resizes itself to its caption. While off, a caption that is too long
-    /// is cut at the right and stands whole in the tool tip, unless the label was given one.
+    /// is cut, at the right unless told otherwise, and stands whole in the tool tip, unless the label was
+    /// given one.
     bool AutoSize() const { return m_autoSize; }
     void SetAutoSize(bool autoSize);
+    /// Where a caption that is too long is cut.
+    void SetElideMode(Qt::TextElideMode mode);
 
     QSize minimumSizeHint() const override;
 
@@ -46,6 +49,7 @@ private:
     SharedFont m_font;
     Color m_foreColor = SystemColor::ButtonText;
     bool m_autoSize = true;
+    Qt::TextElideMode m_elideMode = Qt::ElideRight;
     QString m_ownToolTip; // the one that stands for a cut caption
 };
 

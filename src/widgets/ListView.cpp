@@ -1,42 +1,51 @@
 #include "ListView.h"
 
-#include "KeyCodes.h"
 #include "ListViewModel.h"
 #include "base/Error.h"
-#include "base/Guard.h"
 
-#include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QPainter>
+#include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <QToolTip>
 
 namespace tavrin {
 
-namespace {
-
-/// Rows with room above and below their texts.
-class RowDelegate final : public QStyledItemDelegate
+/// Rows with room above and below their texts, or of one height, marked as the list says.
+class ListView::RowDelegate final : public QStyledItemDelegate
 {
 public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+    explicit RowDelegate(ListView& list)
+        : QStyledItemDelegate(&list)
+        , m_list(list)
+    {
+    }
 
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
     {
         constexpr int room = 3;
-        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 2 * room);
+        const QSize size = QStyledItemDelegate::sizeHint(option, index);
+        return {size.width(), m_list.m_rowHeight > 0 ? m_list.m_rowHeight : size.height() + 2 * room};
     }
-};
 
-} // namespace
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->state.setFlag(QStyle::State_Selected, m_list.isMarked(index));
+    }
+
+private:
+    ListView& m_list;
+};
 
 ListView::ListView(QWidget* parent)
     : QTreeView(parent)
     , m_model(std::make_unique<Model>())
 {
     setModel(m_model.get());
-    setItemDelegate(new RowDelegate(this));
+    setItemDelegate(new RowDelegate(*this));
     setRootIsDecorated(false);
     setItemsExpandable(false);
     setUniformRowHeights(true); // no row is measured that is not in view
@@ -50,6 +59,7 @@ ListView::ListView(QWidget* parent)
     header()->setSectionsClickable(false);
     header()->setHighlightSections(false);
     header()->setStretchLastSection(true);
+    setAcceptDrops(true); // offers of anything else than files are refused
 }
 
 ListView::~ListView()
@@ -67,18 +77,26 @@ void ListView::ClearColumnHeaders()
 void ListView::AddColumnHeader(const QString& key, const QString& caption, Twips width)
 {
     m_model->addColumn({key, caption, width, width > 0});
-    applyWidths();
+    for (int column = 0; column < m_model->columnTotal(); ++column)
+        applyWidth(column); // the header forgets widths when it gets a section
+    letLastColumnShrink();
 }
 
-void ListView::applyWidths()
+void ListView::letLastColumnShrink()
+{
+    // The last column keeps the width from which it was stretched where the others leave less.
+    header()->setStretchLastSection(false);
+    if (header()->count() > 0)
+        header()->resizeSection(header()->count() - 1, header()->minimumSectionSize());
+    header()->setStretchLastSection(true);
+}
+
+void ListView::applyWidth(int column)
 {
     // The last column takes what the others leave.
-    for (int column = 0, shown = 0; shown < header()->count() - 1; ++column) {
-        if (m_model->shownIndex(column) != shown)
-            continue;
+    const int shown = m_model->shownIndex(column);
+    if (shown >= 0 && shown < header()->count() - 1)
         header()->resizeSection(shown, std::max(toPixels(m_model->column(column).width), 0));
-        ++shown;
-    }
 }
 
 Twips ListView::ColumnWidth(const QString& key) const
@@ -92,7 +110,19 @@ void ListView::SetColumnWidth(const QString& key, Twips width)
     if (m_model->shownIndex(index) < 0)
         return;
     m_model->column(index).width = width;
-    applyWidths();
+    applyWidth(index);
+}
+
+Twips ListView::ColumnLeft(const QString& key) const
+{
+    const int shown = m_model->shownIndex(m_model->columnOf(key));
+    return shown < 0 ? 0 : toTwips(header()->sectionPosition(shown));
+}
+
+void ListView::SetMinimumColumnWidth(Twips width)
+{
+    header()->setMinimumSectionSize(toPixels(width));
+    letLastColumnShrink();
 }
 
 void ListView::SetSortKey(const QString& columnKey)
@@ -103,6 +133,35 @@ void ListView::SetSortKey(const QString& columnKey)
 void ListView::SetAllowColumnReorder(bool allow)
 {
     header()->setSectionsMovable(allow);
+}
+
+void ListView::SetRowHeight(int pixels)
+{
+    m_rowHeight = pixels;
+    scheduleDelayedItemsLayout();
+}
+
+void ListView::SetHideSelection(bool hide)
+{
+    m_hideSelection = hide;
+    viewport()->update();
+}
+
+void ListView::SetBorder(bool border)
+{
+    m_border = border;
+    update();
+}
+
+void ListView::SetMouseDownFirst(bool first)
+{
+    m_mouseDownFirst = first;
+}
+
+bool ListView::HasVerticalScrollBar()
+{
+    executeDelayedItemsLayout(); // rows that were added or removed just now count
+    return verticalScrollBar()->minimum() < verticalScrollBar()->maximum();
 }
 
 // Rows
@@ -132,14 +191,45 @@ QString ListView::SubItem(const QString& key, const QString& columnKey) const
     return m_model->text(key, m_model->columnOf(columnKey));
 }
 
+void ListView::SetSubItemIcon(const QString& key, const QString& columnKey, const QIcon& icon,
+                              const QString& name)
+{
+    m_model->setIcon(key, m_model->columnOf(columnKey), icon, name);
+}
+
+void ListView::SetSubItemToolTip(const QString& key, const QString& columnKey, const QString& text)
+{
+    m_model->setToolTip(key, m_model->columnOf(columnKey), text);
+}
+
+QString ListView::Tag(const QString& key) const
+{
+    return m_model->tag(key);
+}
+
+void ListView::SetTag(const QString& key, const QString& tag)
+{
+    m_model->setTag(key, tag);
+}
+
 void ListView::Remove(const QString& key)
 {
-    m_model->remove(key);
+    m_model->remove({key});
+}
+
+void ListView::Remove(const QStringList& keys)
+{
+    m_model->remove(keys);
 }
 
 bool ListView::Contains(const QString& key) const
 {
     return m_model->contains(key);
+}
+
+int ListView::IndexOf(const QString& key) const
+{
+    return m_model->rowOf(key);
 }
 
 QString ListView::Key(int index) const
@@ -163,6 +253,38 @@ void ListView::SetSelectedItem(const std::optional<QString>& key)
         selectionModel()->clear();
 }
 
+std::optional<QString> ListView::DropHighlight() const
+{
+    return m_dropHighlight.isValid() ? std::optional(m_model->keyAt(m_dropHighlight.row())) : std::nullopt;
+}
+
+void ListView::SetDropHighlight(const std::optional<QString>& key)
+{
+    m_dropHighlight = key ? m_model->index(m_model->rowOf(*key), 0) : QModelIndex();
+    viewport()->update();
+}
+
+std::optional<QString> ListView::HitTest(Twips x, Twips y) const
+{
+    return keyBelow(viewport()->mapFrom(this, QPoint(toPixels(x), toPixels(y))));
+}
+
+std::optional<QString> ListView::keyBelow(const QPoint& placeInViewport) const
+{
+    const QModelIndex index =
+        viewport()->rect().contains(placeInViewport) ? indexAt(placeInViewport) : QModelIndex();
+    return index.isValid() ? std::optional(m_model->keyAt(index.row())) : std::nullopt;
+}
+
+void ListView::EnsureVisible(const QString& key)
+{
+    const QModelIndex index = m_model->index(m_model->rowOf(key), 0);
+    // The second click of two must not hit another row than the first.
+    const bool isBelowMouse = m_pressing && viewport()->rect().intersects(visualRect(index));
+    if (!isBelowMouse)
+        scrollTo(index);
+}
+
 QItemSelectionModel::SelectionFlags ListView::selectionCommand(const QModelIndex& index,
                                                                const QEvent* event) const
 {
@@ -175,61 +297,23 @@ QItemSelectionModel::SelectionFlags ListView::selectionCommand(const QModelIndex
                : command;
 }
 
-// Mouse and keyboard
+// Looks
 
-void ListView::raiseMouseDown(int button, Qt::KeyboardModifiers modifiers, const QPoint& place)
+bool ListView::isMarked(const QModelIndex& index) const
 {
-    guard("ListView_MouseDown",
-          [&] { MouseDown.raise(button, shiftStateOf(modifiers), toTwips(place.x()), toTwips(place.y())); });
+    const bool isHidden = m_hideSelection && !hasFocus();
+    return (m_dropHighlight.isValid() && m_dropHighlight.row() == index.row()) ||
+           (!isHidden && selectionModel()->isSelected(index));
 }
 
-void ListView::mousePressEvent(QMouseEvent* event)
-{
-    QTreeView::mousePressEvent(event);
-    const int button = event->button() == Qt::LeftButton     ? 1
-                       : event->button() == Qt::RightButton  ? 2
-                       : event->button() == Qt::MiddleButton ? 4
-                                                             : 0;
-    const QPoint place = viewport()->mapTo(this, event->position().toPoint());
-    if (button != 0)
-        raiseMouseDown(button, event->modifiers(), place); // a handler may delete the list
-}
-
-void ListView::keyPressEvent(QKeyEvent* event)
-{
-    const bool opensMenu = event->key() == Qt::Key_Menu ||
-                           (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier);
-    if (!opensMenu) {
-        QTreeView::keyPressEvent(event);
-        return;
-    }
-    event->accept();
-    if (!event->isAutoRepeat())
-        raiseMouseDown(2, Qt::NoModifier, placeOfMenu());
-}
-
-void ListView::contextMenuEvent(QContextMenuEvent* event)
-{
-    event->accept(); // the press of the button or the key has told already
-}
-
-/// Below the selected row, or in the list's middle when that is out of sight.
-QPoint ListView::placeOfMenu() const
-{
-    const QModelIndexList rows = selectionModel()->selectedRows();
-    const QRect row = rows.isEmpty() ? QRect() : visualRect(rows.first());
-    const QRect shown = viewport()->rect();
-    const QPoint place =
-        shown.intersects(row) ? QPoint(shown.left() + row.height(), row.bottom()) : shown.center();
-    return viewport()->mapTo(this, place);
-}
-
-QString ListView::cutTextAt(const QPoint& place) const
+QString ListView::toolTipAt(const QPoint& place) const
 {
     const QModelIndex index = indexAt(place);
-    if (!index.isValid() || sizeHintForIndex(index).width() <= visualRect(index).width())
+    if (!index.isValid())
         return {};
-    return index.data().toString();
+    const QString own = index.data(Qt::ToolTipRole).toString();
+    const bool isCut = sizeHintForIndex(index).width() > visualRect(index).width();
+    return own.isEmpty() && isCut ? index.data().toString() : own;
 }
 
 bool ListView::viewportEvent(QEvent* event)
@@ -237,25 +321,24 @@ bool ListView::viewportEvent(QEvent* event)
     if (event->type() == QEvent::ToolTip) {
         const auto* help = static_cast<QHelpEvent*>(event);
         // As it stands, also when it looks like markup.
-        const QString cut = cutTextAt(help->pos());
-        QToolTip::showText(help->globalPos(),
-                           cut.isEmpty() ? QString() : QStringLiteral("<qt>%1</qt>").arg(cut.toHtmlEscaped()),
-                           viewport());
+        const QString text = toolTipAt(help->pos());
+        QToolTip::showText(
+            help->globalPos(),
+            text.isEmpty() ? QString() : QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped()), viewport());
         return true;
     }
     return QTreeView::viewportEvent(event);
 }
 
-// Looks
-
 bool ListView::event(QEvent* event)
 {
     const bool taken = QTreeView::event(event);
     if (event->type() == QEvent::Paint) {
-        const bool marks = hasFocus() && isEnabled();
+        const bool marks = (hasFocus() && isEnabled()) || m_dropOffered;
+        const QPalette::ColorRole quiet = m_border ? QPalette::Mid : QPalette::Base;
         QPainter painter(this);
         painter.setClipRegion(QRegion(rect()) - rect().adjusted(1, 1, -1, -1));
-        painter.fillRect(rect(), palette().color(marks ? QPalette::Highlight : QPalette::Mid));
+        painter.fillRect(rect(), palette().color(marks ? QPalette::Highlight : quiet));
     }
     return taken;
 }

@@ -3,6 +3,8 @@
 #include "base/Error.h"
 
 #include <algorithm>
+#include <functional>
+#include <utility>
 
 namespace tavrin {
 
@@ -34,8 +36,9 @@ void ListView::Model::addColumn(Column column)
 
 int ListView::Model::columnOf(const QString& key) const
 {
-    const auto found = std::find_if(m_columns.begin(), m_columns.end(),
-                                    [&](const Column& candidate) { return candidate.key == key; });
+    const auto found = std::find_if(m_columns.begin(), m_columns.end(), [&](const Column& candidate) {
+        return candidate.key.compare(key, Qt::CaseInsensitive) == 0;
+    });
     if (found == m_columns.end())
         throw Error(QStringLiteral("The list has no column with the key %1").arg(key),
                     ListView::MissingKeyNumber);
@@ -59,11 +62,30 @@ const ListView::Model::Item& ListView::Model::item(const QString& key) const
     return found->second;
 }
 
+ListView::Model::Item& ListView::Model::item(const QString& key)
+{
+    return const_cast<Item&>(std::as_const(*this).item(key));
+}
+
+const ListView::Model::Cell& ListView::Model::cellOf(const Item& item, int column)
+{
+    static const Cell none;
+    const auto index = static_cast<std::size_t>(column);
+    return index < item.cells.size() ? item.cells[index] : none;
+}
+
+ListView::Model::Cell& ListView::Model::cellOf(Item& item, int column)
+{
+    const auto index = static_cast<std::size_t>(column);
+    if (index >= item.cells.size())
+        item.cells.resize(index + 1);
+    return item.cells[index];
+}
+
 bool ListView::Model::standsBefore(const Item& a, const Item& b) const
 {
     if (m_sortColumn >= 0) {
-        const int order =
-            a.texts.value(m_sortColumn).compare(b.texts.value(m_sortColumn), Qt::CaseInsensitive);
+        const int order = textOf(a, m_sortColumn).compare(textOf(b, m_sortColumn), Qt::CaseInsensitive);
         if (order != 0)
             return order < 0;
     }
@@ -98,33 +120,69 @@ void ListView::Model::add(const QString& key, const QString& text)
     if (contains(key))
         throw Error(QStringLiteral("The list has a row with the key %1 already").arg(key),
                     ListView::DuplicateKeyNumber);
-    const Item& item = m_byKey.emplace(key, Item{key, {text}, m_nextNumber++}).first->second;
+    const Item& item =
+        m_byKey.emplace(key, Item{key, m_nextNumber++, {}, {Cell{text, {}, {}, {}}}}).first->second;
     const int row = rowOf(item);
     beginInsertRows({}, row, row);
     m_rows.insert(m_rows.begin() + row, &item);
     endInsertRows();
 }
 
-void ListView::Model::remove(const QString& key)
+void ListView::Model::remove(const QStringList& keys)
 {
-    const int row = rowOf(key);
-    beginRemoveRows({}, row, row);
-    m_rows.erase(m_rows.begin() + row);
-    m_byKey.erase(key);
-    endRemoveRows();
+    std::vector<int> rows;
+    rows.reserve(static_cast<std::size_t>(keys.size()));
+    for (const QString& key : keys)
+        rows.push_back(rowOf(key));
+    std::sort(rows.begin(), rows.end(), std::greater<>());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    for (auto end = rows.begin(); end != rows.end();) {
+        auto first = end;
+        while (std::next(first) != rows.end() && *std::next(first) == *first - 1)
+            ++first;
+        beginRemoveRows({}, *first, *end);
+        for (int row = *first; row <= *end; ++row)
+            m_byKey.erase(keyAt(row));
+        m_rows.erase(m_rows.begin() + *first, m_rows.begin() + *end + 1);
+        endRemoveRows();
+        end = std::next(first);
+    }
+}
+
+void ListView::Model::noteChanged(const Item& item, int column)
+{
+    if (const int shown = shownIndex(column); shown >= 0) {
+        const QModelIndex changed = index(rowOf(item), shown);
+        Q_EMIT dataChanged(changed, changed);
+    }
 }
 
 void ListView::Model::setText(const QString& key, int column, const QString& text)
 {
-    const int row = rowOf(item(key));
-    Item& changed = m_byKey.at(key);
-    while (changed.texts.size() <= column)
-        changed.texts << QString();
-    const QString before = std::exchange(changed.texts[column], text);
-    if (column == m_sortColumn && before != text)
+    Item& changed = item(key);
+    if (textOf(std::as_const(changed), column) == text)
+        return;
+    cellOf(changed, column).text = text;
+    if (column == m_sortColumn)
         sort();
-    else if (const int shown = shownIndex(column); shown >= 0)
-        Q_EMIT dataChanged(index(row, shown), index(row, shown));
+    else
+        noteChanged(changed, column);
+}
+
+void ListView::Model::setIcon(const QString& key, int column, const QIcon& icon, const QString& name)
+{
+    Item& changed = item(key);
+    Cell& cell = cellOf(changed, column);
+    if (cell.icon.cacheKey() == icon.cacheKey() && cell.iconName == name)
+        return;
+    cell.icon = icon;
+    cell.iconName = name;
+    noteChanged(changed, column);
+}
+
+void ListView::Model::setToolTip(const QString& key, int column, const QString& text)
+{
+    cellOf(item(key), column).toolTip = text;
 }
 
 void ListView::Model::sortBy(int column)
@@ -162,12 +220,49 @@ int ListView::Model::columnCount(const QModelIndex& parent) const
     return parent.isValid() ? 0 : static_cast<int>(m_shown.size());
 }
 
+const ListView::Model::Cell& ListView::Model::cellAt(const QModelIndex& index) const
+{
+    return cellOf(*m_rows[static_cast<std::size_t>(index.row())],
+                  m_shown[static_cast<std::size_t>(index.column())]);
+}
+
+QString ListView::Model::spokenText(const QModelIndex& index) const
+{
+    const Cell& cell = cellAt(index);
+    return cell.iconName.isEmpty() ? cell.text : cell.text + QStringLiteral(", ") + cell.iconName;
+}
+
+/// The rest of the line: whoever walks through the lines hears each of them whole.
+QString ListView::Model::spokenNeighbours(const QModelIndex& index) const
+{
+    QStringList texts;
+    for (int column = 0; column < columnCount(); ++column) {
+        const QString text = spokenText(index.siblingAtColumn(column));
+        if (column != index.column() && !text.isEmpty())
+            texts << m_columns[static_cast<std::size_t>(m_shown[static_cast<std::size_t>(column)])].caption +
+                         QStringLiteral(": ") + text;
+    }
+    return texts.join(QStringLiteral(", "));
+}
+
 QVariant ListView::Model::data(const QModelIndex& index, int role) const
 {
-    if (role != Qt::DisplayRole || !checkIndex(index, CheckIndexOption::IndexIsValid))
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
-    return m_rows[static_cast<std::size_t>(index.row())]->texts.value(
-        m_shown[static_cast<std::size_t>(index.column())]);
+    switch (role) {
+    case Qt::DisplayRole:
+        return cellAt(index).text;
+    case Qt::DecorationRole:
+        return cellAt(index).icon.isNull() ? QVariant() : QVariant(cellAt(index).icon);
+    case Qt::ToolTipRole:
+        return cellAt(index).toolTip;
+    case Qt::AccessibleTextRole:
+        return spokenText(index);
+    case Qt::AccessibleDescriptionRole:
+        return spokenNeighbours(index);
+    default:
+        return {};
+    }
 }
 
 QVariant ListView::Model::headerData(int section, Qt::Orientation orientation, int role) const

@@ -6,9 +6,47 @@
 #include <QApplication>
 #include <QPointer>
 #include <QScopedValueRollback>
+#include <QSet>
+#include <QValidator>
 #include <QWheelEvent>
 
+#include <algorithm>
+#include <limits>
+#include <utility>
+
 namespace tavrin {
+
+/// Holds the limit of a box whose text came longer than it. The limit of `QLineEdit` would cut that text, and
+/// cannot be moved without forgetting what can be undone.
+class TextBox::LengthValidator final : public QValidator
+{
+public:
+    LengthValidator(int limit, const QString& text, QObject* parent)
+        : QValidator(parent)
+        , m_limit(limit)
+        , m_length(text.size())
+        , m_longTexts{text}
+    {
+    }
+
+    State validate(QString& input, int&) const override
+    {
+        // What stood here before comes back by undoing.
+        const bool isTaken =
+            input.size() <= std::max<qsizetype>(m_limit, m_length) || m_longTexts.contains(input);
+        if (!isTaken)
+            return Invalid;
+        m_length = input.size();
+        if (m_length > m_limit)
+            m_longTexts.insert(input);
+        return Acceptable;
+    }
+
+private:
+    int m_limit;
+    mutable qsizetype m_length; // of the text before
+    mutable QSet<QString> m_longTexts;
+};
 
 TextBox::TextBox(QWidget* parent)
     : QLineEdit(parent)
@@ -25,10 +63,34 @@ void TextBox::SetText(const QString& text)
     const QString before = Text();
     {
         const QScopedValueRollback setting(m_settingText, true);
+        makeRoomFor(text);
         setText(text);
     }
     if (Text() != before)
         Change.raise();
+}
+
+void TextBox::SetMaxLength(int length)
+{
+    const QScopedValueRollback setting(m_settingText, true);
+    m_maxLength = length;
+    makeRoomFor(text());
+}
+
+void TextBox::makeRoomFor(const QString& text)
+{
+    if (!m_maxLength)
+        return;
+    setValidator(nullptr);
+    delete std::exchange(m_lengthValidator, nullptr);
+    const int limit = *m_maxLength > 0 ? *m_maxLength : std::numeric_limits<int>::max();
+    const int needed = std::max(limit, static_cast<int>(text.size()));
+    if (needed != maxLength())
+        setMaxLength(needed);
+    if (needed == limit)
+        return;
+    m_lengthValidator = new LengthValidator(limit, text, this);
+    setValidator(m_lengthValidator);
 }
 
 void TextBox::SetSelection(int start, int length)

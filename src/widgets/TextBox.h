@@ -27,6 +27,11 @@ public:
     /// caller.
     void SetText(const QString& text);
 
+    /// The longest text that a person can enter, in UTF-16 units; 0, as at first, for no limit. A text that
+    /// code sets stands whole, also when it is longer; the person can then take away but not add.
+    int MaxLength() const { return m_maxLength.value_or(0); }
+    void SetMaxLength(int length);
+
     /// Selects from `start`, counted from 0 in UTF-16 units.
     void SetSelection(int start, int length);
 
@@ -50,7 +55,9 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
 
 private:
+    class LengthValidator;
     bool swallows(QKeyEvent* event);
+    void makeRoomFor(const QString& text);
     void applyColors();
 
     Color m_backColor = SystemColor::WindowBackground;
@@ -62,6 +69,8 @@ private:
         int length;
     };
     std::optional<Selection> m_leftSelection; // when the focus went
+    std::optional<int> m_maxLength;
+    LengthValidator* m_lengthValidator = nullptr; // while a text is longer than the limit
     bool m_settingText = false;
     bool m_applyingColors = false;
 };

@@ -416,6 +416,35 @@ private Q_SLOTS:
         QCOMPARE(shown.written, QStringList({u"GeocodeOnSave=True"_s}));
     }
 
+    void whetherTheCoordinatesAreWrittenIsReadFromTheRowBehindTheWrite_data()
+    {
+        QTest::addColumn<bool>("onSave");
+        QTest::addColumn<QVariant>("kept");
+        QTest::addColumn<QStringList>("written");
+        const QStringList coordinates{u"Latitude=44"_s, u"Longitude=-121"_s};
+        QTest::newRow("a record that insists on geocoding")
+            << false << QVariant(true) << QStringList{u"GeocodeOnSave=False"_s};
+        QTest::newRow("a record that refuses geocoding")
+            << true << QVariant(false) << QStringList{u"GeocodeOnSave=True"_s} + coordinates;
+        QTest::newRow("a record that forgets it")
+            << true << Null() << QStringList{u"GeocodeOnSave=True"_s} + coordinates;
+    }
+    void whetherTheCoordinatesAreWrittenIsReadFromTheRowBehindTheWrite()
+    {
+        QFETCH(bool, onSave);
+        QFETCH(QVariant, kept);
+        QFETCH(QStringList, written);
+        LatLongStage stage;
+        LocationRecord location;
+        location.put("GeocodeOnSave", onSave);
+        location.put("Latitude", u"44"_s);
+        location.put("Longitude", u"-121"_s);
+        stage.read(location);
+        location.follower = [&] { location.put("GeocodeOnSave", kept); };
+        stage.write(location);
+        QCOMPARE(location.written, written);
+    }
+
     // Failures
 
     void aFailureOfReadDataIsTold_data()
@@ -493,6 +522,177 @@ private Q_SLOTS:
         QCOMPARE(location.written, QStringList());
     }
 
+    void anOptionThatWasRefusedIsOffAgainAndCanBeClickedAgain_data()
+    {
+        QTest::addColumn<bool>("onSave");
+        QTest::addColumn<bool>("byKey");
+        QTest::newRow("to manual, mouse") << true << false;
+        QTest::newRow("to on save, mouse") << false << false;
+        QTest::newRow("to manual, arrow key") << true << true;
+        QTest::newRow("to on save, arrow key") << false << true;
+    }
+    void anOptionThatWasRefusedIsOffAgainAndCanBeClickedAgain()
+    {
+        QFETCH(bool, onSave);
+        QFETCH(bool, byKey);
+        LatLongStage stage;
+        QVERIFY(stage.isReady());
+        LocationRecord location;
+        location.put("GeocodeOnSave", onSave);
+        stage.read(location);
+        if (!onSave)
+            QTest::keyClicks(stage.lat(), u"45"_s);
+        location.failing = u"GeocodeOnSave"_s;
+        const int other = onSave ? 0 : 1;
+        if (byKey) {
+            stage.option(1 - other)->setFocus();
+            stage.press(onSave ? Qt::Key_Down : Qt::Key_Up);
+        } else {
+            stage.click(stage.option(other));
+        }
+        QTRY_COMPARE(stage.boxes.shown().size(), 1);
+        checkFailure(stage, u"optGeocodeOnSave_Click"_s, u"no GeocodeOnSave"_s);
+        QCOMPARE(stage.mode(), onSave ? OnSaveMode : ManualMode);
+        QCOMPARE(stage.lat()->Text(), onSave ? QString() : u"45"_s); // what was typed is still there
+        QCOMPARE(location.written, QStringList());
+        location.failing.clear();
+        stage.click(stage.option(other));
+        QCOMPARE(location.written, QStringList{onSave ? u"GeocodeOnSave=False"_s : u"GeocodeOnSave=True"_s});
+        QCOMPARE(stage.mode(), onSave ? ManualMode : OnSaveMode);
+        QVERIFY(stage.boxes.shown().isEmpty());
+    }
+
+    void afterAChoiceThatWasWrittenAndCouldNotBeShownARefusalGoesBackToThatChoice()
+    {
+        LatLongStage stage;
+        QVERIFY(stage.isReady());
+        LocationRecord location;
+        stage.read(location);
+        location.failing = u"Latitude"_s; // it is read behind the write
+        stage.click(stage.option(1));
+        checkFailure(stage, u"optGeocodeOnSave_Click"_s, u"no Latitude"_s);
+        QCOMPARE(location.written, QStringList{u"GeocodeOnSave=True"_s});
+        location.failing = u"GeocodeOnSave"_s;
+        stage.click(stage.option(0));
+        checkFailure(stage, u"optGeocodeOnSave_Click"_s, u"no GeocodeOnSave"_s);
+        QVERIFY(stage.option(1)->Value());
+        QVERIFY(!stage.option(0)->Value());
+    }
+
+    // One record's values never reach another
+
+    void aReadThatFailsShowsNothingAndNothingIsWrittenUntilARecordCanBeRead_data()
+    {
+        QTest::addColumn<bool>("isNew");
+        QTest::addColumn<bool>("onSaveBefore");
+        QTest::addColumn<QString>("field");
+        for (const bool before : {true, false}) {
+            const char* name = before ? "on save" : "manual";
+            QTest::addRow("first coordinate, %s", name) << false << before << u"Latitude"_s;
+            QTest::addRow("second coordinate, %s", name) << false << before << u"Longitude"_s;
+            QTest::addRow("choice, %s", name) << false << before << u"GeocodeOnSave"_s;
+            QTest::addRow("choice of a new row, %s", name) << true << before << u"GeocodeOnSave"_s;
+        }
+    }
+    void aReadThatFailsShowsNothingAndNothingIsWrittenUntilARecordCanBeRead()
+    {
+        QFETCH(bool, isNew);
+        QFETCH(bool, onSaveBefore);
+        QFETCH(QString, field);
+        LatLongStage stage;
+        LocationRecord before;
+        before.put("GeocodeOnSave", onSaveBefore);
+        before.put("GeocodeStatus", 1);
+        before.put("Latitude", u"44"_s);
+        before.put("Longitude", u"-121"_s);
+        stage.read(before);
+        LocationRecord location(isNew);
+        location.put("Latitude", u"55"_s);
+        location.put("Longitude", u"-5"_s);
+        location.failing = field;
+        stage.read(location);
+        checkFailure(stage, u"BoundSection_ReadData"_s, u"no "_s + field);
+        for (TextBox* box : {stage.lat(), stage.lon()}) {
+            QCOMPARE(box->Text(), QString());
+            QVERIFY(!box->isEnabled());
+            QCOMPARE(box->BackColor(), Color(0x8000000FU));
+        }
+        QVERIFY(!stage.option(0)->Value() && !stage.option(1)->Value());
+        QCOMPARE(stage.warning(), QString());
+        location.failing.clear();
+        stage.write(location);
+        checkFailure(stage, u"BoundSection_WriteData"_s,
+                     u"No coordinates have been read, so none are written."_s);
+        QCOMPARE(location.written, QStringList());
+        QCOMPARE(before.written, QStringList());
+        QCOMPARE(location.get("Latitude"), QVariant(u"55"_s));
+        stage.option(0)->SetValue(true); // a choice reads again
+        QCOMPARE(stage.mode(), ManualMode);
+        QCOMPARE(stage.lat()->Text(), u"55"_s);
+        stage.write(location);
+        QCOMPARE(location.written, QStringList({u"GeocodeOnSave=False"_s, u"GeocodeOnSave=False"_s,
+                                                u"Latitude=55"_s, u"Longitude=-5"_s}));
+        QVERIFY(stage.boxes.shown().isEmpty());
+    }
+
+    void aRecordThatCannotBeFoundLeavesNothingOfTheOneBefore()
+    {
+        LatLongStage stage;
+        LocationRecord before;
+        before.put("Latitude", u"44"_s);
+        stage.read(before);
+        stage.section().ReadData(std::make_shared<FakeRecord>());
+        stage.boxes.take();
+        QCOMPARE(stage.lat()->Text(), QString());
+        stage.write(before); // whichever record it is asked to write
+        QCOMPARE(before.written, QStringList());
+        QCOMPARE(stage.boxes.take().size(), 1);
+    }
+
+    void writingBeforeAnyReadWritesNothingAndTellsSo()
+    {
+        LatLongStage stage;
+        QVERIFY(stage.isReady());
+        LocationRecord location;
+        location.put("GeocodeOnSave", true);
+        location.put("Latitude", u"44"_s);
+        QTest::keyClicks(stage.lat(), u"12"_s);
+        stage.write(location);
+        checkFailure(stage, u"BoundSection_WriteData"_s,
+                     u"No coordinates have been read, so none are written."_s);
+        QCOMPARE(location.written, QStringList());
+    }
+
+    void aWarningThatCannotBeWorkedOutLeavesNoneOfTheRecordBeforeAndTheCoordinatesAreShown_data()
+    {
+        QTest::addColumn<QString>("field");
+        for (const char* name : {"GeocodeStatus", "GeocodeAccuracyType", "GeocodeAccuracy"})
+            QTest::newRow(name) << QString::fromLatin1(name);
+    }
+    void aWarningThatCannotBeWorkedOutLeavesNoneOfTheRecordBeforeAndTheCoordinatesAreShown()
+    {
+        QFETCH(QString, field);
+        LatLongStage stage;
+        LocationRecord poor;
+        poor.put("GeocodeOnSave", true);
+        poor.put("GeocodeStatus", 0);
+        stage.read(poor);
+        QCOMPARE(stage.warning(), PoorMatch);
+        LocationRecord location;
+        location.put("GeocodeOnSave", true);
+        location.put("GeocodeStatus", 1);
+        location.put("Latitude", u"55"_s);
+        location.failing = field;
+        stage.read(location);
+        checkFailure(stage, u"BoundSection_ReadData"_s, u"no "_s + field);
+        QCOMPARE(stage.warning(), QString());
+        QCOMPARE(stage.mode(), OnSaveMode);
+        QCOMPARE(stage.lat()->Text(), u"55"_s);
+        stage.write(location);
+        QCOMPARE(location.written, QStringList{u"GeocodeOnSave=True"_s});
+        QVERIFY(stage.boxes.shown().isEmpty());
+    }
+
     void aFailureOfTheDetailsClickIsTold()
     {
         const Unhandled unhandled;
@@ -516,8 +716,12 @@ private Q_SLOTS:
         using Act = std::function<void(LatLongStage&, LocationRecord&)>;
         QTest::newRow("reading") << Act(
             [](LatLongStage& stage, LocationRecord& location) { stage.read(location); });
-        QTest::newRow("writing") << Act(
-            [](LatLongStage& stage, LocationRecord& location) { stage.write(location); });
+        QTest::newRow("writing") << Act([](LatLongStage& stage, LocationRecord& location) {
+            location.follower = {};
+            stage.read(location);
+            location.follower = [&stage] { delete stage.control.data(); };
+            stage.write(location);
+        });
         const auto clicking = [](LatLongStage& stage, LocationRecord& location) {
             location.follower = {};
             stage.read(location);

@@ -1,10 +1,12 @@
 #include "LatLongStage.h"
 #include "frame/control_frame/PropertyBag.h"
 #include "support/FakeHost.h"
+#include "support/Unhandled.h"
 #include "widgets/BoxShape.h"
 #include "widgets/IconGlyphs.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QMetaClassInfo>
 
 using namespace Qt::StringLiterals;
@@ -197,8 +199,11 @@ private Q_SLOTS:
         LatLongStage stage;
         stage.window.setProperty("ScaleUnits", u"Pixel"_s);
         shrinkFont(stage);
+        host.state().log.clear();
         stage.control->resize(400, 300);
+        QVERIFY(host.state().log.contains(u"ScaleModeFromUnits Pixel"_s)); // the form's unit was asked for
         QCOMPARE(stage.control->size(), QSize(185, 141));
+        QCOMPARE(stage.control->Width(), 185.0F * Pixel);
         QCOMPARE(stage.control->extender().Width(), 185.0F);
         QCOMPARE(stage.control->extender().Height(), 141.0F);
     }
@@ -210,9 +215,14 @@ private Q_SLOTS:
         LatLongStage stage;
         shrinkFont(stage);
         stage.window.setProperty("ScaleUnits", u"Pixel"_s);
+        const Unhandled unhandled;
         host.failWith(Error(u"no host"_s));
+        const int before = host.calls();
         stage.control->resize(400, 300);
+        QVERIFY(host.calls() > before); // it was asked, and failed
+        QCOMPARE(unhandled.texts, QStringList());
         QCOMPARE(stage.control->size(), QSize(185, 141));
+        QCOMPARE(stage.control->sizeHint(), QSize(185, 141));
         QVERIFY(stage.boxes.shown().isEmpty());
     }
 
@@ -261,6 +271,56 @@ private Q_SLOTS:
         QCOMPARE(stage.boxes.shown().size(), 1);
         stage.press(Qt::Key_Space);
         QTRY_COMPARE(stage.boxes.shown().size(), 2);
+    }
+
+    void aWarningThatGoesGivesTheFocusOfItsDetailsToTheChoice_data()
+    {
+        QTest::addColumn<QVariant>("onSave");
+        QTest::addColumn<bool>("fails");
+        QTest::addColumn<int>("option");
+        QTest::newRow("a good match") << QVariant(true) << false << 1;
+        QTest::newRow("manual") << QVariant(false) << false << 0;
+        QTest::newRow("a read that fails") << QVariant(true) << true << 1;
+    }
+    void aWarningThatGoesGivesTheFocusOfItsDetailsToTheChoice()
+    {
+        QFETCH(QVariant, onSave);
+        QFETCH(bool, fails);
+        QFETCH(int, option);
+        LatLongStage stage;
+        QVERIFY(stage.isReady());
+        LocationRecord poor;
+        poor.put("GeocodeOnSave", true);
+        poor.put("GeocodeStatus", 1);
+        stage.read(poor);
+        stage.details()->setFocus();
+        LocationRecord location;
+        location.put("GeocodeOnSave", onSave);
+        if (fails)
+            location.failing = u"Latitude"_s;
+        QList<QWidget*> path;
+        const auto follow =
+            connect(qApp, &QApplication::focusChanged, this, [&](QWidget*, QWidget* now) { path << now; });
+        stage.read(location);
+        disconnect(follow);
+        QVERIFY(stage.option(option)->hasFocus());
+        QCOMPARE(path, QList<QWidget*>({stage.option(option)})); // and nobody else had it meanwhile
+        QCOMPARE(stage.boxes.shown().size(), fails ? 1 : 0);
+    }
+
+    void aWarningThatStaysKeepsTheFocusOfItsDetails()
+    {
+        LatLongStage stage;
+        QVERIFY(stage.isReady());
+        for (const int status : {1, 4}) {
+            LocationRecord location;
+            location.put("GeocodeOnSave", true);
+            location.put("GeocodeStatus", status);
+            stage.read(location);
+            if (status == 1)
+                stage.details()->setFocus();
+        }
+        QVERIFY(stage.details()->hasFocus());
     }
 
     void arrowKeysChangeTheMode()

@@ -3,12 +3,15 @@
 #include "sections/MultiValueForm.h"
 #include "sections/frmMultiValueSelect.h"
 #include "support/FakeDesktop.h"
+#include "support/Keys.h"
 #include "support/NextModal.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
 
 #include <QAccessible>
 #include <QAction>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;
@@ -25,6 +28,25 @@ void answer(QWidget& window, const QList<int>& marked, bool done)
         choices->SetSelected(row, true);
     QTest::keyClick(&window, done ? Qt::Key_Return : Qt::Key_Escape);
 }
+
+/// The selection dialogs that there are, shown or not, wherever they stand.
+qsizetype dialogCount()
+{
+    const QWidgetList all = QApplication::allWidgets();
+    return std::count_if(all.begin(), all.end(),
+                         [](QWidget* widget) { return qobject_cast<frmMultiValueSelect*>(widget); });
+}
+
+/// Message boxes that look at what is there while they are shown.
+struct LookingBoxes final : MessageBoxes
+{
+    BoxAnswer show(QWidget*, const QString& text, BoxIcon, const QString&, BoxButtons) override
+    {
+        seen << u"%1 dialogs: %2"_s.arg(dialogCount()).arg(text);
+        return BoxAnswer::Ok;
+    }
+    QStringList seen;
+};
 
 } // namespace
 
@@ -195,6 +217,58 @@ private Q_SLOTS:
         QCOMPARE(form.entries(), QStringList({u"Rifle"_s, u"Handgun"_s, u"Knife"_s}));
     }
 
+    void theDialogIsUnloadedThenTheListIsBuiltThenTheEventIsRaised_data()
+    {
+        QTest::addColumn<bool>("done");
+        QTest::newRow("Done") << true;
+        QTest::newRow("Escape") << false;
+    }
+    void theDialogIsUnloadedThenTheListIsBuiltThenTheEventIsRaised()
+    {
+        QFETCH(bool, done);
+        MultiValueForm form;
+        QVERIFY(form.isReady());
+        form.fill({12});
+        QStringList order;
+        const auto note = [&](const QString& what) {
+            order << what;
+            order << std::exchange(form.host.state().log, {});
+        };
+        connect(form.control, &MultiValue::ValueAdded, &form.window, [&] { note(u"event"_s); });
+        const NextModal modal([&](QWidget& window) {
+            connect(&window, &QObject::destroyed, &form.window, [&] { note(u"unloaded"_s); });
+            form.host.state().log.clear();
+            answer(window, {1}, done);
+        });
+        form.click(form.add);
+        QVERIFY(modal.came());
+        QStringList expected{u"unloaded"_s, u"event"_s, u"new TableCodeCache"_s, u"GetDescription 302"_s};
+        if (done)
+            expected << u"GetDescription 302"_s;
+        QCOMPARE(order, expected << u"ShadeColor"_s); // the list is built between the two
+        QCOMPARE(dialogCount(), 0);
+    }
+
+    void theOwnerIsBlockedAndTheDialogStandsOverIt()
+    {
+        MultiValueForm form;
+        form.window.move(150, 120);
+        QVERIFY(form.isReady());
+        form.fill({12});
+        const NextModal modal([&](QWidget& window) {
+            QVERIFY(form.window.frameGeometry().contains(window.frameGeometry().center()));
+            form.click(form.other);
+            typeInto(form.window.windowHandle(), u"x"_s);
+            QVERIFY(form.other->text().isEmpty());
+            QCOMPARE(form.list->ListIndex(), -1);
+            answer(window, {}, true);
+        });
+        form.click(form.add);
+        QVERIFY(modal.came());
+        QCOMPARE(form.values(), QVariantList({12})); // nothing was marked
+        QCOMPARE(form.take(), QStringList({u"ValueAdded 1"_s}));
+    }
+
     void closingTheDialogWithoutDoneStillRaisesValueAdded_data()
     {
         QTest::addColumn<bool>("byFrame");
@@ -217,7 +291,7 @@ private Q_SLOTS:
         QVERIFY(modal.came());
         QCOMPARE(form.take(), QStringList({u"ValueAdded 1"_s}));
         QCOMPARE(form.values(), QVariantList({12}));
-        QTRY_VERIFY(!form.window.findChild<QDialog*>());
+        QCOMPARE(dialogCount(), 0);
     }
 
     void plusWithAllCodesChosenShowsTheWarningAndRaisesNoEvent()
@@ -238,6 +312,19 @@ private Q_SLOTS:
         QCOMPARE(form.control->Count(), 3);
     }
 
+    void theDialogIsUnloadedBeforeTheWarningShows()
+    {
+        const auto boxes = std::make_shared<LookingBoxes>();
+        const auto before = std::exchange(desktop().messageBoxes, boxes);
+        const auto restore = qScopeGuard([&] { desktop().messageBoxes = before; });
+        MultiValueForm form;
+        QVERIFY(form.isReady());
+        form.fill({13, 11, 12});
+        form.click(form.add);
+        QCOMPARE(boxes->seen,
+                 QStringList({u"0 dialogs: You have already added all possible choices to this list."_s}));
+    }
+
     void aFailureWhileTheDialogLoadsIsToldOnceAndLeavesTheValues()
     {
         const Unhandled unhandled;
@@ -245,24 +332,42 @@ private Q_SLOTS:
         QVERIFY(form.isReady());
         form.fill({12, 70000}); // beyond 16 bits: it cannot be looked for among the choices
         form.click(form.add);
-        QCOMPARE(unhandled.texts.size(), 1);
+        QCOMPARE(unhandled.texts, QStringList({u"Link_Click: Overflow"_s}));
+        QCOMPARE(form.values(), QVariantList({12, 70000}));
         form.fill({12});
         form.host.failWith(Error(u"no table"_s));
         form.click(form.add);
-        QCOMPARE(unhandled.texts.value(1), u"Link_Click: no table"_s);
+        form.host.failWith({});
+        QCOMPARE(unhandled.texts, QStringList({u"Link_Click: Overflow"_s, u"Link_Click: no table"_s}));
+        QCOMPARE(form.values(), QVariantList({12}));
+        QCOMPARE(form.entries(), QStringList({u"Rifle"_s}));
         QCOMPARE(form.take(), QStringList());
-        QVERIFY(!form.window.findChild<QDialog*>());
+        QCOMPARE(dialogCount(), 0);
     }
 
+    void aFillWhileTheDialogIsOpenLeavesItsChoicesOut_data()
+    {
+        QTest::addColumn<bool>("confirmed");
+        QTest::newRow("still asking") << false;
+        QTest::newRow("confirmed already") << true;
+    }
     void aFillWhileTheDialogIsOpenLeavesItsChoicesOut()
     {
+        QFETCH(bool, confirmed);
         MultiValueForm form;
         QVERIFY(form.isReady());
         form.fill({12});
-        const NextModal modal([&](QWidget&) { form.fill({13}); }); // the record before is gone
+        const NextModal modal([&](QWidget& window) {
+            if (confirmed)
+                answer(window, {0, 1}, true);
+            form.fill({13}); // the record before is gone
+            QVERIFY(!window.isVisible());
+        });
         form.click(form.add);
         QVERIFY(modal.came());
         QCOMPARE(form.values(), QVariantList({13}));
+        QCOMPARE(form.entries(), QStringList({u"Knife"_s}));
+        QCOMPARE(form.take(), QStringList({u"ValueAdded 1"_s}));
     }
 
     void theControlOrItsWindowMayDieWhileTheDialogIsOpen_data()
@@ -274,6 +379,7 @@ private Q_SLOTS:
     void theControlOrItsWindowMayDieWhileTheDialogIsOpen()
     {
         QFETCH(bool, window);
+        const Unhandled unhandled;
         FakeHost host;
         const HostInstallation installation(host);
         host.setTable(WeaponTable, weapons());
@@ -282,11 +388,19 @@ private Q_SLOTS:
         parent->show();
         const BoundBinding binding{u"WeaponNo"_s, WeaponTable};
         static_cast<BoundControl*>(control)->FillControl(&binding, {}, rowsOf({11}));
-        const NextModal modal([&](QWidget&) { delete (window ? parent.data() : control.data()); });
+        const QSignalSpy added(control, &MultiValue::ValueAdded);
+        const NextModal modal([&](QWidget& dialog) {
+            const QPointer<QWidget> shown(&dialog);
+            delete (window ? parent.data() : control.data());
+            QVERIFY(!shown || !shown->isVisible()); // at once: nobody is left to take its answer
+        });
         control->findChild<TextLink*>(u"lnkAdd"_s)->click();
         QVERIFY(modal.came());
         QVERIFY(!control);
         QVERIFY(!QApplication::activeModalWidget());
+        QCOMPARE(dialogCount(), 0);
+        QCOMPARE(added.size(), 0);
+        QCOMPARE(unhandled.texts, QStringList());
         delete parent.data();
     }
 
@@ -418,6 +532,10 @@ private Q_SLOTS:
         form.press(Qt::Key_Delete);
         QCOMPARE(unhandled.texts, QStringList({u"UserControl_KeyDown: no colours"_s}));
         QCOMPARE(form.take(), QStringList());
+        form.host.failWith({});
+        QCOMPARE(form.values(), QVariantList({12}));
+        form.control->SetEnabled(true);
+        QCOMPARE(form.entries(), QStringList({u"Rifle"_s}));
     }
 
     // Keyboard and screen readers

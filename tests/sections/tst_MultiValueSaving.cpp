@@ -2,6 +2,7 @@
 #include "base/Variant.h"
 #include "sections/MultiValueForm.h"
 #include "support/TestCase.h"
+#include "support/Unhandled.h"
 
 #include <limits>
 
@@ -385,18 +386,73 @@ private Q_SLOTS:
         QCOMPARE(form.entries(), QStringList({u"Rifle"_s}));
     }
 
-    void afterAFailedFillTheListShowsTheValuesThatAreThere()
+    void afterAFillThatFailsHalfWayTheListIsEmptyAndASaveLeavesTheRowsAlone_data()
+    {
+        QTest::addColumn<QString>("failing");
+        QTest::addColumn<QString>("field");
+        QTest::newRow("the first row") << u"Item 1"_s << u"WeaponNo"_s;
+        QTest::newRow("the last row") << u"Item 3"_s << u"WeaponNo"_s;
+        QTest::newRow("a field that is missing") << QString() << u"ToolNo"_s;
+    }
+    void afterAFillThatFailsHalfWayTheListIsEmptyAndASaveLeavesTheRowsAlone()
+    {
+        QFETCH(QString, failing);
+        QFETCH(QString, field);
+        MultiValueForm form;
+        form.fill({11, 12}); // of another record
+        form.list->SetListIndex(1);
+        const auto rows = std::make_shared<NotingRows>(Columns, 3);
+        for (const int row : {1, 2, 3})
+            put(*rows, row, u"WeaponNo"_s, 10 + row);
+        rows->failing = failing;
+        const BoundBinding binding{field, WeaponTable};
+        QVERIFY_THROWS_EXCEPTION(Error, form.contract().FillControl(&binding, {}, rows));
+        rows->failing.clear();
+        QCOMPARE(form.control->Count(), 0);
+        QCOMPARE(form.entries(), QStringList());
+        QVERIFY(!form.remove->isEnabled());
+        form.control->SetEnabled(true); // builds the list anew, and finds nothing either
+        QCOMPARE(form.entries(), QStringList());
+        rows->take();
+        const Error refused = errorOf([&] { form.contract().SetValue(&form.binding, {}, rows); });
+        QCOMPARE(
+            refused.Description,
+            u"Could not persist control values: The values of the record could not be read, so none are written."_s);
+        QCOMPARE(refused.Number, 5);
+        QCOMPARE(refused.Source, u" -> MultiValue.BoundControl_SetControl [line 1000]"_s);
+        QCOMPARE(rows->take(), QStringList()); // not even looked at
+        QCOMPARE(weaponsOf(*rows), QVariantList({11, 12, 13}));
+        form.contract().SetValue(nullptr, {}, rows);          // does nothing, as ever
+        form.contract().FillControl(&form.binding, {}, rows); // a fill that succeeds ends it
+        QCOMPARE(form.values(), QVariantList({11, 12, 13}));
+        QCOMPARE(form.entries(), QStringList({u"Handgun"_s, u"Rifle"_s, u"Knife"_s}));
+    }
+
+    void nothingCanBeAddedBehindAFillThatHasFailed()
+    {
+        const Unhandled unhandled;
+        MultiValueForm form;
+        QVERIFY(form.isReady());
+        form.fill({11});
+        const BoundBinding wrong{u"ToolNo"_s, WeaponTable};
+        QVERIFY_THROWS_EXCEPTION(Error, form.contract().FillControl(&wrong, {}, rowsOf({11})));
+        form.click(form.add);
+        QCOMPARE(unhandled.texts,
+                 QStringList({u"Link_Click: Nothing can be added to this list yet: it has not been filled "
+                              "from a record."_s}));
+        QCOMPARE(form.take(), QStringList());
+    }
+
+    void valuesThatWereReadAreKeptWhereTheListCannotBeBuilt()
     {
         MultiValueForm form;
-        form.fill({11, 12, 13});
-        form.list->SetListIndex(2);
-        const auto rows = std::make_shared<NotingRows>(Columns, 3);
-        put(*rows, 1, u"WeaponNo"_s, 13);
-        rows->failing = u"Item 2"_s;
-        QVERIFY_THROWS_EXCEPTION(Error, form.contract().FillControl(&form.binding, {}, rows));
-        QCOMPARE(form.control->Count(), 1);
-        QCOMPARE(form.entries(), QStringList({u"Knife"_s}));
-        QVERIFY(!form.remove->isEnabled());
+        form.fill({13});
+        form.host.failWith(Error(u"no table"_s));
+        QVERIFY_THROWS_EXCEPTION(Error, form.fill({11, 12}));
+        form.host.failWith({});
+        QCOMPARE(form.values(), QVariantList({11, 12}));
+        form.control->SetEnabled(true);
+        QCOMPARE(form.entries(), QStringList({u"Handgun"_s, u"Rifle"_s}));
     }
 };
 

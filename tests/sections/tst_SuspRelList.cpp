@@ -360,11 +360,146 @@ private Q_SLOTS:
 
     // Failures
 
-    void writingBeforeAnyReadFailsForLackOfTheSuspects()
+    void writingBeforeAnyReadRemovesTheLinksAndThenFailsForLackOfTheSuspectsAndThisIsMeant()
     {
         SuspectForm form;
         form.addThreeVictimsOfWhomTwoAreLinked();
-        QCOMPARE(form.writeError().Number, 91);
+        form.addLink(99, 3); // of no party
+        const Error error = form.writeError();
+        QCOMPARE(error.Number, 91);
+        QCOMPARE(error.Description, u"There is no collection of suspects"_s);
+        QCOMPARE(form.linkTexts(), QStringList{u"99  3"_s}); // links come before the check, as ever
+    }
+
+    void aReadThatFailsLeavesAnEmptySectionAndAWriteIsRefusedBeforeItChangesAnything_data()
+    {
+        QTest::addColumn<QString>("missing");
+        QTest::newRow("the suspect") << u"SuspectBO"_s;
+        QTest::newRow("the suspects") << u"Suspects"_s;
+        QTest::newRow("the links") << u"SuspectVictims"_s;
+        QTest::newRow("the name of the last party") << u"VictimName"_s;
+        QTest::newRow("the host") << u"host"_s;
+    }
+    void aReadThatFailsLeavesAnEmptySectionAndAWriteIsRefusedBeforeItChangesAnything()
+    {
+        QFETCH(QString, missing);
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read(); // another record, as far as the section knows
+        form.addLink(3, 3);
+        if (missing == u"SuspectBO"_s)
+            form.page->setItem(missing, nullptr);
+        else if (missing == u"Suspects"_s)
+            form.incident->setItem(missing, nullptr);
+        else if (missing == u"SuspectVictims"_s)
+            form.suspectBO->setItem(missing, nullptr);
+        else if (missing == u"VictimName"_s) {
+            form.addLink(4, 1);
+            form.victims->Add(std::make_shared<tavrin::test::FakeRow>(
+                QList<tvFieldPtr>{std::make_shared<tavrin::test::FakeField>(u"SeqNo"_s, 4)}));
+        } else
+            form.host.failWith(Error(u"no server"_s));
+        QVERIFY_EXCEPTION_THROWN(form.read(), Error);
+        form.host.failWith({});
+        QCOMPARE(form.rows(), QStringList());
+        QVERIFY(!form.tip->isHidden());
+        form.page->setItem(u"SuspectBO"_s, form.suspectBO);
+        form.incident->setItem(u"Suspects"_s, form.suspects);
+        form.suspectBO->setItem(u"SuspectVictims"_s, form.links);
+        const QStringList before = form.linkTexts();
+        const Error refused = form.writeError();
+        QCOMPARE(refused.Description,
+                 u"The relationships of the record could not be read, so none are written."_s);
+        QCOMPARE(refused.Number, 5);
+        QCOMPARE(form.linkTexts(), before);
+        if (missing == u"VictimName"_s) {
+            form.victims->SetPosition(static_cast<qint16>(form.victims->Count()));
+            form.victims->RemoveCurrent(false);
+        }
+        form.read(); // a read that succeeds ends it
+        QCOMPARE(form.rows().size(), 3);
+        form.write();
+        QCOMPARE(form.linkTexts().mid(0, 3), QStringList({u"1  \"1\""_s, u"2  \"2\""_s, u"3  \"3\""_s}));
+    }
+
+    void aNewLinkThatCannotBeCompletedIsTakenBack_data()
+    {
+        QTest::addColumn<QStringList>("columns");
+        QTest::newRow("no number of the party") << QStringList{u"LinkNo"_s, u"SeqNo"_s, u"RelationNo"_s};
+        QTest::newRow("no number of the suspect")
+            << QStringList{u"LinkNo"_s, u"VictimSeqNo"_s, u"RelationNo"_s};
+        QTest::newRow("no code") << QStringList{u"LinkNo"_s, u"VictimSeqNo"_s, u"SeqNo"_s};
+    }
+    void aNewLinkThatCannotBeCompletedIsTakenBack()
+    {
+        QFETCH(QStringList, columns);
+        SuspectForm form;
+        form.addVictim(1, u"Ash, Ann"_s);
+        const auto links = std::make_shared<tavrin::test::FakeCollection>(columns);
+        form.suspectBO->setItem(u"SuspectVictims"_s, links);
+        form.read();
+        form.list->AddItem(u"key_1"_s, u"key_1"_s);
+        const Error error = form.writeError();
+        QCOMPARE(error.Number, 5);
+        QVERIFY2(error.Description.startsWith(u"The row has no field "_s), qPrintable(error.Description));
+        QCOMPARE(links->Count(), 0);
+        QCOMPARE(links->removedImmediately, QList<bool>{false});
+    }
+
+    void aNewLinkIsTakenBackWhereTheHostFailsAndTheOthersStay()
+    {
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        form.list->AddItem(u"key_3"_s, u"key_3"_s);
+        form.host.failWith(Error(u"no server"_s, 1234, u"Session"_s));
+        const Error error = form.writeError();
+        QCOMPARE(error.Number, 1234);
+        QCOMPARE(form.linkTexts(), QStringList({u"1  \"1\""_s, u"2  \"2\""_s}));
+        form.host.failWith({});
+        form.write(); // and the next one is complete
+        QCOMPARE(form.linkTexts().last(), u"3 7 \"\""_s);
+        QCOMPARE(form.links->Count(), 3);
+    }
+
+    void aFollowerOfTheLinksMayEmptyTheListWhileItIsWritten()
+    {
+        SuspectForm form;
+        form.requireRelations();
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.addLink(3, 3);
+        form.read();
+        form.list->Remove(u"key_1"_s);
+        form.list->SetSubItem(u"key_3"_s, u"relationship_value"_s, u"1"_s);
+        const Subscription emptying =
+            form.links->ItemRemoved.subscribe([&](const QVariant&) { form.list->Clear(); });
+        const Error error = form.writeError();
+        QCOMPARE(error.Description,
+                 Incomplete.arg(u"1 relationship"_s)); // what there was at the start counts
+        QCOMPARE(form.linkTexts(), QStringList({u"2  \"2\""_s, u"3  \"1\""_s}));
+    }
+
+    void aFollowerOfTheLinksMayDeleteTheSectionAndTheWriteIsCompleted()
+    {
+        SuspectForm form;
+        form.requireRelations();
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        form.list->Remove(u"key_1"_s);
+        form.list->AddItem(u"key_3"_s, u"key_3"_s);
+        form.list->SetSubItem(u"key_3"_s, u"relationship_value"_s, u"3"_s);
+        const Subscription closing =
+            form.links->ItemRemoved.subscribe([&](const QVariant&) { delete form.section.data(); });
+        BoundSection* section = form.section;
+        QString refused;
+        try {
+            section->WriteData(form.page);
+        } catch (const Error& error) {
+            refused = error.Description;
+        }
+        QVERIFY(!form.section);
+        QCOMPARE(refused, Incomplete.arg(u"1 relationship"_s));
+        QCOMPARE(form.linkTexts(), QStringList({u"2  \"2\""_s, u"3 7 \"3\""_s}));
     }
 
     void whatIsMissingInARecordGoesToTheHost_data()
@@ -406,11 +541,17 @@ private Q_SLOTS:
         form.addThreeVictimsOfWhomTwoAreLinked();
         form.read();
         form.host.failWith(Error(u"no server"_s, 1234, u"Session"_s));
-        QVERIFY_EXCEPTION_THROWN(form.read(), Error);
         const Error error = form.writeError();
         QCOMPARE(error.Description, u"no server"_s);
         QCOMPARE(error.Number, 1234);
         QCOMPARE(error.Source, u"Session"_s);
+        try {
+            form.read();
+            QFAIL("a read without a host went on");
+        } catch (const Error& failure) {
+            QCOMPARE(failure.Number, 1234);
+            QCOMPARE(failure.Source, u"Session"_s);
+        }
     }
 
     // Order and cost

@@ -1,5 +1,6 @@
 #include "SuspectForm.h"
 #include "sections/frmSuspRel.h"
+#include "support/Keys.h"
 #include "support/NextModal.h"
 #include "widgets/FlatDropdown.h"
 
@@ -217,6 +218,78 @@ private Q_SLOTS:
         QVERIFY(form.tip->isVisible());
     }
 
+    void theDialogBlocksTheFormAndStandsOverIt()
+    {
+        SuspectForm form;
+        form.window.move(60, 200);
+        form.addVictim(1, u"Ash, Ann"_s);
+        form.read();
+        QVERIFY(form.show());
+        const NextModal next([&](QWidget& dialog) {
+            QCOMPARE(dialog.windowModality(), Qt::ApplicationModal);
+            QCOMPARE(dialog.parentWidget(), &form.window);
+            QVERIFY(form.window.frameGeometry().contains(dialog.frameGeometry().center()));
+            QTest::mouseClick(form.window.windowHandle(), Qt::LeftButton, {},
+                              form.other->geometry().center());
+            tavrin::test::typeInto(form.window.windowHandle(), u"x"_s);
+            QCOMPARE(form.other->text(), QString());
+            form.rightClick(form.list->geometry().center());
+            QVERIFY(!form.menu->isVisible());
+            dialog.close();
+        });
+        openByKey(form);
+        QTest::keyClick(form.menu, Qt::Key_A);
+        QVERIFY(next.came());
+        QVERIFY(!QApplication::activeModalWidget());
+        QCOMPARE(form.rows(), QStringList());
+    }
+
+    void anotherRecordThatIsReadWhileTheDialogIsOpenLeavesItsAnswerOut_data()
+    {
+        QTest::addColumn<bool>("confirmed");
+        QTest::newRow("still asking") << false;
+        QTest::newRow("confirmed already") << true;
+    }
+    void anotherRecordThatIsReadWhileTheDialogIsOpenLeavesItsAnswerOut()
+    {
+        QFETCH(bool, confirmed);
+        SuspectForm form;
+        form.addVictim(1, u"Ash, Ann"_s);
+        form.read();
+        QVERIFY(form.show());
+        const NextModal next([&](QWidget& dialog) {
+            combo(dialog, "cboRelationship").SetListIndex(1);
+            if (confirmed)
+                QTest::keyClick(dialog.windowHandle(), Qt::Key_Return);
+            form.read();
+            QVERIFY(!dialog.isVisible());
+        });
+        openByKey(form);
+        QTest::keyClick(form.menu, Qt::Key_A);
+        QVERIFY(next.came());
+        QCOMPARE(form.rows(), QStringList());
+        QVERIFY(form.tip->isVisible());
+    }
+
+    void aRowWhoseTextsCannotBeReadIsNotAdded()
+    {
+        SuspectForm form;
+        form.addVictim(1, u"Ash, Ann"_s);
+        form.read();
+        QVERIFY(form.show());
+        const Unhandled unhandled;
+        const NextModal next([&](QWidget& dialog) {
+            combo(dialog, "cboRelationship").SetListIndex(1);
+            form.host.failWith(Error(u"no table"_s));
+            QTest::keyClick(dialog.windowHandle(), Qt::Key_Return);
+        });
+        openByKey(form);
+        QTest::keyClick(form.menu, Qt::Key_A);
+        QCOMPARE(unhandled.texts, QStringList{u"MenuItem_Click: no table"_s});
+        QCOMPARE(form.rows(), QStringList());
+        QVERIFY(form.tip->isVisible());
+    }
+
     void theDialogNamesTheSuspectThatIsOpenInTheForm()
     {
         SuspectForm form;
@@ -304,7 +377,7 @@ private Q_SLOTS:
             combo(dialog, "cboRelationship").SetListIndex(1);
             form.section->deleteLater();
             QCoreApplication::sendPostedEvents(form.section, QEvent::DeferredDelete);
-            QTest::keyClick(dialog.windowHandle(), Qt::Key_Return);
+            QVERIFY(!dialog.isVisible()); // nobody is left to take its answer
         });
         // As a slot does it: not from inside an event of the menu, which dies with the section.
         QTimer::singleShot(0, form.section, [&form] { form.add->trigger(); });

@@ -188,6 +188,29 @@ private Q_SLOTS:
         QCOMPARE(dialog.form.SelectedValues(), QList<qint32>({11})); // it keeps what was marked
     }
 
+    void aRejectionBehindDoneCancels()
+    {
+        Dialog dialog;
+        dialog.form.LoadValues(WeaponTable, {});
+        QVERIFY(dialog.show());
+        dialog.press(Qt::Key_Return);
+        QVERIFY(!dialog.form.Canceled());
+        dialog.form.reject();
+        QVERIFY(dialog.form.Canceled());
+    }
+
+    void aDialogThatIsShownAgainAndLeftIsCanceled()
+    {
+        Dialog dialog;
+        dialog.form.LoadValues(WeaponTable, {});
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+            QVERIFY(dialog.show());
+            dialog.press(key);
+            QVERIFY(!dialog.form.isVisible());
+        }
+        QVERIFY(dialog.form.Canceled());
+    }
+
     void enterThatIsStillHeldDownDoesNotAnswerTheDialog()
     {
         Dialog dialog;

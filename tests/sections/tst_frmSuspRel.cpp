@@ -277,6 +277,29 @@ private Q_SLOTS:
         QVERIFY(IsNull(stage.dialog.SelectedRelation()));
     }
 
+    void aRejectionBehindOkCancels()
+    {
+        Stage stage;
+        QVERIFY(stage.show());
+        stage.cboRelationship->SetListIndex(1);
+        stage.press(Qt::Key_Return);
+        QVERIFY(stage.dialog.Success());
+        stage.dialog.reject();
+        QVERIFY(!stage.dialog.Success());
+    }
+
+    void enterOnCancelCancels()
+    {
+        Stage stage;
+        QVERIFY(stage.show());
+        stage.cboRelationship->SetListIndex(1);
+        stage.part<QPushButton>("cmdCancel")->setFocus();
+        stage.press(Qt::Key_Return);
+        QVERIFY(!stage.dialog.isVisible());
+        QVERIFY(!stage.dialog.Success());
+        QCOMPARE(stage.boxes.shown().size(), 0);
+    }
+
     void enterAndEscapeCloseAnOpenListOnly()
     {
         Stage stage;
@@ -296,9 +319,13 @@ private Q_SLOTS:
     {
         Stage stage;
         QWidget owner;
+        owner.setGeometry(120, 140, 500, 400);
         owner.show();
         const NextModal next([&](QWidget& window) {
             QCOMPARE(&window, &stage.dialog);
+            QCOMPARE(window.windowModality(), Qt::ApplicationModal);
+            QCOMPARE(window.parentWidget(), &owner);
+            QVERIFY(owner.geometry().contains(window.geometry())); // over whoever asks
             stage.cboRelationship->SetListIndex(1);
             QTest::mouseClick(stage.part<QPushButton>("cmdOK"), Qt::LeftButton);
         });

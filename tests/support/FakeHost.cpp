@@ -49,6 +49,7 @@ public:
         return asked(QStringLiteral("GetParentObject")).parents.value(record.get());
     }
     void SyncCustomDictionaryFile() override { asked(QStringLiteral("SyncCustomDictionaryFile")); }
+    void NotifyFileUploaded() override { asked(QStringLiteral("NotifyFileUploaded")); }
 };
 
 class FakeXmlFactory final : public XmlFactory, Recorder
@@ -71,6 +72,7 @@ public:
     QString CurrentUserId() override { return asked(QStringLiteral("CurrentUserId")).userId; }
     QString GetSetting(const QString& section, const QString& key) override
     {
+        state()->given << QStringLiteral("GetSetting %1/%2").arg(section, key);
         return asked(QStringLiteral("GetSetting")).settings.value(path({section, key}));
     }
     bool HasPermission(const QString& module, int right) override
@@ -168,9 +170,19 @@ public:
         }
         combo.Rebind();
     }
-    QImage FitPicture(const QImage& picture, int height, int width, int, bool, Color backColor, bool) override
+    QImage FitPicture(const QImage& picture, int height, int width, int mode, bool flag, Color backColor,
+                      bool reserved) override
     {
-        asked(QStringLiteral("FitPicture"));
+        state()->given << QStringLiteral(
+                              "FitPicture height %1 width %2 mode %3 flag %4 colour %5 reserved %6")
+                              .arg(height)
+                              .arg(width)
+                              .arg(mode)
+                              .arg(flag ? -1 : 0)
+                              .arg(backColor.value(), 0, 16)
+                              .arg(reserved ? -1 : 0);
+        if (asked(QStringLiteral("FitPicture")).fitPicture)
+            return state()->fitPicture(picture, height, width, backColor);
         QImage fitted(width, height, QImage::Format_RGB32);
         fitted.fill(picture.isNull() ? backColor.resolve(QPalette()) : picture.pixelColor(0, 0));
         return fitted;
@@ -184,6 +196,7 @@ public:
 
     bool IsImageFile(const QString& fileName) override
     {
+        state()->given << QStringLiteral("IsImageFile ") + fileName;
         asked(QStringLiteral("IsImageFile"));
         static const QStringList suffixes = {QStringLiteral("png"), QStringLiteral("jpg"),
                                              QStringLiteral("bmp")};
@@ -191,10 +204,14 @@ public:
     }
     QImage LoadPicture(const QString& fileName) override
     {
-        const FakeHostState& state = asked(QStringLiteral("LoadPicture"));
-        if (!state.pictures.contains(fileName))
+        state()->given << QStringLiteral("LoadPicture ") + fileName;
+        const QHash<QString, QImage>& pictures = asked(QStringLiteral("LoadPicture")).pictures;
+        if (pictures.contains(fileName))
+            return pictures.value(fileName);
+        const QImage read(fileName); // where a test has files
+        if (read.isNull())
             throw Error(QStringLiteral("The picture %1 cannot be shown").arg(fileName));
-        return state.pictures.value(fileName);
+        return read;
     }
 };
 
@@ -306,8 +323,9 @@ public:
 
     QVariant GetThumbnailPath(const QString& file) override
     {
-        const FakeHostState& state = asked(QStringLiteral("GetThumbnailPath"));
-        return state.thumbnails.contains(file) ? QVariant(state.thumbnails.value(file)) : QVariant();
+        state()->given << QStringLiteral("GetThumbnailPath ") + file;
+        const QHash<QString, QString>& thumbnails = asked(QStringLiteral("GetThumbnailPath")).thumbnails;
+        return thumbnails.contains(file) ? QVariant(thumbnails.value(file)) : QVariant();
     }
 };
 
@@ -318,6 +336,7 @@ public:
 
     QString GetFolderPath(const QVariant& folderNo) override
     {
+        state()->given << QStringLiteral("GetFolderPath ") + ToText(folderNo);
         return asked(QStringLiteral("GetFolderPath")).folders.value(ToText(folderNo));
     }
 };
@@ -466,7 +485,7 @@ std::unique_ptr<tvCustomDictionary> FakeHost::newCustomDictionary()
 std::unique_ptr<Downloader> FakeHost::newDownloader()
 {
     m_state->called(QStringLiteral("new Downloader"));
-    return makeFakeDownloader(m_state);
+    return m_state->makeDownloader ? m_state->makeDownloader() : makeFakeDownloader(m_state);
 }
 
 std::unique_ptr<Uploader> FakeHost::newUploader()

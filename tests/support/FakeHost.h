@@ -19,6 +19,8 @@ struct FakeHostState
     int calls = 0;
     /// The operations that were called, in their order, such as "GetTableValues 302".
     QStringList log;
+    /// What the operations on files and pictures were given, in their order, such as "IsImageFile a.png".
+    QStringList given;
     /// While set, each operation raises it instead of answering.
     std::optional<Error> failure;
 
@@ -51,10 +53,17 @@ struct FakeHostState
     QHash<QString, QString> thumbnails;
     QHash<QString, QString> folders;
     QHash<QString, QImage> pictures;
+    /// How a picture is fitted into a height and a width, on a ground; without it a fitted picture has one
+    /// colour.
+    std::function<QImage(const QImage&, int, int, Color)> fitPicture;
     /// Why the transfer of a path fails, by the path as the transfer was asked for it.
     QHash<QString, QString> transferFailures;
+    /// What an upload claims to be the bytes in all, whatever the file's size.
+    std::optional<qint64> uploadTotal;
     /// Called before each step of a transfer: path, bytes so far, bytes in all.
     std::function<void(const QString&, qint64, qint64)> duringTransfer;
+    /// Makes the downloaders of a test that needs odd ones; without it they copy real files.
+    std::function<std::unique_ptr<Downloader>()> makeDownloader;
     QStringList addedWords;
     QList<QPair<QString, QString>> nibrsCodes;
     /// Without it the host has no component of the name "NIBRS.Singletons".

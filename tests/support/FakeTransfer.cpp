@@ -94,7 +94,7 @@ public:
     void Upload(const QString& source, const QString& destination, const QVariant&) override
     {
         asked(QStringLiteral("Upload %1 -> %2").arg(source, destination));
-        const qint64 total = std::max<qint64>(QFileInfo(source).size(), 2);
+        const qint64 total = state()->uploadTotal.value_or(std::max<qint64>(QFileInfo(source).size(), 2));
         for (const qint64 written : {total / 2, total}) {
             step(source, written, total);
             UploadProgress.raise(source, written, total);

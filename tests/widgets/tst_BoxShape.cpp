@@ -41,6 +41,20 @@ private Q_SLOTS:
         }
     }
 
+    void aShapeThatIsNotFilledIsItsOutlineOnly()
+    {
+        BoxShape shape;
+        QVERIFY(shape.Filled());
+        shape.resize(40, 30);
+        shape.SetBorderColor(Color::rgb(200, 0, 0));
+        shape.SetFilled(false);
+        QVERIFY(!shape.Filled());
+        const QImage image = imageOf(shape);
+        QCOMPARE(image.pixelColor(20, 0), QColor(200, 0, 0));
+        QCOMPARE(image.pixelColor(20, 1).alpha(), 0);
+        QCOMPARE(image.pixelColor(20, 15).alpha(), 0);
+    }
+
     void outsideOfTheCornersTheParentShows()
     {
         BoxShape shape;

@@ -9,6 +9,9 @@
 #include <QScopeGuard>
 #include <QUrl>
 
+#include <filesystem>
+#include <system_error>
+
 namespace tavrin {
 
 namespace {
@@ -114,31 +117,58 @@ public:
     }
 };
 
+constexpr qint64 NoSuchFile = 2;
+constexpr qint64 NoSuchFolder = 3;
+constexpr qint64 AccessDenied = 5;
+constexpr qint64 NoProgram = 31;
+constexpr qint64 UnderWay = 33;
+
+/// Whether a desktop may run such a file instead of showing it, be it its own kind of program or one that a
+/// layer for another platform runs.
+bool mayRun(const QFileInfo& file)
+{
+    static const QStringList endings{
+        QStringLiteral("appimage"), QStringLiteral("bat"), QStringLiteral("cmd"), QStringLiteral("com"),
+        QStringLiteral("desktop"),  QStringLiteral("exe"), QStringLiteral("jar"), QStringLiteral("lnk"),
+        QStringLiteral("msi"),      QStringLiteral("pif"), QStringLiteral("scr")};
+    if (file.isExecutable() || endings.contains(file.suffix().toLower()))
+        return true;
+    // A desktop knows a starter without an ending by its first bytes.
+    QFile content(file.filePath());
+    constexpr qint64 Enough = 64;
+    return content.open(QIODevice::ReadOnly) && content.read(Enough).contains("[Desktop Entry]");
+}
+
+/// Why the path cannot be handed over; 0 when it can be.
+qint64 refusalOf(const QString& path)
+{
+    if (!QDir::isAbsolutePath(path) || path.contains(QChar::Null))
+        return NoSuchFolder;
+    std::error_code error;
+    const std::filesystem::file_status status =
+        std::filesystem::status(QFile::encodeName(path).toStdString(), error);
+    if (status.type() == std::filesystem::file_type::not_found)
+        return QFileInfo(path).dir().exists() ? NoSuchFile : NoSuchFolder;
+    const bool isFolder = std::filesystem::is_directory(status);
+    if (!isFolder && !std::filesystem::is_regular_file(status))
+        return AccessDenied; // as what may not be looked at, and what is no file
+    const QFileInfo file(path);
+    const QFileInfo target(file.canonicalFilePath()); // what a link stands for decides
+    if (!target.isReadable() || (!isFolder && (mayRun(file) || mayRun(target))))
+        return AccessDenied;
+    return 0;
+}
+
 class RealShell final : public Shell
 {
 public:
     qint64 execute(const QString& path) override
     {
-        const QFileInfo file(path);
-        if (!file.isAbsolute() || !file.dir().exists())
-            return NoSuchFolder;
-        if (!file.exists())
-            return NoSuchFile;
-        // A desktop may run what it is asked to open; programs and starters are refused.
-        const bool mayRun =
-            !file.isDir() && (file.isExecutable() ||
-                              file.suffix().compare(QLatin1String("desktop"), Qt::CaseInsensitive) == 0);
-        if (mayRun || !file.isReadable() || !(file.isFile() || file.isDir()))
-            return AccessDenied;
+        if (const qint64 refusal = refusalOf(path))
+            return refusal;
+        // Starts the desktop's opener with the path as one argument; there is no shell in between.
         return QDesktopServices::openUrl(QUrl::fromLocalFile(path)) ? UnderWay : NoProgram;
     }
-
-private:
-    static constexpr qint64 NoSuchFile = 2;
-    static constexpr qint64 NoSuchFolder = 3;
-    static constexpr qint64 AccessDenied = 5;
-    static constexpr qint64 NoProgram = 31;
-    static constexpr qint64 UnderWay = 33;
 };
 
 class RealClock final : public Clock

@@ -1,0 +1,241 @@
+#include "Attachments.h"
+
+#include "FileKindIcons.h"
+#include "ModuleKey.h"
+#include "NoAttachments.h"
+#include "PrimaryRule.h"
+#include "base/Error.h"
+#include "frame/control_frame/FailurePolicy.h"
+#include "frame/host_contracts/Host.h"
+#include "modAttachments.h"
+#include "widgets/BoxShape.h"
+#include "widgets/CheckBox.h"
+#include "widgets/GroupBox.h"
+#include "widgets/Label.h"
+#include "widgets/ListView.h"
+#include "widgets/Placement.h"
+#include "widgets/TextArea.h"
+#include "widgets/TextLink.h"
+
+#include <QLabel>
+#include <QStyle>
+
+namespace tavrin {
+
+namespace {
+
+constexpr int MissingObjectNumber = 91;
+constexpr int AddRight = 10;
+constexpr int DeleteRight = 20;
+
+// Sizes as designed, in twips.
+constexpr Twips DesignWidth = 7995;
+constexpr Twips ListHeight = 2535;
+constexpr Twips ToolbarTop = 2520;
+constexpr Twips ToolbarHeight = 315;
+constexpr Twips CaptionTop = 3000;
+constexpr Twips PaneTop = 3240;
+constexpr Twips PaneHeight = 2775;
+constexpr Twips Gap = 180; // below and beside the comment
+
+tvTableCollectionPtr newAttachments(bool isRunTime)
+{
+    if (!isRunTime)
+        return std::make_shared<NoAttachments>();
+    tvTableCollectionPtr attachments = currentHost().newTableCollection();
+    attachments->SetItemClass(QString::fromLatin1(modAttachments::ItemClass));
+    return attachments;
+}
+
+tvTableCollectionPtr attachmentsOf(tvBusinessObject& record)
+{
+    auto attachments =
+        std::dynamic_pointer_cast<tvTableCollection>(record.Item(QStringLiteral("Attachments")));
+    if (!attachments)
+        throw Error(QStringLiteral("The record has no collection Attachments"), MissingObjectNumber);
+    return attachments;
+}
+
+} // namespace
+
+Attachments::Attachments(QWidget* parent, const ControlSite& site)
+    : UserControl(parent, site)
+{
+    follow(newAttachments(ambient().UserMode()));
+    build();
+    EnableDetails(false);
+    m_contextMenuTimer.SetInterval(1);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    resize(sizeHint());
+    begin();
+}
+
+Attachments::~Attachments() = default;
+
+// The constituents
+
+void Attachments::build()
+{
+    // In tab order.
+    lvwFiles = new ListView(this);
+    picToolbar = new GroupBox(this);
+    lnkAddAttachments = new TextLink(picToolbar);
+    Label4 = new Label(picToolbar);
+    lblFilename = new Label(this);
+    lblCountLabel = new Label(this);
+    lblCount = new Label(this);
+    fraDetails = new GroupBox(this);
+    buildDetails();
+    picUpdating = new GroupBox(this); // lies over the list
+    lblUpdating = new Label(picUpdating);
+
+    imglIcons = {{QString::fromLatin1(FileKindIcons::File), FileKindIcons::file()},
+                 {QString::fromLatin1(FileKindIcons::Image), FileKindIcons::image()}};
+    lnkAddAttachments->SetCaption(QStringLiteral("Browse for files"));
+    lnkAddAttachments->SetForeColor(SystemColor::Highlight);
+    lnkAddAttachments->SetHoverUnderline(true);
+    Label4->SetCaption(QStringLiteral("or drag-and-drop files into the attachment area above."));
+    lblCountLabel->SetCaption(QStringLiteral("Attachments:"));
+    lblUpdating->SetAutoSize(false);
+    lblUpdating->setAlignment(Qt::AlignCenter);
+    lblUpdating->SetCaption(QStringLiteral("Refreshing attachments list..."));
+    lblUpdating->SetForeColor(SystemColor::WindowText);
+    picUpdating->SetBackColor(SystemColor::WindowBackground);
+    picUpdating->hide();
+    setFocusPolicy(Qt::StrongFocus);
+    setFocusProxy(lvwFiles);
+
+    nameConstituents();
+    SetupList();
+    placeConstituents();
+    UpdateCount();
+    m_subscriptions.push_back(lvwFiles->ItemClick.subscribe(
+        [this](const QString& key) { lvwFiles_ItemClick(lvwFiles->IndexOf(key) + 1); }));
+    buildActions();
+}
+
+void Attachments::nameConstituents()
+{
+    const std::pair<QWidget*, const char*> names[] = {{lvwFiles, "lvwFiles"},
+                                                      {picUpdating, "picUpdating"},
+                                                      {lblUpdating, "lblUpdating"},
+                                                      {picToolbar, "picToolbar"},
+                                                      {lnkAddAttachments, "lnkAddAttachments"},
+                                                      {Label4, "Label4"},
+                                                      {lblFilename, "lblFilename"},
+                                                      {lblCountLabel, "lblCountLabel"},
+                                                      {lblCount, "lblCount"},
+                                                      {fraDetails, "fraDetails"}};
+    for (const auto& [widget, name] : names)
+        widget->setObjectName(QString::fromLatin1(name));
+    lvwFiles->setAccessibleName(QStringLiteral("Attachments"));
+    fraDetails->setAccessibleName(QStringLiteral("Attachment details"));
+}
+
+void Attachments::placeConstituents()
+{
+    moveTo(*lvwFiles, 0, 0, DesignWidth, ListHeight);
+    moveTo(*picToolbar, 0, ToolbarTop, DesignWidth, ToolbarHeight);
+    moveTo(*lnkAddAttachments, 45, 60);
+    constexpr Twips besideLink = 1290 - 45 - 1200;
+    const Twips linkEnd = leftOf(*lnkAddAttachments) + widthOf(*lnkAddAttachments);
+    moveTo(*Label4, std::max<Twips>(1290, linkEnd + besideLink), 60);
+    moveTo(*lblFilename, 0, CaptionTop);
+    moveTo(*lblCountLabel, 6780, CaptionTop);
+    moveTo(*lblCount, 7800, CaptionTop);
+    moveTo(*fraDetails, 0, PaneTop, DesignWidth, PaneHeight);
+}
+
+// The record
+
+void Attachments::BoundSection_ReadData(const tvBusinessObjectPtr& record)
+{
+    const QString moduleKey = GetModuleKeyFromBO(record);
+    Session& session = currentHost().session();
+    const bool canAdd = session.HasPermission(moduleKey, AddRight);
+    const bool canDelete = session.HasPermission(moduleKey, DeleteRight);
+    const tvTableCollectionPtr attachments = attachmentsOf(*record);
+    // All that can be refused has been asked for: a record that cannot be bound changes nothing.
+    m_canAdd = canAdd;
+    m_canDelete = canDelete;
+    follow(attachments);
+    UpdateMenus();
+    RefreshList();
+    SelectRow(m_attachments->Position());
+}
+
+void Attachments::BoundSection_WriteData(const tvBusinessObjectPtr&)
+{
+    reportInBox(this, QString(), QStringLiteral("Error"), [this] { SaveDetails(); });
+}
+
+void Attachments::follow(tvTableCollectionPtr attachments)
+{
+    m_itemRemoved =
+        attachments->ItemRemovedEx.subscribe([this](qint32 nRemovedIndex, const tvTableRowPtr& objItem) {
+            m_attachments_ItemRemovedEx(nRemovedIndex, objItem);
+        });
+    m_attachments = std::move(attachments);
+}
+
+tvTableRowPtr Attachments::currentRow() const
+{
+    return m_attachments->Item(m_attachments->Position());
+}
+
+// The cover
+
+void Attachments::m_attachments_ItemRemovedEx(qint32, const tvTableRowPtr& objItem)
+{
+    const tvTableCollectionPtr attachments = m_attachments; // a follower of the cover may bind another record
+    PrimaryRule::removed(*attachments, *objItem);
+}
+
+// Layout
+
+void Attachments::UserControl_Resize()
+{
+    // Continue on error.
+    const Twips w = ScaleWidth();
+    const Twips h = ScaleHeight();
+    const auto topOf = [](const QWidget& widget) { return toTwips(widget.y()); };
+    const auto setWidth = [](QWidget& widget, Twips width) {
+        widget.resize(std::max(toPixels(width), 0), widget.height());
+    };
+    continueOnError(
+        [&] { setWidth(*lvwFiles, w); }, [&] { ResizeLastColumn(); }, [&] { setWidth(*picToolbar, w); },
+        [&] { moveTo(*fraDetails, leftOf(*fraDetails), topOf(*fraDetails), w, h - topOf(*fraDetails)); },
+        [&] {
+            moveTo(*picNoThumbnail, leftOf(*imgThumbnail) + TwipsPerPixel,
+                   topOf(*imgThumbnail) + TwipsPerPixel, widthOf(*imgThumbnail) - 2 * TwipsPerPixel,
+                   heightOf(*imgThumbnail) - 2 * TwipsPerPixel);
+        },
+        [&] { moveTo(*chkDefault, leftOf(*imgThumbnail), topOf(*chkDefault)); },
+        [&] {
+            moveTo(*txtComment, leftOf(*txtComment), topOf(*txtComment),
+                   widthOf(*txtComment->parentWidget()) - Gap - leftOf(*txtComment),
+                   heightOf(*txtComment->parentWidget()) - Gap - topOf(*txtComment));
+        },
+        [&] { shpThumbnailBorder->setGeometry(imgThumbnail->geometry()); }, [&] { LayoutCountLabels(); },
+        [&] {
+            const Twips edge = toTwips(style()->pixelMetric(QStyle::PM_DefaultFrameWidth));
+            moveTo(*picUpdating, leftOf(*lvwFiles) + edge, topOf(*lvwFiles) + edge,
+                   widthOf(*lvwFiles) - 2 * edge, heightOf(*lvwFiles) - 2 * edge);
+        },
+        [&] {
+            const Twips height = toTwips(lblUpdating->sizeHint().height());
+            moveTo(*lblUpdating, 0, heightOf(*picUpdating) / 2 - height / 2, widthOf(*picUpdating), height);
+        });
+}
+
+QSize Attachments::sizeHint() const
+{
+    return {std::max(toPixels(DesignWidth), m_listWidth), toPixels(PaneTop + PaneHeight)};
+}
+
+QSize Attachments::minimumSizeHint() const
+{
+    return {toPixels(DesignWidth) / 4 * 3, toPixels(PaneTop + PaneHeight)};
+}
+
+} // namespace tavrin

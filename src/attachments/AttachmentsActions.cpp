@@ -1,0 +1,233 @@
+#include "Attachments.h"
+#include "PrimaryRule.h"
+#include "SelectedFiles.h"
+#include "ShellReasons.h"
+#include "TemporaryCopy.h"
+#include "base/Error.h"
+#include "frame/control_frame/FailurePolicy.h"
+#include "frame/desktop/Desktop.h"
+#include "frame/host_contracts/Host.h"
+#include "frame/modUtils.h"
+#include "frmDownloadAllTask.h"
+#include "frmDownloadFolderPrompt.h"
+#include "frmDownloadTask.h"
+#include "frmUploadTask.h"
+#include "modAttachments.h"
+#include "widgets/GroupBox.h"
+#include "widgets/ListView.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QPointer>
+#include <QScopeGuard>
+
+namespace tavrin {
+
+namespace {
+
+/// The person has cancelled a download; nobody is told.
+constexpr int DownloadCanceledNumber = -2147220480;
+
+const QString Title = QStringLiteral("Attachments");
+
+Error downloadCanceled()
+{
+    return Error(QStringLiteral("Download was canceled."), DownloadCanceledNumber);
+}
+
+/// The paths of a dialog whose files may lie in several folders.
+QStringList selectedFiles(const QStringList& chosen)
+{
+    QStringList files;
+    for (qsizetype first = 0; first < chosen.size();) {
+        const QString folder = QFileInfo(chosen.at(first)).path();
+        qsizetype end = first + 1;
+        while (end < chosen.size() && QFileInfo(chosen.at(end)).path() == folder)
+            ++end;
+        files << ParseSelectedFiles(selectedFilesText(chosen.mid(first, end - first)));
+        first = end;
+    }
+    return files;
+}
+
+QString captionOf(const QWidget& form)
+{
+    // The place where a platform marks unsaved changes is no part of the caption.
+    return form.windowTitle().remove(QStringLiteral("[*]"));
+}
+
+} // namespace
+
+// Adding
+
+void Attachments::AddAttachments()
+{
+    reportInBox(this, QString(), Title, [this] {
+        const QPointer<Attachments> self(this); // a form may go while its dialog is open
+        const QStringList chosen = desktop().fileDialogs->openFiles(
+            this, QStringLiteral("Select Files"), QString(), QStringLiteral("All files (*)"), true);
+        if (self && !chosen.isEmpty())
+            AddFiles(selectedFiles(chosen));
+    });
+}
+
+void Attachments::AddFiles(const QStringList& files)
+{
+    if (!m_canAdd)
+        throw Error(QStringLiteral("You don't have permission to add attachments in this module."));
+    const QPointer<Attachments> self(this);
+    try {
+        uploadAndAdd(files);
+    } catch (...) {
+        if (self)
+            ShowUpdating(false);
+        throw;
+    }
+}
+
+void Attachments::uploadAndAdd(const QStringList& files)
+{
+    modAttachments::GetAttachmentsFolder(); // fails without the setting, before there is a dialog
+    const QPointer<Attachments> self(this); // a form may go while the dialog is open
+    SaveDetails();
+    if (!self)
+        return;
+    // The files are this record's, whatever the host binds while they are uploaded.
+    const tvTableCollectionPtr attachments = m_attachments;
+    const QPointer<frmUploadTask> dialog = new frmUploadTask;
+    const auto unload = qScopeGuard([&dialog] { delete dialog.data(); });
+    dialog->SetFiles(files);
+    dialog->Start(this);
+    if (!self || !dialog)
+        return;
+    ShowUpdating(true);
+    for (const UploadedFile& uploaded : dialog->UploadedFiles()) {
+        currentHost().hostServices().NotifyFileUploaded();
+        AddUploadedFile(*attachments, uploaded);
+    }
+    delete dialog.data();
+    if (!self)
+        return;
+    if (attachments == m_attachments)
+        showAdded();
+    if (self)
+        ShowUpdating(false);
+}
+
+void Attachments::showAdded()
+{
+    RefreshList();
+    if (lvwFiles->Count() > 0 && lvwFiles->SelectedItem() == lvwFiles->Key(0))
+        lvwFiles->SetSelectedItem(std::nullopt);
+    SelectRow(m_attachments->Count());
+}
+
+void Attachments::AddUploadedFile(tvTableCollection& attachments, const UploadedFile& uploaded)
+{
+    const tvTableRowPtr row = attachments.NewItem();
+    fieldOf(*row, QStringLiteral("FileName"))->SetValue(uploaded.Filename);
+    fieldOf(*row, QStringLiteral("OriginalFileName"))->SetValue(uploaded.OriginalFilename);
+    fieldOf(*row, QStringLiteral("UserId"))->SetValue(currentHost().session().CurrentUserId());
+    fieldOf(*row, QStringLiteral("UserDate"))->SetValue(desktop().clock->now());
+    attachments.Add(row);
+    PrimaryRule::added(attachments, *row);
+}
+
+void Attachments::ShowUpdating(bool busy)
+{
+    QWidget* focused = window()->focusWidget();
+    if (busy && focused && isAncestorOf(focused))
+        m_focusBeforeUpdating = focused; // a control that is disabled gives its focus away
+    setEnabled(!busy);
+    picUpdating->setVisible(busy);
+    if (busy) {
+        picUpdating->raise();
+        setCursor(Qt::WaitCursor);
+        picUpdating->repaint(); // the event loop has no turn before the end
+        return;
+    }
+    unsetCursor();
+    if (m_focusBeforeUpdating)
+        m_focusBeforeUpdating->setFocus();
+    m_focusBeforeUpdating = nullptr;
+}
+
+// Opening
+
+void Attachments::OpenCurrentFile()
+{
+    try {
+        const tvTableRowPtr row = currentRow();
+        const QString source = modAttachments::GetAttachmentPath(*row);
+        const QString name = modAttachments::GetAttachmentDisplayName(*row);
+        ShellOpenFile(DownloadToTemp(source, name));
+    } catch (const Error& error) {
+        if (error.Number != DownloadCanceledNumber)
+            throw;
+    }
+}
+
+QString Attachments::DownloadToTemp(const QString& source, const QString& name)
+{
+    const QPointer<Attachments> self(this); // a form may go while the dialog is open, and the dialog with it
+    const QPointer<frmDownloadTask> dialog = new frmDownloadTask;
+    const auto unload = qScopeGuard([&dialog] { delete dialog.data(); });
+    try {
+        dialog->SetFilename(source);
+        dialog->Start(this);
+        if (self && dialog && !dialog->Canceled())
+            return renameTemporaryCopy(dialog->DownloadedFilename(), name);
+    } catch (...) {
+        if (self)
+            throw Error(QStringLiteral("Error downloading file '") + source + QStringLiteral("': ") +
+                        Error::fromCurrentException().Description);
+    }
+    throw downloadCanceled();
+}
+
+// Downloading all
+
+void Attachments::mnuDownloadAll_Click()
+{
+    reportInBox(this, QStringLiteral("Attachments were not downloaded: "), Title, [this] { downloadAll(); });
+}
+
+void Attachments::downloadAll()
+{
+    const QPointer<Attachments> self(this); // a form may go while a dialog is open
+    const QString folderName = PromptFolderName(captionOf(*window()));
+    if (!self || folderName.isEmpty())
+        return;
+    const QString downloads = currentHost().environment().GetDownloadsFolder();
+    const QString path = modUtils::UniqueFileName(QDir(downloads).filePath(folderName));
+    const QPointer<frmDownloadAllTask> dialog = new frmDownloadAllTask;
+    const auto unload = qScopeGuard([&dialog] { delete dialog.data(); });
+    dialog->SetDownloadPath(path);
+    dialog->SetAttachments(m_attachments);
+    try {
+        dialog->Start(this);
+    } catch (...) {
+        if (self)
+            throw;
+    }
+    if (!self || !dialog || dialog->Canceled())
+        return;
+    const BoxAnswer answer = desktop().messageBoxes->show(
+        this,
+        QStringLiteral("All attachments for this record were downloaded to ") + path +
+            QStringLiteral(".\r\n\r\nDo you want to open this folder now?"),
+        BoxIcon::Question, QStringLiteral("Download Complete"), BoxButtons::YesNo);
+    if (answer == BoxAnswer::Yes)
+        ShellOpenFile(path);
+}
+
+QString Attachments::PromptFolderName(const QString& suggested)
+{
+    const QPointer<frmDownloadFolderPrompt> dialog = new frmDownloadFolderPrompt;
+    const auto unload = qScopeGuard([&dialog] { delete dialog.data(); });
+    dialog->SetFolderName(suggested);
+    dialog->ShowModal(this);
+    return dialog ? dialog->FolderName() : QString();
+}
+
+} // namespace tavrin

@@ -1,0 +1,267 @@
+#include "Attachments.h"
+#include "base/Variant.h"
+#include "modAttachments.h"
+#include "widgets/BoxShape.h"
+#include "widgets/CheckBox.h"
+#include "widgets/GroupBox.h"
+#include "widgets/Label.h"
+#include "widgets/Placement.h"
+#include "widgets/TextArea.h"
+#include "widgets/TextBox.h"
+
+#include <QIcon>
+#include <QLabel>
+#include <QPixmap>
+#include <QPointer>
+#include <QScrollBar>
+
+#include <algorithm>
+
+namespace tavrin {
+
+namespace {
+
+const QString Description = QStringLiteral("Description");
+const QString Notes = QStringLiteral("Notes");
+const QString FileName = QStringLiteral("FileName");
+
+QString textOf(tvTableRow& row, const QString& field)
+{
+    return ToText(fieldOf(row, field)->Value());
+}
+
+/// What stands behind the last point of the name; "" without one.
+QString extensionOf(const QString& path)
+{
+    const QString name = modAttachments::GetFileNameOnly(path);
+    const auto point = name.lastIndexOf(u'.');
+    return point < 0 ? QString() : name.mid(point + 1);
+}
+
+bool HasContainer(const QWidget& control)
+{
+    return !control.isWindow() && control.parentWidget();
+}
+
+} // namespace
+
+// The constituents
+
+void Attachments::buildDetails()
+{
+    // In tab order.
+    Label3 = new Label(fraDetails);
+    imgThumbnail = new QLabel(fraDetails);
+    picNoThumbnail = new GroupBox(fraDetails);
+    imgFileIcon = new QLabel(picNoThumbnail);
+    lblFileType = new Label(picNoThumbnail);
+    chkDefault = new CheckBox(fraDetails);
+    Label1 = new Label(fraDetails);
+    txtDescription = new TextBox(fraDetails);
+    Label2 = new Label(fraDetails);
+    txtComment = new TextArea(fraDetails);
+    shpThumbnailBorder = new BoxShape(fraDetails);
+
+    Label3->SetCaption(QStringLiteral("Preview"));
+    chkDefault->SetCaption(QStringLiteral("Cover image"));
+    Label1->SetCaption(QStringLiteral("Description"));
+    Label2->SetCaption(QStringLiteral("Comment"));
+    Label1->setBuddy(txtDescription);
+    Label2->setBuddy(txtComment);
+    txtDescription->setAccessibleName(Label1->Caption());
+    txtComment->setAccessibleName(Label2->Caption());
+    imgThumbnail->setMargin(1); // the border stays in sight
+    imgThumbnail->setAlignment(Qt::AlignCenter);
+    imgThumbnail->hide();
+    picNoThumbnail->SetBackColor(SystemColor::WindowBackground);
+    picNoThumbnail->hide();
+    imgFileIcon->setAlignment(Qt::AlignCenter);
+    lblFileType->SetAutoSize(false);
+    lblFileType->setAlignment(Qt::AlignCenter);
+    lblFileType->SetForeColor(SystemColor::WindowText);
+
+    nameDetails();
+    placeDetails();
+    m_subscriptions.push_back(txtDescription->Change.subscribe([this] { txtDescription_Change(); }));
+    m_subscriptions.push_back(chkDefault->Click.subscribe([this] { chkDefault_Click(); }));
+}
+
+void Attachments::nameDetails()
+{
+    const std::pair<QWidget*, const char*> names[] = {{Label3, "Label3"},
+                                                      {imgThumbnail, "imgThumbnail"},
+                                                      {shpThumbnailBorder, "shpThumbnailBorder"},
+                                                      {picNoThumbnail, "picNoThumbnail"},
+                                                      {imgFileIcon, "imgFileIcon"},
+                                                      {lblFileType, "lblFileType"},
+                                                      {chkDefault, "chkDefault"},
+                                                      {Label1, "Label1"},
+                                                      {txtDescription, "txtDescription"},
+                                                      {Label2, "Label2"},
+                                                      {txtComment, "txtComment"}};
+    for (const auto& [widget, name] : names)
+        widget->setObjectName(QString::fromLatin1(name));
+}
+
+void Attachments::placeDetails()
+{
+    // A text that needs more room than designed gets it.
+    const auto place = [](QWidget& widget, Twips left, Twips top, Twips width, Twips height) {
+        moveTo(widget, left, top, width, std::max(height, toTwips(widget.sizeHint().height())));
+    };
+    const Twips coverWidth = std::max<Twips>(1395, toTwips(chkDefault->sizeHint().width()));
+    moveTo(*Label3, 180, 180);
+    moveTo(*imgThumbnail, 180, 420, 1395, 1845);
+    shpThumbnailBorder->setGeometry(imgThumbnail->geometry());
+    moveTo(*imgFileIcon, 540, 540, 360, 360);
+    place(*lblFileType, 45, 960, 1305, 255);
+    place(*chkDefault, 180, 2400, coverWidth, 195);
+    moveTo(*Label1, 1755, 180);
+    place(*txtDescription, 1755, 420, 4395, 345);
+    moveTo(*Label2, 1755, 900);
+    moveTo(*txtComment, 1755, 1140, 6075, 1425);
+}
+
+QObject* Attachments::CommentsTextBox() const
+{
+    return txtComment;
+}
+
+// The row
+
+bool Attachments::showsDetailsOfTheseRows() const
+{
+    return m_detailsOf.lock() == m_attachments;
+}
+
+void Attachments::ShowDetails()
+{
+    EnableDetails(m_attachments->Count() >= 1);
+    m_detailsOf = m_attachments;
+    if (m_attachments->Count() == 0) {
+        lblFilename->SetCaption(QString());
+        fitFilename();
+        txtDescription->SetText(QString());
+        txtComment->SetText(QString());
+        chkDefault->SetValue(CheckBox::Unchecked);
+        imgThumbnail->setPixmap(QPixmap());
+        imgThumbnail->hide();
+        picNoThumbnail->hide();
+        return;
+    }
+    const tvTableRowPtr row = currentRow();
+    lblFilename->SetCaption(modAttachments::GetAttachmentDisplayName(*row));
+    fitFilename();
+    txtDescription->SetText(textOf(*row, Description));
+    txtDescription->SetMaxLength(fieldOf(*row, Description)->MaxLength());
+    txtComment->SetText(textOf(*row, Notes));
+    txtComment->SetMaxLength(fieldOf(*row, Notes)->MaxLength());
+    ScrollTextToTop(*txtComment);
+    const bool isImage = modAttachments::IsImageAttachment(*row);
+    chkDefault->setVisible(isImage);
+    const QPointer<Attachments> self(this); // a follower of the cover may delete the control
+    chkDefault->SetValue(m_attachments->CurrentIsPrimary() && isImage ? CheckBox::Checked
+                                                                      : CheckBox::Unchecked);
+    if (self)
+        showThumbnail(*row);
+}
+
+/// As wide as the name is, but never under the count.
+void Attachments::fitFilename()
+{
+    constexpr Twips gap = 180;
+    lblFilename->SetAutoSize(true);
+    const Twips room = leftOf(*lblCountLabel) - leftOf(*lblFilename) - gap;
+    if (widthOf(*lblFilename) <= room)
+        return;
+    lblFilename->SetAutoSize(false);
+    lblFilename->resize(std::max(toPixels(room), 0), lblFilename->height());
+}
+
+void Attachments::showThumbnail(tvTableRow& row)
+{
+    const QPointer<Attachments> self(this); // a host may let the person act while it fetches the file
+    const auto ratio = static_cast<Twips>(devicePixelRatioF()); // sharp on dense screens too
+    QImage thumbnail = modAttachments::GetAttachmentThumbnail(row, widthOf(*imgThumbnail) * ratio,
+                                                              heightOf(*imgThumbnail) * ratio);
+    if (!self)
+        return;
+    if (thumbnail.isNull()) {
+        ShowFileKind(row);
+    } else {
+        thumbnail.setDevicePixelRatio(static_cast<qreal>(ratio));
+        imgThumbnail->setPixmap(QPixmap::fromImage(thumbnail));
+        imgThumbnail->setAccessibleName(QStringLiteral("Preview of ") + lblFilename->Caption());
+    }
+    ShowPreview(!thumbnail.isNull());
+}
+
+void Attachments::ShowPreview(bool visible)
+{
+    imgThumbnail->setVisible(visible);
+    picNoThumbnail->setVisible(!visible);
+}
+
+void Attachments::ShowFileKind(tvTableRow& row)
+{
+    const QString fileName = textOf(row, FileName);
+    const QString kind = IconKeyForFile(fileName);
+    imgFileIcon->setPixmap(imglIcons.value(kind).pixmap(imgFileIcon->size(), devicePixelRatioF()));
+    imgFileIcon->setAccessibleName(kind);
+    lblFileType->SetCaption(extensionOf(fileName));
+}
+
+void Attachments::SaveDetails()
+{
+    // After a record that could not be shown the boxes still hold texts of another one's rows.
+    if (m_attachments->Count() == 0 || !showsDetailsOfTheseRows())
+        return;
+    const tvTableRowPtr row = currentRow();
+    const QString description = txtDescription->Text(); // a follower of the fields may delete the control
+    const QString notes = txtComment->Text();
+    fieldOf(*row, Description)->SetValue(description);
+    fieldOf(*row, Notes)->SetValue(notes);
+}
+
+void Attachments::EnableDetails(bool enabled)
+{
+    for (QWidget* control : findChildren<QWidget*>()) {
+        if (HasContainer(*control) && control->parentWidget() == fraDetails)
+            control->setEnabled(enabled);
+    }
+}
+
+void Attachments::ScrollTextToTop(TextArea& box)
+{
+    box.moveCursor(QTextCursor::Start);
+    box.verticalScrollBar()->setValue(box.verticalScrollBar()->minimum());
+}
+
+// What the person does
+
+void Attachments::txtDescription_Change()
+{
+    if (m_attachments->Count() == 0 || !showsDetailsOfTheseRows())
+        return;
+    const tvTableRowPtr row = currentRow();
+    const tvFieldPtr field = fieldOf(*row, Description);
+    if (ToText(field->Value()) == txtDescription->Text())
+        return;
+    const QPointer<Attachments> self(this);
+    field->SetValue(txtDescription->Text());
+    if (self)
+        UpdateRow(*row);
+}
+
+void Attachments::chkDefault_Click()
+{
+    if (m_attachments->Count() == 0)
+        return;
+    const tvTableCollectionPtr attachments = m_attachments; // a follower of the cover may bind another record
+    if (chkDefault->Value() == CheckBox::Checked)
+        attachments->SetPrimaryValue(fieldOf(*currentRow(), attachments->KeyColumn())->Value());
+    else if (attachments->Position() == attachments->PrimaryIndex())
+        attachments->SetPrimaryValue(Null());
+}
+
+} // namespace tavrin

@@ -1,0 +1,159 @@
+#include "Attachments.h"
+#include "frame/control_frame/FailurePolicy.h"
+#include "widgets/CheckBox.h"
+#include "widgets/KeyCodes.h"
+#include "widgets/ListView.h"
+#include "widgets/PopupMenu.h"
+#include "widgets/TextArea.h"
+#include "widgets/TextBox.h"
+#include "widgets/TextLink.h"
+
+#include <QPointer>
+
+namespace tavrin {
+
+namespace {
+
+constexpr int RightButton = 2;
+constexpr int EffectCopy = 1;
+constexpr int EffectNone = 0;
+
+const QString Title = QStringLiteral("Attachments");
+
+} // namespace
+
+void Attachments::buildActions()
+{
+    mnuAttachments = new PopupMenu(QStringLiteral("Attachments"), this);
+    mnuOpen = mnuAttachments->AddItem(QStringLiteral("Open"), u'O');
+    QAction* mnuSeparator = mnuAttachments->addSeparator();
+    mnuAdd = mnuAttachments->AddItem(QStringLiteral("Add Attachment(s)..."), u'A');
+    mnuRemove = mnuAttachments->AddItem(QStringLiteral("Remove Attachment"), u'R');
+    QAction* mnuSeparator2 = mnuAttachments->addSeparator();
+    mnuDownloadAll = mnuAttachments->AddItem(QStringLiteral("Download All Attachments..."), u'D');
+    mnuAttachments->setDefaultAction(mnuOpen);
+    const std::pair<QObject*, const char*> names[] = {
+        {mnuAttachments, "mnuAttachments"}, {mnuOpen, "mnuOpen"},
+        {mnuSeparator, "mnuSeparator"},     {mnuAdd, "mnuAdd"},
+        {mnuRemove, "mnuRemove"},           {mnuSeparator2, "mnuSeparator2"},
+        {mnuDownloadAll, "mnuDownloadAll"}};
+    for (const auto& [object, name] : names)
+        object->setObjectName(QString::fromLatin1(name));
+
+    const QList<QWidget*> stops = {lvwFiles, lnkAddAttachments, chkDefault, txtDescription, txtComment};
+    for (qsizetype i = 1; i < stops.size(); ++i)
+        setTabOrder(stops.at(i - 1), stops.at(i));
+    followActions();
+}
+
+void Attachments::followActions()
+{
+    const auto follow = [this](auto& event, auto handler) {
+        m_subscriptions.push_back(event.subscribe(std::move(handler)));
+    };
+    follow(lvwFiles->MouseDown,
+           [this](int button, int shift, Twips x, Twips y) { lvwFiles_MouseDown(button, shift, x, y); });
+    follow(lvwFiles->DblClick, [this] { lvwFiles_DblClick(); });
+    follow(lvwFiles->KeyDown, [this](int& keyCode, int shift) { lvwFiles_KeyDown(keyCode, shift); });
+    follow(lvwFiles->OLEDragDrop,
+           [this](const QStringList& files, int& effect) { lvwFiles_OLEDragDrop(files, effect); });
+    follow(lnkAddAttachments->Click, [this] { AddAttachments(); });
+    follow(m_contextMenuTimer.Elapsed, [this] { m_contextMenuTimer_Elapsed(); });
+    follow(mnuOpen->Click, [this] { mnuOpen_Click(); });
+    follow(mnuAdd->Click, [this] { AddAttachments(); });
+    follow(mnuRemove->Click, [this] { mnuRemove_Click(); });
+    follow(mnuDownloadAll->Click, [this] { mnuDownloadAll_Click(); });
+}
+
+// The menu
+
+void Attachments::UpdateMenus()
+{
+    const bool isLineMarked = lvwFiles->DropHighlight().has_value();
+    const bool isCurrentNew = m_attachments->Count() != 0 && currentRow()->IsNew();
+    mnuOpen->setEnabled(isLineMarked);
+    mnuAdd->setEnabled(m_canAdd);
+    mnuRemove->setEnabled(isLineMarked && (m_canDelete || isCurrentNew));
+    mnuDownloadAll->setEnabled(m_attachments->Count() >= 1);
+}
+
+void Attachments::lvwFiles_MouseDown(int button, int, Twips x, Twips y)
+{
+    if (button != RightButton)
+        return;
+    m_menuLeft = x;
+    m_menuTop = y;
+    const QPointer<Attachments> self(this);
+    const auto hit = lvwFiles->HitTest(x, y);
+    // A comment that was typed into the line before is not saved, and gone; it is meant.
+    if (hit && hit != lvwFiles->SelectedItem())
+        SelectRow(lvwFiles->IndexOf(*hit) + 1);
+    if (self)
+        m_contextMenuTimer.Start();
+}
+
+void Attachments::m_contextMenuTimer_Elapsed()
+{
+    m_contextMenuTimer.Stop();
+    ShowContextMenu();
+}
+
+void Attachments::ShowContextMenu()
+{
+    UpdateMenus();
+    mnuAttachments->PopUp(*lvwFiles, m_menuLeft, m_menuTop);
+}
+
+void Attachments::mnuOpen_Click()
+{
+    reportInBox(this, QStringLiteral("Unexpected error opening attachment: "), Title,
+                [this] { OpenCurrentFile(); });
+}
+
+void Attachments::mnuRemove_Click()
+{
+    const QPointer<Attachments> self(this); // a follower of the rows may delete the control
+    reportInBox(this, QStringLiteral("Unexpected error removing attachment: "), Title, [&] {
+        m_attachments->RemoveCurrent(false);
+        if (!self)
+            return;
+        RefreshList();
+        SelectRow(m_attachments->Position());
+    });
+}
+
+// The list
+
+void Attachments::lvwFiles_DblClick()
+{
+    reportInBox(this, QString(), Title, [this] {
+        if (lvwFiles->DropHighlight())
+            OpenCurrentFile();
+    });
+}
+
+void Attachments::lvwFiles_KeyDown(int& keyCode, int shift)
+{
+    if (shift != 0)
+        return;
+    if (keyCode == KeyCode::Enter) {
+        keyCode = 0;
+        lvwFiles_DblClick();
+    } else if (keyCode == KeyCode::Delete) {
+        keyCode = 0;
+        UpdateMenus();
+        if (mnuRemove->isEnabled())
+            mnuRemove_Click();
+    }
+}
+
+void Attachments::lvwFiles_OLEDragDrop(const QStringList& files, int& effect)
+{
+    effect = files.isEmpty() ? EffectNone : EffectCopy;
+    if (files.isEmpty())
+        return;
+    reportInBox(this, QStringLiteral("Error will dropping file(s): "), QStringLiteral("Error"),
+                [this, copy = files] { AddFiles(copy); });
+}
+
+} // namespace tavrin

@@ -1,0 +1,273 @@
+#include "LocalFiles.h"
+
+#include "Error.h"
+#include "FileDescriptor.h"
+#include "FileWriter.h"
+
+#include <QFile>
+#include <QList>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <dirent.h>
+#include <fcntl.h>
+#include <optional>
+#include <sys/stat.h>
+
+namespace tavrin::LocalFiles {
+
+namespace {
+
+constexpr mode_t ReadAndWrite = 0666;
+constexpr mode_t OwnersAll = 0700;
+
+QString reason(int code)
+{
+    return QString::fromLocal8Bit(strerror(code));
+}
+
+[[noreturn]] void raiseMove(const QString& from, const QString& to, int code)
+{
+    throw Error(QStringLiteral("%1 could not be moved to %2: %3").arg(from, to, reason(code)));
+}
+
+/// The path as the system takes it. A NUL would end it early, and name something else.
+QByteArray encoded(const QString& path)
+{
+    const QByteArray bytes = QFile::encodeName(path);
+    if (bytes.isEmpty() || bytes.contains('\0'))
+        throw Error(QStringLiteral("\"%1\" is no path of a file").arg(path));
+    return bytes;
+}
+
+QByteArray folderOf(const QByteArray& path)
+{
+    return path.left(path.lastIndexOf('/') + 1); // with its separator
+}
+
+/// Renames to a name that nothing bears. Returns 0, or why not.
+int renameToFreeName(const QByteArray& from, const QByteArray& to)
+{
+    if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0)
+        return 0;
+    if (errno != EINVAL && errno != ENOSYS && errno != EOPNOTSUPP)
+        return errno;
+    // A file system that cannot promise to replace nothing, such as a share.
+    struct stat there = {};
+    if (::lstat(to.constData(), &there) == 0)
+        return EEXIST;
+    if (errno != ENOENT)
+        return errno;
+    return ::rename(from.constData(), to.constData()) == 0 ? 0 : errno;
+}
+
+/// Copies all that is left to read. Returns 0, or why not.
+int copyContent(const FileDescriptor& from, const FileDescriptor& to)
+{
+    std::array<char, 256 * 1024> buffer; // NOLINT(cppcoreguidelines-pro-type-member-init): read fills it
+    for (;;) {
+        const ssize_t got = ::read(from.number(), buffer.data(), buffer.size());
+        if (got == 0)
+            return 0;
+        if (got < 0 && errno != EINTR)
+            return errno;
+        for (ssize_t done = 0; done < got;) {
+            const ssize_t written =
+                ::write(to.number(), buffer.data() + done, static_cast<size_t>(got - done));
+            if (written > 0)
+                done += written;
+            else if (written == 0)
+                return ENOSPC;
+            else if (errno != EINTR)
+                return errno;
+        }
+    }
+}
+
+int flush(const FileDescriptor& file)
+{
+    while (::fsync(file.number()) != 0) {
+        if (errno != EINTR)
+            return errno;
+    }
+    return 0;
+}
+
+/// Fills the temporary file and gives it its name. Returns 0, or why not.
+int finishCopy(const FileDescriptor& source, mode_t mode, FileDescriptor& file, const QByteArray& temporary,
+               const QByteArray& target)
+{
+    if (const int failure = copyContent(source, file))
+        return failure;
+    if (const int failure = flush(file))
+        return failure;
+    struct stat read = {};
+    struct stat written = {};
+    if (::fchmod(file.number(), mode) != 0 || ::fstat(source.number(), &read) != 0 ||
+        ::fstat(file.number(), &written) != 0)
+        return errno;
+    if (read.st_size != written.st_size)
+        return EIO;
+    return file.close() ? renameToFreeName(temporary, target) : errno;
+}
+
+/// Returns 0, or why not.
+int copyToFreeName(const FileDescriptor& source, mode_t mode, const QByteArray& target)
+{
+    QByteArray temporary = folderOf(target) + TemporaryPrefix + "XXXXXX";
+    FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
+    if (file.number() < 0)
+        return errno;
+    const int failure = finishCopy(source, mode, file, temporary, target);
+    if (failure != 0)
+        ::unlink(temporary.constData());
+    return failure;
+}
+
+/// Opens a folder itself, never one that a link leads to.
+int openFolder(int parent, const char* name)
+{
+    constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+    const int folder = ::openat(parent, name, flags);
+    if (folder >= 0 || errno != EACCES || ::fchmodat(parent, name, OwnersAll, AT_SYMLINK_NOFOLLOW) != 0)
+        return folder;
+    return ::openat(parent, name, flags);
+}
+
+QList<QByteArray> entriesOf(const FileDescriptor& folder)
+{
+    QList<QByteArray> names;
+    const int copy = ::fcntl(folder.number(), F_DUPFD_CLOEXEC, 0); // fdopendir takes it over
+    DIR* entries = copy < 0 ? nullptr : ::fdopendir(copy);
+    if (!entries) {
+        if (copy >= 0)
+            ::close(copy);
+        return names; // the folder then cannot be removed, which tells why
+    }
+    while (const dirent* entry = ::readdir(entries)) { // NOLINT(concurrency-mt-unsafe): a stream of our own
+        const QByteArray name(static_cast<const char*>(entry->d_name));
+        if (name != "." && name != "..")
+            names << name;
+    }
+    ::closedir(entries);
+    return names;
+}
+
+void removeEntry(int parent, const char* name);
+
+void emptyFolder(int parent, const char* name)
+{
+    const FileDescriptor folder(openFolder(parent, name));
+    if (folder.number() < 0)
+        return;
+    ::fchmod(folder.number(), OwnersAll); // nothing can be taken out of a read-only folder
+    for (const QByteArray& entry : entriesOf(folder))
+        removeEntry(folder.number(), entry.constData());
+}
+
+/// One that stays is told by the folder above it, which then cannot be removed.
+void removeEntry(int parent, const char* name)
+{
+    struct stat entry = {};
+    if (::fstatat(parent, name, &entry, AT_SYMLINK_NOFOLLOW) != 0)
+        return;
+    if (!S_ISDIR(entry.st_mode)) {
+        ::unlinkat(parent, name, 0);
+        return;
+    }
+    emptyFolder(parent, name);
+    ::unlinkat(parent, name, AT_REMOVEDIR);
+}
+
+} // namespace
+
+void moveFile(const QString& from, const QString& to)
+{
+    const QByteArray source = encoded(from);
+    const QByteArray target = encoded(to);
+    // A pipe must not block, and what a link leads to is not the file that was meant.
+    const FileDescriptor file(::open(source.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    struct stat state = {};
+    if (file.number() < 0 || ::fstat(file.number(), &state) != 0)
+        raiseMove(from, to, errno);
+    if (!S_ISREG(state.st_mode))
+        throw Error(QStringLiteral("%1 could not be moved to %2: it is not a file").arg(from, to));
+    const mode_t mode = state.st_mode & ReadAndWrite;
+    if (mode != (state.st_mode & 07777) && ::fchmod(file.number(), mode) != 0)
+        raiseMove(from, to, errno);
+    int failure = renameToFreeName(source, target);
+    if (failure == EXDEV) {
+        failure = copyToFreeName(file, mode, target);
+        if (failure == 0)
+            ::unlink(source.constData());
+    }
+    if (failure != 0)
+        raiseMove(from, to, failure);
+}
+
+void moveFolder(const QString& from, const QString& to)
+{
+    if (!isFolder(from))
+        throw Error(QStringLiteral("%1 could not be moved to %2: it is not a folder").arg(from, to));
+    if (const int failure = renameToFreeName(encoded(from), encoded(to)))
+        raiseMove(from, to, failure);
+}
+
+bool isFolder(const QString& path)
+{
+    struct stat state = {};
+    return ::lstat(encoded(path).constData(), &state) == 0 && S_ISDIR(state.st_mode);
+}
+
+void makeFolder(const QString& path)
+{
+    constexpr mode_t whatTheMaskLeaves = 0777;
+    if (::mkdir(encoded(path).constData(), whatTheMaskLeaves) != 0)
+        throw Error(QStringLiteral("The folder %1 could not be created: %2").arg(path, reason(errno)));
+}
+
+void removeFolder(const QString& path)
+{
+    const QByteArray name = encoded(path);
+    emptyFolder(AT_FDCWD, name.constData());
+    if (::unlinkat(AT_FDCWD, name.constData(), AT_REMOVEDIR) != 0)
+        throw Error(QStringLiteral("The folder %1 could not be removed: %2").arg(path, reason(errno)));
+}
+
+void sweepTemporaries(const QString& folder)
+{
+    const FileDescriptor opened(openFolder(AT_FDCWD, encoded(folder).constData()));
+    if (opened.number() < 0)
+        return;
+    for (const QByteArray& entry : entriesOf(opened)) {
+        if (entry.startsWith(TemporaryPrefix))
+            ::unlinkat(opened.number(), entry.constData(), 0);
+    }
+}
+
+QString usableFileName(const QString& name, qsizetype longest)
+{
+    QString usable = name;
+    const bool isFolderItself = name == QLatin1String(".") || name == QLatin1String("..");
+    for (QChar& character : usable) {
+        if (character == u'/' || character.category() == QChar::Other_Control || isFolderItself)
+            character = u'_';
+    }
+    if (usable.isEmpty())
+        return QStringLiteral("_");
+    const auto isTooLong = [&](const QString& text) { return QFile::encodeName(text).size() > longest; };
+    if (!isTooLong(usable))
+        return usable;
+    constexpr qsizetype longestEnding = 16; // what is longer is no ending, but a sentence with a dot
+    const qsizetype dot = usable.lastIndexOf(u'.');
+    const bool hasEnding = dot > 0 && usable.size() - dot <= longestEnding;
+    const QString ending = hasEnding ? usable.mid(dot) : QString();
+    QString base = hasEnding ? usable.left(dot) : usable;
+    while (!base.isEmpty() && isTooLong(base + ending))
+        base.chop(base.size() > 1 && base.back().isLowSurrogate() ? 2 : 1);
+    return base + ending;
+}
+
+} // namespace tavrin::LocalFiles

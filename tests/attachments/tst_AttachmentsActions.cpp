@@ -1,0 +1,597 @@
+#include "AttachmentsForm.h"
+#include "attachments/frmDownloadFolderPrompt.h"
+
+#include <QDropEvent>
+#include <QMimeData>
+#include <QPushButton>
+
+using namespace Qt::StringLiterals;
+using namespace tavrin;
+using tavrin::test::AttachmentsForm;
+using tavrin::test::NextModal;
+using tavrin::test::ShownBox;
+using tavrin::test::Unhandled;
+
+namespace {
+
+const QString MissingSetting = u"The \"Attachments Folder\" setting is not currently configured under "
+                               u"\"<General>\" in Default Values in "
+                               u"Administration. Configure this setting to use attachments."_s;
+
+/// Drops onto the list; the action that the list took.
+Qt::DropAction drop(AttachmentsForm& form, const QMimeData& data)
+{
+    QWidget* target = form.list->viewport();
+    const QPoint place = target->rect().center();
+    QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(target, &enter);
+    QDropEvent event(place, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(target, &event);
+    return event.isAccepted() ? event.dropAction() : Qt::IgnoreAction;
+}
+
+Qt::DropAction dropFiles(AttachmentsForm& form, const QStringList& files)
+{
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const QString& file : files)
+        urls << QUrl::fromLocalFile(file);
+    data.setUrls(urls);
+    return drop(form, data);
+}
+
+/// A box's text, title and icon; "" for none.
+QString theBox(AttachmentsForm& form)
+{
+    const QList<ShownBox> shown = form.boxes.take();
+    if (shown.isEmpty())
+        return {};
+    const ShownBox box = shown.first();
+    const QString icon = box.icon == BoxIcon::Critical ? u"critical"_s : u"other"_s;
+    return shown.size() > 1 ? u"several boxes"_s : box.text + u'|' + box.title + u'|' + icon;
+}
+
+/// Takes the name that the prompt for the folder suggests, or the answer of a test. The dialogs that follow
+/// are left alone.
+class Prompt
+{
+public:
+    explicit Prompt(std::function<void(QWidget&)> answer =
+                        [](QWidget& prompt) { QTest::keyClick(prompt.windowHandle(), Qt::Key_Return); })
+        : m_answer(std::move(answer))
+    {
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] {
+            QWidget* modal = QApplication::activeModalWidget();
+            if (!qobject_cast<frmDownloadFolderPrompt*>(modal) || !modal->isVisible())
+                return;
+            if (std::exchange(m_came, true))
+                modal->close(); // the answer has left it open
+            else
+                m_answer(*modal);
+        });
+        m_timer.start(1);
+    }
+    bool came() const { return m_came; }
+
+private:
+    std::function<void(QWidget&)> m_answer;
+    QTimer m_timer;
+    bool m_came = false;
+};
+
+void chooseDownloadAll(AttachmentsForm& form)
+{
+    form.choose(0, Qt::Key_D);
+}
+
+} // namespace
+
+/// What a person does with the files of `Attachments`: adds them, and downloads them all.
+class tst_AttachmentsActions : public tavrin::test::TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    // The file dialog
+
+    void cancellingTheFileDialogSaysNothing()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        form.click(form.link);
+        QCOMPARE(form.dialogs.asked(), QStringList{u"Select Files|All files (*)|1"_s});
+        QCOMPARE(theBox(form), QString());
+        QCOMPARE(form.rows->Count(), 3);
+        QCOMPARE(form.rows->Position(), 1);
+    }
+
+    void eachWayToTheDialogAddsTheChosenFiles_data()
+    {
+        QTest::addColumn<QString>("way");
+        QTest::newRow("link") << u"link"_s;
+        QTest::newRow("menu") << u"menu"_s;
+        QTest::newRow("method") << u"method"_s;
+    }
+    void eachWayToTheDialogAddsTheChosenFiles()
+    {
+        QFETCH(QString, way);
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        form.dialogs.choose({form.newFile(u"b.txt"_s), form.newFile(u"a c.txt"_s)});
+        if (way == u"link")
+            form.click(form.link);
+        else if (way == u"menu")
+            form.choose(0, Qt::Key_A);
+        else
+            QVERIFY(QMetaObject::invokeMethod(form.section, "AddAttachments"));
+        QTRY_COMPARE(form.rows->Count(), 5);
+        QCOMPARE(form.fileNames().mid(3), QStringList({u"b.txt"_s, u"a c.txt"_s}));
+        QCOMPARE(theBox(form), QString());
+    }
+
+    void filesOfSeveralFoldersAreAllAdded()
+    {
+        AttachmentsForm form;
+        form.read();
+        QVERIFY(form.show());
+        QVERIFY(form.workplace.mkdir(u"other"_s));
+        form.dialogs.choose(
+            {form.newFile(u"a.txt"_s), form.newFile(u"other/b.txt"_s), form.newFile(u"c.txt"_s)});
+        form.click(form.link);
+        QTRY_COMPARE(form.fileNames(), QStringList({u"a.txt"_s, u"b.txt"_s, u"c.txt"_s}));
+    }
+
+    void withoutTheRightTheDialogComesFirstAndTheMessageBehindTheChoice()
+    {
+        AttachmentsForm form;
+        form.host.state().permissions.remove(u"Incident/10"_s);
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        QVERIFY(!form.item("mnuAdd")->isEnabled());
+        QVERIFY(form.link->isEnabled());
+        form.click(form.link);
+        QCOMPARE(form.dialogs.asked().size(), 1);
+        QCOMPARE(theBox(form), QString()); // the person has cancelled
+        form.dialogs.choose({form.newFile(u"a.txt"_s)});
+        form.click(form.link);
+        QCOMPARE(theBox(form),
+                 u"You don't have permission to add attachments in this module.|Attachments|critical"_s);
+        QCOMPARE(form.rows->Count(), 3);
+        QCOMPARE(form.host.state().log.filter(u"Upload"_s), QStringList());
+    }
+
+    void aMissingSettingStopsBeforeAnyUpload()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        form.host.state().settings.clear();
+        form.comment->setFocus();
+        form.type(u"a "_s);
+        form.dialogs.choose({form.newFile(u"a.txt"_s)});
+        form.click(form.link);
+        QCOMPARE(theBox(form), MissingSetting + u"|Attachments|critical"_s);
+        QCOMPARE(form.host.state().log.filter(u"Uploader"_s), QStringList());
+        QCOMPARE(form.text(1, "Notes"), u"one"_s); // the details come behind the setting
+        QVERIFY(form.section->isEnabled());
+        QCOMPARE(form.comment->Text(), u"a one"_s);
+    }
+
+    // What is added
+
+    void anAddedFileIsStoredAndItsRowSaysWhoAndWhen()
+    {
+        AttachmentsForm form;
+        form.read();
+        QVERIFY(form.show());
+        form.dialogs.choose({form.newFile(u"Report 1.pdf"_s)});
+        form.click(form.link);
+        QTRY_COMPARE(form.rows->Count(), 1);
+        const tvTableRowPtr row = form.rows->Item(1);
+        QCOMPARE(AttachmentsForm::text(*row, "OriginalFileName"), u"Report 1.pdf"_s);
+        const QString stored = AttachmentsForm::text(*row, "FileName");
+        QVERIFY2(stored.endsWith(u"\\20160201130507_Report 1.pdf"_s), qPrintable(stored));
+        QCOMPARE(AttachmentsForm::readFile(form.storedPath(stored)), "Report 1.pdf");
+        QCOMPARE(AttachmentsForm::text(*row, "UserId"), u"moss"_s);
+        QCOMPARE(AttachmentsForm::value(*row, "UserDate"),
+                 QVariant(QDateTime(QDate(2016, 2, 1), QTime(13, 5, 7))));
+        QVERIFY(IsNull(AttachmentsForm::value(*row, "FolderNo")));
+        QVERIFY(IsNull(AttachmentsForm::value(*row, "Description")));
+        QVERIFY(IsNull(AttachmentsForm::value(*row, "Notes")));
+        QVERIFY(row->IsNew());
+        QCOMPARE(form.child<Label>("lblCount")->Caption(), u"1"_s);
+    }
+
+    void theLastAddedRowBecomesCurrentAndTheTextsOfTheOneBeforeAreSaved()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        form.comment->setFocus();
+        form.type(u"a "_s);
+        form.dialogs.choose({form.newFile(u"a.txt"_s), form.newFile(u"b.txt"_s)});
+        form.click(form.link);
+        QTRY_COMPARE(form.rows->Position(), 5);
+        QCOMPARE(form.selected(), form.text(5, "SeqNo"));
+        QCOMPARE(form.marked(), form.text(5, "SeqNo"));
+        QCOMPARE(form.child<Label>("lblFilename")->Caption(), u"b.txt"_s);
+        QCOMPARE(form.text(1, "Notes"), u"a one"_s);
+        QVERIFY(form.section->isEnabled());
+        QVERIFY(form.child<GroupBox>("picUpdating")->isHidden());
+        QVERIFY(form.window.findChildren<QDialog*>().isEmpty());
+    }
+
+    void theHostIsToldOfEachFileBeforeItsRowIsAdded()
+    {
+        AttachmentsForm form;
+        form.read();
+        QVERIFY(form.show());
+        form.dialogs.choose({form.newFile(u"a.txt"_s), form.newFile(u"b.txt"_s)});
+        form.click(form.link);
+        QTRY_COMPARE(form.rows->Count(), 2);
+        QStringList calls;
+        for (const QString& call : form.host.state().log) {
+            if (call == u"NotifyFileUploaded"_s || call == u"CurrentUserId"_s)
+                calls << call;
+        }
+        QCOMPARE(calls, QStringList({u"NotifyFileUploaded"_s, u"CurrentUserId"_s, u"NotifyFileUploaded"_s,
+                                     u"CurrentUserId"_s}));
+    }
+
+    void theFirstImageBecomesTheCover()
+    {
+        AttachmentsForm form;
+        form.read();
+        QVERIFY(form.show());
+        form.dialogs.choose({form.newFile(u"a.txt"_s), form.newFile(u"b.png"_s), form.newFile(u"c.png"_s)});
+        form.click(form.link);
+        QTRY_COMPARE(form.rows->Count(), 3);
+        QCOMPARE(form.rows->PrimaryIndex(), 2);
+        QCOMPARE(form.cover->Value(), 0); // of the last image
+    }
+
+    void theListIsCoveredAndDisabledWhileRowsAreAdded()
+    {
+        AttachmentsForm form;
+        form.read();
+        QVERIFY(form.show());
+        QStringList seen;
+        const Subscription looking = form.rows->PrimaryStatusChanged.subscribe([&](const QVariant&) {
+            seen << u"%1 %2 %3"_s.arg(form.child<GroupBox>("picUpdating")->isVisible())
+                        .arg(form.section->isEnabled())
+                        .arg(form.section->cursor().shape() == Qt::WaitCursor);
+        });
+        form.dialogs.choose({form.newFile(u"b.png"_s)});
+        form.click(form.link);
+        QTRY_COMPARE(form.rows->Count(), 1);
+        QVERIFY(!seen.isEmpty());
+        QCOMPARE(seen.first(), u"1 0 1"_s);
+        QCOMPARE(form.child<Label>("lblUpdating")->Caption(), u"Refreshing attachments list..."_s);
+        QVERIFY(form.child<GroupBox>("picUpdating")->isHidden());
+        QVERIFY(form.section->isEnabled());
+        QCOMPARE(form.section->cursor().shape(), Qt::ArrowCursor);
+    }
+
+    void theFocusIsWhereItWas()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        form.description->setFocus();
+        form.dialogs.choose({form.newFile(u"a.txt"_s)});
+        form.section->AddAttachments();
+        QCOMPARE(form.rows->Count(), 4);
+        QCOMPARE(form.window.focusWidget(), form.description);
+    }
+
+    void withAllUploadsSkippedTheRowsStayAndTheLastBecomesCurrent()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        const QString file = form.newFile(u"a.txt"_s);
+        form.host.state().transferFailures.insert(file, u"no room"_s);
+        form.dialogs.choose({file});
+        const NextModal next([](QWidget&) {}); // closes the dialog, which skips
+        form.click(form.link);
+        QTRY_VERIFY(next.came() && !QApplication::activeModalWidget());
+        QCOMPARE(form.fileNames(), QStringList({u"report.docx"_s, u"door.png"_s, u"lock.png"_s}));
+        QCOMPARE(form.rows->Position(), 3);
+        QCOMPARE(form.marked(), u"103"_s);
+        QCOMPARE(theBox(form), QString());
+    }
+
+    void aFailurePartWayKeepsTheRowsThatAreThereAndLeavesTheSectionUsable()
+    {
+        AttachmentsForm form;
+        form.read();
+        QVERIFY(form.show());
+        Subscription failing = form.rows->PrimaryStatusChanged.subscribe([](const QVariant& key) {
+            if (!IsNull(key))
+                throw Error(u"no cover today"_s, 17, u"CoverImage"_s);
+        });
+        form.dialogs.choose({form.newFile(u"a.txt"_s), form.newFile(u"b.png"_s), form.newFile(u"c.txt"_s)});
+        form.click(form.link);
+        QCOMPARE(theBox(form), u"no cover today|Attachments|critical"_s);
+        QCOMPARE(form.fileNames(), QStringList({u"a.txt"_s, u"b.png"_s}));
+        QVERIFY(form.section->isEnabled());
+        QVERIFY(form.child<GroupBox>("picUpdating")->isHidden());
+        QCOMPARE(form.list->Count(), 0); // until the next refresh
+        failing.cancel();
+        form.dialogs.choose({form.newFile(u"d.txt"_s)});
+        form.click(form.link);
+        QCOMPARE(form.list->Count(), 3);
+    }
+
+    void filesOfARecordDoNotReachOneThatIsBoundWhileTheyAreUploaded()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        const auto others = std::make_shared<tavrin::test::NumberedRows>();
+        form.host.state().duringTransfer = [&](const QString&, qint64, qint64) {
+            form.record->setItem(u"Attachments"_s, others);
+            form.read();
+        };
+        form.dialogs.choose({form.newFile(u"a.txt"_s)});
+        form.click(form.link);
+        QCOMPARE(form.fileNames().last(), u"a.txt"_s);
+        QCOMPARE(others->Count(), 0);
+        QCOMPARE(form.list->Count(), 0);
+        QVERIFY(form.section->isEnabled());
+    }
+
+    // Drag and drop
+
+    void droppedFilesAreCopiedAndAdded()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        const QStringList files{form.newFile(u"z.txt"_s), form.newFile(u"a.png"_s)};
+        QCOMPARE(dropFiles(form, files), Qt::CopyAction);
+        QCOMPARE(form.fileNames().mid(3), QStringList({u"z.txt"_s, u"a.png"_s}));
+        QCOMPARE(form.rows->Position(), 5);
+        QCOMPARE(theBox(form), QString());
+        QVERIFY(QFile::exists(files.first()));
+    }
+
+    void aDropWithoutFilesDoesNothing_data()
+    {
+        QTest::addColumn<bool>("isText");
+        QTest::newRow("text") << true;
+        QTest::newRow("link of the network") << false;
+    }
+    void aDropWithoutFilesDoesNothing()
+    {
+        QFETCH(bool, isText);
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        QMimeData data;
+        if (isText)
+            data.setText(u"/etc/passwd"_s);
+        else
+            data.setUrls({QUrl(u"https://example.org/a.pdf"_s)});
+        QCOMPARE(drop(form, data), Qt::IgnoreAction);
+        QCOMPARE(form.rows->Count(), 3);
+        QCOMPARE(form.rows->Position(), 1);
+        QCOMPARE(theBox(form), QString());
+    }
+
+    void aFailingDropIsToldInItsOwnBox_data()
+    {
+        QTest::addColumn<bool>("mayAdd");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("no right") << false
+                                  << u"You don't have permission to add attachments in this module."_s;
+        QTest::newRow("no setting") << true << MissingSetting;
+    }
+    void aFailingDropIsToldInItsOwnBox()
+    {
+        QFETCH(bool, mayAdd);
+        QFETCH(QString, reason);
+        AttachmentsForm form;
+        if (!mayAdd)
+            form.host.state().permissions.remove(u"Incident/10"_s);
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        form.host.state().settings.clear();
+        QCOMPARE(dropFiles(form, {form.newFile(u"a.txt"_s)}), Qt::CopyAction);
+        QCOMPARE(theBox(form), u"Error will dropping file(s): "_s + reason + u"|Error|critical"_s);
+        QCOMPARE(form.rows->Count(), 3);
+    }
+
+    // Downloading all
+
+    void allFilesComeIntoAFolderNamedAfterTheForm()
+    {
+        AttachmentsForm form;
+        form.window.setWindowTitle(u"Incident 7[*]"_s);
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        form.boxes.answerWith({BoxAnswer::No});
+        const Prompt prompt;
+        chooseDownloadAll(form);
+        QTRY_COMPARE(form.boxes.shown().size(), 1);
+        const QString path = form.downloads.filePath(u"Incident 7"_s);
+        const ShownBox box = form.boxes.shown().first();
+        QCOMPARE(box.text, u"All attachments for this record were downloaded to "_s + path +
+                               u".\r\n\r\nDo you want to open this folder now?"_s);
+        QCOMPARE(box.title, u"Download Complete"_s);
+        QCOMPARE(box.icon, BoxIcon::Question);
+        QCOMPARE(box.buttons, BoxButtons::YesNo);
+        QCOMPARE(QDir(path).entryList(QDir::Files),
+                 QStringList({u"door.png"_s, u"lock.png"_s, u"report.docx"_s}));
+        QCOMPARE(form.shell.opened(), QStringList());
+        QVERIFY(form.window.findChildren<QDialog*>().isEmpty());
+    }
+
+    void yesOpensTheFolder()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        form.boxes.answerWith({BoxAnswer::Yes});
+        const Prompt prompt;
+        chooseDownloadAll(form);
+        QTRY_COMPARE(form.shell.opened(), QStringList{form.downloads.filePath(u"Incident 7"_s)});
+    }
+
+    void aFolderThatDoesNotOpenIsToldInTheBoxOfTheDownload()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        form.boxes.answerWith({BoxAnswer::Yes});
+        form.shell.answerWith(5);
+        const Prompt prompt;
+        chooseDownloadAll(form);
+        QTRY_COMPARE(form.boxes.shown().size(), 2);
+        QCOMPARE(form.boxes.shown().last().text,
+                 u"Attachments were not downloaded: Could not open file '"_s +
+                     form.downloads.filePath(u"Incident 7"_s) +
+                     u"'. Reason: The operating system denied access to the specified file."_s);
+        QCOMPARE(form.boxes.shown().last().icon, BoxIcon::Critical);
+    }
+
+    void aFolderThatIsThereGetsANumber()
+    {
+        AttachmentsForm form;
+        QVERIFY(form.downloads.mkdir(u"Incident 7"_s));
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        form.boxes.answerWith({BoxAnswer::No});
+        const Prompt prompt;
+        chooseDownloadAll(form);
+        QTRY_COMPARE(form.boxes.shown().size(), 1);
+        QVERIFY(form.boxes.shown().first().text.contains(form.downloads.filePath(u"Incident 7 (1)"_s)));
+        QCOMPARE(QDir(form.downloads.filePath(u"Incident 7 (1)"_s)).entryList(QDir::Files).size(), 3);
+        QVERIFY(QDir(form.downloads.filePath(u"Incident 7"_s)).isEmpty());
+    }
+
+    void cancellingThePromptDownloadsNothing()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        const Prompt prompt([](QWidget& dialog) { QTest::keyClick(dialog.windowHandle(), Qt::Key_Escape); });
+        chooseDownloadAll(form);
+        QTRY_VERIFY(prompt.came() && !QApplication::activeModalWidget());
+        QCOMPARE(form.boxes.shown().size(), 0);
+        QVERIFY(form.downloads.isEmpty());
+    }
+
+    void aFileThatFailsStopsAllAndNothingStays()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        form.host.state().transferFailures.insert(form.store.path() + u'\\' + form.text(2, "FileName"),
+                                                  u"the store is away"_s);
+        const Prompt prompt;
+        chooseDownloadAll(form);
+        QTRY_COMPARE(form.boxes.shown().size(), 1);
+        QCOMPARE(theBox(form),
+                 u"Attachments were not downloaded: Error downloading file door.png: the store is away"
+                 u"|Attachments|critical"_s);
+        QVERIFY(form.downloads.isEmpty());
+    }
+
+    void aCancelledDownloadIsToldAndAsksNoQuestion()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        bool isFirst = true;
+        form.host.state().duringTransfer = [&](const QString&, qint64, qint64) {
+            if (QWidget* task = QApplication::activeModalWidget(); task && std::exchange(isFirst, false))
+                task->close(); // counts as Cancel
+        };
+        const Prompt prompt;
+        chooseDownloadAll(form);
+        QTRY_COMPARE(form.boxes.shown().size(), 1);
+        QCOMPARE(theBox(form),
+                 u"Attachments were not downloaded: Download was canceled.|Attachments|critical"_s);
+        QVERIFY(form.downloads.isEmpty());
+    }
+
+    // A form that goes
+
+    void aFormThatDeletesTheSectionDuringAnUploadEndsTheAddingQuietly()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        const Unhandled unhandled;
+        form.dialogs.choose({form.newFile(u"a.txt"_s)});
+        form.host.state().duringTransfer = [&](const QString&, qint64, qint64) {
+            delete form.section.data();
+        };
+        QTimer::singleShot(0, &form.window, [&form] { form.item("mnuAdd")->trigger(); });
+        QTRY_VERIFY(form.section.isNull() && !QApplication::activeModalWidget());
+        QCOMPARE(unhandled.texts, QStringList());
+        QCOMPARE(form.boxes.shown().size(), 0);
+        QCOMPARE(form.rows->Count(), 3);
+    }
+
+    void aFormThatDeletesTheSectionUnderThePromptEndsTheDownloadQuietly()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        const Unhandled unhandled;
+        const Prompt prompt([&](QWidget& dialog) {
+            delete form.section.data();
+            QTest::keyClick(dialog.windowHandle(), Qt::Key_Return);
+        });
+        QTimer::singleShot(0, &form.window, [&form] { form.item("mnuDownloadAll")->trigger(); });
+        QTRY_VERIFY(prompt.came() && !QApplication::activeModalWidget());
+        QVERIFY(form.section.isNull());
+        QCOMPARE(unhandled.texts, QStringList());
+        QCOMPARE(form.boxes.shown().size(), 0);
+        QVERIFY(form.downloads.isEmpty());
+    }
+
+    void aFormThatDeletesTheSectionWhileAllIsDownloadedAsksNoQuestion()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        const Unhandled unhandled;
+        form.host.state().duringTransfer = [&](const QString&, qint64, qint64) {
+            delete form.section.data();
+        };
+        const Prompt prompt;
+        QTimer::singleShot(0, &form.window, [&form] { form.item("mnuDownloadAll")->trigger(); });
+        QTRY_VERIFY(form.section.isNull() && !QApplication::activeModalWidget());
+        QCOMPARE(unhandled.texts, QStringList());
+        QCOMPARE(form.boxes.shown().size(), 0);
+    }
+};
+
+TAVRIN_TEST_MAIN(tst_AttachmentsActions)
+#include "tst_AttachmentsActions.moc"

@@ -1,0 +1,452 @@
+#include "AttachmentsForm.h"
+
+using namespace Qt::StringLiterals;
+using namespace tavrin;
+using tavrin::test::AttachmentsForm;
+using tavrin::test::ShownBox;
+
+namespace {
+
+void openMenu(AttachmentsForm& form, const QPoint& place)
+{
+    form.click(place, Qt::RightButton);
+    QTRY_VERIFY(form.menu->isVisible());
+}
+
+/// The items that are enabled, by their names.
+QStringList enabledItems(const AttachmentsForm& form)
+{
+    QStringList names;
+    for (const QAction* action : form.menu->actions()) {
+        if (!action->isSeparator() && action->isEnabled())
+            names << action->objectName();
+    }
+    return names;
+}
+
+} // namespace
+
+/// The menu of `Attachments`, and the keys and clicks of its list.
+class tst_AttachmentsMenu : public tavrin::test::TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    // What is in it
+
+    void theMenuHasItsItemsAndOpensWithABoldDefault()
+    {
+        const AttachmentsForm form;
+        QCOMPARE(form.menu->title(), u"Attachments"_s);
+        QStringList items;
+        for (const QAction* action : form.menu->actions()) {
+            const auto* item = qobject_cast<const MenuItem*>(action);
+            items << action->objectName() + u':' + (item ? item->Caption() : u"-"_s);
+        }
+        QCOMPARE(items, QStringList({u"mnuOpen:Open"_s, u"mnuSeparator:-"_s, u"mnuAdd:Add Attachment(s)..."_s,
+                                     u"mnuRemove:Remove Attachment"_s, u"mnuSeparator2:-"_s,
+                                     u"mnuDownloadAll:Download All Attachments..."_s}));
+        QCOMPARE(form.menu->defaultAction(), form.item("mnuOpen"));
+    }
+
+    void whatIsEnabledFollowsTheRightsAndTheRow_data()
+    {
+        QTest::addColumn<bool>("canAdd");
+        QTest::addColumn<bool>("canDelete");
+        QTest::addColumn<bool>("isNew");
+        QTest::addColumn<QStringList>("expected");
+        const QString open = u"mnuOpen"_s;
+        const QString add = u"mnuAdd"_s;
+        const QString remove = u"mnuRemove"_s;
+        const QString all = u"mnuDownloadAll"_s;
+        QTest::newRow("all rights") << true << true << false << QStringList{open, add, remove, all};
+        QTest::newRow("no right") << false << false << false << QStringList{open, all};
+        QTest::newRow("may add") << true << false << false << QStringList{open, add, all};
+        QTest::newRow("may delete") << false << true << false << QStringList{open, remove, all};
+        QTest::newRow("a new row") << false << false << true << QStringList{open, remove, all};
+    }
+    void whatIsEnabledFollowsTheRightsAndTheRow()
+    {
+        QFETCH(bool, canAdd);
+        QFETCH(bool, canDelete);
+        QFETCH(bool, isNew);
+        QFETCH(QStringList, expected);
+        AttachmentsForm form;
+        form.host.state().permissions.clear();
+        if (canAdd)
+            form.host.state().permissions << u"Incident/10"_s;
+        if (canDelete)
+            form.host.state().permissions << u"Incident/20"_s;
+        form.addRow(u"a.txt"_s, Null(), Null(), isNew);
+        form.addRow(u"b.txt"_s);
+        form.read();
+        QVERIFY(form.show());
+        openMenu(form, form.placeOfLine(0));
+        QCOMPARE(enabledItems(form), expected);
+        form.menu->close();
+    }
+
+    void inAnEmptyListOpenRemoveAndDownloadAreDisabled()
+    {
+        AttachmentsForm form;
+        form.read();
+        QVERIFY(form.show());
+        openMenu(form, form.emptyPlace());
+        QCOMPARE(enabledItems(form), QStringList{u"mnuAdd"_s});
+        form.menu->close();
+    }
+
+    void onEmptySpaceWithoutAMarkedLineOpenAndRemoveAreDisabled()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        form.list->SetDropHighlight(std::nullopt);
+        form.list->SetSelectedItem(std::nullopt);
+        openMenu(form, form.emptyPlace());
+        QCOMPARE(enabledItems(form), QStringList({u"mnuAdd"_s, u"mnuDownloadAll"_s}));
+        QCOMPARE(form.rows->Position(), 1);
+        form.menu->close();
+    }
+
+    void aReadBringsTheMenuUpToDate()
+    {
+        AttachmentsForm form;
+        form.host.state().permissions.clear();
+        form.addThree();
+        form.read();
+        QVERIFY(!form.item("mnuAdd")->isEnabled());
+        QVERIFY(form.item("mnuDownloadAll")->isEnabled());
+    }
+
+    // How it opens
+
+    void aRightPressOpensTheMenuThroughTheTimerOnly()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        const QPoint place = form.placeOfLine(0);
+        QTest::mousePress(form.window.windowHandle(), Qt::RightButton, {}, place);
+        QVERIFY(!form.menu->isVisible());
+        QTRY_VERIFY(form.menu->isVisible());
+        QCOMPARE(form.menu->pos(), form.window.mapToGlobal(place));
+        form.menu->close();
+        QCoreApplication::processEvents(); // a timer that still ran would open it again
+        QVERIFY(!form.menu->isVisible());
+        QTest::mouseRelease(form.window.windowHandle(), Qt::RightButton, {}, place);
+    }
+
+    void aRightPressOnAnotherLineSelectsIt()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        openMenu(form, form.placeOfLine(2));
+        QCOMPARE(form.rows->Position(), 3);
+        QCOMPARE(form.selected(), u"103"_s);
+        QCOMPARE(form.marked(), u"103"_s);
+        QCOMPARE(form.description->Text(), u"third"_s);
+        form.menu->close();
+    }
+
+    void aRightPressBesideTheLinesKeepsTheCurrentOne()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        openMenu(form, form.emptyPlace());
+        QCOMPARE(form.rows->Position(), 1);
+        QCOMPARE(form.marked(), u"101"_s);
+        QCOMPARE(enabledItems(form).size(), 4);
+        form.menu->close();
+    }
+
+    void theOtherButtonsOpenNoMenu()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        form.click(form.placeOfLine(1));
+        form.click(form.placeOfLine(1), Qt::MiddleButton);
+        QTest::qWait(20); // longer than the timer
+        QVERIFY(!form.menu->isVisible());
+    }
+
+    void theKeysOfTheMenuOpenItAtTheCurrentLine_data()
+    {
+        QTest::addColumn<Qt::Key>("key");
+        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+        QTest::newRow("menu") << Qt::Key_Menu << Qt::KeyboardModifiers();
+        QTest::newRow("Shift+F10") << Qt::Key_F10 << Qt::KeyboardModifiers(Qt::ShiftModifier);
+    }
+    void theKeysOfTheMenuOpenItAtTheCurrentLine()
+    {
+        QFETCH(Qt::Key, key);
+        QFETCH(Qt::KeyboardModifiers, modifiers);
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        form.press(Qt::Key_Down);
+        QCOMPARE(form.rows->Position(), 2);
+        form.press(key, modifiers);
+        QTRY_VERIFY(form.menu->isVisible());
+        QCOMPARE(form.rows->Position(), 2);
+        const QPoint place = form.list->viewport()->mapFromGlobal(form.menu->pos());
+        const QRect line = form.list->visualRect(form.list->model()->index(1, 0));
+        QVERIFY(place.y() >= line.top() && place.y() <= line.bottom() + 1);
+        form.menu->close();
+    }
+
+    void aSectionThatGoesTakesItsTimerAlong()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        QTest::mousePress(form.window.windowHandle(), Qt::RightButton, {}, form.placeOfLine(0));
+        delete form.section.data();
+        QTest::qWait(20); // longer than the timer
+        QVERIFY(!QApplication::activePopupWidget());
+    }
+
+    // Remove
+
+    void removingTakesTheCurrentRowWithoutAQuestionAndLeavesTheFile()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        const QString stored = form.storedPath(form.text(2, "FileName"));
+        form.choose(1, Qt::Key_R);
+        QCOMPARE(form.fileNames(), QStringList({u"report.docx"_s, u"lock.png"_s}));
+        QCOMPARE(form.rows->removedImmediately(), QList<bool>{false});
+        QCOMPARE(form.list->Count(), 2);
+        QCOMPARE(form.selected(), u"103"_s);
+        QCOMPARE(form.marked(), u"103"_s);
+        QCOMPARE(form.description->Text(), u"third"_s);
+        QCOMPARE(form.boxes.shown().size(), 0);
+        QVERIFY(QFile::exists(stored));
+    }
+
+    void removingTheLastRowEmptiesThePane()
+    {
+        AttachmentsForm form;
+        form.addRow(u"a.txt"_s, u"first"_s);
+        form.read();
+        QVERIFY(form.show());
+        form.choose(0, Qt::Key_R);
+        QCOMPARE(form.list->Count(), 0);
+        QCOMPARE(form.marked(), u"none"_s);
+        QCOMPARE(form.description->Text(), QString());
+        QVERIFY(!form.description->isEnabled());
+    }
+
+    void aFailureToRemoveIsToldInABox()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        form.rows->removalFailure = Error(u"the row is locked"_s);
+        form.choose(1, Qt::Key_R);
+        const QList<ShownBox> shown = form.boxes.take();
+        QCOMPARE(shown.size(), 1);
+        QCOMPARE(shown.first().text, u"Unexpected error removing attachment: the row is locked"_s);
+        QCOMPARE(shown.first().title, u"Attachments"_s);
+        QCOMPARE(shown.first().icon, BoxIcon::Critical);
+        QCOMPARE(form.rows->Count(), 3);
+    }
+
+    void deleteRemovesWhereItIsAllowed_data()
+    {
+        QTest::addColumn<bool>("canDelete");
+        QTest::addColumn<int>("left");
+        QTest::newRow("allowed") << true << 2;
+        QTest::newRow("not allowed") << false << 3;
+    }
+    void deleteRemovesWhereItIsAllowed()
+    {
+        QFETCH(bool, canDelete);
+        QFETCH(int, left);
+        AttachmentsForm form;
+        if (!canDelete)
+            form.host.state().permissions.remove(u"Incident/20"_s);
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        form.press(Qt::Key_Delete);
+        QCOMPARE(form.rows->Count(), left);
+        QCOMPARE(form.list->Count(), left);
+    }
+
+    void deleteInTheTextsRemovesNoRow()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        form.description->setFocus();
+        form.press(Qt::Key_Delete);
+        form.comment->setFocus();
+        form.press(Qt::Key_Delete);
+        QCOMPARE(form.rows->Count(), 3);
+    }
+
+    // Open
+
+    void openingFromTheMenuOpensTheCopyUnderItsOwnName()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        form.choose(1, Qt::Key_O);
+        QTRY_COMPARE(form.shell.opened().size(), 1);
+        const QString opened = form.shell.opened().first();
+        QCOMPARE(QFileInfo(opened).fileName(), u"door.png"_s);
+        QCOMPARE(AttachmentsForm::readFile(opened), "door.png");
+        QVERIFY(!QFileInfo(opened).isExecutable());
+        QCOMPARE(form.boxes.shown().size(), 0);
+        QVERIFY(form.window.findChildren<QDialog*>().isEmpty());
+    }
+
+    void aDoubleClickAndEnterOpenTheCurrentFile_data()
+    {
+        QTest::addColumn<bool>("byKey");
+        QTest::newRow("double click") << false;
+        QTest::newRow("Enter") << true;
+    }
+    void aDoubleClickAndEnterOpenTheCurrentFile()
+    {
+        QFETCH(bool, byKey);
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        if (byKey)
+            form.press(Qt::Key_Return);
+        else
+            form.doubleClick(form.placeOfLine(0));
+        QTRY_COMPARE(form.shell.opened().size(), 1);
+        QCOMPARE(QFileInfo(form.shell.opened().first()).fileName(), u"report.docx"_s);
+    }
+
+    void withoutAMarkedLineADoubleClickOpensNothing()
+    {
+        AttachmentsForm form;
+        form.read();
+        QVERIFY(form.show());
+        form.doubleClick(form.emptyPlace());
+        form.press(Qt::Key_Return);
+        QCOMPARE(form.shell.opened(), QStringList());
+        QCOMPARE(form.boxes.shown().size(), 0);
+    }
+
+    void aFailureToOpenIsToldInABox_data()
+    {
+        QTest::addColumn<bool>("fromMenu");
+        QTest::addColumn<QString>("prefix");
+        QTest::newRow("menu") << true << u"Unexpected error opening attachment: "_s;
+        QTest::newRow("double click") << false << QString();
+    }
+    void aFailureToOpenIsToldInABox()
+    {
+        QFETCH(bool, fromMenu);
+        QFETCH(QString, prefix);
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        form.shell.answerWith(31);
+        if (fromMenu)
+            form.choose(0, Qt::Key_O);
+        else
+            form.doubleClick(form.placeOfLine(0));
+        QTRY_COMPARE(form.boxes.shown().size(), 1);
+        const ShownBox box = form.boxes.shown().first();
+        QCOMPARE(box.text, prefix + u"Could not open file '"_s + form.shell.opened().first() +
+                               u"'. Reason: There is no application associated with the given file name "
+                               u"extension."_s);
+        QCOMPARE(box.title, u"Attachments"_s);
+        QCOMPARE(box.icon, BoxIcon::Critical);
+    }
+
+    void aFailedDownloadNamesTheFileOfTheStore()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        const QString source = form.store.path() + u'\\' + form.text(1, "FileName");
+        form.host.state().transferFailures.insert(source, u"the store is away"_s);
+        form.choose(0, Qt::Key_O);
+        QTRY_COMPARE(form.boxes.shown().size(), 1);
+        QCOMPARE(form.boxes.shown().first().text,
+                 u"Unexpected error opening attachment: Error downloading file '"_s + source +
+                     u"': the store is away"_s);
+        QCOMPARE(form.shell.opened(), QStringList());
+    }
+
+    void aMissingSettingIsToldWhenAFileIsOpened()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        form.host.state().settings.clear();
+        form.doubleClick(form.placeOfLine(0));
+        QTRY_COMPARE(form.boxes.shown().size(), 1);
+        QCOMPARE(
+            form.boxes.shown().first().text,
+            u"The \"Attachments Folder\" setting is not currently configured under \"<General>\" in Default "
+            u"Values in Administration. Configure this setting to use attachments."_s);
+    }
+
+    void aCancelledDownloadIsSilent()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        bool cancelled = false;
+        form.host.state().duringTransfer = [&](const QString&, qint64, qint64) {
+            QTest::keyClick(QApplication::activeModalWidget()->windowHandle(), Qt::Key_Escape);
+            cancelled = true;
+        };
+        form.choose(0, Qt::Key_O);
+        QTRY_VERIFY(cancelled && !QApplication::activeModalWidget());
+        QCOMPARE(form.shell.opened(), QStringList());
+        QCOMPARE(form.boxes.shown().size(), 0);
+    }
+
+    void aFormThatDeletesTheSectionDuringADownloadEndsTheOpeningQuietly()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        const tavrin::test::Unhandled unhandled;
+        openMenu(form, form.placeOfLine(0));
+        form.menu->close();
+        form.host.state().duringTransfer = [&](const QString&, qint64, qint64) {
+            delete form.section.data();
+        };
+        // As a slot does it: not from inside an event of the menu, which dies with the section.
+        QTimer::singleShot(0, &form.window, [&form] { form.item("mnuOpen")->trigger(); });
+        QTRY_VERIFY(form.section.isNull() && !QApplication::activeModalWidget());
+        QCOMPARE(unhandled.texts, QStringList());
+        QCOMPARE(form.boxes.shown().size(), 0);
+        QCOMPARE(form.shell.opened(), QStringList());
+    }
+};
+
+TAVRIN_TEST_MAIN(tst_AttachmentsMenu)
+#include "tst_AttachmentsMenu.moc"

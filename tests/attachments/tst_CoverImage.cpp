@@ -1,0 +1,498 @@
+#include "AttachmentRows.h"
+#include "attachments/CoverImage.h"
+#include "component/ClassRegister.h"
+#include "support/FakeDesktop.h"
+#include "support/FakeHost.h"
+#include "support/TestCase.h"
+#include "support/Unhandled.h"
+#include "widgets/Label.h"
+
+#include <QAccessible>
+#include <QApplication>
+
+#include <optional>
+
+using namespace Qt::StringLiterals;
+using namespace tavrin;
+using namespace tavrin::test;
+
+namespace {
+
+const QColor Red = Qt::red;
+const QColor Blue = Qt::blue;
+
+} // namespace
+
+class tst_CoverImage : public tavrin::test::TestCase
+{
+    Q_OBJECT
+
+private:
+    /// A form with the control on it, and a record whose rows have colours for pictures.
+    struct Stage
+    {
+        Stage()
+            : control(new CoverImage(&window))
+        {
+            host.state().settings.insert(u"_Global/Attachments Folder"_s, u"/store"_s);
+            record->setItem(u"Attachments"_s, rows);
+            window.resize(300, 300);
+            control->setGeometry(10, 10, 120, 150);
+        }
+
+        void show()
+        {
+            window.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&window));
+        }
+        void read() const { static_cast<BoundSection*>(control)->ReadData(record); }
+        void add(int seqNo, const QString& fileName, const std::optional<QColor>& color = {})
+        {
+            const tvTableRowPtr row = rows->AddNew();
+            put(*row, {{"SeqNo", seqNo}, {"FileName", fileName}, {"OriginalFileName", fileName}});
+            if (!color)
+                return;
+            host.state().thumbnails.insert(uR"(/store\)"_s + fileName,
+                                           pictureFile(folder, qPrintable(fileName + u".png"_s), *color));
+        }
+        QWidget& noImage() const { return *control->findChild<QWidget*>(u"picNoImage"_s); }
+        QColor middle() const { return control->grab().toImage().pixelColor(60, 75); }
+        int downloads() { return static_cast<int>(host.state().log.filter(u"Download "_s).size()); }
+        QStringList takeLog() { return std::exchange(host.state().log, {}); }
+
+        QTemporaryDir folder;
+        FakeHost host;
+        HostInstallation installation{host};
+        FakeMessageBoxes boxes;
+        Unhandled unhandled;
+        std::shared_ptr<FakeRecord> record = std::make_shared<FakeRecord>();
+        std::shared_ptr<FakeCollection> rows = std::make_shared<FakeCollection>(attachmentColumns());
+        QWidget window;
+        CoverImage* control;
+    };
+
+    static void verifyCover(Stage& stage, const QColor& color)
+    {
+        QVERIFY(!stage.noImage().isVisible());
+        QCOMPARE(stage.middle(), color);
+        QVERIFY(stage.boxes.shown().isEmpty());
+        QCOMPARE(stage.unhandled.texts, QStringList());
+    }
+    static void verifyNoCover(Stage& stage)
+    {
+        QVERIFY(stage.noImage().isVisible());
+        QVERIFY(stage.middle() != Red && stage.middle() != Blue);
+        QVERIFY(stage.boxes.shown().isEmpty());
+        QCOMPARE(stage.unhandled.texts, QStringList());
+    }
+
+private Q_SLOTS:
+    // Before a record
+
+    void aNewControlHasAnEmptyCollectionOfTheClassOfAttachments()
+    {
+        Stage stage;
+        QCOMPARE(stage.takeLog(), QStringList({u"new tvTableCollection"_s}));
+        stage.show();
+        verifyNoCover(stage);
+        QCOMPARE(stage.takeLog(), QStringList()); // nothing is fetched
+    }
+
+    void aResizeBeforeTheFirstRecordWorksAndShowsNoCover()
+    {
+        Stage stage;
+        stage.show();
+        stage.control->resize(200, 220);
+        verifyNoCover(stage);
+        QCOMPARE(stage.noImage().pos(), QPoint(100 - 47, 110 - 48));
+    }
+
+    void theConstituentsStandWhereTheyWereDesigned()
+    {
+        Stage stage;
+        QCOMPARE(stage.control->findChild<QWidget*>(u"shpBorder"_s)->geometry(), QRect(0, 0, 25, 25));
+        QCOMPARE(stage.noImage().geometry(), QRect(36, 44, 95, 97));
+        QCOMPARE(stage.control->findChild<QWidget*>(u"imgIcon"_s)->geometry(), QRect(24, 8, 48, 48));
+        auto* label = stage.control->findChild<Label*>(u"Label1"_s);
+        QCOMPARE(label->geometry(), QRect(0, 60, 95, 17));
+        QCOMPARE(label->Caption(), u"No cover image"_s);
+        QVERIFY(label->alignment().testFlag(Qt::AlignHCenter));
+    }
+
+    void inTheDesignerItNeedsNoHost()
+    {
+        const DesignTime designing;
+        CoverImage control; // no host is installed
+        control.resize(120, 150);
+        control.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&control));
+        QVERIFY(control.findChild<QWidget*>(u"picNoImage"_s)->isVisible());
+    }
+
+    void itCanBeMadeByItsClassName()
+    {
+        Stage stage;
+        const std::unique_ptr<UserControl> made(
+            publicControls().create(u"TVBoundControls.CoverImage"_s, nullptr, {}));
+        QVERIFY(qobject_cast<CoverImage*>(made.get()));
+    }
+
+    void itHasNoPublicMembersAndNoEventsOfItsOwn()
+    {
+        const QMetaObject& meta = CoverImage::staticMetaObject;
+        QCOMPARE(meta.propertyCount(), UserControl::staticMetaObject.propertyCount());
+        QCOMPARE(meta.methodCount(), UserControl::staticMetaObject.methodCount());
+    }
+
+    // Reading
+
+    void thePrimaryImageIsShown()
+    {
+        Stage stage;
+        stage.add(1, u"a.pdf"_s);
+        stage.add(2, u"b.png"_s, Red);
+        stage.add(3, u"c.png"_s, Blue);
+        stage.rows->SetPrimaryValue(3);
+        stage.show();
+        stage.read();
+        verifyCover(stage, Blue);
+    }
+
+    void aRecordWithDocumentsOnlyShowsNoCover()
+    {
+        Stage stage;
+        stage.add(1, u"a.pdf"_s);
+        stage.add(2, u"b.txt"_s);
+        stage.show();
+        stage.takeLog();
+        stage.read();
+        verifyNoCover(stage);
+        QCOMPARE(stage.takeLog(), QStringList());
+    }
+
+    void aRecordWhosePrimaryImageHasLostItsFileShowsNoCoverWithoutAMessage()
+    {
+        Stage stage;
+        stage.add(1, u"a.png"_s); // no thumbnail can be made
+        stage.rows->SetPrimaryValue(1);
+        stage.show();
+        stage.read();
+        verifyNoCover(stage);
+    }
+
+    void aThumbnailThatCannotBeFetchedShowsNoCoverWithoutAMessage()
+    {
+        Stage stage;
+        stage.add(1, u"a.png"_s, Red);
+        stage.rows->SetPrimaryValue(1);
+        stage.host.state().transferFailures.insert(stage.host.state().thumbnails.value(uR"(/store\a.png)"_s),
+                                                   u"gone"_s);
+        stage.show();
+        stage.read();
+        verifyNoCover(stage);
+    }
+
+    void aPrimaryRowThatIsNoImageShowsNoCover()
+    {
+        Stage stage;
+        stage.add(1, u"a.pdf"_s, Red);
+        stage.rows->SetPrimaryValue(1);
+        stage.show();
+        stage.read();
+        verifyNoCover(stage);
+    }
+
+    void aNextRecordWithoutCoverTakesThePictureAway()
+    {
+        Stage stage;
+        stage.add(1, u"a.png"_s, Red);
+        stage.rows->SetPrimaryValue(1);
+        stage.show();
+        stage.read();
+        verifyCover(stage, Red);
+        stage.record->setItem(u"Attachments"_s, std::make_shared<FakeCollection>(attachmentColumns()));
+        stage.read();
+        verifyNoCover(stage);
+    }
+
+    void aRecordWithoutAttachmentsGoesToTheHostAndTheOldOnesStay()
+    {
+        Stage stage;
+        stage.add(1, u"a.png"_s, Red);
+        stage.rows->SetPrimaryValue(1);
+        stage.show();
+        stage.read();
+        auto* section = static_cast<BoundSection*>(stage.control);
+        for (const tvBusinessObjectPtr& record :
+             {tvBusinessObjectPtr(), tvBusinessObjectPtr(std::make_shared<FakeRecord>())}) {
+            int number = 0;
+            try {
+                section->ReadData(record);
+            } catch (const Error& error) {
+                number = error.Number;
+            }
+            QCOMPARE(number, 91);
+        }
+        verifyCover(stage, Red);
+        stage.rows->SetPrimaryValue(Null());
+        verifyNoCover(stage);
+    }
+
+    void writingDoesNothing()
+    {
+        Stage stage;
+        stage.add(1, u"a.png"_s, Red);
+        stage.rows->SetPrimaryValue(1);
+        stage.show();
+        stage.read();
+        stage.takeLog();
+        const qint64 reads = stage.rows->reads;
+        auto* section = static_cast<BoundSection*>(stage.control);
+        section->WriteData(stage.record);
+        section->WriteData(nullptr);
+        QCOMPARE(stage.takeLog(), QStringList());
+        QCOMPARE(stage.rows->reads, reads);
+        verifyCover(stage, Red);
+    }
+
+    // Following the primary row
+
+    void aChangeOfThePrimaryRowShowsTheNewCover()
+    {
+        Stage stage;
+        stage.add(1, u"a.png"_s, Red);
+        stage.add(2, u"b.png"_s, Blue);
+        stage.show();
+        stage.read();
+        verifyNoCover(stage);
+        stage.rows->SetPrimaryValue(1);
+        verifyCover(stage, Red);
+        stage.rows->SetPrimaryValue(2);
+        verifyCover(stage, Blue);
+    }
+
+    void aPrimaryRowOfNullShowsNoCoverAtOnceWithoutReadingTheCollection()
+    {
+        Stage stage;
+        stage.add(1, u"a.png"_s, Red);
+        stage.rows->SetPrimaryValue(1);
+        stage.show();
+        stage.read();
+        stage.takeLog();
+        const qint64 reads = stage.rows->reads;
+        stage.rows->PrimaryStatusChanged.raise(Null()); // although the collection still has a primary row
+        verifyNoCover(stage);
+        QCOMPARE(stage.rows->reads, reads);
+        QCOMPARE(stage.takeLog(), QStringList());
+    }
+
+    void theValueOfTheEventIsNotUsedTheCollectionIsRead()
+    {
+        Stage stage;
+        stage.add(1, u"a.png"_s, Red);
+        stage.add(2, u"b.png"_s, Blue);
+        stage.rows->SetPrimaryValue(1);
+        stage.show();
+        stage.read();
+        stage.rows->PrimaryStatusChanged.raise(2);
+        verifyCover(stage, Red);
+        stage.rows->PrimaryStatusChanged.raise(QVariant()); // Empty is not Null
+        verifyCover(stage, Red);
+    }
+
+    void removingTheLastImageShowsNoCover()
+    {
+        Stage stage;
+        stage.add(1, u"a.png"_s, Red);
+        stage.rows->SetPrimaryValue(1);
+        stage.show();
+        stage.read();
+        stage.rows->RemoveCurrent(false); // the collection tells that no row is primary any more
+        verifyNoCover(stage);
+    }
+
+    void theRecordBeforeIsFollowedNoLonger()
+    {
+        Stage stage;
+        stage.add(1, u"a.png"_s, Red);
+        stage.show();
+        stage.read();
+        const auto before = stage.rows;
+        stage.record->setItem(u"Attachments"_s, std::make_shared<FakeCollection>(attachmentColumns()));
+        stage.read();
+        stage.takeLog();
+        before->SetPrimaryValue(1);
+        verifyNoCover(stage);
+        QCOMPARE(stage.takeLog(), QStringList());
+    }
+
+    void theCollectionMayOutliveTheControl()
+    {
+        Stage stage;
+        stage.add(1, u"a.png"_s, Red);
+        stage.read();
+        delete stage.control;
+        stage.takeLog();
+        stage.rows->SetPrimaryValue(1);
+        QCOMPARE(stage.takeLog(), QStringList());
+    }
+
+    void theControlMayOutliveTheRecord()
+    {
+        Stage stage;
+        stage.add(1, u"a.png"_s, Red);
+        stage.rows->SetPrimaryValue(1);
+        stage.show();
+        stage.read();
+        stage.record.reset();
+        stage.rows.reset();
+        stage.control->resize(130, 160);
+        QVERIFY(!stage.noImage().isVisible());
+    }
+
+    void aFailureOfTheCollectionReachesWhoeverMovedThePrimaryRow()
+    {
+        Stage stage;
+        stage.show();
+        stage.read();
+        const tvTableRowPtr row = stage.rows->AddNew();
+        put(*row, {{"SeqNo", 1}, {"FileName", u"a.png"_s}});
+        stage.host.failWith(Error(u"no rule"_s)); // whether a row is an image is asked aloud
+        QString raised;
+        try {
+            stage.rows->SetPrimaryValue(1);
+        } catch (const Error& error) {
+            raised = error.Description;
+        }
+        QCOMPARE(raised, u"no rule"_s);
+        stage.host.failWith({});
+    }
+
+    void theControlMayDieWhileTheThumbnailIsFetched()
+    {
+        Stage stage;
+        stage.add(1, u"a.png"_s, Red);
+        stage.rows->SetPrimaryValue(1);
+        stage.show();
+        bool raised = false;
+        auto* section = static_cast<BoundSection*>(stage.control);
+        stage.host.state().duringTransfer = [&](const QString&, qint64, qint64) {
+            delete std::exchange(stage.control, nullptr);
+        };
+        try {
+            section->ReadData(stage.record);
+        } catch (const Error&) {
+            raised = true;
+        }
+        QVERIFY(!raised);
+        QVERIFY(!stage.control);
+    }
+
+    // Size
+
+    void eachResizeFetchesAndFitsThePictureAnew()
+    {
+        Stage stage;
+        stage.add(1, u"a.png"_s, Red);
+        stage.rows->SetPrimaryValue(1);
+        stage.show();
+        stage.read();
+        const int before = stage.downloads();
+        stage.host.state().given.clear();
+        stage.control->resize(80, 90);
+        stage.control->resize(81, 90);
+        QCOMPARE(stage.downloads(), before + 2);
+        QCOMPARE(stage.host.state().given.filter(u"FitPicture"_s).last(),
+                 u"FitPicture height 90 width 81 mode 1 flag -1 colour 80000016 reserved 0"_s);
+        QVERIFY(!stage.noImage().isVisible());
+    }
+
+    void theBorderGoesAroundTheWholeControlAndTheSignKeepsItsSizeInTheMiddle()
+    {
+        Stage stage;
+        stage.show();
+        stage.control->resize(201, 221);
+        QCOMPARE(stage.control->findChild<QWidget*>(u"shpBorder"_s)->geometry(), QRect(0, 0, 201, 221));
+        QCOMPARE(stage.noImage().geometry(), QRect(53, 62, 95, 97));
+        stage.control->resize(41, 41); // smaller than the sign
+        QCOMPARE(stage.noImage().geometry(), QRect(-27, -28, 95, 97));
+    }
+
+    void aFailureInTheMiddleOfAResizeLeavesTheRestOfTheLayoutAppliedAndIsNotSeen()
+    {
+        Stage stage;
+        stage.add(1, u"a.png"_s, Red);
+        stage.rows->SetPrimaryValue(1);
+        stage.show();
+        stage.read();
+        stage.host.failWith(Error(u"no host"_s));
+        stage.control->resize(201, 221);
+        stage.host.failWith({});
+        QCOMPARE(stage.control->findChild<QWidget*>(u"shpBorder"_s)->geometry(), QRect(0, 0, 201, 221));
+        QCOMPARE(stage.noImage().geometry(), QRect(53, 62, 95, 97));
+        QVERIFY(stage.boxes.shown().isEmpty());
+        QCOMPARE(stage.unhandled.texts, QStringList());
+    }
+
+    void theControlMayDieInAResizeWhileTheThumbnailIsFetched()
+    {
+        Stage stage;
+        stage.add(1, u"a.png"_s, Red);
+        stage.rows->SetPrimaryValue(1);
+        stage.show();
+        stage.read();
+        int steps = 0;
+        stage.host.state().duringTransfer = [&](const QString&, qint64, qint64) {
+            if (++steps == 1)
+                stage.control->deleteLater(); // as a form that closes itself
+        };
+        stage.control->resize(81, 90);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(steps > 0);
+        QCOMPARE(stage.unhandled.texts, QStringList());
+    }
+
+    // For the eye and the ear
+
+    void thePictureFillsTheControlInsideOfItsBorder()
+    {
+        Stage stage;
+        stage.add(1, u"a.png"_s, Red);
+        stage.rows->SetPrimaryValue(1);
+        stage.show();
+        stage.read();
+        const QImage seen = stage.control->grab().toImage();
+        for (const QPoint& place : {QPoint(2, 75), QPoint(117, 75), QPoint(60, 2), QPoint(60, 147)})
+            QCOMPARE(seen.pixelColor(place), Red);
+        QVERIFY(seen.pixelColor(0, 75) != Red); // the border is in front
+        QVERIFY(seen.pixelColor(119, 75) != Red);
+        QVERIFY(seen.pixelColor(0, 0) != Red); // round corners
+    }
+
+    void screenReadersAreToldWhichFileTheCoverIs()
+    {
+        Stage stage;
+        stage.add(1, u"front door.png"_s, Red);
+        stage.show();
+        QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(stage.control);
+        QCOMPARE(spoken->role(), QAccessible::Graphic);
+        QCOMPARE(spoken->text(QAccessible::Name), u"Cover image"_s);
+        QCOMPARE(spoken->text(QAccessible::Description), u"No cover image"_s);
+        stage.read();
+        stage.rows->SetPrimaryValue(1);
+        QCOMPARE(spoken->text(QAccessible::Description), u"front door.png"_s);
+        stage.rows->SetPrimaryValue(Null());
+        QCOMPARE(spoken->text(QAccessible::Description), u"No cover image"_s);
+    }
+
+    void theKeyboardPassesItBy()
+    {
+        Stage stage;
+        QCOMPARE(stage.control->focusPolicy(), Qt::NoFocus);
+        for (const QWidget* child : stage.control->findChildren<QWidget*>())
+            QCOMPARE(child->focusPolicy(), Qt::NoFocus);
+    }
+};
+
+TAVRIN_TEST_MAIN(tst_CoverImage)
+#include "tst_CoverImage.moc"

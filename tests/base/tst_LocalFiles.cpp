@@ -1,0 +1,307 @@
+#include "base/Error.h"
+#include "base/FileWriter.h"
+#include "base/LocalFiles.h"
+#include "support/TestCase.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <csignal>
+#include <functional>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+using namespace tavrin;
+
+namespace {
+
+void put(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(content), content.size());
+}
+
+QByteArray contentOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<cannot be read>");
+}
+
+QStringList entriesOf(const QString& folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                                  QDir::Name);
+}
+
+QString failureOf(const std::function<void()>& step)
+{
+    try {
+        step();
+    } catch (const Error& error) {
+        return error.Description;
+    }
+    return u"<no failure>"_s;
+}
+
+mode_t modeOf(const QString& path)
+{
+    struct stat state = {};
+    ::lstat(QFile::encodeName(path).constData(), &state);
+    return state.st_mode & 07777;
+}
+
+/// A folder in memory, which is another file system than that of temporary files; "" where there is none.
+QString otherFileSystem()
+{
+    struct stat here = {};
+    struct stat there = {};
+    const bool isOther = ::stat(QFile::encodeName(QDir::tempPath()).constData(), &here) == 0 &&
+                         ::stat("/dev/shm", &there) == 0 && here.st_dev != there.st_dev &&
+                         ::access("/dev/shm", W_OK) == 0;
+    return isOther ? u"/dev/shm/tavrin-test-XXXXXX"_s : QString();
+}
+
+/// Runs `body` in a child process and returns what it returns.
+int inChild(const std::function<int()>& body)
+{
+    const pid_t child = ::fork();
+    if (child == 0)
+        ::_exit(body());
+    int status = 0;
+    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+} // namespace
+
+class tst_LocalFiles : public tavrin::test::TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aFileMoves_data()
+    {
+        QTest::addColumn<bool>("elsewhere");
+        QTest::newRow("within a file system") << false;
+        QTest::newRow("to another file system") << true;
+    }
+    void aFileMoves()
+    {
+        QFETCH(bool, elsewhere);
+        if (elsewhere && otherFileSystem().isEmpty())
+            QSKIP("there is no second file system");
+        const QTemporaryDir here;
+        const QTemporaryDir there(elsewhere ? otherFileSystem() : QDir::tempPath() + u"/tst-XXXXXX"_s);
+        const QByteArray content(700000, 'x');
+        put(here.filePath(u"a"_s), content);
+        QFile::setPermissions(here.filePath(u"a"_s), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        LocalFiles::moveFile(here.filePath(u"a"_s), there.filePath(u"b"_s));
+        QCOMPARE(entriesOf(here.path()), QStringList());
+        QCOMPARE(entriesOf(there.path()), QStringList{u"b"_s});
+        QCOMPARE(contentOf(there.filePath(u"b"_s)), content);
+        QCOMPARE(modeOf(there.filePath(u"b"_s)), mode_t(0600)); // nobody may execute it
+    }
+
+    void nothingIsReplaced_data() { aFileMoves_data(); }
+    void nothingIsReplaced()
+    {
+        QFETCH(bool, elsewhere);
+        if (elsewhere && otherFileSystem().isEmpty())
+            QSKIP("there is no second file system");
+        const QTemporaryDir here;
+        const QTemporaryDir there(elsewhere ? otherFileSystem() : QDir::tempPath() + u"/tst-XXXXXX"_s);
+        const QString from = here.filePath(u"a"_s);
+        const QString to = there.filePath(u"b"_s);
+        put(from, "new");
+        put(to, "old");
+        QCOMPARE(failureOf([&] { LocalFiles::moveFile(from, to); }),
+                 u"%1 could not be moved to %2: File exists"_s.arg(from, to));
+        QCOMPARE(contentOf(to), QByteArray("old"));
+        QCOMPARE(contentOf(from), QByteArray("new"));
+        QCOMPARE(entriesOf(there.path()), QStringList{u"b"_s});
+        QFile::remove(to);
+        QVERIFY(QFile::link(u"/nowhere"_s, to)); // a dangling link bears the name too
+        QVERIFY(failureOf([&] { LocalFiles::moveFile(from, to); }).endsWith(u"File exists"_s));
+    }
+
+    void aCopyThatIsCutOffLeavesNothing()
+    {
+        if (otherFileSystem().isEmpty())
+            QSKIP("there is no second file system");
+        const QTemporaryDir here;
+        const QTemporaryDir there(otherFileSystem());
+        const QString from = here.filePath(u"a"_s);
+        const QString to = there.filePath(u"b"_s);
+        const QByteArray content(500000, 'x');
+        put(from, content);
+        QCOMPARE(inChild([&] {
+                     std::signal(SIGXFSZ, SIG_IGN);
+                     const rlimit limit = {65536, 65536};
+                     ::setrlimit(RLIMIT_FSIZE, &limit);
+                     const QString text = failureOf([&] { LocalFiles::moveFile(from, to); });
+                     return text == u"%1 could not be moved to %2: File too large"_s.arg(from, to) ? 0 : 1;
+                 }),
+                 0);
+        QCOMPARE(entriesOf(there.path()), QStringList());
+        QCOMPARE(contentOf(from), content);
+    }
+
+    void onlyARegularFileMoves()
+    {
+        const QTemporaryDir folder;
+        put(folder.filePath(u"secret"_s), "secret");
+        QVERIFY(QFile::link(folder.filePath(u"secret"_s), folder.filePath(u"link"_s)));
+        QCOMPARE(::mkfifo(QFile::encodeName(folder.filePath(u"pipe"_s)).constData(), 0600), 0);
+        QVERIFY(QDir().mkdir(folder.filePath(u"folder"_s)));
+        const QString to = folder.filePath(u"to"_s);
+        for (const QString& name : {u"link"_s, u"pipe"_s, u"folder"_s, u"missing"_s}) {
+            const QString text = failureOf([&] { LocalFiles::moveFile(folder.filePath(name), to); });
+            QVERIFY2(text.startsWith(folder.filePath(name) + u" could not be moved to "_s + to),
+                     qPrintable(text));
+            QVERIFY(!QFileInfo(to).isSymLink() && !QFileInfo::exists(to));
+        }
+    }
+
+    void aPathWithANulNamesNothing()
+    {
+        const QTemporaryDir folder;
+        put(folder.filePath(u"a"_s), "content");
+        const QString to = folder.filePath(u"b"_s) + QChar(u'\0') + u"c"_s;
+        QVERIFY(failureOf([&] {
+                    LocalFiles::moveFile(folder.filePath(u"a"_s), to);
+                }).endsWith(u"is no path of a file"_s));
+        QCOMPARE(entriesOf(folder.path()), QStringList{u"a"_s});
+    }
+
+    void aFolderMovesOnlyToANameThatIsFree()
+    {
+        const QTemporaryDir folder;
+        const QString from = folder.filePath(u"from"_s);
+        const QString to = folder.filePath(u"to"_s);
+        QVERIFY(QDir().mkdir(from));
+        put(from + u"/a"_s, "content");
+        QVERIFY(QDir().mkdir(to)); // an empty folder, which a plain rename would replace
+        QCOMPARE(failureOf([&] { LocalFiles::moveFolder(from, to); }),
+                 u"%1 could not be moved to %2: File exists"_s.arg(from, to));
+        QVERIFY(QDir().rmdir(to));
+        LocalFiles::moveFolder(from, to);
+        QCOMPARE(entriesOf(folder.path()), QStringList{u"to"_s});
+        QCOMPARE(contentOf(to + u"/a"_s), QByteArray("content"));
+        QCOMPARE(failureOf([&] { LocalFiles::moveFolder(to + u"/a"_s, from); }),
+                 u"%1 could not be moved to %2: it is not a folder"_s.arg(to + u"/a"_s, from));
+    }
+
+    void aFolderIsMadeOnlyBelowOneThatIsThere()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(u"new"_s);
+        LocalFiles::makeFolder(path);
+        QVERIFY(LocalFiles::isFolder(path));
+        QCOMPARE(failureOf([&] { LocalFiles::makeFolder(path); }),
+                 u"The folder %1 could not be created: File exists"_s.arg(path));
+        const QString deep = folder.filePath(u"missing/new"_s);
+        QCOMPARE(failureOf([&] { LocalFiles::makeFolder(deep); }),
+                 u"The folder %1 could not be created: No such file or directory"_s.arg(deep));
+        QVERIFY(QFile::link(path, folder.filePath(u"link"_s)));
+        QVERIFY(!LocalFiles::isFolder(folder.filePath(u"link"_s)));
+    }
+
+    void aFolderGoesWithReadOnlyFilesAndFolders()
+    {
+        const QTemporaryDir folder;
+        ::chmod(QFile::encodeName(folder.path()).constData(), 0777);
+        const QString path = folder.filePath(u"doomed"_s);
+        const int result = inChild([&] {
+            if (::geteuid() == 0 && ::setuid(65534) != 0) // modes hold nobody up who is root
+                return 2;
+            QDir().mkpath(path + u"/deep/closed"_s);
+            QFile file(path + u"/deep/a"_s);
+            if (!file.open(QIODevice::WriteOnly))
+                return 3;
+            file.close();
+            file.setPermissions(QFile::ReadOwner);
+            ::chmod(QFile::encodeName(path + u"/deep/closed"_s).constData(), 0);
+            ::chmod(QFile::encodeName(path + u"/deep"_s).constData(), 0500);
+            ::chmod(QFile::encodeName(path).constData(), 0500);
+            LocalFiles::removeFolder(path);
+            return QFileInfo::exists(path) ? 1 : 0;
+        });
+        QCOMPARE(result, 0);
+        QVERIFY(!QFileInfo::exists(path));
+    }
+
+    void aLinkInARemovedFolderGoesAndItsTargetStays()
+    {
+        const QTemporaryDir folder;
+        const QString outside = folder.filePath(u"outside"_s);
+        QVERIFY(QDir().mkpath(outside));
+        put(outside + u"/kept"_s, "kept");
+        const QString path = folder.filePath(u"doomed"_s);
+        QVERIFY(QDir().mkpath(path + u"/deep"_s));
+        QVERIFY(QFile::link(outside, path + u"/deep/link"_s));
+        QVERIFY(QFile::link(outside + u"/kept"_s, path + u"/file"_s));
+        LocalFiles::removeFolder(path);
+        QCOMPARE(entriesOf(folder.path()), QStringList{u"outside"_s});
+        QCOMPARE(contentOf(outside + u"/kept"_s), QByteArray("kept"));
+        QVERIFY(QFile::link(outside, path));
+        QCOMPARE(failureOf([&] { LocalFiles::removeFolder(path); }),
+                 u"The folder %1 could not be removed: Not a directory"_s.arg(path));
+        QCOMPARE(contentOf(outside + u"/kept"_s), QByteArray("kept"));
+    }
+
+    void onlyTemporaryFilesAreSwept()
+    {
+        const QTemporaryDir folder;
+        put(folder.filePath(QLatin1String(TemporaryPrefix) + u"abc"_s), "half");
+        put(folder.filePath(u".hidden"_s), "whole");
+        LocalFiles::sweepTemporaries(folder.path());
+        QCOMPARE(entriesOf(folder.path()), QStringList{u".hidden"_s});
+    }
+
+    void aNameIsMadeUsable_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("usable");
+        const QString euros(100, QChar(0x20AC)); // three bytes each
+        const auto same = [](const char* row, const QString& name) { QTest::newRow(row) << name << name; };
+        same("plain", u"Report.pdf"_s);
+        same("one blank", u" "_s);
+        same("trailing blank", u"a.pdf "_s);
+        same("leading dash", u"-rf"_s);
+        same("three dots", u"..."_s);
+        same("a device elsewhere", u"CON"_s);
+        same("signs that only others refuse", u"a<b>:c?.pdf"_s);
+        same("255 bytes", QString(251, u'x') + u".pdf"_s);
+        QTest::newRow("nothing") << QString() << u"_"_s;
+        QTest::newRow("the folder itself") << u"."_s << u"_"_s;
+        QTest::newRow("the folder above") << u".."_s << u"__"_s;
+        QTest::newRow("separator") << u"../a/b"_s << u".._a_b"_s;
+        QTest::newRow("control characters")
+            << u"a\nb\tc\x7F"_s + QChar(u'\0') + u".pdf"_s << u"a_b_c__.pdf"_s;
+        QTest::newRow("256 bytes") << QString(252, u'x') + u".pdf"_s << QString(251, u'x') + u".pdf"_s;
+        QTest::newRow("300 bytes in 100 units") << euros + u".pdf"_s << euros.left(83) + u".pdf"_s;
+        QTest::newRow("pairs stay whole")
+            << u"\U0001F600"_s.repeated(70) + u".pdf"_s << u"\U0001F600"_s.repeated(62) + u".pdf"_s;
+        QTest::newRow("no ending but a sentence")
+            << u"a."_s + QString(300, u'x') << u"a."_s + QString(253, u'x');
+    }
+    void aNameIsMadeUsable()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, usable);
+        QCOMPARE(LocalFiles::usableFileName(name), usable);
+        const QTemporaryDir folder;
+        put(folder.filePath(usable), "content"); // the disk takes it
+        QCOMPARE(entriesOf(folder.path()), QStringList{usable});
+    }
+};
+
+TAVRIN_TEST_MAIN(tst_LocalFiles)
+#include "tst_LocalFiles.moc"

@@ -1,0 +1,109 @@
+// Writes a picture of each state of the upload dialog into the folder that is named on the command line; with
+// QT_SCALE_FACTOR=2 a large picture of each.
+
+#include "Pictures.h"
+#include "attachments/frmUploadTask.h"
+#include "support/FakeHost.h"
+#include "workbench/Theme.h"
+
+#include <QFile>
+#include <QPointer>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <cstdio>
+
+using namespace tavrin;
+
+namespace {
+
+const QString Working = QStringLiteral("Scans/Interview with Ben Birch.mp3");
+const QString Broken = QStringLiteral("Scans/Photographs of the scene, north side.tif");
+const QString Refused = QStringLiteral("Scans/Plan.dwg");
+
+/// Four files on the workstation of which two are about to fail, and the dialog above a window.
+struct Stage
+{
+    explicit Stage(bool dark)
+        : installation(host)
+    {
+        workbench::applyTheme(dark);
+        QDir::setCurrent(disk.path()); // so that the paths on the picture are a person's
+        QDir().mkdir(QStringLiteral("Scans"));
+        for (const QString& path : paths) {
+            QFile file(path);
+            if (!file.open(QIODevice::WriteOnly) || file.write(QByteArray(1000, 'a')) != 1000)
+                throw Error(QStringLiteral("%1 cannot be written").arg(path));
+        }
+        host.state().settings.insert(QStringLiteral("_Global/Attachments Folder"),
+                                     disk.filePath(QStringLiteral("store")));
+        host.state().transferFailures = {
+            {Broken, QStringLiteral("The file could not be copied to the attachments folder, because the "
+                                    "server that holds it has not answered: "
+                                    "//records.example/departments/attachments/2016/02/20160201130507")},
+            {Refused, QStringLiteral("The disk is full.")}};
+        window.resize(480, 320);
+        window.show();
+    }
+    ~Stage()
+    {
+        delete dialog;
+        QDir::setCurrent(QDir::rootPath());
+    }
+
+    const QStringList paths{QStringLiteral("Scans/Statement of Ann Ash.pdf"), Working, Broken, Refused};
+    QTemporaryDir disk;
+    test::FakeHost host;
+    HostInstallation installation;
+    QWidget window;
+    QPointer<frmUploadTask> dialog = new frmUploadTask;
+};
+
+void writeStates(bool dark, const QString& folder, const QString& ending)
+{
+    Stage stage(dark);
+    const QString theme = (dark ? QStringLiteral("-dark") : QString()) + ending;
+    QString failed; // a failure in here would be taken for one of the upload
+    const auto write = [&](const char* state) {
+        const QString name = QStringLiteral("attachments-upload-%1%2.png").arg(QLatin1String(state), theme);
+        if (!stage.dialog->grab().save(QDir(folder).filePath(name)))
+            failed = name;
+    };
+    stage.host.state().duringTransfer = [&](const QString& path, qint64 bytes, qint64 total) {
+        if (path == Working && bytes == total)
+            write("working");
+    };
+    // The question keeps the dialog open until somebody answers it.
+    QTimer question;
+    QObject::connect(&question, &QTimer::timeout, &question, [&] {
+        if (!stage.dialog->findChild<QPushButton*>(QStringLiteral("cmdSkip"))->isEnabled())
+            return;
+        question.stop();
+        write("retry");
+        stage.dialog->reject();
+    });
+    question.start(1);
+    stage.dialog->SetFiles(stage.paths);
+    stage.dialog->Start(&stage.window);
+    if (!failed.isEmpty())
+        throw Error(QStringLiteral("%1 cannot be written").arg(failed));
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    const QString folder = QDir(QApplication::arguments().value(1, QStringLiteral("."))).absolutePath();
+    const QString ending = application.devicePixelRatio() > 1 ? QStringLiteral("-200") : QString();
+    try {
+        for (const bool dark : {false, true})
+            writeStates(dark, folder, ending);
+    } catch (const Error& error) {
+        std::fprintf(stderr, "%s\n", qPrintable(error.Description));
+        return 1;
+    }
+    return 0;
+}
