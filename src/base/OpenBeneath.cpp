@@ -53,6 +53,14 @@ Descriptor openStepByStep(const Descriptor& folder, const QList<QByteArray>& nam
     return reached;
 }
 
+mode_t modeOf(const Descriptor& folder)
+{
+    struct stat status = {};
+    if (::fstat(folder.number(), &status) != 0)
+        throw SystemError::last();
+    return status.st_mode & 07777;
+}
+
 } // namespace
 
 Descriptor openBeneath(const Descriptor& folder, const QList<QByteArray>& names, int flags, Walk walk)
@@ -81,6 +89,7 @@ Descriptor openBeneath(const Descriptor& folder, const QList<QByteArray>& names,
 Descriptor makeFoldersBeneath(const Descriptor& folder, const QList<QByteArray>& names)
 {
     check(names);
+    const mode_t mode = modeOf(folder);
     Descriptor reached = openAt(folder.number(), ".", O_RDONLY | O_DIRECTORY);
     for (const QByteArray& name : names) {
         const bool made = ::mkdirat(reached.number(), name.constData(), 0777) == 0;
@@ -89,8 +98,10 @@ Descriptor makeFoldersBeneath(const Descriptor& folder, const QList<QByteArray>&
         const int code = errno;
         try {
             Descriptor next = openStep(reached.number(), name, StepFlags);
-            if (made)
+            if (made) {
+                ::fchmod(next.number(), mode); // a share that keeps no modes refuses, and needs none
                 flush(reached);
+            }
             reached = std::move(next);
         } catch (const SystemError& error) {
             if (made) // or the next caller takes it for one that is on the disk

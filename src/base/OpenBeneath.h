@@ -20,7 +20,8 @@ Descriptor openBeneath(const Descriptor& folder, const QList<QByteArray>& names,
                        Walk walk = Walk::Kernel);
 
 /// Opens the folder that the names lead to under the same rules. Folders that are missing are made and
-/// flushed into the ones above them.
+/// flushed into the ones above them. They get the mode of `folder` whatever the process's mask says, so that
+/// whoever may write to it may write to them.
 Descriptor makeFoldersBeneath(const Descriptor& folder, const QList<QByteArray>& names);
 
 } // namespace tavrin

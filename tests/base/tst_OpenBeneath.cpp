@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 
 #include <cerrno>
@@ -110,6 +111,31 @@ private Q_SLOTS:
         put(u"store/a/2014/03/x"_s, "x");
         QVERIFY(openBeneath(made, {"x"}, O_RDONLY).isOpen());
         QVERIFY(openBeneath(makeFoldersBeneath(m_store, {"a", "2014", "03"}), {"x"}, O_RDONLY).isOpen());
+    }
+
+    void aNewFolderHasTheModeOfTheBaseFolderWhateverTheMaskSays_data()
+    {
+        QTest::addColumn<uint>("mode");
+        QTest::newRow("everybody's") << 0777U;
+        QTest::newRow("a group's, whose members share what they make") << 02770U;
+        QTest::newRow("one person's") << 0700U;
+    }
+    void aNewFolderHasTheModeOfTheBaseFolderWhateverTheMaskSays()
+    {
+        QFETCH(uint, mode);
+        const mode_t before = ::umask(022);
+        const auto restore = qScopeGuard([before] { ::umask(before); });
+        QCOMPARE(::fchmod(m_store.number(), mode), 0);
+        const auto modeOf = [](const Descriptor& folder) {
+            struct stat status = {};
+            return ::fstat(folder.number(), &status) == 0 ? status.st_mode & 07777U : 0U;
+        };
+        const Descriptor month = makeFoldersBeneath(m_store, {"2014", "03"});
+        QCOMPARE(modeOf(month), mode);
+        QCOMPARE(modeOf(openBeneath(m_store, {"2014"}, O_RDONLY)), mode);
+        // A folder that is there stays as its owner wants it.
+        QCOMPARE(::fchmod(month.number(), 0750), 0);
+        QCOMPARE(modeOf(makeFoldersBeneath(m_store, {"2014", "03"})), 0750U);
     }
 
     void noFolderIsMadeBehindALinkNorInThePlaceOfAFile()
