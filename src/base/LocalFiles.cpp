@@ -47,20 +47,64 @@ QByteArray folderOf(const QByteArray& path)
     return path.left(path.lastIndexOf('/') + 1); // with its separator
 }
 
-/// Renames to a name that nothing bears. Returns 0, or why not.
-int renameToFreeName(const QByteArray& from, const QByteArray& to)
+bool areOneFile(const QByteArray& one, const QByteArray& other)
 {
-    if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0)
+    struct stat first = {};
+    struct stat second = {};
+    return ::lstat(one.constData(), &first) == 0 && ::lstat(other.constData(), &second) == 0 &&
+           first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
+/// Gives a file a second name and takes the first one away, which replaces nothing on any file system that
+/// knows second names. Returns 0, or why not.
+int linkToFreeName(const QByteArray& from, const QByteArray& to)
+{
+    if (::link(from.constData(), to.constData()) != 0) {
+        // A file server whose reply got lost says at the repetition that the name is taken: by this very
+        // file.
+        const int code = errno;
+        if (code != EEXIST || !areOneFile(from, to))
+            return code;
+    }
+    if (::unlink(from.constData()) == 0)
         return 0;
-    if (errno != EINVAL && errno != ENOSYS && errno != EOPNOTSUPP)
-        return errno;
-    // A file system that cannot promise to replace nothing, such as a share.
+    const int code = errno;
+    ::unlink(to.constData()); // the file is where it was
+    return code;
+}
+
+/// Renames a folder where the file system cannot promise to replace nothing. What comes in between the look
+/// and the step is replaced only if it is an empty folder. Returns 0, or why not.
+int renameFolderPlainly(const QByteArray& from, const QByteArray& to)
+{
     struct stat there = {};
     if (::lstat(to.constData(), &there) == 0)
         return EEXIST;
     if (errno != ENOENT)
         return errno;
     return ::rename(from.constData(), to.constData()) == 0 ? 0 : errno;
+}
+
+enum class Kind
+{
+    File,
+    Folder,
+};
+
+/// Renames to a name that nothing bears. Returns 0, or why not.
+int renameToFreeName(const QByteArray& from, const QByteArray& to, Kind kind)
+{
+    if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0)
+        return 0;
+    if (errno != EINVAL && errno != ENOSYS && errno != EOPNOTSUPP)
+        return errno;
+    return kind == Kind::File ? linkToFreeName(from, to) : renameFolderPlainly(from, to);
+}
+
+/// Brings the folder's entries to the disk. Raises a `SystemError`.
+void flushFolder(const QByteArray& folder)
+{
+    flush(openAt(AT_FDCWD, folder.isEmpty() ? QByteArray(".") : folder, O_RDONLY | O_DIRECTORY));
 }
 
 void copyContent(const Descriptor& from, const Descriptor& to)
@@ -88,23 +132,25 @@ void fillCopy(const Descriptor& source, mode_t mode, const Descriptor& copy)
         throw SystemError(EIO);
 }
 
-/// Returns 0, or why not.
+/// The copy is on the disk under its name when this returns 0; else it returns why not, and there is none.
 int copyToFreeName(const Descriptor& source, mode_t mode, const QByteArray& target)
 {
     QByteArray temporary = folderOf(target) + TemporaryPrefix + "XXXXXX";
     const Descriptor copy(::mkostemp(temporary.data(), O_CLOEXEC));
     if (!copy.isOpen())
         return errno;
-    int failure = 0;
+    QByteArray name = temporary;
     try {
         fillCopy(source, mode, copy);
-        failure = renameToFreeName(temporary, target);
+        if (const int failure = renameToFreeName(temporary, target, Kind::File))
+            throw SystemError(failure);
+        name = target;
+        flushFolder(folderOf(target)); // the caller removes the original next
+        return 0;
     } catch (const SystemError& error) {
-        failure = error.Code;
+        ::unlink(name.constData());
+        return error.Code;
     }
-    if (failure != 0)
-        ::unlink(temporary.constData());
-    return failure;
 }
 
 /// Opens a folder itself, never one that a link leads to.
@@ -178,7 +224,7 @@ void moveFile(const QString& from, const QString& to)
     const mode_t mode = state.st_mode & ReadAndWrite;
     if (mode != (state.st_mode & 07777) && ::fchmod(file.number(), mode) != 0)
         raiseMove(from, to, errno);
-    int failure = renameToFreeName(source, target);
+    int failure = renameToFreeName(source, target, Kind::File);
     if (failure == EXDEV) {
         failure = copyToFreeName(file, mode, target);
         if (failure == 0)
@@ -192,7 +238,7 @@ void moveFolder(const QString& from, const QString& to)
 {
     if (!isFolder(from))
         throw Error(QStringLiteral("%1 could not be moved to %2: it is not a folder").arg(from, to));
-    if (const int failure = renameToFreeName(encoded(from), encoded(to)))
+    if (const int failure = renameToFreeName(encoded(from), encoded(to), Kind::Folder))
         raiseMove(from, to, failure);
 }
 

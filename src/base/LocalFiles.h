@@ -15,7 +15,8 @@ inline constexpr qsizetype LongestFileName = 255;
 /// file is where it was.
 ///
 /// Between file systems the file is copied under a temporary name of the target's folder, flushed to the
-/// disk and renamed. The original is then removed; that it cannot be is no failure.
+/// disk and renamed, and the folder is flushed. The original is then removed; that it cannot be is no
+/// failure.
 void moveFile(const QString& from, const QString& to);
 
 /// Renames a folder in one step. Nothing may bear the name `to` yet.

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include <csignal>
@@ -77,6 +78,34 @@ int inChild(const std::function<int()>& body)
     while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+constexpr int Moved = 0;
+constexpr int Refused = 1;
+constexpr int NotPossible = 2;
+
+bool traceWorks()
+{
+    return QProcess::execute(u"strace"_s, {u"-o"_s, u"/dev/null"_s, u"true"_s}) == 0;
+}
+
+/// Moves in a program of its own, whose calls of the system fail as `faults` tell; returns its answer.
+int moveWith(const QStringList& faults, const QString& from, const QString& to)
+{
+    QStringList arguments{u"-f"_s, u"-qq"_s, u"-o"_s, u"/dev/null"_s};
+    for (const QString& fault : faults)
+        arguments << u"-e"_s << u"inject="_s + fault;
+    arguments << QCoreApplication::applicationFilePath() << u"--move"_s << from << to;
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    // The search for leaks traces the program too, which only one can do at a time.
+    environment.insert(u"ASAN_OPTIONS"_s, u"detect_leaks=0"_s);
+    program.setProcessEnvironment(environment);
+    program.setProcessChannelMode(QProcess::ForwardedChannels);
+    program.start(u"strace"_s, arguments);
+    if (!program.waitForFinished(120000) || program.exitStatus() != QProcess::NormalExit)
+        return NotPossible;
+    return program.exitCode();
 }
 
 } // namespace
@@ -151,6 +180,52 @@ private Q_SLOTS:
                  0);
         QCOMPARE(entriesOf(there.path()), QStringList());
         QCOMPARE(contentOf(from), content);
+    }
+
+    void whereRenamingMayReplaceAFileMovesByASecondName()
+    {
+        if (!traceWorks())
+            QSKIP("strace cannot be used here");
+        const QTemporaryDir folder;
+        const QString from = folder.filePath(u"a"_s);
+        const QString to = folder.filePath(u"b"_s);
+        put(from, "content");
+        // The plain renaming, which replaces what came in between, is not tried.
+        const QStringList faults{u"renameat2:error=EINVAL"_s, u"?rename,?renameat:error=EIO"_s};
+        QCOMPARE(moveWith(faults, from, to), Moved);
+        QCOMPARE(entriesOf(folder.path()), QStringList{u"b"_s});
+        QCOMPARE(contentOf(to), QByteArray("content"));
+
+        put(from, "another");
+        QCOMPARE(moveWith(faults, from, to), Refused);
+        QCOMPARE(contentOf(to), QByteArray("content"));
+        QCOMPARE(contentOf(from), QByteArray("another"));
+
+        QFile::remove(to);
+        QCOMPARE(moveWith(faults + QStringList{u"?link,?linkat:error=EPERM"_s}, from, to), Refused);
+        QCOMPARE(entriesOf(folder.path()), QStringList{u"a"_s});
+        QCOMPARE(moveWith(faults + QStringList{u"?unlink,?unlinkat:error=EIO:when=1"_s}, from, to), Refused);
+        QCOMPARE(entriesOf(folder.path()), QStringList{u"a"_s});
+        QCOMPARE(contentOf(from), QByteArray("another"));
+    }
+
+    void theOriginalStaysUntilTheCopyAndItsFolderAreOnTheDisk()
+    {
+        if (otherFileSystem().isEmpty() || !traceWorks())
+            QSKIP("there is no second file system, or strace cannot be used here");
+        const QTemporaryDir here;
+        const QTemporaryDir there(otherFileSystem());
+        const QString from = here.filePath(u"a"_s);
+        put(from, "content");
+        for (int call = 1; call <= 2; ++call) { // of the copy, then of its folder
+            QCOMPARE(moveWith({u"fsync:error=EIO:when=%1"_s.arg(call)}, from, there.filePath(u"b"_s)),
+                     Refused);
+            QCOMPARE(contentOf(from), QByteArray("content"));
+            QCOMPARE(entriesOf(there.path()), QStringList());
+        }
+        QCOMPARE(moveWith({u"fsync:error=EIO:when=3"_s}, from, there.filePath(u"b"_s)), Moved);
+        QCOMPARE(entriesOf(here.path()), QStringList());
+        QCOMPARE(contentOf(there.filePath(u"b"_s)), QByteArray("content"));
     }
 
     void onlyARegularFileMoves()
@@ -303,5 +378,15 @@ private Q_SLOTS:
     }
 };
 
-TAVRIN_TEST_MAIN(tst_LocalFiles)
+int main(int argc, char** argv)
+{
+    if (argc == 4 && qstrcmp(argv[1], "--move") == 0) {
+        const QCoreApplication application(argc, argv);
+        const QString text =
+            failureOf([&] { LocalFiles::moveFile(QFile::decodeName(argv[2]), QFile::decodeName(argv[3])); });
+        return text == u"<no failure>"_s ? Moved : Refused;
+    }
+    tst_LocalFiles testCase;
+    return tavrin::test::run(testCase, argc, argv);
+}
 #include "tst_LocalFiles.moc"
