@@ -69,6 +69,20 @@ time_t nowIn(const Descriptor& folder)
     return statusOf(probe.descriptor()).st_mtim.tv_sec;
 }
 
+/// For writing, since some file systems lock nothing else, or as far as its owner lets others open it:
+/// whoever may write to the folder may remove it all the same.
+Descriptor openLeft(const Descriptor& folder, const QByteArray& name)
+{
+    constexpr int flags = O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
+    try {
+        return openAt(folder.number(), name, O_RDWR | flags);
+    } catch (const SystemError& error) {
+        if (error.Code != EACCES && error.Code != EPERM)
+            throw;
+        return openAt(folder.number(), name, O_RDONLY | flags);
+    }
+}
+
 } // namespace
 
 /// Reads what has been written back, and hashes it.
@@ -265,7 +279,7 @@ bool removeAbandoned(const Descriptor& folder, const QByteArray& name)
     if (!name.startsWith(TemporaryPrefix))
         return false;
     try {
-        const Descriptor file = openAt(folder.number(), name, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+        const Descriptor file = openLeft(folder, name);
         const struct stat status = statusOf(file);
         if (!S_ISREG(status.st_mode))
             return false;

@@ -376,6 +376,31 @@ private Q_SLOTS:
         QCOMPARE(entriesOf(m_folder->path()), QStringList());
     }
 
+    void whatAnotherPersonsProgramLeftIsRemovedTooButNotWhileThatProgramLives()
+    {
+        if (::getuid() != 0)
+            QSKIP("only the superuser can act for two persons");
+        QCOMPARE(::chmod(QFile::encodeName(m_folder->path()).constData(), 0777), 0);
+        const Descriptor folder = openFolder(QFile::encodeName(m_folder->path()));
+        const auto removedByAnother = [&](const QByteArray& name) {
+            return inChild([&] {
+                if (::setuid(65534) != 0)
+                    return WrongText;
+                return removeAbandoned(folder, name) ? NotRefused : Refused;
+            });
+        };
+        QByteArray name;
+        {
+            const NewFile living(folder, "f", 0644); // which others may read and not write
+            name = QFile::encodeName(entriesOf(m_folder->path()).constFirst());
+            QCOMPARE(removedByAnother(name), Refused);
+        }
+        put(m_folder->filePath(QFile::decodeName(name)), "left behind");
+        QCOMPARE(::fchmodat(folder.number(), name.constData(), 0644, 0), 0);
+        QCOMPARE(removedByAnother(name), NotRefused);
+        QCOMPARE(entriesOf(m_folder->path()), QStringList());
+    }
+
     void aLinkOrAPipeOfSuchANameIsLeftAlone()
     {
         const Descriptor folder = openFolder(QFile::encodeName(m_folder->path()));
