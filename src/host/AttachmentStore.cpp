@@ -101,6 +101,10 @@ QString AttachmentStore::platformFolder(const QString& base) const
             throw StoreProblem(QStringLiteral("'%1' leads to no folder at this workstation; the setting "
                                               "\"%1\" under \"_Drives\" can name one")
                                    .arg(drive));
+        if (!mapped.startsWith(u'/')) // it would count from wherever the program was started
+            throw StoreProblem(QStringLiteral("'%1' leads to '%2', which is no absolute path; the setting "
+                                              "\"%1\" under \"_Drives\" must name one")
+                                   .arg(drive, mapped));
         const QStringList below = componentsOf(base.mid(drive.size()));
         namesOf(below); // refuses what leads out
         return QDir(mapped).filePath(below.join(u'/'));

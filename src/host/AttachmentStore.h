@@ -26,9 +26,9 @@ public:
 /// Such a path begins with a base folder, spelt as the setting "Attachments Folder" or the table of numbered
 /// folders spells it: absolute (`/srv/attachments`), relative to the data folder (`attachments`), or with a
 /// drive (`C:\Files`, `\\server\files`) for which the settings' section "_Drives" names a folder of this
-/// platform. What follows may use either separator and must lead to a regular file below the base folder
-/// without a symbolic link on the way; all else is refused. A path whose drive has a folder stands for a
-/// file below that.
+/// platform by its absolute path. What follows may use either separator and must lead to a regular file below
+/// the base folder without a symbolic link on the way; all else is refused. A path whose drive has a folder
+/// stands for a file below that.
 class AttachmentStore
 {
 public:

@@ -462,6 +462,31 @@ private Q_SLOTS:
         QCOMPARE(contentOf(download(stored)), QByteArray("content"));
     }
 
+    void aDriveMustLeadToAnAbsolutePath_data()
+    {
+        QTest::addColumn<QString>("mapped");
+        QTest::newRow("beside the program") << QStringLiteral("scans");
+        QTest::newRow("the working folder") << QStringLiteral(".");
+        QTest::newRow("out of it") << QStringLiteral("../scans");
+        QTest::newRow("inside the program") << QStringLiteral(":/scans");
+    }
+    void aDriveMustLeadToAnAbsolutePath()
+    {
+        QFETCH(QString, mapped);
+        const QString before = QDir::currentPath();
+        const auto restore = qScopeGuard([&before] { QDir::setCurrent(before); });
+        QVERIFY(QDir::setCurrent(m_folder->path()));
+        writeFile(path("scans/a.tif"), "a scan that nobody means");
+        setSetting(QStringLiteral("_Drives"), QStringLiteral("C:"), mapped);
+        const QString scan = QStringLiteral("C:\\a.tif");
+        const QString reason = QStringLiteral("'C:' leads to '%1', which is no absolute path; the setting "
+                                              "\"C:\" under \"_Drives\" must name one")
+                                   .arg(mapped);
+        QCOMPARE(errorOf([&] { download(scan); }), downloadProblem(scan, reason));
+        const QString from = source("content");
+        QCOMPARE(errorOf([&] { upload(from, scan); }), uploadProblem(from, reason));
+    }
+
     void numberedFoldersHavePathsOfTheirOwn()
     {
         execute("INSERT INTO attachment_folder VALUES (3, 'archive')");
