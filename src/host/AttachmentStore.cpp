@@ -3,13 +3,13 @@
 #include "base/OpenBeneath.h"
 #include "base/StorePath.h"
 #include "base/Variant.h"
+#include "host/SourceFile.h"
 
 #include <QDir>
 #include <QFile>
 
 #include <algorithm>
 #include <cerrno>
-#include <sys/stat.h>
 
 namespace tavrin {
 
@@ -162,14 +162,7 @@ Descriptor AttachmentStore::openFile(const QString& path) const
     const Place place = placeOf(path);
     const Descriptor base = openBase(place);
     try {
-        // Without waiting: a pipe of that name would wait for ever for somebody to write.
-        Descriptor file = openBeneath(base, place.Names, O_RDONLY | O_NONBLOCK | O_NOCTTY);
-        struct stat status = {};
-        if (::fstat(file.number(), &status) != 0)
-            throw SystemError::last();
-        if (!S_ISREG(status.st_mode))
-            throw StoreProblem(QStringLiteral("it is not a file"));
-        return file;
+        return openRegularFile([&](int flags) { return openBeneath(base, place.Names, flags); });
     } catch (const SystemError& error) {
         if (error.Code == ELOOP || error.Code == EXDEV)
             throw StoreProblem(QStringLiteral("a symbolic link stands in its path"));

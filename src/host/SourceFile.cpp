@@ -5,6 +5,7 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <cerrno>
 #include <memory>
 #include <sys/statvfs.h>
 
@@ -25,7 +26,31 @@ QString sizeText(qint64 bytes)
     return QLocale::c().formattedDataSize(bytes, 1, QLocale::DataSizeTraditionalFormat);
 }
 
+void checkRegular(const Descriptor& file)
+{
+    if (!S_ISREG(statusOf(file).st_mode))
+        throw StoreProblem(QStringLiteral("it is not a file"));
+}
+
 } // namespace
+
+Descriptor openRegularFile(const std::function<Descriptor(int flags)>& open)
+{
+    // A pipe would wait for ever for somebody to write.
+    constexpr int withoutWaiting = O_RDONLY | O_NONBLOCK | O_NOCTTY;
+    try {
+        Descriptor file = open(withoutWaiting);
+        checkRegular(file);
+        return file;
+    } catch (const SystemError& error) {
+        if (error.Code != EAGAIN)
+            throw;
+    }
+    // Somebody has a lease on it. What was looked at is opened again, whatever bears its name by now.
+    const Descriptor seen = open(O_PATH);
+    checkRegular(seen);
+    return openAt(AT_FDCWD, "/proc/self/fd/" + QByteArray::number(seen.number()), O_RDONLY | O_NOCTTY);
+}
 
 SourceFile::SourceFile(Descriptor file)
     : m_file(std::move(file))

@@ -7,6 +7,12 @@
 
 namespace tavrin {
 
+/// Opens a regular file for reading: `open` opens it with the flags that it is given, and links are its
+/// affair. A pipe does not keep it waiting; another program that holds a lease on the file does, until it
+/// gives that up or the system takes it away. Raises a `StoreProblem` for what is no file, else what `open`
+/// raises.
+Descriptor openRegularFile(const std::function<Descriptor(int flags)>& open);
+
 /// A regular file that is copied from its start to its end and must stay as it is meanwhile.
 class SourceFile
 {

@@ -20,14 +20,8 @@ SourceFile openSource(const QString& path)
 {
     if (path.contains(QChar(u'\0'))) // the system would read the name up to there
         throw SystemError(ENOENT);
-    // Without waiting: a pipe would wait for ever for somebody to write.
-    Descriptor file = openAt(AT_FDCWD, QFile::encodeName(path), O_RDONLY | O_NONBLOCK | O_NOCTTY);
-    struct stat status = {};
-    if (::fstat(file.number(), &status) != 0)
-        throw SystemError::last();
-    if (!S_ISREG(status.st_mode))
-        throw StoreProblem(QStringLiteral("it is not a file"));
-    return SourceFile(std::move(file));
+    const QByteArray name = QFile::encodeName(path);
+    return SourceFile(openRegularFile([&name](int flags) { return openAt(AT_FDCWD, name, flags); }));
 }
 
 [[noreturn]] void raiseTaken()

@@ -2,8 +2,10 @@
 
 #include <QProcess>
 
+#include <array>
 #include <csignal>
 #include <cstdio>
+#include <fcntl.h>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
@@ -39,6 +41,23 @@ bool limitFileSize(rlim_t bytes)
     std::signal(SIGXFSZ, SIG_IGN); // the write then fails instead of ending the process
     const rlimit limit = {bytes, bytes};
     return ::setrlimit(RLIMIT_FSIZE, &limit) == 0;
+}
+
+/// For a child: takes a lease on a file, tells it, and gives it up when somebody wants the file.
+int holdLease(const QString& file, int ready)
+{
+    sigset_t asked = {};
+    ::sigemptyset(&asked);
+    ::sigaddset(&asked, SIGIO);
+    ::sigprocmask(SIG_BLOCK, &asked, nullptr);
+    const int held = ::open(QFile::encodeName(file).constData(), O_RDWR | O_CLOEXEC);
+    const bool isHeld = held >= 0 && ::fcntl(held, F_SETLEASE, F_WRLCK) == 0;
+    if (::write(ready, isHeld ? "y" : "n", 1) != 1 || !isHeld)
+        return NotPossible;
+    const timespec longest = {60, 0};
+    if (::sigtimedwait(&asked, nullptr, &longest) != SIGIO)
+        return Raised;
+    return ::fcntl(held, F_SETLEASE, F_UNLCK) == 0 ? Passed : OtherText;
 }
 
 /// Uploads as a program of its own does, so that its calls of the system can be made to fail.
@@ -180,6 +199,36 @@ private Q_SLOTS:
         for (const QString& from : {path("pipe"), m_folder->path(), u"/dev/zero"_s})
             QCOMPARE(errorOf([&] { upload(from, storedFile()); }),
                      uploadProblem(from, u"it is not a file"_s));
+    }
+
+    void aFileThatAnotherProgramHasALeaseOnIsReadOnceThatGivesItUp()
+    {
+        const QByteArray content(100000, 'x');
+        const QString from = source(content);
+        const auto beside = [&](const QString& file, const std::function<void()>& action) {
+            std::array<int, 2> ready = {-1, -1};
+            QCOMPARE(::pipe(ready.data()), 0);
+            const pid_t holder = ::fork();
+            if (holder == 0)
+                ::_exit(holdLease(file, ready[1]));
+            ::close(ready[1]);
+            char answer = 0;
+            const bool isHeld = ::read(ready[0], &answer, 1) == 1 && answer == 'y';
+            ::close(ready[0]);
+            const QString text = isHeld ? errorOf(action) : QString();
+            int status = 0;
+            QCOMPARE(::waitpid(holder, &status, 0), holder);
+            if (!isHeld)
+                QSKIP("this file system knows no leases");
+            QCOMPARE(text, QString());
+            QVERIFY(WIFEXITED(status));
+            QCOMPARE(WEXITSTATUS(status), Passed); // it was asked
+        };
+        beside(from, [&] { upload(from, storedFile()); });
+        QVERIFY(contentOf(report()) == content);
+        QString copy;
+        beside(report(), [&] { copy = download(storedFile()); });
+        QVERIFY(contentOf(copy) == content);
     }
 
     void aSourceThatIsChangedMeanwhileIsRefused_data()
