@@ -53,7 +53,9 @@ public:
     void setMode(mode_t mode);
     void write(const char* data, qint64 length);
     /// Brings the file to the disk, reads it back and compares length and SHA-256 with what was written. A
-    /// difference raises with EIO.
+    /// difference raises with EIO. The reading is answered from memory where the system keeps what was
+    /// written: it sees what another program or a share made of the file, not what a disk did behind a flush
+    /// that it said went well.
     void verify();
     /// Gives the file its name and flushes the folder. With `Existing::Keep` nothing stands under the name
     /// when that fails; with `Existing::Replace` the new content does when only the flush fails.

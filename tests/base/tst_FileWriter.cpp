@@ -325,6 +325,29 @@ private Q_SLOTS:
         QCOMPARE(entriesOf(m_folder->path()), QStringList());
     }
 
+    void whatAnotherProgramWroteIntoALongTemporaryFileIsNoticed_data()
+    {
+        QTest::addColumn<int>("at"); // megabytes
+        QTest::newRow("in what the flush reads") << 9;
+        QTest::newRow("behind the end") << 10;
+    }
+    void whatAnotherProgramWroteIntoALongTemporaryFileIsNoticed()
+    {
+        QFETCH(int, at);
+        const Descriptor folder = openFolder(QFile::encodeName(m_folder->path()));
+        const QByteArray megabyte(1 << 20, 'n');
+        {
+            NewFile file(folder, "f", 0644);
+            for (int i = 0; i < 10; ++i) // read in a thread of its own from the eighth on
+                file.write(megabyte.constData(), megabyte.size());
+            QFile other(m_folder->filePath(entriesOf(m_folder->path()).constFirst()));
+            QVERIFY(other.open(QIODevice::ReadWrite) && other.seek(qint64(at) << 20) && other.putChar('!'));
+            other.close();
+            QCOMPARE(codeOf([&] { file.verify(); }), EIO);
+        }
+        QCOMPARE(entriesOf(m_folder->path()), QStringList());
+    }
+
     void aCommittedFileCanBeTakenBackButNotOneThatCameInItsPlace()
     {
         const Descriptor folder = openFolder(QFile::encodeName(m_folder->path()));
