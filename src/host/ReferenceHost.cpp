@@ -8,6 +8,7 @@
 #include "host/HostListFilling.h"
 #include "host/HostSession.h"
 #include "host/HostUiServices.h"
+#include "host/LocalCopy.h"
 #include "host/NotOffered.h"
 #include "host/RecordCollection.h"
 #include "host/ReferenceHostServices.h"
@@ -28,12 +29,11 @@ struct ReferenceHost::Services
         , session(*lists, options.UserId)
         , listFilling(*lists)
         , environment(options.WorkstationFolder, options.DownloadsFolder)
-        , thumbnails([this](const QString& path) { return openStoreFile(*store, path); },
-                     options.Thumbnailer)
+        , thumbnails([this](const QString& path) { return openStoreFile(*store, path); }, options.Thumbnailer)
     {
         lists->Lists = HostLists::read(database);
         store = std::make_shared<AttachmentStore>(lists, QFileInfo(database.path()).absolutePath());
-        sweep = std::make_unique<StoreSweep>(store->baseFolders());
+        sweep = std::make_unique<StoreSweep>(store->baseFolders(), folderOfLocalCopies());
     }
 
     std::shared_ptr<HostListsHolder> lists; // caches that controls keep share it

@@ -1,22 +1,28 @@
 #pragma once
 
+#include <QString>
 #include <QStringList>
 
-#include <atomic>
-#include <thread>
+#include <memory>
 
 namespace tavrin {
 
-/// Removes the temporary files that killed programs have left in the attachments folders.
+/// Removes what killed programs have left: temporary files in the attachments folders, and copies of
+/// downloads in the folder for temporary files.
 ///
 /// It works beside the program, which a large store on a share would keep waiting, and goes no deeper than
-/// uploads do. Files that a living program is writing stay; see `removeAbandoned`.
+/// uploads and thumbnails do. Files that a living program is writing stay; see `removeAbandoned` and
+/// `sweepLocalCopies`. A failure ends it without a word, since the next start tries again.
 class StoreSweep
 {
 public:
+    /// Milliseconds that a sweep which is told to stop is waited for.
+    static constexpr int PatienceMs = 2'000;
+
     /// Starts at once. A folder that is not there is left alone.
-    explicit StoreSweep(QStringList folders);
-    /// Stops it if it is still at work.
+    StoreSweep(QStringList folders, QString temporaryFolder);
+    /// Stops it if it is still at work. One that a hanging share holds up is left behind, and ends
+    /// should the share ever answer.
     ~StoreSweep();
     StoreSweep(const StoreSweep&) = delete;
     StoreSweep& operator=(const StoreSweep&) = delete;
@@ -25,8 +31,8 @@ public:
     void wait();
 
 private:
-    std::atomic<bool> m_isStopped = false;
-    std::thread m_thread;
+    struct State;
+    std::shared_ptr<State> m_state; // shared with the thread, which may outlive this object
 };
 
 } // namespace tavrin

@@ -18,7 +18,7 @@ namespace tavrin {
 
 namespace {
 
-const QString ThumbnailFolder = QStringLiteral(".thumbnails");
+const QString HiddenFolder = QLatin1String(ThumbnailFolder);
 constexpr int DigitsOfName = 32;
 
 /// Where the thumbnail of a file stands.
@@ -41,13 +41,13 @@ Place placeOf(const StoreFile& file)
         QCryptographicHash::hash(file.Name.toUtf8(), QCryptographicHash::Sha256).toHex().left(DigitsOfName));
     const QString bucket = digits.left(2); // no folder grows too large to be searched
     Place place;
-    place.Folder = file.Base.Folder + u'/' + ThumbnailFolder + u'/' + bucket;
+    place.Folder = file.Base.Folder + u'/' + HiddenFolder + u'/' + bucket;
     place.Stem = digits + u'-';
     place.Name = place.Stem + QStringLiteral("%1-%2.%3.jpg")
                                   .arg(status.st_size)
                                   .arg(status.st_mtim.tv_sec)
                                   .arg(status.st_mtim.tv_nsec);
-    place.StorePath = StorePath::join(file.Base.Given, ThumbnailFolder + u'\\' + bucket + u'\\' + place.Name);
+    place.StorePath = StorePath::join(file.Base.Given, HiddenFolder + u'\\' + bucket + u'\\' + place.Name);
     return place;
 }
 
@@ -72,7 +72,7 @@ bool makeFolder(const QString& path, const QString& base)
 
 bool makeFolders(const Place& place, const QString& base)
 {
-    return makeFolder(base + u'/' + ThumbnailFolder, base) && makeFolder(place.Folder, base) &&
+    return makeFolder(base + u'/' + HiddenFolder, base) && makeFolder(place.Folder, base) &&
            QFileInfo(place.Folder).isWritable();
 }
 
@@ -118,7 +118,7 @@ QString Thumbnails::pathFor(const QString& path)
 {
     try {
         const std::optional<StoreFile> file = m_opener(path);
-        if (!file || file->Name.startsWith(ThumbnailFolder + u'/'))
+        if (!file || file->Name.startsWith(HiddenFolder + u'/'))
             return {};
         const Place place = placeOf(*file);
         if (isKept(place))

@@ -10,6 +10,9 @@
 
 namespace tavrin {
 
+/// The folder of the thumbnails in a base folder.
+inline constexpr char ThumbnailFolder[] = ".thumbnails";
+
 /// The thumbnails of the pictures in the store.
 ///
 /// A thumbnail is made when it is first asked for and kept in the folder ".thumbnails" of the base folder of
