@@ -210,6 +210,16 @@ private Q_SLOTS:
         QCOMPARE(contentOf(report()), QByteArray("content"));
     }
 
+    void aHandlerOfTheEndOfADownloadThatFailsLeavesNoCopy()
+    {
+        upload(source("content"), Stored);
+        const auto downloader = m_host->newDownloader();
+        const auto complete = downloader->DownloadComplete.subscribe(
+            [](const QString&, bool) { throw Error(QStringLiteral("later")); });
+        QCOMPARE(errorOf([&] { downloader->Download(Stored); }), QStringLiteral("later"));
+        QCOMPARE(filesIn(temporary()), QStringList());
+    }
+
     void aHandlerMayDestroyTheObjectWhoseEventItHandles()
     {
         const QString from = source(QByteArray(3 << 20, 'x'));
