@@ -37,7 +37,7 @@ void confine(int picture, rlim_t seconds)
 
 } // namespace
 
-QByteArray makeThumbnailApart(const QString& program, const QFile& file, int timeLimitMs)
+ThumbnailAnswer makeThumbnailApart(const QString& program, const QFile& file, int timeLimitMs)
 {
     const int picture = file.handle();
     if (::lseek(picture, 0, SEEK_SET) != 0)
@@ -61,8 +61,12 @@ QByteArray makeThumbnailApart(const QString& program, const QFile& file, int tim
         process.waitForFinished();
         return {};
     }
-    const bool made = process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
-    return made ? bytes : QByteArray();
+    if (process.error() == QProcess::FailedToStart || process.exitStatus() != QProcess::NormalExit)
+        return {};
+    constexpr int saysNo = 1;
+    if (process.exitCode() != 0)
+        return {{}, process.exitCode() == saysNo};
+    return {bytes, false};
 }
 
 } // namespace tavrin

@@ -8,7 +8,6 @@
 #include "pictures/ThumbnailMaker.h"
 
 #include <QCryptographicHash>
-#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 
@@ -51,10 +50,33 @@ Place placeOf(const StoreFile& file)
     return place;
 }
 
+/// Whether a whole thumbnail stands there: a program that is killed leaves none, a disk or a share may.
 bool isKept(const Place& place)
 {
     const QFileInfo info(place.path());
-    return info.isFile() && !info.isSymLink() && info.size() > 0;
+    if (!info.isFile() || info.isSymLink() || info.size() == 0 || info.size() > ThumbnailMaker::MaxLength)
+        return false;
+    QFile file(place.path());
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray bytes = file.read(ThumbnailMaker::MaxLength);
+    return bytes.size() == info.size() && bytes.endsWith("\xFF\xD9") && ThumbnailMaker::isThumbnail(bytes);
+}
+
+/// Gives the thumbnail its name. Whoever may not read the picture may not read it.
+void keepThumbnail(const Place& place, const QFile& picture, const QByteArray& bytes)
+{
+    constexpr mode_t withoutRunning = 0666;
+    struct stat status = {};
+    if (::fstat(picture.handle(), &status) != 0)
+        throw SystemError::last();
+    const Descriptor folder =
+        openAt(AT_FDCWD, QFile::encodeName(place.Folder), O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
+    NewFile file(folder, QFile::encodeName(place.Name), 0600);
+    file.setMode((status.st_mode & withoutRunning) | S_IRUSR);
+    file.write(bytes.constData(), bytes.size());
+    file.verify();
+    file.commit(NewFile::Existing::Replace);
 }
 
 /// A folder that whoever may write to the base folder may write to.
@@ -85,11 +107,9 @@ void sweep(const Place& place)
             folder.remove(old.fileName());
     }
     const QString temporary = QString::fromLatin1(TemporaryPrefix) + u'*';
-    const QDateTime yesterday = QDateTime::currentDateTimeUtc().addDays(-1);
-    for (const QFileInfo& left : folder.entryInfoList({temporary}, QDir::Files | QDir::Hidden)) {
-        if (left.lastModified() < yesterday)
-            folder.remove(left.fileName());
-    }
+    const Descriptor opened = openFolder(QFile::encodeName(place.Folder));
+    for (const QString& left : folder.entryList({temporary}, QDir::Files | QDir::Hidden))
+        removeAbandoned(opened, QFile::encodeName(left));
 }
 
 class StoreThumbnailService : public ThumbnailService
@@ -125,14 +145,14 @@ QString Thumbnails::pathFor(const QString& path)
             return place.StorePath;
         if (m_failed.contains(place.path()) || !makeFolders(place, file->Base.Folder))
             return {};
-        const QByteArray bytes = make(*file->File);
+        const ThumbnailAnswer made = make(*file->File);
         if (placeOf(*file).Name != place.Name) // written to meanwhile
             return {};
-        if (bytes.isEmpty()) {
-            m_failed.insert(place.path());
+        if (made.IsNo)
+            remember(place.path());
+        if (made.Bytes.isEmpty())
             return {};
-        }
-        replaceFile(place.path(), bytes);
+        keepThumbnail(place, *file->File, made.Bytes);
         sweep(place);
         return place.StorePath;
     } catch (...) {
@@ -140,18 +160,28 @@ QString Thumbnails::pathFor(const QString& path)
     }
 }
 
-QByteArray Thumbnails::make(QFile& picture) const
+void Thumbnails::remember(const QString& name)
+{
+    constexpr qsizetype mostRemembered = 1000; // what is forgotten costs another try
+    if (m_failed.size() >= mostRemembered)
+        m_failed.clear();
+    m_failed.insert(name);
+}
+
+ThumbnailAnswer Thumbnails::make(QFile& picture) const
 {
     if (picture.size() == 0 || picture.size() > PictureReading::MaxFileLength)
-        return {};
+        return {{}, true};
     if (QFileInfo(m_program).isExecutable()) {
-        const QByteArray bytes = makeThumbnailApart(m_program, picture, m_timeLimitMs);
-        return ThumbnailMaker::isThumbnail(bytes) ? bytes : QByteArray();
+        ThumbnailAnswer made = makeThumbnailApart(m_program, picture, m_timeLimitMs);
+        if (!ThumbnailMaker::isThumbnail(made.Bytes))
+            made.Bytes.clear();
+        return made;
     }
     try {
-        return ThumbnailMaker::make(picture, picture.fileName());
+        return {ThumbnailMaker::make(picture, picture.fileName()), false};
     } catch (const Error&) {
-        return {};
+        return {{}, picture.error() == QFileDevice::NoError}; // one that cannot be read may be read later
     }
 }
 

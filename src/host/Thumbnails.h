@@ -2,6 +2,7 @@
 
 #include "frame/host_contracts/Caches.h"
 #include "host/StoreFile.h"
+#include "host/ThumbnailProcess.h"
 
 #include <QSet>
 
@@ -17,7 +18,8 @@ inline constexpr char ThumbnailFolder[] = ".thumbnails";
 ///
 /// A thumbnail is made when it is first asked for and kept in the folder ".thumbnails" of the base folder of
 /// its picture, where every workstation finds it. Its name tells the picture's name, length and time, so a
-/// picture that has changed gets a new one and loses the old.
+/// picture that has changed gets a new one and loses the old. Whoever may not read the picture may not read
+/// it.
 class Thumbnails
 {
 public:
@@ -29,16 +31,18 @@ public:
     Thumbnails(Opener opener, QString program, int timeLimitMs = TimeLimitMs);
 
     /// The path of the thumbnail in the store; "" when there is none, for whatever reason. A picture of which
-    /// none could be made is not tried again until it has changed.
+    /// none is to be had is not tried again until it has changed; what failed otherwise is tried at the next
+    /// call. A kept thumbnail that is damaged is made anew.
     QString pathFor(const QString& path);
 
 private:
-    QByteArray make(QFile& picture) const;
+    ThumbnailAnswer make(QFile& picture) const;
+    void remember(const QString& name);
 
     Opener m_opener;
     QString m_program;
     int m_timeLimitMs;
-    QSet<QString> m_failed; // names of thumbnails
+    QSet<QString> m_failed; // names of thumbnails that are not to be had; some of them
 };
 
 /// `thumbnails` must outlive it.

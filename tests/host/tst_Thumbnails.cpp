@@ -13,6 +13,7 @@
 #include <QThread>
 #include <QtEndian>
 
+#include <array>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -184,9 +185,102 @@ private Q_SLOTS:
     {
         const QString photo = put("a.png", plain({10, 10}, Qt::red));
         const QString first = thumbnails().pathFor(photo);
-        writeFile(platformPath(first), "as it was");
+        const QByteArray other = encoded(plain({3, 3}, Qt::blue), "jpeg");
+        writeFile(platformPath(first), other);
         QCOMPARE(thumbnails().pathFor(photo), first);
-        QCOMPARE(contentOf(platformPath(first)), QByteArray("as it was")); // not made again
+        QCOMPARE(contentOf(platformPath(first)), other); // not made again
+    }
+
+    void aKeptThumbnailThatIsDamagedIsMadeAnew_data()
+    {
+        QTest::addColumn<QByteArray>("how");
+        for (const char* how : {"empty", "cut short", "another file", "too long", "a link"})
+            QTest::newRow(how) << QByteArray(how);
+    }
+    void aKeptThumbnailThatIsDamagedIsMadeAnew()
+    {
+        QFETCH(QByteArray, how);
+        const QString photo = put("a.png", plain({10, 10}, Qt::red));
+        const QString kept = platformPath(thumbnails().pathFor(photo));
+        const QByteArray whole = contentOf(kept);
+        const QString elsewhere = m_folder->filePath(u"elsewhere"_s);
+        if (how == "empty" || how == "another file") {
+            writeFile(kept, how == "empty" ? "" : "not a picture");
+        } else if (how == "a link") {
+            writeFile(elsewhere, whole);
+            QVERIFY(QFile::remove(kept) && QFile::link(elsewhere, kept));
+        } else {
+            QVERIFY(
+                QFile::resize(kept, how == "cut short" ? whole.size() - 20 : ThumbnailMaker::MaxLength + 1));
+        }
+        QCOMPARE(platformPath(thumbnails().pathFor(photo)), kept);
+        QCOMPARE(contentOf(kept), whole);
+        QVERIFY(!QFileInfo(kept).isSymLink());
+    }
+
+    void aThumbnailIsReadByNobodyWhoMayNotReadItsPicture_data()
+    {
+        QTest::addColumn<uint>("mode");
+        QTest::addColumn<uint>("kept");
+        QTest::newRow("one person's") << 0600U << 0600U;
+        QTest::newRow("a group's") << 0640U << 0640U;
+        QTest::newRow("everybody's, and a program") << 0755U << 0644U;
+    }
+    void aThumbnailIsReadByNobodyWhoMayNotReadItsPicture()
+    {
+        QFETCH(uint, mode);
+        const QString photo = put("a.png", plain({10, 10}, Qt::red));
+        QCOMPARE(::chmod(QFile::encodeName(platformPath(photo)).constData(), mode), 0);
+        const QString kept = platformPath(thumbnails().pathFor(photo));
+        struct stat status = {};
+        QCOMPARE(::stat(QFile::encodeName(kept).constData(), &status), 0);
+        QTEST(uint(status.st_mode & 07777), "kept");
+    }
+
+    void aFailureThatPassesIsTriedAgain_data()
+    {
+        QTest::addColumn<QByteArray>("lines");
+        QTest::newRow("the program dies") << QByteArray("kill -SEGV $$");
+        QTest::newRow("it hangs") << QByteArray("exec sleep 600");
+        QTest::newRow("it fails otherwise") << QByteArray("exit 2");
+        QTest::newRow("it says nothing") << QByteArray("exit 0");
+    }
+    void aFailureThatPassesIsTriedAgain()
+    {
+        QFETCH(QByteArray, lines);
+        const QString counter = m_folder->filePath(u"count"_s);
+        QVERIFY(QDir().mkpath(counter));
+        Thumbnails service =
+            thumbnails(script("mkdir \"" + QFile::encodeName(counter) + "/$$\"; " + lines), 500);
+        const QString path = put("a.png", plain({4, 4}, Qt::red));
+        QCOMPARE(service.pathFor(path), QString());
+        QCOMPARE(service.pathFor(path), QString());
+        QCOMPARE(filesIn(counter).size(), 2);
+    }
+
+    void aPictureThatIsWrittenToMeanwhileHasNoneThisTime()
+    {
+        const QString path = put("a.png", plain({4, 4}, Qt::red));
+        const QByteArray file = QFile::encodeName(platformPath(path));
+        const QByteArray good = QFile::encodeName(m_folder->filePath(u"good.jpg"_s));
+        writeFile(QFile::decodeName(good), encoded(plain({4, 4}, Qt::red), "jpeg"));
+        Thumbnails service = thumbnails(script("cat \"" + good + "\"; touch -d 2001-01-01 \"" + file + "\""));
+        QCOMPARE(service.pathFor(path), QString());
+        QCOMPARE(kept(), QStringList());
+        QVERIFY(!service.pathFor(path).isEmpty()); // of the file as it is now
+    }
+
+    void aTemporaryFileThatIsBeingWrittenStaysHoweverOldItIs()
+    {
+        const QString photo = put("a.png", plain({10, 10}, Qt::red));
+        const QString bucket = QFileInfo(platformPath(thumbnails().pathFor(photo))).path();
+        const Descriptor folder = openFolder(QFile::encodeName(bucket));
+        const NewFile living(folder, "f", 0600);
+        const std::array<timespec, 2> longAgo = {timespec{1'600'000'000, 0}, timespec{1'600'000'000, 0}};
+        QCOMPARE(::futimens(living.descriptor().number(), longAgo.data()), 0);
+        put("a.png", plain({20, 20}, Qt::red));
+        QVERIFY(!thumbnails().pathFor(photo).isEmpty());
+        QCOMPARE(filesIn(bucket).size(), 2);
     }
 
     void aPictureIsNeverEnlarged()
