@@ -26,16 +26,6 @@ public:
     }
 };
 
-class MissingCustomDictionary : public tvCustomDictionary
-{
-public:
-    void AddWord(const QString& word) override
-    {
-        Q_UNUSED(word)
-        raiseNotOffered(QStringLiteral("a custom dictionary"));
-    }
-};
-
 class MissingDownloader : public Downloader
 {
 public:
@@ -76,11 +66,6 @@ std::unique_ptr<ThumbnailService> makeMissingThumbnailService()
 std::unique_ptr<AttachmentFolders> makeMissingAttachmentFolders()
 {
     return std::make_unique<MissingAttachmentFolders>();
-}
-
-std::unique_ptr<tvCustomDictionary> makeMissingCustomDictionary()
-{
-    return std::make_unique<MissingCustomDictionary>();
 }
 
 std::unique_ptr<Downloader> makeMissingDownloader()

@@ -13,7 +13,6 @@ namespace tavrin {
 
 std::unique_ptr<ThumbnailService> makeMissingThumbnailService();
 std::unique_ptr<AttachmentFolders> makeMissingAttachmentFolders();
-std::unique_ptr<tvCustomDictionary> makeMissingCustomDictionary();
 std::unique_ptr<Downloader> makeMissingDownloader();
 std::unique_ptr<Uploader> makeMissingUploader();
 

@@ -1,6 +1,7 @@
 #include "host/ReferenceHost.h"
 
 #include "base/Error.h"
+#include "host/CustomWordTable.h"
 #include "host/HostCaches.h"
 #include "host/HostEnvironment.h"
 #include "host/HostImages.h"
@@ -17,22 +18,22 @@ struct ReferenceHost::Services
 {
     Services(Database& database, const ReferenceHostOptions& options)
         : lists(std::make_shared<HostListsHolder>())
-        , hostServices(*lists)
+        , environment(options.WorkstationFolder, options.DownloadsFolder, options.InstalledDictionary)
+        , hostServices(*lists, database, environment)
         , session(*lists, options.UserId)
         , listFilling(*lists)
-        , environment(options.WorkstationFolder, options.DownloadsFolder)
     {
         lists->Lists = HostLists::read(database);
     }
 
     std::shared_ptr<HostListsHolder> lists; // caches that controls keep share it
+    HostEnvironment environment;
     ReferenceHostServices hostServices;
     ReferenceXmlFactory xmlFactory;
     HostSession session;
     HostUiServices uiServices;
     HostListFilling listFilling;
     HostImages images;
-    HostEnvironment environment;
 };
 
 ReferenceHost::ReferenceHost(Database& database, const ReferenceHostOptions& options)
@@ -148,7 +149,7 @@ std::unique_ptr<AttachmentFolders> ReferenceHost::newAttachmentFolders()
 
 std::unique_ptr<tvCustomDictionary> ReferenceHost::newCustomDictionary()
 {
-    return makeMissingCustomDictionary();
+    return std::make_unique<CustomWordTable>(m_database);
 }
 
 std::unique_ptr<Downloader> ReferenceHost::newDownloader()

@@ -26,6 +26,9 @@ struct ReferenceHostOptions
     QString WorkstationFolder;
     /// "" takes the platform's own.
     QString DownloadsFolder;
+    /// Path of the installed spelling dictionary's two files, without ".aff" and ".dic"; "" takes the
+    /// platform's American English.
+    QString InstalledDictionary = {};
 };
 
 /// Every service of a host over one database.

@@ -8,7 +8,8 @@ namespace tavrin {
 /// The workstation's file of custom words: UTF-8, one word a line.
 ///
 /// The file is open only while it is read or written, and is locked while it is written. Several programs of
-/// the workstation may add to it at once. Operations raise an `Error` that names the file.
+/// the workstation may change it at once. Operations take words in normal form, see `CustomWords`, and raise
+/// an `Error` that names the file.
 class CustomDictionary
 {
 public:
@@ -18,15 +19,21 @@ public:
 
     const QString& path() const { return m_path; }
     const QSet<QString>& words() const { return m_words; }
+    /// Whether it is one of the words, also with a capital letter at its front or wholly in capitals.
+    bool knows(const QString& word) const;
 
-    /// Appends the word, in its normal form. The file must be there. When it fails the file is as it was.
+    /// Appends the word unless the file holds it already. The file must be there. When it fails the file is
+    /// as it was.
     void add(const QString& word);
-    /// Writes the file without the lines of this word.
+    /// Writes the file without the lines of this word; all others stay as they are.
     void remove(const QString& word);
 
 private:
+    void setWords(QSet<QString> words);
+
     QString m_path;
     QSet<QString> m_words;
+    QSet<QString> m_capitals; // the words wholly in capitals
 };
 
 } // namespace tavrin
