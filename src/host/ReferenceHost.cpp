@@ -2,13 +2,13 @@
 
 #include "base/Error.h"
 #include "host/AttachmentStore.h"
+#include "host/CustomWordTable.h"
 #include "host/HostCaches.h"
 #include "host/HostEnvironment.h"
 #include "host/HostImages.h"
 #include "host/HostListFilling.h"
 #include "host/HostSession.h"
 #include "host/HostUiServices.h"
-#include "host/NotOffered.h"
 #include "host/RecordCollection.h"
 #include "host/ReferenceHostServices.h"
 #include "host/StoreDownloader.h"
@@ -24,12 +24,11 @@ struct ReferenceHost::Services
 {
     Services(Database& database, const ReferenceHostOptions& options)
         : lists(std::make_shared<HostListsHolder>())
-        , hostServices(*lists)
+        , environment(options.WorkstationFolder, options.DownloadsFolder, options.InstalledDictionary)
+        , hostServices(*lists, database, environment)
         , session(*lists, options.UserId)
         , listFilling(*lists)
-        , environment(options.WorkstationFolder, options.DownloadsFolder)
-        , thumbnails([this](const QString& path) { return openStoreFile(*store, path); },
-                     options.Thumbnailer)
+        , thumbnails([this](const QString& path) { return openStoreFile(*store, path); }, options.Thumbnailer)
     {
         lists->Lists = HostLists::read(database);
         store = std::make_shared<AttachmentStore>(lists, QFileInfo(database.path()).absolutePath());
@@ -37,13 +36,13 @@ struct ReferenceHost::Services
     }
 
     std::shared_ptr<HostListsHolder> lists; // caches that controls keep share it
+    HostEnvironment environment;
     ReferenceHostServices hostServices;
     ReferenceXmlFactory xmlFactory;
     HostSession session;
     HostUiServices uiServices;
     HostListFilling listFilling;
     HostImages images;
-    HostEnvironment environment;
     AttachmentStorePtr store; // transfers that controls keep share it
     std::unique_ptr<StoreSweep> sweep;
     Thumbnails thumbnails;
@@ -172,7 +171,7 @@ std::unique_ptr<AttachmentFolders> ReferenceHost::newAttachmentFolders()
 
 std::unique_ptr<tvCustomDictionary> ReferenceHost::newCustomDictionary()
 {
-    return makeMissingCustomDictionary();
+    return std::make_unique<CustomWordTable>(m_database);
 }
 
 std::unique_ptr<Downloader> ReferenceHost::newDownloader()
