@@ -56,7 +56,8 @@ FoundWord mailAddress(QStringView text, qsizetype from, qsizetype at, qsizetype 
 {
     const qsizetype start = beginning(text, from, at, isOfMailName);
     const qsizetype behind = ending(text, at + 1, end, isOfHostName);
-    const bool isAddress = start < at && behind > at + 1 && isAlphanumeric(text.at(at + 1));
+    const bool isAddress =
+        start < at && text.at(at - 1) != u'.' && behind > at + 1 && isAlphanumeric(text.at(at + 1));
     return isAddress ? between(start, behind) : FoundWord{};
 }
 

@@ -91,8 +91,8 @@ public:
     /// None for a word that the dictionary's encoding cannot hold.
     std::optional<std::string> encode(const QString& word) const
     {
-        // Hunspell works with single UTF-16 code units inside.
-        if (std::any_of(word.begin(), word.end(), [](QChar c) { return c.isSurrogate(); }))
+        // Hunspell works with single UTF-16 code units inside, and with texts that a NUL ends.
+        if (std::any_of(word.begin(), word.end(), [](QChar c) { return c.isSurrogate() || c.isNull(); }))
             return std::nullopt;
         QStringEncoder encoder(m_encoding, QStringEncoder::Flag::Stateless);
         const QByteArray bytes = encoder.encode(word);

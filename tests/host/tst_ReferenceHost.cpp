@@ -334,10 +334,8 @@ private Q_SLOTS:
         row("thumbnail",
             [](ReferenceHost& host) { host.newThumbnailService()->GetThumbnailPath(QStringLiteral("a")); });
         row("folder", [](ReferenceHost& host) { host.newAttachmentFolders()->GetFolderPath(1); });
-        row("word", [](ReferenceHost& host) { host.newCustomDictionary()->AddWord(QStringLiteral("a")); });
         row("support file",
             [](ReferenceHost& host) { host.environment().RefreshSupportFile(QStringLiteral("a")); });
-        row("dictionary file", [](ReferenceHost& host) { host.hostServices().SyncCustomDictionaryFile(); });
     }
     void whatTheHostDoesNotOfferRaisesWhenItIsCalled()
     {
