@@ -84,9 +84,13 @@ QWidget* LateTextBox::hWnd() const
 
 void LateTextBox::SetFocus() const
 {
-    if (QWidget* box = knownBox())
+    if (QWidget* box = knownBox()) {
         box->setFocus();
-    else if (!QMetaObject::invokeMethod(&object(), "SetFocus", Qt::DirectConnection))
+        return;
+    }
+    const QMetaObject& members = *object().metaObject();
+    const int index = members.indexOfMethod("SetFocus()");
+    if (index < 0 || !members.method(index).invoke(&object(), Qt::DirectConnection))
         raiseNoSuchMember();
 }
 

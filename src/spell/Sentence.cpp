@@ -9,6 +9,7 @@ namespace tavrin {
 namespace {
 
 constexpr qsizetype MostOnOneSide = 120; // UTF-16 units
+constexpr qsizetype LongestWordLeftOut = 30;
 constexpr QChar Ellipsis(0x2026);
 
 /// Whether a line or a part of a document ends at the character.
@@ -54,22 +55,22 @@ Bounds sentenceBounds(const QString& text, const FoundWord& word)
     return {line.start + start, line.start + end};
 }
 
-/// The first place from `from` on, not behind `limit`, at which a word begins.
+/// The first place from `from` on, not behind `limit`, at which a word begins; `from` in a long word.
 qsizetype startOfWord(const QString& text, qsizetype from, qsizetype limit)
 {
-    for (qsizetype i = from; i < limit; ++i) {
-        if (text.at(i).isSpace())
-            return i + 1;
+    for (qsizetype i = from; i < std::min(limit, from + LongestWordLeftOut); ++i) {
+        if (text.at(i - 1).isSpace())
+            return i;
     }
     return from < limit && text.at(from).isLowSurrogate() ? from + 1 : from;
 }
 
-/// The last place up to `to`, not before `limit`, at which a word ends.
+/// The last place up to `to`, not before `limit`, at which a word ends; `to` in a long word.
 qsizetype endOfWord(const QString& text, qsizetype to, qsizetype limit)
 {
-    for (qsizetype i = to; i > limit; --i) {
-        if (text.at(i - 1).isSpace())
-            return i - 1;
+    for (qsizetype i = to; i > std::max(limit, to - LongestWordLeftOut); --i) {
+        if (text.at(i).isSpace())
+            return i;
     }
     return to > limit && text.at(to - 1).isHighSurrogate() ? to - 1 : to;
 }

@@ -55,7 +55,7 @@ TavrinSpellcheck::TavrinSpellcheck(QWidget* parent, const ControlSite& site)
     m_checkEnded =
         vsSpellCheck->CheckEnded.subscribe([this](int& abandoned) { vsSpellCheck_CheckEnded(abandoned); });
     m_userAction = vsSpellCheck->UserAction.subscribe([this](int& code) { vsSpellCheck_UserAction(code); });
-    UserControl_Resize();
+    setFixedSize(Side, Side); // a hidden control hears of no resize
     begin();
 }
 

@@ -261,12 +261,13 @@ void frmSpelling::showWord()
 void frmSpelling::showSentence()
 {
     const Sentence sentence = sentenceAround(m_walk->text(), m_walk->place());
-    txtSentence->setPlainText(sentence.Text);
     QTextCharFormat mark;
-    mark.setForeground(markColor(txtSentence->palette(), QPalette::Base));
+    mark.setForeground(markColor(palette(), QPalette::Base));
     mark.setFontUnderline(true); // not by colour alone
     mark.setFontWeight(QFont::Bold);
     QTextCursor cursor(txtSentence->document());
+    cursor.select(QTextCursor::Document);
+    cursor.insertText(sentence.Text, QTextCharFormat());
     cursor.setPosition(static_cast<int>(sentence.Word.Offset));
     txtSentence->setTextCursor(cursor);
     cursor.setPosition(static_cast<int>(sentence.Word.end()), QTextCursor::KeepAnchor);

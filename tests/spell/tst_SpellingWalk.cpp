@@ -142,14 +142,15 @@ private Q_SLOTS:
         QFETCH(QString, kind);
         const Stage stage(kind);
         const QString smile = QString::fromUcs4(U"\U0001F600");
-        stage.setText(smile + u" teh na\u00efve "_s + smile + u" sayd"_s);
+        putFile(stage.folder.custom(), "fianc\xC3\xA9\n");
+        stage.setText(smile + u" teh fianc\u00e9 "_s + smile + u" sayd"_s);
         const auto walk = stage.walk();
         QCOMPARE(walk->place(), (FoundWord{3, 3}));
         QCOMPARE(stage.selected(), u"teh"_s);
         walk->change(u"the"_s);
         QCOMPARE(walk->word(), u"sayd"_s);
         walk->change(u"said"_s);
-        QCOMPARE(stage.text(), smile + u" the na\u00efve "_s + smile + u" said"_s);
+        QCOMPARE(stage.text(), smile + u" the fianc\u00e9 "_s + smile + u" said"_s);
     }
 
     void aBoxThatHidesItsTextOrGivesItAFormHasNothingToSpell()

@@ -372,7 +372,7 @@ private Q_SLOTS:
         if (!hostFails.isEmpty())
             stage.host.state().failures.emplace(hostFails, Error(u"no host"_s));
         if (!engineFails.isEmpty())
-            stage.engine->failing = engineFails.arg(stage.folder.path());
+            stage.engine->failing = QString(engineFails).replace(u"%1"_s, stage.folder.path());
         stage.line->SetText(u"some text"_s);
         stage.line->setSelection(2, 3);
         const bool answer = control->CheckSpellingWithResult(stage.line);
@@ -683,11 +683,11 @@ private Q_SLOTS:
         QVERIFY(stage.show());
         const auto control = stage.newControl();
         QTextEdit rich(&stage.window);
+        stage.line->SetText(u"The end sayd"_s);
+        stage.area->SetText(u"The\nend sayd"_s);
+        rich.setPlainText(u"The\nend sayd"_s);
         for (QWidget* box : {static_cast<QWidget*>(stage.line), static_cast<QWidget*>(stage.area),
                              static_cast<QWidget*>(&rich)}) {
-            stage.line->SetText(u"The end sayd"_s);
-            stage.area->SetText(u"The\nend sayd"_s);
-            rich.setPlainText(u"The\nend sayd"_s);
             const Person person({Person::click(button)});
             control->CheckSpellingWithResult(box);
             QVERIFY(person.isDone());
@@ -896,12 +896,14 @@ private Q_SLOTS:
         QVERIFY(stage.show());
         auto* control = new TavrinSpellcheck(&stage.window);
         stage.line->SetText(u"teh end"_s);
-        const Person person({[&](const Dialog&) {
-            delete control;
-            return true;
-        }});
-        QVERIFY(!control->CheckSpellingWithResult(stage.line));
-        QVERIFY(person.isDone());
+        {
+            const Person person({[&](const Dialog&) {
+                delete control;
+                return true;
+            }});
+            QVERIFY(!control->CheckSpellingWithResult(stage.line));
+            QVERIFY(person.isDone());
+        }
         QCOMPARE(stage.line->Text(), u"teh end"_s);
         const auto another = stage.newControl(); // the box is free again
         const Person next({Person::click("cmdIgnore")});

@@ -567,7 +567,7 @@ private Q_SLOTS:
         QTest::newRow("of a paragraph") << u"First\u2029teh line\u2029last"_s << u"teh"_s << u"teh line"_s;
         QTest::newRow("of a line") << u"First\nsecond teh\nlast"_s << u"teh"_s << u"second teh"_s;
         QTest::newRow("long in front") << filler + u"teh end"_s << u"teh"_s
-                                       << u"\u2026"_s + QString(u"word "_s).repeated(23) + u"teh end"_s;
+                                       << u"\u2026"_s + QString(u"word "_s).repeated(24) + u"teh end"_s;
         QTest::newRow("long behind") << u"A teh "_s + filler << u"teh"_s
                                      << u"A teh"_s + QString(u" word"_s).repeated(24) + u"\u2026"_s;
         QTest::newRow("without a blank") << QString(u'(').repeated(200) + u"teh"_s << u"teh"_s
