@@ -144,6 +144,8 @@ void Attachments::placeConstituents()
     moveTo(*lblCountLabel, 6780, CaptionTop);
     moveTo(*lblCount, 7800, CaptionTop);
     moveTo(*fraDetails, 0, PaneTop, DesignWidth, PaneHeight);
+    lvwFiles->raise(); // the strip begins over its last line of pixels, which shows the focus
+    picUpdating->raise();
 }
 
 // The record

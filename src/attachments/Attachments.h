@@ -93,6 +93,7 @@ private:
     void placeDetails();
     bool showsDetailsOfTheseRows() const;
     void ShowDetails();
+    void fitFilename();
     void showThumbnail(tvTableRow& row);
     void SaveDetails();
     void EnableDetails(bool enabled);
@@ -118,7 +119,7 @@ private:
 
     // What is done with files: AttachmentsActions.cpp
     void AddFiles(const QStringList& files);
-    void uploadAndAdd(const QStringList& files);
+    void uploadAndAdd(const QStringList& paths);
     static void AddUploadedFile(tvTableCollection& attachments, const UploadedFile& uploaded);
     void showAdded();
     void ShowUpdating(bool busy);

@@ -85,7 +85,7 @@ void Attachments::AddFiles(const QStringList& files)
     }
 }
 
-void Attachments::uploadAndAdd(const QStringList& files)
+void Attachments::uploadAndAdd(const QStringList& paths)
 {
     modAttachments::GetAttachmentsFolder(); // fails without the setting, before there is a dialog
     const QPointer<Attachments> self(this); // a form may go while the dialog is open
@@ -94,18 +94,20 @@ void Attachments::uploadAndAdd(const QStringList& files)
         return;
     // The files are this record's, whatever the host binds while they are uploaded.
     const tvTableCollectionPtr attachments = m_attachments;
-    const QPointer<frmUploadTask> dialog = new frmUploadTask;
-    const auto unload = qScopeGuard([&dialog] { delete dialog.data(); });
-    dialog->SetFiles(files);
+    auto* dialog = new frmUploadTask;
+    const QPointer<frmUploadTask> alive = dialog;
+    const auto unload = qScopeGuard([&alive] { delete alive.data(); });
+    dialog->SetFiles(paths);
     dialog->Start(this);
-    if (!self || !dialog)
+    if (!self || !alive)
         return;
     ShowUpdating(true);
-    for (const UploadedFile& uploaded : dialog->UploadedFiles()) {
+    const QList<UploadedFile> files = dialog->UploadedFiles(); // a follower of the rows may close the form
+    for (const UploadedFile& uploaded : files) {
         currentHost().hostServices().NotifyFileUploaded();
         AddUploadedFile(*attachments, uploaded);
     }
-    delete dialog.data();
+    delete alive.data();
     if (!self)
         return;
     if (attachments == m_attachments)
@@ -170,12 +172,13 @@ void Attachments::OpenCurrentFile()
 QString Attachments::DownloadToTemp(const QString& source, const QString& name)
 {
     const QPointer<Attachments> self(this); // a form may go while the dialog is open, and the dialog with it
-    const QPointer<frmDownloadTask> dialog = new frmDownloadTask;
-    const auto unload = qScopeGuard([&dialog] { delete dialog.data(); });
+    auto* dialog = new frmDownloadTask;
+    const QPointer<frmDownloadTask> alive = dialog;
+    const auto unload = qScopeGuard([&alive] { delete alive.data(); });
     try {
         dialog->SetFilename(source);
         dialog->Start(this);
-        if (self && dialog && !dialog->Canceled())
+        if (self && alive && !dialog->Canceled())
             return renameTemporaryCopy(dialog->DownloadedFilename(), name);
     } catch (...) {
         if (self)
@@ -200,12 +203,18 @@ void Attachments::downloadAll()
         return;
     const QString downloads = currentHost().environment().GetDownloadsFolder();
     const QString path = modUtils::UniqueFileName(QDir(downloads).filePath(folderName));
-    const QPointer<frmDownloadAllTask> dialog = new frmDownloadAllTask;
-    const auto unload = qScopeGuard([&dialog] { delete dialog.data(); });
+    auto* dialog = new frmDownloadAllTask;
+    const QPointer<frmDownloadAllTask> alive = dialog;
+    const auto unload = qScopeGuard([&alive] { delete alive.data(); });
     dialog->SetDownloadPath(path);
     dialog->SetAttachments(m_attachments);
-    dialog->Start(this);
-    if (!self || !dialog || dialog->Canceled())
+    try {
+        dialog->Start(this);
+    } catch (...) {
+        if (self)
+            throw;
+    }
+    if (!self || !alive || dialog->Canceled())
         return;
     const BoxAnswer answer = desktop().messageBoxes->show(
         this,
@@ -218,11 +227,12 @@ void Attachments::downloadAll()
 
 QString Attachments::PromptFolderName(const QString& suggested)
 {
-    const QPointer<frmDownloadFolderPrompt> dialog = new frmDownloadFolderPrompt;
-    const auto unload = qScopeGuard([&dialog] { delete dialog.data(); });
+    auto* dialog = new frmDownloadFolderPrompt;
+    const QPointer<frmDownloadFolderPrompt> alive = dialog;
+    const auto unload = qScopeGuard([&alive] { delete alive.data(); });
     dialog->SetFolderName(suggested);
     dialog->ShowModal(this);
-    return dialog ? dialog->FolderName() : QString();
+    return alive ? dialog->FolderName() : QString();
 }
 
 } // namespace tavrin

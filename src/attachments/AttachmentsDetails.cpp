@@ -109,12 +109,13 @@ void Attachments::placeDetails()
     const auto place = [](QWidget& widget, Twips left, Twips top, Twips width, Twips height) {
         moveTo(widget, left, top, width, std::max(height, toTwips(widget.sizeHint().height())));
     };
+    const Twips coverWidth = std::max<Twips>(1395, toTwips(chkDefault->sizeHint().width()));
     moveTo(*Label3, 180, 180);
     moveTo(*imgThumbnail, 180, 420, 1395, 1845);
     shpThumbnailBorder->setGeometry(imgThumbnail->geometry());
     moveTo(*imgFileIcon, 540, 540, 360, 360);
     place(*lblFileType, 45, 960, 1305, 255);
-    place(*chkDefault, 180, 2400, 1395, 195);
+    place(*chkDefault, 180, 2400, coverWidth, 195);
     moveTo(*Label1, 1755, 180);
     place(*txtDescription, 1755, 420, 4395, 345);
     moveTo(*Label2, 1755, 900);
@@ -139,6 +140,7 @@ void Attachments::ShowDetails()
     m_detailsOf = m_attachments;
     if (m_attachments->Count() == 0) {
         lblFilename->SetCaption(QString());
+        fitFilename();
         txtDescription->SetText(QString());
         txtComment->SetText(QString());
         chkDefault->SetValue(CheckBox::Unchecked);
@@ -149,6 +151,7 @@ void Attachments::ShowDetails()
     }
     const tvTableRowPtr row = currentRow();
     lblFilename->SetCaption(modAttachments::GetAttachmentDisplayName(*row));
+    fitFilename();
     txtDescription->SetText(textOf(*row, Description));
     txtDescription->SetMaxLength(fieldOf(*row, Description)->MaxLength());
     txtComment->SetText(textOf(*row, Notes));
@@ -161,6 +164,18 @@ void Attachments::ShowDetails()
                                                                       : CheckBox::Unchecked);
     if (self)
         showThumbnail(*row);
+}
+
+/// As wide as the name is, but never under the count.
+void Attachments::fitFilename()
+{
+    constexpr Twips gap = 180;
+    lblFilename->SetAutoSize(true);
+    const Twips room = leftOf(*lblCountLabel) - leftOf(*lblFilename) - gap;
+    if (widthOf(*lblFilename) <= room)
+        return;
+    lblFilename->SetAutoSize(false);
+    lblFilename->resize(std::max(toPixels(room), 0), lblFilename->height());
 }
 
 void Attachments::showThumbnail(tvTableRow& row)

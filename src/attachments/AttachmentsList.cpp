@@ -212,7 +212,8 @@ void Attachments::LayoutCountLabels()
                     [this] {
                         const Twips left = leftOf(*lblCount) - widthOf(*lblCountLabel) - gap;
                         lblCountLabel->move(toPixels(left), lblCountLabel->y());
-                    });
+                    },
+                    [this] { fitFilename(); });
 }
 
 } // namespace tavrin

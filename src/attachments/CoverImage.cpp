@@ -20,6 +20,7 @@ namespace tavrin {
 namespace {
 
 constexpr int MissingObjectNumber = 91;
+constexpr double FontPoints = 8.25;
 constexpr Twips NoImageWidth = 1425;
 constexpr Twips NoImageHeight = 1455;
 
@@ -76,6 +77,10 @@ void CoverImage::makeConstituents()
 
     shpBorder->SetFilled(false);
     picNoImage->SetBackColor(FrameBackColor());
+    const auto font = std::make_shared<Font>();
+    font->SetName(QStringLiteral("Segoe UI"));
+    font->SetSize(FontPoints);
+    Label1->SetFont(font);
     Label1->SetAutoSize(false);
     Label1->SetCaption(QStringLiteral("No cover image"));
     Label1->SetForeColor(SystemColor::GreyText);
@@ -90,8 +95,8 @@ void CoverImage::makeConstituents()
 
 QSize CoverImage::sizeHint() const
 {
-    const int border = 2; // of either side
-    return {toPixels(NoImageWidth) + border, toPixels(NoImageHeight) + border};
+    const int air = 8; // on either side
+    return {toPixels(NoImageWidth) + 2 * air, toPixels(NoImageHeight) + 2 * air};
 }
 
 // The record

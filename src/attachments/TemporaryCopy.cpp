@@ -25,7 +25,7 @@ QString renameTemporaryCopy(const QString& copy, const QString& name)
 {
     const QFileInfo source(copy);
     const QFileInfo target(source.dir().filePath(LocalFiles::usableFileName(name)));
-    if (source == target)
+    if (target.exists() && source == target)
         return target.filePath();
     if (target.isFile() || target.isSymLink())
         removeForced(target);

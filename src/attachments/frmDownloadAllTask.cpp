@@ -134,7 +134,10 @@ void frmDownloadAllTask::DownloadOne(tvTableRow& row, const QString& folder)
         name = modAttachments::GetAttachmentDisplayName(row);
         const auto downloader = newDownloader();
         const QString temp = downloader->Download(modAttachments::GetAttachmentPath(row));
-        const auto removeCopy = qScopeGuard([&temp] { QFile::remove(temp); }); // one that was not moved
+        const auto removeCopy = qScopeGuard([&temp] { // one that was not moved
+            if (!temp.isEmpty())
+                QFile::remove(temp);
+        });
         if (self && !Canceled()) {
             LocalFiles::moveFile(temp, freePath(folder, name));
             return;

@@ -6,10 +6,12 @@
 #include <QRandomGenerator>
 #include <QSysInfo>
 
+#include <algorithm>
 #include <cerrno>
+#include <condition_variable>
 #include <cstdio>
 #include <future>
-#include <memory>
+#include <mutex>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -69,6 +71,74 @@ time_t nowIn(const Descriptor& folder)
 
 } // namespace
 
+/// Reads what has been written back, and hashes it.
+///
+/// A long file is read in a thread of its own beside the writing and the flush: hashing is the processor's
+/// work, theirs the disk's. A short one is read when its hash is asked for.
+class NewFile::ReadBack
+{
+public:
+    ReadBack(const Descriptor& file, std::launch how)
+        : m_file(file)
+        , m_hash(std::async(how, [this] { return run(); }))
+    {
+    }
+    ~ReadBack()
+    {
+        tell(0, true); // the thread ends; the future waits for it
+    }
+    ReadBack(const ReadBack&) = delete;
+    ReadBack& operator=(const ReadBack&) = delete;
+
+    /// So many bytes of the file may be read.
+    void advance(qint64 length) { tell(length, false); }
+    /// Of all these bytes. To be called once.
+    QByteArray hash()
+    {
+        tell(m_length, true);
+        return m_hash.get();
+    }
+
+private:
+    void tell(qint64 length, bool isLast)
+    {
+        {
+            const std::lock_guard guard(m_mutex);
+            m_length = length;
+            m_isLast = isLast;
+        }
+        m_told.notify_one();
+    }
+    /// Waits until more than that may be read; returns how much, or less when there will not be more.
+    qint64 lengthBeyond(qint64 done)
+    {
+        std::unique_lock guard(m_mutex);
+        m_told.wait(guard, [&] { return m_length > done || m_isLast; });
+        return m_length;
+    }
+    QByteArray run()
+    {
+        Sha256 hash;
+        const auto buffer = std::make_unique<char[]>(static_cast<size_t>(ReadingStep));
+        qint64 done = 0;
+        for (qint64 length = lengthBeyond(done); length > done; length = lengthBeyond(done)) {
+            const qint64 got = readFullAt(m_file, buffer.get(), std::min(length - done, ReadingStep), done);
+            if (got == 0)
+                break; // shorter than what was written: the hashes will differ
+            hash.add(buffer.get(), got);
+            done += got;
+        }
+        return hash.result();
+    }
+
+    const Descriptor& m_file;
+    std::mutex m_mutex;
+    std::condition_variable m_told;
+    qint64 m_length = 0;
+    bool m_isLast = false;
+    std::future<QByteArray> m_hash; // last, since its thread uses all the others
+};
+
 NewFile::NewFile(const Descriptor& folder, QByteArray name, mode_t mode)
     : m_folder(folder)
     , m_name(std::move(name))
@@ -124,32 +194,19 @@ void NewFile::write(const char* data, qint64 length)
         // Only a hint: whether the content arrives is seen at the flush.
         ::sync_file_range(m_file.number(), m_started, m_length - m_started, SYNC_FILE_RANGE_WRITE);
         m_started = m_length;
+        if (!m_readBack)
+            m_readBack = std::make_unique<ReadBack>(m_file, std::launch::async);
+        m_readBack->advance(m_length);
     }
-}
-
-QByteArray NewFile::hashOfFile() const
-{
-    Sha256 hash;
-    const auto buffer = std::make_unique<char[]>(static_cast<size_t>(std::min(m_length + 1, ReadingStep)));
-    qint64 done = 0;
-    // One byte more than was written is asked for, so that a longer file shows.
-    while (const qint64 got =
-               readFullAt(m_file, buffer.get(), std::min(m_length + 1 - done, ReadingStep), done)) {
-        hash.add(buffer.get(), got);
-        done += got;
-    }
-    return hash.result();
 }
 
 void NewFile::verify()
 {
-    // Reading back is the processor's work, flushing the disk's: side by side they take the time of one.
-    // A short file is flushed before a thread for it has started.
-    const auto policy = m_length >= WritingStep ? std::launch::async : std::launch::deferred;
-    std::future<void> flushed = std::async(policy, [this] { flush(m_file); });
-    const QByteArray read = hashOfFile();
-    flushed.get();
-    if (read != m_hash.result() || statusOf(m_file).st_size != m_length)
+    if (!m_readBack)
+        m_readBack = std::make_unique<ReadBack>(m_file, std::launch::deferred);
+    m_readBack->advance(m_length);
+    flush(m_file);
+    if (m_readBack->hash() != m_hash.result() || statusOf(m_file).st_size != m_length)
         throw SystemError(EIO);
 }
 

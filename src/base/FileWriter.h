@@ -6,6 +6,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <memory>
+
 namespace tavrin {
 
 /// Replaces a file that must not be lost. Whoever opens it sees either the old content or the new one, also
@@ -63,8 +65,8 @@ public:
     const Descriptor& descriptor() const { return m_file; }
 
 private:
+    class ReadBack;
     bool makeTemporary(mode_t mode);
-    QByteArray hashOfFile() const;
     void giveNameKeeping();
     bool standsUnderName() const;
 
@@ -74,7 +76,8 @@ private:
     Descriptor m_file;
     Sha256 m_hash;
     qint64 m_length = 0;
-    qint64 m_started = 0; // bytes whose writing to the disk was begun
+    qint64 m_started = 0;                 // bytes whose writing to the disk was begun
+    std::unique_ptr<ReadBack> m_readBack; // nullptr until there is enough to read
 };
 
 /// Removes a temporary file of a `NewFile` whose program is gone; returns whether it did.

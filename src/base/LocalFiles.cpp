@@ -1,20 +1,19 @@
 #include "LocalFiles.h"
 
+#include "Descriptor.h"
 #include "Error.h"
-#include "FileDescriptor.h"
 #include "FileWriter.h"
 
 #include <QFile>
 #include <QList>
 
-#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
-#include <optional>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace tavrin::LocalFiles {
 
@@ -22,6 +21,7 @@ namespace {
 
 constexpr mode_t ReadAndWrite = 0666;
 constexpr mode_t OwnersAll = 0700;
+constexpr qsizetype CopiedAtOnce = 1048576;
 
 QString reason(int code)
 {
@@ -63,64 +63,45 @@ int renameToFreeName(const QByteArray& from, const QByteArray& to)
     return ::rename(from.constData(), to.constData()) == 0 ? 0 : errno;
 }
 
-/// Copies all that is left to read. Returns 0, or why not.
-int copyContent(const FileDescriptor& from, const FileDescriptor& to)
+void copyContent(const Descriptor& from, const Descriptor& to)
 {
-    std::array<char, 256 * 1024> buffer; // NOLINT(cppcoreguidelines-pro-type-member-init): read fills it
+    QByteArray buffer(CopiedAtOnce, Qt::Uninitialized);
     for (;;) {
-        const ssize_t got = ::read(from.number(), buffer.data(), buffer.size());
-        if (got == 0)
-            return 0;
-        if (got < 0 && errno != EINTR)
-            return errno;
-        for (ssize_t done = 0; done < got;) {
-            const ssize_t written =
-                ::write(to.number(), buffer.data() + done, static_cast<size_t>(got - done));
-            if (written > 0)
-                done += written;
-            else if (written == 0)
-                return ENOSPC;
-            else if (errno != EINTR)
-                return errno;
-        }
+        const qint64 got = readFull(from, buffer.data(), buffer.size());
+        writeAll(to, buffer.constData(), got);
+        if (got < buffer.size())
+            return;
     }
 }
 
-int flush(const FileDescriptor& file)
+/// Fills the temporary file. Raises a `SystemError`.
+void fillCopy(const Descriptor& source, mode_t mode, const Descriptor& copy)
 {
-    while (::fsync(file.number()) != 0) {
-        if (errno != EINTR)
-            return errno;
-    }
-    return 0;
-}
-
-/// Fills the temporary file and gives it its name. Returns 0, or why not.
-int finishCopy(const FileDescriptor& source, mode_t mode, FileDescriptor& file, const QByteArray& temporary,
-               const QByteArray& target)
-{
-    if (const int failure = copyContent(source, file))
-        return failure;
-    if (const int failure = flush(file))
-        return failure;
+    copyContent(source, copy);
+    flush(copy);
     struct stat read = {};
     struct stat written = {};
-    if (::fchmod(file.number(), mode) != 0 || ::fstat(source.number(), &read) != 0 ||
-        ::fstat(file.number(), &written) != 0)
-        return errno;
+    if (::fchmod(copy.number(), mode) != 0 || ::fstat(source.number(), &read) != 0 ||
+        ::fstat(copy.number(), &written) != 0)
+        throw SystemError::last();
     if (read.st_size != written.st_size)
-        return EIO;
-    return file.close() ? renameToFreeName(temporary, target) : errno;
+        throw SystemError(EIO);
 }
 
 /// Returns 0, or why not.
-int copyToFreeName(const FileDescriptor& source, mode_t mode, const QByteArray& target)
+int copyToFreeName(const Descriptor& source, mode_t mode, const QByteArray& target)
 {
     QByteArray temporary = folderOf(target) + TemporaryPrefix + "XXXXXX";
-    FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
-    if (file.number() < 0)
+    const Descriptor copy(::mkostemp(temporary.data(), O_CLOEXEC));
+    if (!copy.isOpen())
         return errno;
-    const int failure = finishCopy(source, mode, file, temporary, target);
+    int failure = 0;
+    try {
+        fillCopy(source, mode, copy);
+        failure = renameToFreeName(temporary, target);
+    } catch (const SystemError& error) {
+        failure = error.Code;
+    }
     if (failure != 0)
         ::unlink(temporary.constData());
     return failure;
@@ -136,7 +117,7 @@ int openFolder(int parent, const char* name)
     return ::openat(parent, name, flags);
 }
 
-QList<QByteArray> entriesOf(const FileDescriptor& folder)
+QList<QByteArray> entriesOf(const Descriptor& folder)
 {
     QList<QByteArray> names;
     const int copy = ::fcntl(folder.number(), F_DUPFD_CLOEXEC, 0); // fdopendir takes it over
@@ -159,8 +140,8 @@ void removeEntry(int parent, const char* name);
 
 void emptyFolder(int parent, const char* name)
 {
-    const FileDescriptor folder(openFolder(parent, name));
-    if (folder.number() < 0)
+    const Descriptor folder(openFolder(parent, name));
+    if (!folder.isOpen())
         return;
     ::fchmod(folder.number(), OwnersAll); // nothing can be taken out of a read-only folder
     for (const QByteArray& entry : entriesOf(folder))
@@ -188,9 +169,9 @@ void moveFile(const QString& from, const QString& to)
     const QByteArray source = encoded(from);
     const QByteArray target = encoded(to);
     // A pipe must not block, and what a link leads to is not the file that was meant.
-    const FileDescriptor file(::open(source.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    const Descriptor file(::open(source.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     struct stat state = {};
-    if (file.number() < 0 || ::fstat(file.number(), &state) != 0)
+    if (!file.isOpen() || ::fstat(file.number(), &state) != 0)
         raiseMove(from, to, errno);
     if (!S_ISREG(state.st_mode))
         throw Error(QStringLiteral("%1 could not be moved to %2: it is not a file").arg(from, to));
@@ -238,8 +219,8 @@ void removeFolder(const QString& path)
 
 void sweepTemporaries(const QString& folder)
 {
-    const FileDescriptor opened(openFolder(AT_FDCWD, encoded(folder).constData()));
-    if (opened.number() < 0)
+    const Descriptor opened(openFolder(AT_FDCWD, encoded(folder).constData()));
+    if (!opened.isOpen())
         return;
     for (const QByteArray& entry : entriesOf(opened)) {
         if (entry.startsWith(TemporaryPrefix))

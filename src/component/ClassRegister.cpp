@@ -1,6 +1,7 @@
 #include "ClassRegister.h"
 
 #include "attachments/CoverImage.h"
+#include "attachments/Attachments.h"
 #include "geocode/LatLong.h"
 #include "lookup/AgencyPicker.h"
 #include "lookup/AutoCompleteField.h"
@@ -21,6 +22,7 @@ const ControlRegister& publicControls()
     static const ControlRegister controls = [] {
         ControlRegister classes;
         classes.add<AgencyPicker>(QStringLiteral("TVBoundControls.AgencyPicker"));
+        classes.add<Attachments>(QStringLiteral("TVBoundControls.Attachments"));
         classes.add<AutoCompleteField>(QStringLiteral("TVBoundControls.AutoCompleteField"));
         classes.add<CoverImage>(QStringLiteral("TVBoundControls.CoverImage"));
         classes.add<EmployeePicker>(QStringLiteral("TVBoundControls.EmployeePicker"));

@@ -101,8 +101,11 @@ void checkWordCount(const QByteArray& wordList)
     if (!ok || stated <= 0)
         fail(QStringLiteral("the words do not begin with their count"));
     qint64 held = -1; // the first line is none
-    for (const QByteArray& line : wordList.split('\n'))
-        held += line.trimmed().isEmpty() ? 0 : 1;
+    for (qsizetype start = 0; start < wordList.size();) {
+        const qsizetype end = wordList.indexOf('\n', start); // the last character is one
+        held += QByteArrayView(wordList).sliced(start, end - start).trimmed().isEmpty() ? 0 : 1;
+        start = end + 1;
+    }
     if (held < stated || held / MostWordsPerStated > stated)
         fail(QStringLiteral("the words are %1 by their count and %2 by their lines").arg(stated).arg(held));
 }

@@ -65,10 +65,27 @@ qint32 Ceiling(double value)
     return ToLong(-std::floor(-value));
 }
 
+namespace {
+
+/// The host knows the units; but a designer has none, and twips need nobody's answer.
+ScaleMode scaleModeOf(const QString& units)
+{
+    Host* host = nullptr;
+    try {
+        host = &currentHost();
+    } catch (const Error&) {
+        if (units != QLatin1String("Twip"))
+            throw;
+    }
+    return host ? host->uiServices().ScaleModeFromUnits(units) : ScaleMode::Twips;
+}
+
+} // namespace
+
 void ResizeTwips(UserControl& control, float width, float height)
 {
     try {
-        const ScaleMode mode = currentHost().uiServices().ScaleModeFromUnits(control.ambient().ScaleUnits());
+        const ScaleMode mode = scaleModeOf(control.ambient().ScaleUnits());
         control.SetWidth(width);
         control.SetHeight(height);
         control.extender().SetWidth(control.ScaleX(width, ScaleMode::Twips, mode));
@@ -181,7 +198,7 @@ void RemoveUsedGridValues(GridCombo& combo, const QVariantList& used, const QVar
 {
     QVariantList taken;
     for (const QVariant& value : used) {
-        if (!IsNull(value) && !SameValue(value, current))
+        if (!IsNull(value) && !GridArray::IsSame(value, current))
             taken << value;
     }
     combo.Array().DeleteFirstOfEach(FirstRow + 1, ValueColumn, taken);

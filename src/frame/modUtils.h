@@ -24,7 +24,8 @@ double MaxOf(double a, double b);
 qint32 Ceiling(double value);
 
 /// Sets a control's size in twips, and its size on a container that may count in other units.
-/// Any failure is raised again as error 5, naming the control's type.
+/// The host is asked for the units; without a host, as in a designer, only "Twip" is known. Any failure is
+/// raised again as error 5, naming the control's type.
 void ResizeTwips(UserControl& control, float width, float height);
 
 /// A path that names nothing yet: the given one, or one with " (1)", " (2)" ... behind its base name.
@@ -50,7 +51,8 @@ void InitGridCombo(GridCombo& combo);
 void FillGridCombo(GridCombo& combo, TableNumber tableNumber, const QVariant& value, bool flag);
 /// Makes the row of the value current, else row 1, and returns the value of that row; Null for Null.
 QVariant SelectGridComboValue(GridCombo& combo, const QVariant& value);
-/// Deletes for each used value other than Null and `current` the first row behind row 1 that holds it.
+/// Deletes for each used value other than Null and `current` the first row behind row 1 that holds it. A text
+/// that says a number is that number, to the rows and to `current` alike.
 void RemoveUsedGridValues(GridCombo& combo, const QVariantList& used, const QVariant& current);
 
 } // namespace tavrin::modUtils

@@ -180,6 +180,13 @@ LocationFilling::LocationFilling(const Record& record, const Geocoder& geocoder)
     const QString city = textOf(*record.mainRow(), City).trimmed();
     const QString input = joined(address, city);
     const bool isSameAddress = textOf(*location, QStringLiteral("GeocodeInputAddress")) == input;
+    // What was found for this address before, and nobody has touched since, need not be looked up again.
+    const QVariant status = location->table().indexOf(QStringLiteral("GeocodeStatus")) < 0
+                                ? Null()
+                                : location->cell(QStringLiteral("GeocodeStatus")).value();
+    if (isSameAddress && !location->isChanged() && !location->IsNew() && !IsNull(status) &&
+        ToLong(status) == GeocodeResult::Found)
+        return;
     const GeocodeResult result = geocoder.find(address, city);
     const bool keepsCoordinates = result.Status == GeocodeResult::Failed && isSameAddress;
     if (!keepsCoordinates) {

@@ -2,7 +2,6 @@
 
 #include "base/Error.h"
 #include "host/InstalledDictionary.h"
-#include "host/NotOffered.h"
 
 #include <QDir>
 #include <QStandardPaths>
@@ -40,7 +39,8 @@ QString HostEnvironment::GetDictionaryFolder()
 void HostEnvironment::RefreshSupportFile(const QString& name)
 {
     if (name != QStringLiteral("vssp_ae.dct"))
-        raiseNotOffered(QStringLiteral("the support file %1").arg(name));
+        throw Error(QStringLiteral("This host does not offer the support file %1").arg(name),
+                    Error::NoSuchComponentNumber);
     refreshSpellingDictionary(GetDictionaryFolder() + QLatin1Char('/') + name, m_installedDictionary);
 }
 

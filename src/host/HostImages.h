@@ -1,6 +1,7 @@
 #pragma once
 
 #include "frame/host_contracts/Services.h"
+#include "pictures/PictureReading.h"
 
 namespace tavrin {
 
@@ -9,9 +10,9 @@ class HostImages : public Images
 {
 public:
     /// Longest file that is read.
-    static constexpr qint64 MaxFileLength = 64LL * 1024 * 1024;
+    static constexpr qint64 MaxFileLength = PictureReading::MaxFileLength;
     /// Most pixels that are decoded.
-    static constexpr qint64 MaxPixels = 50'000'000;
+    static constexpr qint64 MaxPixels = PictureReading::MaxPixels;
 
     /// True for the endings png, jpg, jpeg, gif and bmp, in any case.
     bool IsImageFile(const QString& fileName) override;

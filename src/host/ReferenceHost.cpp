@@ -1,6 +1,7 @@
 #include "host/ReferenceHost.h"
 
 #include "base/Error.h"
+#include "host/AttachmentStore.h"
 #include "host/CustomWordTable.h"
 #include "host/HostCaches.h"
 #include "host/HostEnvironment.h"
@@ -8,9 +9,14 @@
 #include "host/HostListFilling.h"
 #include "host/HostSession.h"
 #include "host/HostUiServices.h"
-#include "host/NotOffered.h"
 #include "host/RecordCollection.h"
 #include "host/ReferenceHostServices.h"
+#include "host/StoreDownloader.h"
+#include "host/StoreSweep.h"
+#include "host/StoreUploader.h"
+#include "host/Thumbnails.h"
+
+#include <QFileInfo>
 
 namespace tavrin {
 
@@ -22,8 +28,11 @@ struct ReferenceHost::Services
         , hostServices(*lists, database, environment)
         , session(*lists, options.UserId)
         , listFilling(*lists)
+        , thumbnails([this](const QString& path) { return openStoreFile(*store, path); }, options.Thumbnailer)
     {
         lists->Lists = HostLists::read(database);
+        store = std::make_shared<AttachmentStore>(lists, QFileInfo(database.path()).absolutePath());
+        sweep = std::make_unique<StoreSweep>(store->baseFolders());
     }
 
     std::shared_ptr<HostListsHolder> lists; // caches that controls keep share it
@@ -34,6 +43,9 @@ struct ReferenceHost::Services
     HostUiServices uiServices;
     HostListFilling listFilling;
     HostImages images;
+    AttachmentStorePtr store; // transfers that controls keep share it
+    std::unique_ptr<StoreSweep> sweep;
+    Thumbnails thumbnails;
 };
 
 ReferenceHost::ReferenceHost(Database& database, const ReferenceHostOptions& options)
@@ -70,6 +82,16 @@ std::optional<QDate> ReferenceHost::employeeLeftOn(int officerNo) const
 {
     const EmployeeRow* employee = m_services->lists->Lists->employee(officerNo);
     return employee && employee->LeftOn.isValid() ? std::optional(employee->LeftOn) : std::nullopt;
+}
+
+std::shared_ptr<const AttachmentStore> ReferenceHost::attachmentStore() const
+{
+    return m_services->store;
+}
+
+void ReferenceHost::waitForSweep()
+{
+    m_services->sweep->wait();
 }
 
 void ReferenceHost::setTheme(Theme theme)
@@ -139,12 +161,12 @@ std::unique_ptr<UsersCache> ReferenceHost::newUsersCache()
 
 std::unique_ptr<ThumbnailService> ReferenceHost::newThumbnailService()
 {
-    return makeMissingThumbnailService();
+    return makeThumbnailService(m_services->thumbnails);
 }
 
 std::unique_ptr<AttachmentFolders> ReferenceHost::newAttachmentFolders()
 {
-    return makeMissingAttachmentFolders();
+    return std::make_unique<HostAttachmentFolders>(m_services->lists);
 }
 
 std::unique_ptr<tvCustomDictionary> ReferenceHost::newCustomDictionary()
@@ -154,12 +176,12 @@ std::unique_ptr<tvCustomDictionary> ReferenceHost::newCustomDictionary()
 
 std::unique_ptr<Downloader> ReferenceHost::newDownloader()
 {
-    return makeMissingDownloader();
+    return std::make_unique<StoreDownloader>(m_services->store);
 }
 
 std::unique_ptr<Uploader> ReferenceHost::newUploader()
 {
-    return makeMissingUploader();
+    return std::make_unique<StoreUploader>(m_services->store);
 }
 
 tvTableCollectionPtr ReferenceHost::newTableCollection()

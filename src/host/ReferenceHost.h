@@ -11,6 +11,8 @@
 
 namespace tavrin {
 
+class AttachmentStore;
+
 enum class Theme
 {
     Light,
@@ -26,6 +28,8 @@ struct ReferenceHostOptions
     QString WorkstationFolder;
     /// "" takes the platform's own.
     QString DownloadsFolder;
+    /// The program that makes thumbnails in a process of its own; "" has the host make them itself.
+    QString Thumbnailer = {};
     /// Path of the installed spelling dictionary's two files, without ".aff" and ".dic"; "" takes the
     /// platform's American English.
     QString InstalledDictionary = {};
@@ -53,6 +57,12 @@ public:
     /// An employee's last day, as the kept lists have it. None while the person is there, when the day is not
     /// known, and for a number that nobody has.
     std::optional<QDate> employeeLeftOn(int officerNo) const;
+
+    /// Where the paths of rows lead on this platform.
+    std::shared_ptr<const AttachmentStore> attachmentStore() const;
+    /// A new host removes the temporary files that killed programs have left in the attachments folders,
+    /// beside its other work; returns when that is done.
+    void waitForSweep();
 
     void setTheme(Theme theme);
     Theme theme() const;

@@ -39,6 +39,7 @@ NibrsOffensePicker::NibrsOffensePicker(QWidget* parent, const ControlSite& site)
     : UserControl(parent, site)
     , cboNibrsCode(new FlatDropdown(this))
     , m_designValue(Null())
+    , m_font(cboNibrsCode->Font())
 {
     cboNibrsCode->setObjectName(QStringLiteral("cboNibrsCode"));
     setFocusPolicy(Qt::StrongFocus);
@@ -91,7 +92,9 @@ void NibrsOffensePicker::SetValue(const QVariant& value)
         const Codes codes = nibrsCodes();
         int target = 0;
         for (int i = 1; i < cboNibrsCode->ListCount() && target == 0; ++i) {
-            if (SameValue(codes.value(cboNibrsCode->ItemData(i)).first, value))
+            const int position = cboNibrsCode->ItemData(i);
+            // The dictionary may have shrunk: an entry whose code is gone is equal to nothing.
+            if (position < codes.size() && SameValue(codes.at(position).first, value))
                 target = i;
         }
         cboNibrsCode->SetListIndex(target);
@@ -124,14 +127,10 @@ void NibrsOffensePicker::SetEnabled(bool enabled)
     Q_EMIT PropertyChanged(QStringLiteral("Enabled"));
 }
 
-FontPtr NibrsOffensePicker::Font() const
-{
-    return cboNibrsCode->Font();
-}
-
 void NibrsOffensePicker::SetFont(const FontPtr& font)
 {
-    cboNibrsCode->SetFont(font);
+    if (font)
+        m_font = font;
     LayoutControls();
     Q_EMIT PropertyChanged(QStringLiteral("Font"));
 }
@@ -206,6 +205,11 @@ void NibrsOffensePicker::LayoutControls()
         return;
     const QScopedValueRollback inLayout(m_inLayout, true);
     continueOnError(
+        [this] {
+            // The box follows the font that it is given; its own copy holds a change back until now.
+            if (cboNibrsCode->Font()->toQFont() != m_font->toQFont())
+                cboNibrsCode->SetFont(std::make_shared<tavrin::Font>(m_font->toQFont()));
+        },
         [this] { cboNibrsCode->setGeometry(0, 0, toPixels(ScaleWidth()), cboNibrsCode->height()); },
         [this] { resize(cboNibrsCode->size()); });
     updateGeometry();

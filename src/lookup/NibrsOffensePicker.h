@@ -55,7 +55,7 @@ public:
     bool ValueIsNull() const;
 
     /// Shared by reference. A change inside it shows at the next resize.
-    FontPtr Font() const;
+    FontPtr Font() const { return m_font; }
     void SetFont(const FontPtr& font);
     Color ForeColor() const;
     void SetForeColor(Color color);
@@ -87,6 +87,7 @@ private:
 
     FlatDropdown* cboNibrsCode;
     QVariant m_designValue;
+    FontPtr m_font;
     bool m_inLayout = false;
     std::vector<Subscription> m_subscriptions;
 };

@@ -38,6 +38,8 @@ FontPtr TavrinDropdown::Font() const
 void TavrinDropdown::SetFont(const FontPtr& font)
 {
     cboItems->SetFont(font);
+    // Behind the box, which grows first: the frame has its height at any time.
+    m_fontChanged = Font()->FontChanged.subscribe([this](const QString&) { LayoutControls(); });
     LayoutControls();
     Q_EMIT PropertyChanged(QStringLiteral("Font"));
 }
@@ -107,17 +109,22 @@ void TavrinDropdown::BuildList()
 {
     if (!m_listOutdated)
         return;
+    // All that can fail comes first: a list that cannot be built leaves the one before, with what is chosen
+    // in it, and the next `Show` tries again. Half a list would read as Null and be saved so.
+    std::vector<std::pair<QString, qint32>> entries;
+    if (m_tableNumber != Tables::None) {
+        const TableValues values = currentHost().hostServices().GetTableValues(m_tableNumber, false);
+        for (const TableValue& value : values.Items)
+            entries.emplace_back(value.DisplayText, ToLong(value.Value));
+    }
     m_listOutdated = false;
     cboItems->Clear();
     m_selected = -1;
     if (m_tableNumber == Tables::None)
         return;
     cboItems->AddItem(QStringLiteral("(None)"));
-    const TableValues values = currentHost().hostServices().GetTableValues(m_tableNumber, false);
-    for (const TableValue& value : values.Items) {
-        cboItems->AddItem(value.DisplayText);
-        cboItems->SetItemData(cboItems->NewIndex(), ToLong(value.Value));
-    }
+    for (const auto& [text, value] : entries)
+        cboItems->AddItem(text, value);
     cboItems->SetListIndex(0);
 }
 

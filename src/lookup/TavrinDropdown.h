@@ -37,7 +37,7 @@ public:
     explicit TavrinDropdown(QWidget* parent = nullptr, const ControlSite& site = {});
     ~TavrinDropdown() override;
 
-    /// Shared by reference; the height follows it. By default the container's.
+    /// Shared by reference; the height follows it, and each change inside it. By default the container's.
     FontPtr Font() const;
     void SetFont(const FontPtr& font);
 
@@ -46,7 +46,8 @@ public:
     void SetIcon(const QImage& icon);
 
     /// The code table; -1, the default, for none. The list is built the next time the control shows: another
-    /// number has no visible effect until then.
+    /// number has no visible effect until then. If the host fails at that, list and value stay as they were,
+    /// the failure is that of the showing, and the next showing tries again.
     tavrin::TableNumber TableNumber() const { return m_tableNumber; }
     void SetTableNumber(tavrin::TableNumber number);
 
@@ -80,6 +81,7 @@ private:
     bool m_listOutdated = false;
     int m_selected = -1; // to tell a change of the selection from a click on the same entry
     bool m_inLayout = false;
+    Subscription m_fontChanged;
     std::vector<Subscription> m_subscriptions;
 };
 

@@ -20,7 +20,7 @@ namespace {
 
 constexpr qint64 LongestFile = qint64(16) << 20;
 /// Another program holds the file for as long as it takes to write a line.
-constexpr int PatienceMs = 1000;
+constexpr int PatienceMs = 2000;
 constexpr unsigned long PauseMs = 20;
 
 [[noreturn]] void raiseNotWritten(const QString& path, const SystemError& error)

@@ -4,8 +4,6 @@
 
 #include <QString>
 
-#include <memory>
-
 class QWidget;
 
 namespace tavrin {

@@ -2,7 +2,7 @@
 
 #include "ConstituentLook.h"
 #include "IconGlyphs.h"
-#include "KeyCodes.h"
+#include "ListKeys.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -102,9 +102,7 @@ void FlatDropdown::toggle()
 void FlatDropdown::keyPressEvent(QKeyEvent* event)
 {
     const auto modifiers = event->modifiers() & ~Qt::KeypadModifier;
-    const bool isAlt = modifiers == Qt::AltModifier;
-    const bool toggles = (!modifiers && (event->key() == Qt::Key_F4 || event->key() == Qt::Key_Space)) ||
-                         (isAlt && (event->key() == Qt::Key_Down || event->key() == Qt::Key_Up));
+    const bool toggles = togglesList(*event) || (!modifiers && event->key() == Qt::Key_Space);
     const bool closes = IsOpen() && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter);
     if (toggles || closes) {
         toggle();
@@ -116,15 +114,8 @@ void FlatDropdown::keyPressEvent(QKeyEvent* event)
 
 bool FlatDropdown::event(QEvent* event)
 {
-    if (event->type() == QEvent::ShortcutOverride && IsOpen()) {
-        const auto* key = static_cast<QKeyEvent*>(event);
-        const bool isPlain = (key->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-        const bool isFunctionKey = key->key() >= Qt::Key_F1 && key->key() <= Qt::Key_F35;
-        if (isPlain && !isFunctionKey) {
-            event->accept(); // the open list has it, and no shortcut of the window
-            return true;
-        }
-    }
+    if (IsOpen() && claimsListKey(*event, ListKeys::AllButFunctions))
+        return true; // the open list has it, and no shortcut of the window
     return DropDownList::event(event);
 }
 

@@ -23,6 +23,8 @@ public:
     /// windows: no other record can come between the question and its answer. The form keeps what was
     /// entered.
     void ShowModal(QWidget* owner);
+    /// The form works and cannot be closed.
+    bool isBusy() const { return m_busy; }
 
 protected:
     virtual void Form_Resize() {}
@@ -32,7 +34,6 @@ protected:
 
     /// While it is set neither Escape nor the window's frame closes the form.
     void SetBusy(bool busy) { m_busy = busy; }
-    bool isBusy() const { return m_busy; }
 
     bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;

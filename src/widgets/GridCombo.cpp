@@ -108,13 +108,16 @@ void GridArray::DeleteRow(int row)
     m_rows.erase(m_rows.begin() + (row - 1));
 }
 
+bool GridArray::IsSame(const QVariant& a, const QVariant& b)
+{
+    const auto hasText = [](const QVariant& value) { return !IsNull(value) && !IsEmpty(value); };
+    return SameValue(a, b) || (hasText(a) && hasText(b) && ToText(a) == ToText(b));
+}
+
 int GridArray::Find(int fromRow, int column, const QVariant& value) const
 {
-    const bool hasText = !IsNull(value) && !IsEmpty(value);
-    const QString text = ToText(value);
     for (int row = std::max(fromRow, 1); row <= UpperBound(); ++row) {
-        const QVariant cell = Value(row, column);
-        if (SameValue(cell, value) || (hasText && !IsNull(cell) && !IsEmpty(cell) && ToText(cell) == text))
+        if (IsSame(Value(row, column), value))
             return row;
     }
     return 0;

@@ -23,7 +23,9 @@ public:
     void AppendRow(Row row) { m_rows.push_back(std::move(row)); }
     /// Raises an `Error` outside the array.
     void DeleteRow(int row);
-    /// The first row from `fromRow` on whose cell equals `value` as a number or text; 0 when there is none.
+    /// Whether two values are equal as numbers or texts, as `Find` compares them. Null equals Null only.
+    static bool IsSame(const QVariant& a, const QVariant& b);
+    /// The first row from `fromRow` on whose cell is the same as `value`; 0 when there is none.
     int Find(int fromRow, int column, const QVariant& value) const;
     /// Deletes for each of the values, in their order, the first row from `fromRow` on that `Find` gives for
     /// it: a value that stands twice in the list takes two rows with it. One pass over the rows where the

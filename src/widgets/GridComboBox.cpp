@@ -102,7 +102,10 @@ GridComboBox::GridComboBox(QWidget* parent)
 
 GridComboBox::~GridComboBox()
 {
-    delete m_popup.data(); // its rows live here
+    if (m_table)
+        m_table->setModel(nullptr); // its rows live here
+    m_tableSubscriptions.clear();
+    endPopup(m_popup, m_isClicked);
 }
 
 // Rows
@@ -227,7 +230,10 @@ void GridComboBox::makeList()
     m_popup->setObjectName(QStringLiteral("gridList"));
     m_table = new GridTable(*this, m_popup);
     m_tableSubscriptions.clear();
-    m_tableSubscriptions.push_back(m_table->RowClicked.subscribe([this](int row) { take(row); }));
+    m_tableSubscriptions.push_back(m_table->RowClicked.subscribe([this](int row) {
+        const PopupInUse inUse(this, m_isClicked); // a follower may delete the box
+        take(row);
+    }));
     m_tableSubscriptions.push_back(m_table->MarkChanged.subscribe([this] { markChanged(); }));
     auto* layout = new QVBoxLayout(m_popup);
     layout->setContentsMargins(1, 1, 1, 1);

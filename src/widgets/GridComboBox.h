@@ -118,7 +118,7 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
-    /// The current row is another one.
+    /// The current row is another one. A handler may delete the box, also when a click brought it here.
     Event<> RowChange;
     /// A row comes into view: its number, and how it shows. What a handler throws is reported, once for this
     /// list.
@@ -192,6 +192,7 @@ private:
     QRect m_place; // of the box on the screen when the list opened
     QString m_typed;
     QElapsedTimer m_sinceTyped;
+    bool m_isClicked = false; // a row of the list, just now
     mutable bool m_styleFailed = false;
 };
 

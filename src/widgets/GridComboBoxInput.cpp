@@ -1,6 +1,7 @@
 // Keys, mouse and focus of the grid combo.
 
 #include "GridComboBox.h"
+#include "ListKeys.h"
 #include "base/Guard.h"
 
 #include <QApplication>
@@ -14,27 +15,6 @@ namespace tavrin {
 namespace {
 
 constexpr int ClosedPage = 11; // rows that a page key passes while the list is closed
-
-/// A key that means the list as long as it is open.
-bool isListKey(const QKeyEvent& event)
-{
-    if ((event.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier)
-        return false;
-    switch (event.key()) {
-    case Qt::Key_Escape:
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Down:
-    case Qt::Key_Up:
-    case Qt::Key_PageDown:
-    case Qt::Key_PageUp:
-    case Qt::Key_Home:
-    case Qt::Key_End:
-        return true;
-    default:
-        return false;
-    }
-}
 
 } // namespace
 
@@ -73,32 +53,10 @@ void GridComboBox::moveTo(int row)
 bool GridComboBox::moveBy(int key)
 {
     const int page = ListIsOpen() ? m_table->pageRows() : ClosedPage;
-    int target = keyRow();
-    switch (key) {
-    case Qt::Key_Down:
-        target += 1;
-        break;
-    case Qt::Key_Up:
-        target -= 1;
-        break;
-    case Qt::Key_PageDown:
-        target += page;
-        break;
-    case Qt::Key_PageUp:
-        target -= page;
-        break;
-    case Qt::Key_Home:
-        target = 1;
-        break;
-    case Qt::Key_End:
-        target = rowCount();
-        break;
-    default:
-        return false;
-    }
-    if (rowCount() > 0)
-        moveTo(std::clamp(target, 1, rowCount()));
-    return true;
+    const std::optional<int> target = rowByKey(key, keyRow(), page, 1, rowCount());
+    if (target && rowCount() > 0)
+        moveTo(*target);
+    return target.has_value();
 }
 
 int GridComboBox::rowOfText(const QString& text, int from) const
@@ -151,9 +109,7 @@ bool GridComboBox::answersKey(const QKeyEvent& event)
 {
     const int key = event.key();
     const auto modifiers = event.modifiers() & ~Qt::KeypadModifier;
-    const bool toggles = (key == Qt::Key_F4 && !modifiers) ||
-                         (modifiers == Qt::AltModifier && (key == Qt::Key_Down || key == Qt::Key_Up));
-    if (toggles) {
+    if (togglesList(event)) {
         toggleList();
         return true;
     }
@@ -192,15 +148,10 @@ void GridComboBox::keyPressEvent(QKeyEvent* event)
 
 bool GridComboBox::event(QEvent* event)
 {
-    if (event->type() == QEvent::ShortcutOverride && ListIsOpen() &&
-        isListKey(*static_cast<QKeyEvent*>(event))) {
-        event->accept(); // the open list has it, and no shortcut of the window
-        return true;
-    }
+    if (ListIsOpen() && claimsListKey(*event, ListKeys::MovingAndEnds))
+        return true; // the open list has it, and no shortcut of the window
     if (event->type() == QEvent::KeyPress && ListIsOpen()) {
-        const auto* press = static_cast<QKeyEvent*>(event);
-        const bool isTab = press->key() == Qt::Key_Tab || press->key() == Qt::Key_Backtab;
-        if (isTab && !(press->modifiers() & (Qt::ControlModifier | Qt::AltModifier))) {
+        if (isTabKey(*static_cast<QKeyEvent*>(event))) {
             const QPointer<GridComboBox> self(this);
             guard("GridComboBox_Tab", [&] { take(m_table->markedRow()); });
             if (!self)

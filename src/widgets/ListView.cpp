@@ -79,6 +79,16 @@ void ListView::AddColumnHeader(const QString& key, const QString& caption, Twips
     m_model->addColumn({key, caption, width, width > 0});
     for (int column = 0; column < m_model->columnTotal(); ++column)
         applyWidth(column); // the header forgets widths when it gets a section
+    letLastColumnShrink();
+}
+
+void ListView::letLastColumnShrink()
+{
+    // The last column keeps the width from which it was stretched where the others leave less.
+    header()->setStretchLastSection(false);
+    if (header()->count() > 0)
+        header()->resizeSection(header()->count() - 1, header()->minimumSectionSize());
+    header()->setStretchLastSection(true);
 }
 
 void ListView::applyWidth(int column)
@@ -112,6 +122,7 @@ Twips ListView::ColumnLeft(const QString& key) const
 void ListView::SetMinimumColumnWidth(Twips width)
 {
     header()->setMinimumSectionSize(toPixels(width));
+    letLastColumnShrink();
 }
 
 void ListView::SetSortKey(const QString& columnKey)

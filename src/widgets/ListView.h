@@ -148,6 +148,7 @@ private:
     class Model;
     class RowDelegate;
     void applyWidth(int column);
+    void letLastColumnShrink();
     void raiseMouseDown(int button, Qt::KeyboardModifiers modifiers, const QPoint& place);
     void raiseItemClick(const QString& key);
     bool swallows(const QKeyEvent& event);

@@ -17,6 +17,19 @@ QFrame* newPopupFrame(QWidget* owner)
     return frame;
 }
 
+void endPopup(QWidget* popup, bool isInUse)
+{
+    if (!isInUse) {
+        delete popup;
+        return;
+    }
+    if (!popup)
+        return;
+    popup->hide();
+    popup->setParent(nullptr, popup->windowFlags()); // its owner may be ended in the same event
+    popup->deleteLater();
+}
+
 QRect popupPlace(const QRect& anchor, const QSize& size, int leastHeight, const QRect& available)
 {
     const int below = available.bottom() - anchor.bottom();

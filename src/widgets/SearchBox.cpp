@@ -1,32 +1,14 @@
 #include "SearchBox.h"
 
-#include "PopupFrame.h"
-#include "SuggestionView.h"
+#include "ListKeys.h"
+#include "SuggestionPopup.h"
 #include "base/Guard.h"
 
-#include <QAccessible>
-#include <QApplication>
 #include <QKeyEvent>
-#include <QScreen>
-#include <QScrollBar>
-#include <QVBoxLayout>
 
-#include <algorithm>
 #include <limits>
 
 namespace tavrin {
-
-namespace {
-
-/// The frame's line and the margin around the list, on either side.
-constexpr int AroundList = 4;
-
-QRect onScreen(const QWidget& widget)
-{
-    return {widget.mapToGlobal(QPoint(0, 0)), widget.size()};
-}
-
-} // namespace
 
 SearchBox::SearchBox(QWidget* parent)
     : TextBox(parent)
@@ -34,8 +16,15 @@ SearchBox::SearchBox(QWidget* parent)
         setFont(m_font.get()->toQFont());
         fontChanged();
     })
-    , m_anchor(this)
+    , m_list(std::make_unique<SuggestionPopup>(
+          *this, [this](PictureSurface& picture, int row, bool highlighted) {
+              DrawItem.raise(picture, m_result.at(static_cast<std::size_t>(row)), m_query, highlighted);
+          }))
 {
+    m_listSubscriptions.push_back(m_list->RowClicked.subscribe([this](int row) { take(row); }));
+    m_listSubscriptions.push_back(
+        m_list->HighlightChanged.subscribe([this] { setAccessibleDescription(m_list->description()); }));
+    m_listSubscriptions.push_back(m_list->CloseWanted.subscribe([this] { CloseList(); }));
     setMaxLength(std::numeric_limits<int>::max()); // a pasted text is searched for whole
     connect(this, &QLineEdit::textEdited, this, [this] {
         // The line edit is still at work, and the handlers of a search may delete it. Keys and input methods
@@ -51,7 +40,7 @@ SearchBox::SearchBox(QWidget* parent)
 
 SearchBox::~SearchBox()
 {
-    delete m_popup.data(); // its view paints what lives here
+    m_list.reset(); // its rows are painted from what lives here
 }
 
 // Choosing
@@ -102,7 +91,7 @@ void SearchBox::clearByPerson()
 
 bool SearchBox::canTake() const
 {
-    return ListIsOpen() && m_view->highlightedRow() >= 0 && m_resultText == text();
+    return ListIsOpen() && m_list->highlightedRow() >= 0 && m_resultText == text();
 }
 
 void SearchBox::take(int row)
@@ -161,17 +150,10 @@ void SearchBox::openList(const QString& query)
     m_result = std::move(result);
     m_query = query;
     m_resultText = textBefore;
-    makeList();
-    m_view->setFont(font());
-    m_view->setRows(static_cast<int>(m_result.size()), listWidth() - AroundList);
-    placeList();
-    if (!m_popup->isVisible()) {
-        qApp->installEventFilter(this);
-        m_popup->show();
-    }
+    m_list->open(listOwner() ? *listOwner() : *window(), static_cast<int>(m_result.size()));
     if (m_result.size() == 1 && !query.isEmpty())
-        m_view->setHighlightedRow(0);
-    highlightChanged();
+        m_list->setHighlightedRow(0);
+    setAccessibleDescription(m_list->description());
 }
 
 void SearchBox::openByPerson()
@@ -185,143 +167,43 @@ void SearchBox::openByPerson()
 
 // The list
 
-void SearchBox::makeList()
+void SearchBox::SetListWidth(Twips width)
 {
-    QWidget* owner = listOwner() ? listOwner() : window();
-    if (m_popup && m_popup->parentWidget() == owner)
-        return;
-    delete m_popup.data(); // the box has gone to another window
-    m_popup = newPopupFrame(owner);
-    m_popup->setObjectName(QStringLiteral("suggestionList"));
-    m_view = new SuggestionView(
-        [this](PictureSurface& picture, int row, bool highlighted) {
-            DrawItem.raise(picture, m_result.at(static_cast<std::size_t>(row)), m_query, highlighted);
-        },
-        m_popup);
-    m_viewSubscriptions.clear();
-    m_viewSubscriptions.push_back(m_view->RowClicked.subscribe([this](int row) { take(row); }));
-    m_viewSubscriptions.push_back(m_view->HighlightChanged.subscribe([this] { highlightChanged(); }));
-    auto* layout = new QVBoxLayout(m_popup);
-    layout->setContentsMargins(1, 1, 1, 1);
-    layout->setSizeConstraint(QLayout::SetNoConstraint);
-    layout->addWidget(m_view);
+    m_list->setWidth(width);
 }
 
-const QWidget& SearchBox::anchor() const
+void SearchBox::setListAnchor(QWidget* anchor)
 {
-    if (m_anchor)
-        return *m_anchor;
-    return *this;
-}
-
-int SearchBox::listWidth() const
-{
-    return m_listWidth > 0 ? toPixels(m_listWidth) : anchor().width();
-}
-
-void SearchBox::placeList()
-{
-    m_place = onScreen(anchor());
-    const QSize frame(AroundList, AroundList);
-    const QSize page = m_view->pageSize();
-    const QSize wanted = QSize(std::max(page.width(), listWidth() - frame.width()), page.height());
-    m_popup->setGeometry(popupPlace(m_place, wanted + frame, m_view->rowHeight() + frame.height(),
-                                    screen()->availableGeometry()));
+    m_list->setAnchor(anchor);
 }
 
 bool SearchBox::ListIsOpen() const
 {
-    return m_popup && m_popup->isVisible();
+    return m_list->isOpen();
 }
 
 void SearchBox::CloseList()
 {
     if (!ListIsOpen())
         return;
-    qApp->removeEventFilter(this);
-    m_popup->hide();
+    m_list->close();
     m_result = Suggestions(); // with its memory, which a form of many boxes would keep for nothing
-    m_view->setRows(0, 0);
     setAccessibleDescription(QString());
-}
-
-void SearchBox::highlightChanged()
-{
-    if (!m_view)
-        return;
-    const int row = m_view->highlightedRow();
-    setAccessibleDescription(row < 0 ? m_view->accessibleDescription()
-                                     : tr("%1, %2 of %3")
-                                           .arg(m_view->rowText(row), QString::number(row + 1),
-                                                QString::number(m_view->rowCount())));
 }
 
 // Keys
 
-namespace {
-
-/// A key that means the list as long as it is open.
-bool isListKey(const QKeyEvent& event)
-{
-    if ((event.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier)
-        return false;
-    switch (event.key()) {
-    case Qt::Key_Escape:
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Down:
-    case Qt::Key_Up:
-    case Qt::Key_PageDown:
-    case Qt::Key_PageUp:
-        return true;
-    default:
-        return false;
-    }
-}
-
-} // namespace
-
-bool SearchBox::moveHighlight(int key)
-{
-    const int now = m_view->highlightedRow();
-    const int page = m_view->pageRows();
-    const int last = m_view->rowCount() - 1;
-    int next = now;
-    switch (key) {
-    case Qt::Key_Down:
-        next = now + 1;
-        break;
-    case Qt::Key_Up:
-        next = now - 1;
-        break;
-    case Qt::Key_PageDown:
-        next = now + page;
-        break;
-    case Qt::Key_PageUp:
-        next = now - page;
-        break;
-    default:
-        return false;
-    }
-    if (last >= 0)
-        m_view->setHighlightedRow(std::clamp(next, 0, last));
-    return true;
-}
-
 bool SearchBox::answersKey(const QKeyEvent& event)
 {
     const int key = event.key();
-    const auto modifiers = event.modifiers() & ~Qt::KeypadModifier;
-    const bool toggles = (key == Qt::Key_F4 && !modifiers) ||
-                         (modifiers == Qt::AltModifier && (key == Qt::Key_Down || key == Qt::Key_Up));
-    if (toggles) {
+    if (togglesList(event)) {
         if (ListIsOpen())
             CloseList();
         else
             openByPerson();
         return true;
     }
-    if (modifiers)
+    if (event.modifiers() & ~Qt::KeypadModifier)
         return false;
     if (!ListIsOpen()) {
         if (key != Qt::Key_Down)
@@ -335,10 +217,10 @@ bool SearchBox::answersKey(const QKeyEvent& event)
     }
     if (key == Qt::Key_Return || key == Qt::Key_Enter) {
         if (canTake())
-            take(m_view->highlightedRow());
+            take(m_list->highlightedRow());
         return true; // an open list asks for a choice; the form's default button is not meant
     }
-    return moveHighlight(key);
+    return m_list->moveHighlight(key);
 }
 
 void SearchBox::keyPressEvent(QKeyEvent* event)
@@ -366,17 +248,12 @@ void SearchBox::keyPressEvent(QKeyEvent* event)
 
 bool SearchBox::event(QEvent* event)
 {
-    if (event->type() == QEvent::ShortcutOverride && ListIsOpen() &&
-        isListKey(*static_cast<QKeyEvent*>(event))) {
-        event->accept(); // the open list has it, and no shortcut of the window
-        return true;
-    }
+    if (ListIsOpen() && claimsListKey(*event, ListKeys::Moving))
+        return true; // the open list has it, and no shortcut of the window
     if (event->type() == QEvent::KeyPress && !m_isComposing) {
-        const auto* press = static_cast<QKeyEvent*>(event);
-        const bool isTab = press->key() == Qt::Key_Tab || press->key() == Qt::Key_Backtab;
-        if (isTab && !(press->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) && canTake()) {
+        if (isTabKey(*static_cast<QKeyEvent*>(event)) && canTake()) {
             const QPointer<SearchBox> self(this);
-            guard("SearchBox_Tab", [&] { take(m_view->highlightedRow()); });
+            guard("SearchBox_Tab", [&] { take(m_list->highlightedRow()); });
             if (!self)
                 return true;
         }
@@ -446,38 +323,8 @@ void SearchBox::wheelEvent(QWheelEvent* event)
         TextBox::wheelEvent(event);
         return;
     }
-    QApplication::sendEvent(m_view->verticalScrollBar(), event);
+    m_list->scroll(event);
     event->accept(); // also at the end of the list: a page that scrolls would close it
-}
-
-bool SearchBox::eventFilter(QObject* watched, QEvent* event)
-{
-    const auto* widget = qobject_cast<QWidget*>(watched);
-    if (!widget || !ListIsOpen())
-        return TextBox::eventFilter(watched, event);
-    switch (event->type()) {
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonDblClick: {
-        // By its place: a press that the anchor does not take comes to its parents as well.
-        const QPoint place = static_cast<QMouseEvent*>(event)->globalPosition().toPoint();
-        if (!m_popup->geometry().contains(place) && !onScreen(anchor()).contains(place))
-            CloseList();
-        break;
-    }
-    case QEvent::Move:
-    case QEvent::Resize:
-        if (widget == window() ||
-            ((widget == &anchor() || widget->isAncestorOf(&anchor())) && onScreen(anchor()) != m_place))
-            CloseList();
-        break;
-    case QEvent::WindowDeactivate:
-        if (widget == window())
-            CloseList();
-        break;
-    default:
-        break;
-    }
-    return TextBox::eventFilter(watched, event);
 }
 
 } // namespace tavrin

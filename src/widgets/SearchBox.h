@@ -5,15 +5,13 @@
 #include "base/Twips.h"
 #include "base/XmlDocument.h"
 
-#include <QFrame>
-#include <QPointer>
-
+#include <memory>
 #include <vector>
 
 namespace tavrin {
 
 class PictureSurface;
-class SuggestionView;
+class SuggestionPopup;
 
 /// The result of a search: XML nodes in their order.
 using Suggestions = std::vector<XmlNode>;
@@ -54,7 +52,7 @@ public:
     bool Enabled() const { return isEnabled(); }
 
     /// Width of the list; rows that tell that they are wider make it wider. 0, the default, is the anchor's.
-    void SetListWidth(Twips width) { m_listWidth = width; }
+    void SetListWidth(Twips width);
 
     /// Shortest text that is searched for; 0, the default, searches for the empty text too.
     int MinQueryLength() const { return m_minQueryLength; }
@@ -95,7 +93,7 @@ protected:
     /// Opens the list for what was typed; for everything where the box shows the chosen item's text.
     void openByPerson();
     /// What the list opens below, and is as wide as: the box, unless another widget that holds it is named.
-    void setListAnchor(QWidget* anchor) { m_anchor = anchor; }
+    void setListAnchor(QWidget* anchor);
     /// The window that the list belongs to; nullptr for the box's own.
     virtual QWidget* listOwner() const { return nullptr; }
     /// The person empties the box.
@@ -110,36 +108,24 @@ protected:
     void hideEvent(QHideEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void changeEvent(QEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void answerEdit();
     void search();
     bool answersKey(const QKeyEvent& event);
-    bool moveHighlight(int key);
     bool canTake() const;
     void take(int row);
     QString itemText(const XmlNode& item);
-    void makeList();
-    const QWidget& anchor() const;
-    int listWidth() const;
-    void placeList();
-    void highlightChanged();
 
     XmlNode m_selected;
     QString m_selectedText; // as it was when the item was chosen
     SharedFont m_font;
-    Twips m_listWidth = 0;
     int m_minQueryLength = 0;
-    QPointer<QWidget> m_anchor;
-    // A child of its owner's window, which may die before this box.
-    QPointer<QWidget> m_popup;
-    QPointer<SuggestionView> m_view;
-    std::vector<Subscription> m_viewSubscriptions;
+    std::unique_ptr<SuggestionPopup> m_list;
+    std::vector<Subscription> m_listSubscriptions;
     Suggestions m_result;
     QString m_query;
     QString m_resultText; // of the box when the result was asked for
-    QRect m_place;        // of the anchor on the screen when the list opened
     bool m_isComposing = false;
     bool m_isEdited = false; // by the person, and not answered yet
 };

@@ -95,8 +95,14 @@ std::optional<Options> parseOptions(const QStringList& arguments, int& exitCode)
         exitCode = UsageError;
         return std::nullopt;
     }
-    return Options{parser.value(database), parser.value(data), parser.value(forms),
-                   parser.value(tour),     parser.value(user), *chosenTheme};
+    Options options;
+    options.database = parser.value(database);
+    options.dataFolder = parser.value(data);
+    options.formsFolder = parser.value(forms);
+    options.tourFolder = parser.value(tour);
+    options.user = parser.value(user);
+    options.theme = *chosenTheme;
+    return options;
 }
 
 } // namespace tavrin::workbench

@@ -19,6 +19,8 @@ struct Options
     QString formsFolder;
     /// Where the tour writes its pictures; "" starts the program for a person.
     QString tourFolder;
+    /// Where downloads go; "" takes the platform's place.
+    QString downloadsFolder;
     QString user = QStringLiteral("admin");
     ThemeChoice theme = ThemeChoice::System;
 };

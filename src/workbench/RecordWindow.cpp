@@ -1,12 +1,14 @@
 #include "RecordWindow.h"
 
+#include "AttachmentsPage.h"
 #include "GeneralPage.h"
-#include "ListPage.h"
 #include "LocationPage.h"
 #include "NarrativePage.h"
+#include "PeoplePage.h"
 #include "SuspectsPage.h"
 #include "Theme.h"
 #include "Workspace.h"
+#include "attachments/CoverImage.h"
 #include "base/Error.h"
 #include "base/Guard.h"
 #include "base/Variant.h"
@@ -27,6 +29,9 @@
 namespace tavrin::workbench {
 
 namespace {
+
+/// Room for the words that stand there while there is no cover.
+constexpr QSize CoverSize(132, 100);
 
 QFrame* makeLine()
 {
@@ -91,6 +96,7 @@ RecordWindow::RecordWindow(Workspace& workspace, RecordPtr record, QWidget* pare
     m_navigation->setCurrentRow(0);
     for (RecordPage* page : m_pages)
         page->load(*m_record);
+    static_cast<BoundSection*>(m_cover)->ReadData(m_record);
     refreshState();
     if (!problems.isEmpty()) { // after the window is there to be read
         QTimer::singleShot(0, this, [this, text = problems.join(u'\n')] {
@@ -114,11 +120,20 @@ QWidget* RecordWindow::makeHeader()
     QPalette palette = m_subtitle->palette();
     palette.setColor(QPalette::WindowText, quietText(palette));
     m_subtitle->setPalette(palette);
-    auto* layout = new QVBoxLayout(header);
-    layout->setContentsMargins(24, 14, 24, 14);
-    layout->setSpacing(2);
-    layout->addWidget(m_title);
-    layout->addWidget(m_subtitle);
+    m_cover = new CoverImage(header);
+    m_cover->setObjectName(QStringLiteral("cover"));
+    m_cover->setAccessibleName(tr("Cover image"));
+    m_cover->setFixedSize(CoverSize);
+    auto* words = new QVBoxLayout;
+    words->setSpacing(2);
+    words->addStretch(1);
+    words->addWidget(m_title);
+    words->addWidget(m_subtitle);
+    words->addStretch(1);
+    auto* layout = new QHBoxLayout(header);
+    layout->setContentsMargins(24, 8, 24, 8);
+    layout->addLayout(words, 1);
+    layout->addWidget(m_cover);
     return header;
 }
 
@@ -158,10 +173,14 @@ void RecordWindow::addPages(QStringList& problems)
     addPage(general);
     addPage(officers);
     addPage(offenses);
-    addPage(new SuspectsPage(forms, problems));
-    addPage(new ListPage);
+    auto* suspects = new SuspectsPage(forms, problems);
+    auto* people = new PeoplePage;
+    m_subscriptions.push_back(people->PeopleChanged.subscribe([suspects] { suspects->peopleChanged(); }));
+    addPage(suspects);
+    addPage(people);
     addPage(new NarrativePage);
     addPage(new LocationPage);
+    addPage(new AttachmentsPage);
 }
 
 void RecordWindow::addPage(RecordPage* page)

@@ -12,6 +12,10 @@ class QListWidget;
 class QPushButton;
 class QStackedWidget;
 
+namespace tavrin {
+class CoverImage;
+} // namespace tavrin
+
 namespace tavrin::workbench {
 
 class Workspace;
@@ -56,6 +60,7 @@ private:
     std::vector<Subscription> m_subscriptions;
     QLabel* m_title = nullptr;
     QLabel* m_subtitle = nullptr;
+    CoverImage* m_cover = nullptr;
     QListWidget* m_navigation = nullptr;
     QStackedWidget* m_stack = nullptr;
     QLabel* m_status = nullptr;

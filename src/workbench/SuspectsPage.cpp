@@ -85,6 +85,7 @@ void SuspectsPage::build()
 void SuspectsPage::load(Record& record)
 {
     m_record = record.shared_from_this();
+    m_arePeopleChanged = false;
     const QSignalBlocker quiet(m_list);
     m_list->clear();
     for (const RecordRowPtr& row : suspectsOf(record).rows()) {
@@ -93,6 +94,17 @@ void SuspectsPage::load(Record& record)
     }
     m_list->setCurrentRow(m_list->count() > 0 ? 0 : -1);
     loadCurrent();
+}
+
+void SuspectsPage::showEvent(QShowEvent* event)
+{
+    RecordPage::showEvent(event);
+    if (!std::exchange(m_arePeopleChanged, false))
+        return;
+    guard("SuspectsPage_Show", [this] {
+        storeCurrent();
+        loadCurrent();
+    });
 }
 
 void SuspectsPage::setPosition(Record& record, int row) const

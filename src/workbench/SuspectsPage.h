@@ -26,6 +26,13 @@ public:
     /// Checks every suspect; the one whose section is refused is the current one then.
     void storeRows(Record& record) override;
 
+    /// Somebody else in the incident came, went or has another name: the relationships are shown anew with
+    /// the page.
+    void peopleChanged() { m_arePeopleChanged = true; }
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     void build();
     void goTo(int row);
@@ -45,6 +52,7 @@ private:
     SuspectDetail* m_detail;
     RecordPtr m_record;
     Subscription m_edited;
+    bool m_arePeopleChanged = false;
     int m_current = -1; // the row that the detail shows; -1 for none
 };
 

@@ -22,6 +22,9 @@ int runTour(const Options& options)
     for (const QString& ending :
          {QString(), QStringLiteral("-wal"), QStringLiteral("-shm"), QStringLiteral("-journal")})
         QFile::remove(own.database + ending);
+    own.downloadsFolder = QDir(options.tourFolder).filePath(QStringLiteral("downloads"));
+    QDir(own.downloadsFolder).removeRecursively();
+    QDir().mkpath(own.downloadsFolder);
     TourDriver driver(options.tourFolder);
     TourSite site(own, driver);
     try {
@@ -30,6 +33,7 @@ int runTour(const Options& options)
         walkOffenses(site);
         walkSuspects(site);
         walkLocation(site);
+        walkAttachments(site, options.tourFolder);
         walkSaving(site);
     } catch (const Error& error) {
         std::printf("not ok - %s\n", qPrintable(error.Description));

@@ -131,7 +131,8 @@ void TourDriver::click(QWidget* widget, const QPoint& place)
     QTest::mouseClick(widget, Qt::LeftButton, Qt::NoModifier, place);
 }
 
-void TourDriver::withBox(const std::function<void()>& trigger, const std::function<void(QWidget* box)>& inBox)
+void TourDriver::withBox(const std::function<void()>& trigger, const std::function<void(QWidget* box)>& inBox,
+                         const std::function<bool(QWidget* box)>& ready)
 {
     bool came = false;
     QPointer<QWidget> below;
@@ -141,7 +142,7 @@ void TourDriver::withBox(const std::function<void()>& trigger, const std::functi
     waited.start();
     connectGuarded(&look, &QTimer::timeout, &look, "TourDriver_Box", [&] {
         QWidget* box = QApplication::activeModalWidget();
-        if (!box || !box->isVisible())
+        if (!box || !box->isVisible() || (ready && !ready(box)))
             return;
         if (!box->isActiveWindow() && !waited.hasExpired(Patience)) {
             box->activateWindow(); // until then the keys would go elsewhere

@@ -26,8 +26,10 @@ public:
     void click(QWidget* widget);
     void click(QWidget* widget, const QPoint& place);
 
-    /// Does `trigger`, which opens a modal box, and `inBox` once the box is there. Ends when it is closed.
-    void withBox(const std::function<void()>& trigger, const std::function<void(QWidget* box)>& inBox);
+    /// Does `trigger`, which opens a modal box, and `inBox` once the box is there, and `ready` when that is
+    /// given. Ends when it is closed.
+    void withBox(const std::function<void()>& trigger, const std::function<void(QWidget* box)>& inBox,
+                 const std::function<bool(QWidget* box)>& ready = {});
 
     void check(bool condition, const QString& what) const;
     void checkEqual(const QString& seen, const QString& expected, const QString& what) const;

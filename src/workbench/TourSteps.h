@@ -83,6 +83,8 @@ void walkPeople(TourSite& site);
 void walkOffenses(TourSite& site);
 void walkSuspects(TourSite& site);
 void walkLocation(TourSite& site);
+/// `folder` takes the files that are attached.
+void walkAttachments(TourSite& site, const QString& folder);
 void walkSaving(TourSite& site);
 
 } // namespace tavrin::workbench

@@ -4,6 +4,7 @@
 #include "frame/modUtils.h"
 #include "host/SampleData.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -50,6 +51,12 @@ bool fill(Database& database, const QString& dataFolder)
     }
 }
 
+/// The program that is installed beside this one.
+QString thumbnailer()
+{
+    return QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("tavrin_thumbnailer"));
+}
+
 void checkUser(ReferenceHost& host, const Options& options)
 {
     if (host.newUsersCache()->UserDisplayName(options.user).isEmpty()) {
@@ -81,7 +88,8 @@ Workspace::Workspace(const Options& options)
     , m_newFile(m_options.database)
     , m_database(Database::open(m_options.database))
     , m_isFirstStart(fill(*m_database, options.dataFolder))
-    , m_host(std::make_unique<ReferenceHost>(*m_database, ReferenceHostOptions{options.user, {}, {}}))
+    , m_host(std::make_unique<ReferenceHost>(
+          *m_database, ReferenceHostOptions{options.user, {}, options.downloadsFolder, thumbnailer()}))
     , m_installation(std::make_unique<HostInstallation>(*m_host))
     , m_store(std::make_unique<RecordStore>(*m_database))
 {

@@ -316,6 +316,19 @@ private Q_SLOTS:
                      .intersects(stage.child<QWidget>("Label4")->geometry()));
     }
 
+    void theFocusOfTheListIsSeenOnAllItsSides()
+    {
+        AttachmentsStage stage;
+        QVERIFY(stage.show());
+        const QImage image = stage.section->grab().toImage();
+        const QRect list = stage.list->geometry();
+        const QRgb highlight = stage.list->palette().color(QPalette::Highlight).rgb();
+        for (const QPoint& place :
+             {QPoint(list.center().x(), list.top()), QPoint(list.left(), list.center().y()),
+              QPoint(list.right(), list.center().y()), QPoint(list.center().x(), list.bottom())})
+            QCOMPARE(image.pixel(place), highlight);
+    }
+
     void tabLeavesTheListForTheLink()
     {
         AttachmentsStage stage;

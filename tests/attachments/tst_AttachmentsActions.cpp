@@ -1,4 +1,5 @@
 #include "AttachmentsForm.h"
+#include "attachments/frmDownloadFolderPrompt.h"
 
 #include <QDropEvent>
 #include <QMimeData>
@@ -50,11 +51,33 @@ QString theBox(AttachmentsForm& form)
     return shown.size() > 1 ? u"several boxes"_s : box.text + u'|' + box.title + u'|' + icon;
 }
 
-/// Takes the folder's name as it stands.
-void pressDownload(QWidget& prompt)
+/// Takes the name that the prompt for the folder suggests, or the answer of a test. The dialogs that follow
+/// are left alone.
+class Prompt
 {
-    QTest::keyClick(prompt.windowHandle(), Qt::Key_Return);
-}
+public:
+    explicit Prompt(std::function<void(QWidget&)> answer =
+                        [](QWidget& prompt) { QTest::keyClick(prompt.windowHandle(), Qt::Key_Return); })
+        : m_answer(std::move(answer))
+    {
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] {
+            QWidget* modal = QApplication::activeModalWidget();
+            if (!qobject_cast<frmDownloadFolderPrompt*>(modal) || !modal->isVisible())
+                return;
+            if (std::exchange(m_came, true))
+                modal->close(); // the answer has left it open
+            else
+                m_answer(*modal);
+        });
+        m_timer.start(1);
+    }
+    bool came() const { return m_came; }
+
+private:
+    std::function<void(QWidget&)> m_answer;
+    QTimer m_timer;
+    bool m_came = false;
+};
 
 void chooseDownloadAll(AttachmentsForm& form)
 {
@@ -402,7 +425,7 @@ private Q_SLOTS:
         form.read();
         QVERIFY(form.show());
         form.boxes.answerWith({BoxAnswer::No});
-        const NextModal next(pressDownload);
+        const Prompt prompt;
         chooseDownloadAll(form);
         QTRY_COMPARE(form.boxes.shown().size(), 1);
         const QString path = form.downloads.filePath(u"Incident 7"_s);
@@ -425,7 +448,7 @@ private Q_SLOTS:
         form.read();
         QVERIFY(form.show());
         form.boxes.answerWith({BoxAnswer::Yes});
-        const NextModal next(pressDownload);
+        const Prompt prompt;
         chooseDownloadAll(form);
         QTRY_COMPARE(form.shell.opened(), QStringList{form.downloads.filePath(u"Incident 7"_s)});
     }
@@ -438,7 +461,7 @@ private Q_SLOTS:
         QVERIFY(form.show());
         form.boxes.answerWith({BoxAnswer::Yes});
         form.shell.answerWith(5);
-        const NextModal next(pressDownload);
+        const Prompt prompt;
         chooseDownloadAll(form);
         QTRY_COMPARE(form.boxes.shown().size(), 2);
         QCOMPARE(form.boxes.shown().last().text,
@@ -456,7 +479,7 @@ private Q_SLOTS:
         form.read();
         QVERIFY(form.show());
         form.boxes.answerWith({BoxAnswer::No});
-        const NextModal next(pressDownload);
+        const Prompt prompt;
         chooseDownloadAll(form);
         QTRY_COMPARE(form.boxes.shown().size(), 1);
         QVERIFY(form.boxes.shown().first().text.contains(form.downloads.filePath(u"Incident 7 (1)"_s)));
@@ -470,9 +493,9 @@ private Q_SLOTS:
         form.addThree();
         form.read();
         QVERIFY(form.show());
-        const NextModal next([](QWidget& prompt) { QTest::keyClick(prompt.windowHandle(), Qt::Key_Escape); });
+        const Prompt prompt([](QWidget& dialog) { QTest::keyClick(dialog.windowHandle(), Qt::Key_Escape); });
         chooseDownloadAll(form);
-        QTRY_VERIFY(next.came() && !QApplication::activeModalWidget());
+        QTRY_VERIFY(prompt.came() && !QApplication::activeModalWidget());
         QCOMPARE(form.boxes.shown().size(), 0);
         QVERIFY(form.downloads.isEmpty());
     }
@@ -485,7 +508,7 @@ private Q_SLOTS:
         QVERIFY(form.show());
         form.host.state().transferFailures.insert(form.store.path() + u'\\' + form.text(2, "FileName"),
                                                   u"the store is away"_s);
-        const NextModal next(pressDownload);
+        const Prompt prompt;
         chooseDownloadAll(form);
         QTRY_COMPARE(form.boxes.shown().size(), 1);
         QCOMPARE(theBox(form),
@@ -500,12 +523,12 @@ private Q_SLOTS:
         form.addThree();
         form.read();
         QVERIFY(form.show());
-        bool isPrompt = true;
+        bool isFirst = true;
         form.host.state().duringTransfer = [&](const QString&, qint64, qint64) {
-            if (QWidget* task = QApplication::activeModalWidget(); task && std::exchange(isPrompt, false))
+            if (QWidget* task = QApplication::activeModalWidget(); task && std::exchange(isFirst, false))
                 task->close(); // counts as Cancel
         };
-        const NextModal next(pressDownload);
+        const Prompt prompt;
         chooseDownloadAll(form);
         QTRY_COMPARE(form.boxes.shown().size(), 1);
         QCOMPARE(theBox(form),
@@ -515,31 +538,40 @@ private Q_SLOTS:
 
     // A form that goes
 
-    void aFormThatDeletesTheSectionWhileADialogIsOpenEndsTheActionQuietly_data()
+    void aFormThatDeletesTheSectionDuringAnUploadEndsTheAddingQuietly()
     {
-        QTest::addColumn<QByteArray>("item");
-        QTest::newRow("upload") << QByteArray("mnuAdd");
-        QTest::newRow("prompt for the folder") << QByteArray("mnuDownloadAll");
-    }
-    void aFormThatDeletesTheSectionWhileADialogIsOpenEndsTheActionQuietly()
-    {
-        QFETCH(QByteArray, item);
         AttachmentsForm form;
         form.addThree();
         form.read();
         QVERIFY(form.show());
         const Unhandled unhandled;
         form.dialogs.choose({form.newFile(u"a.txt"_s)});
-        const NextModal next([&](QWidget&) {
-            form.section->deleteLater();
-            QCoreApplication::sendPostedEvents(form.section, QEvent::DeferredDelete);
-        });
-        QTimer::singleShot(0, &form.window, [&form, item] { form.item(item.constData())->trigger(); });
-        QTRY_VERIFY(next.came() && !QApplication::activeModalWidget());
-        QVERIFY(form.section.isNull());
+        form.host.state().duringTransfer = [&](const QString&, qint64, qint64) {
+            delete form.section.data();
+        };
+        QTimer::singleShot(0, &form.window, [&form] { form.item("mnuAdd")->trigger(); });
+        QTRY_VERIFY(form.section.isNull() && !QApplication::activeModalWidget());
         QCOMPARE(unhandled.texts, QStringList());
         QCOMPARE(form.boxes.shown().size(), 0);
         QCOMPARE(form.rows->Count(), 3);
+    }
+
+    void aFormThatDeletesTheSectionUnderThePromptEndsTheDownloadQuietly()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        const Unhandled unhandled;
+        const Prompt prompt([&](QWidget& dialog) {
+            delete form.section.data();
+            QTest::keyClick(dialog.windowHandle(), Qt::Key_Return);
+        });
+        QTimer::singleShot(0, &form.window, [&form] { form.item("mnuDownloadAll")->trigger(); });
+        QTRY_VERIFY(prompt.came() && !QApplication::activeModalWidget());
+        QVERIFY(form.section.isNull());
+        QCOMPARE(unhandled.texts, QStringList());
+        QCOMPARE(form.boxes.shown().size(), 0);
         QVERIFY(form.downloads.isEmpty());
     }
 
@@ -553,7 +585,7 @@ private Q_SLOTS:
         form.host.state().duringTransfer = [&](const QString&, qint64, qint64) {
             delete form.section.data();
         };
-        const NextModal next(pressDownload);
+        const Prompt prompt;
         QTimer::singleShot(0, &form.window, [&form] { form.item("mnuDownloadAll")->trigger(); });
         QTRY_VERIFY(form.section.isNull() && !QApplication::activeModalWidget());
         QCOMPARE(unhandled.texts, QStringList());

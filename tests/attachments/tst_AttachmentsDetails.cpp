@@ -169,6 +169,23 @@ private Q_SLOTS:
         QCOMPARE(form.boxes.shown().size(), 0);
     }
 
+    void aLongNameIsCutBeforeTheCountAndStandsWholeInTheToolTip()
+    {
+        AttachmentsForm form;
+        const QString name = QString(150, u'n') + u".txt"_s;
+        form.addRow(name);
+        form.addRow(u"short.txt"_s);
+        form.read();
+        QVERIFY(form.show());
+        const auto* label = form.child<Label>("lblFilename");
+        QCOMPARE(label->Caption(), name);
+        QCOMPARE(label->toolTip(), name);
+        QVERIFY(label->geometry().right() < form.child<Label>("lblCountLabel")->geometry().left());
+        form.click(form.placeOfLine(1));
+        QCOMPARE(label->width(), label->sizeHint().width());
+        QCOMPARE(label->toolTip(), QString());
+    }
+
     void eachSelectionFetchesTheThumbnailAgain()
     {
         AttachmentsForm form;

@@ -4,7 +4,6 @@
 #include "support/TestCase.h"
 #include "widgets/TextBox.h"
 
-#include <QAccessible>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
@@ -38,15 +37,6 @@ struct Stage
     QPushButton* cmdDownload = prompt.findChild<QPushButton*>(u"cmdDownload"_s);
     QPushButton* cmdCancel = prompt.findChild<QPushButton*>(u"cmdCancel"_s);
 };
-
-int announcements = 0;
-
-void countAnnouncements(QAccessibleEvent* event)
-{
-    if (event->type() == QAccessible::Alert && event->object() &&
-        event->object()->objectName() == QLatin1String("lblError"))
-        ++announcements;
-}
 
 } // namespace
 
@@ -172,25 +162,15 @@ private Q_SLOTS:
         QCOMPARE(stage.prompt.FolderName(), u"good"_s);
     }
 
-    void aRefusalIsToldToScreenReaders()
+    void aRefusalDescribesTheBoxToScreenReaders()
     {
         Stage stage(u"a?b"_s);
         QVERIFY(stage.show());
-        announcements = 0;
-        const auto before = QAccessible::installUpdateHandler(countAnnouncements);
-        const bool wasActive = QAccessible::isActive();
-        QAccessible::setActive(true);
         stage.press(Qt::Key_Return);
-        QCOMPARE(announcements, 1);
         QCOMPARE(stage.txtFolderName->accessibleDescription(), CannotContain);
-        stage.press(Qt::Key_Return); // and again, since the person has tried again
-        QCOMPARE(announcements, 2);
         stage.txtFolderName->SetText(u"good"_s);
         stage.press(Qt::Key_Return);
-        QCOMPARE(announcements, 2);
         QCOMPARE(stage.txtFolderName->accessibleDescription(), QString());
-        QAccessible::setActive(wasActive);
-        QAccessible::installUpdateHandler(before);
     }
 
     void theBoxTakes255Units()
@@ -227,11 +207,13 @@ private Q_SLOTS:
             QApplication::setPalette(before);
         }
         Stage stage; // and one that is open when the theme changes
+        QVERIFY(stage.show());
         QPalette dark = before;
         dark.setColor(QPalette::Window, QColor(31, 34, 38));
         QApplication::setPalette(dark);
-        QVERIFY(stage.lblError->palette().color(QPalette::WindowText).lightness() > 128);
+        QTRY_VERIFY(stage.lblError->palette().color(QPalette::WindowText).lightness() > 128);
         QApplication::setPalette(before);
+        stage.prompt.hide();
     }
 };
 

@@ -183,22 +183,26 @@ private Q_SLOTS:
     void aFailingResizeTwipsNamesTheTypeAndKeepsTheDescription_data()
     {
         QTest::addColumn<bool>("hasHost");
+        QTest::addColumn<QString>("units");
         QTest::addColumn<QString>("description");
         QTest::newRow("failing host")
-            << true << u"ResizeTwips error: Error resizing instance of ProbeControl (scale %1 unknown)"_s;
-        QTest::newRow("no host")
-            << false
+            << true << u"Twip"_s
+            << u"ResizeTwips error: Error resizing instance of ProbeControl (scale %1 unknown)"_s;
+        QTest::newRow("other units and no host")
+            << false << u"Pixel"_s
             << u"ResizeTwips error: Error resizing instance of ProbeControl (No host is installed on this thread)"_s;
     }
     void aFailingResizeTwipsNamesTheTypeAndKeepsTheDescription()
     {
         QFETCH(bool, hasHost);
+        QFETCH(QString, units);
         FakeHost host;
         host.failWith(Error(u"scale %1 unknown"_s, 1234, u"somewhere"_s));
         std::optional<tavrin::HostInstallation> installed;
         if (hasHost)
             installed.emplace(host);
         QWidget container;
+        container.setProperty("ScaleUnits", units);
         ProbeControl control(&container);
         const QSize before = control.size();
         try {
@@ -209,6 +213,17 @@ private Q_SLOTS:
             QTEST(error.Description, "description");
         }
         QCOMPARE(control.size(), before);
+    }
+
+    void resizeTwipsNeedsNoHostForAContainerInTwipsAsInADesigner()
+    {
+        QVERIFY_EXCEPTION_THROWN(tavrin::currentHost(), Error);
+        QWidget container;
+        ProbeControl control(&container);
+        modUtils::ResizeTwips(control, 3000, 450);
+        QCOMPARE(control.size(), QSize(200, 30));
+        QCOMPARE(control.extender().Width(), 3000.0F);
+        QCOMPARE(control.extender().Height(), 450.0F);
     }
 
     void uniqueFileNameOfAFreePathIsThatPath()
@@ -478,6 +493,12 @@ private Q_SLOTS:
             << QVariantList({10, 30}) << QVariant(30) << QVariantList({null, 20, 20, 30});
         QTest::newRow("the current value as another type stays")
             << QVariantList({30}) << QVariant(30.0) << QVariantList({null, 10, 20, 20, 30});
+        QTest::newRow("the current value as a text stays")
+            << QVariantList({10, 30}) << QVariant(u"30"_s) << QVariantList({null, 20, 20, 30});
+        QTest::newRow("the current value stays though it is used as a text")
+            << QVariantList({u"10"_s, u"30"_s}) << QVariant(30) << QVariantList({null, 20, 20, 30});
+        QTest::newRow("a text that is not the current number goes")
+            << QVariantList({u"3"_s, u"30"_s}) << QVariant(3) << QVariantList({null, 10, 20, 20});
         QTest::newRow("text") << QVariantList({u"30"_s}) << null << QVariantList({null, 10, 20, 20});
         QTest::newRow("not there") << QVariantList({99}) << null << QVariantList({null, 10, 20, 20, 30});
         QTest::newRow("all") << QVariantList({30, 20, 10, 20}) << null << QVariantList({null});

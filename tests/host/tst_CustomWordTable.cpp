@@ -81,7 +81,9 @@ private Q_SLOTS:
             const pid_t pid = ::fork();
             if (pid == 0) {
                 const QString failure = errorOf([&] {
-                    const auto database = Database::open(path("records.db"), OpenMode::ExistingOnly);
+                    DatabaseOptions patient;
+                    patient.BusyTimeoutMs = 60'000; // on a busy machine
+                    const auto database = Database::open(path("records.db"), OpenMode::ExistingOnly, patient);
                     ReferenceHost host(*database, {u"admin"_s, path("station"), {}});
                     for (int i = 1; i <= 10; ++i)
                         host.newCustomDictionary()->AddWord(QString(i, u'w'));

@@ -145,6 +145,34 @@ private Q_SLOTS:
         QVERIFY2(text.contains(QStringLiteral("geocode/addresses.csv, line 3: ")), qPrintable(text));
     }
 
+    void aFileThatIsNoTableIsOneErrorWithItsPlace_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("problem");
+        QTest::newRow("empty") << QByteArray() << QStringLiteral(", line 1: the header line is missing");
+        QTest::newRow("no column Result") << QByteArray("Address,City,Latitude,Longitude\n")
+                                          << QStringLiteral(", line 1: the column Result is missing");
+        QTest::newRow("a cell too few") << Header + QByteArray("A,Town,1,1\n")
+                                        << QStringLiteral(", line 2: the row has 4 cells, the header has 8");
+        QTest::newRow("no UTF-8") << Header + QByteArray("\xff\n")
+                                  << QStringLiteral(": the file is not UTF-8 text");
+    }
+    void aFileThatIsNoTableIsOneErrorWithItsPlace()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, problem);
+        const QString path = m_folder->filePath(QStringLiteral("geocode/addresses.csv"));
+        writeFile(path, content);
+        QCOMPARE(errorOf([&] { Geocoder(DataFiles(m_folder->path())); }), path + problem);
+    }
+
+    void aMissingFileIsOneErrorWithItsPlace()
+    {
+        const QString text = errorOf([&] { Geocoder(DataFiles(m_folder->path())); });
+        const QString path = m_folder->filePath(QStringLiteral("geocode/addresses.csv"));
+        QVERIFY2(text.startsWith(path + QStringLiteral(": the file cannot be read (")), qPrintable(text));
+    }
+
     void theBuiltInTableCanBeRead()
     {
         QCOMPARE(Geocoder::builtIn()

@@ -88,6 +88,8 @@ private Q_SLOTS:
         QCOMPARE(record->collection(QStringLiteral("Witnesses"))->Count(), 1);
         QVERIFY(IsNull(value("ReportingOfficerNo")) && IsNull(value("K9HandlerNo")));
         QCOMPARE(record->collection(QStringLiteral("Assignments"))->Count(), 0);
+        QCOMPARE(record->collection(QStringLiteral("Attachments"))->Count(), 0);
+        QCOMPARE(record->collection(QStringLiteral("Attachments"))->PrimaryIndex(), 0);
 
         const RecordRowPtr location = record->part(QStringLiteral("LocationName"));
         QVERIFY(!location->IsNew() && !record->isChanged());

@@ -210,6 +210,63 @@ private Q_SLOTS:
         QCOMPARE(found(m_store->load(1)), QStringLiteral("10|-|-|-|-|-|-|-"));
     }
 
+    void whatWasFoundForTheSameAddressIsNotLookedUpAgain_data()
+    {
+        QTest::addColumn<QString>("change");
+        QTest::addColumn<bool>("isLookedUp");
+        QTest::newRow("nothing of the location") << QStringLiteral("summary") << false;
+        QTest::newRow("another address") << QStringLiteral("address") << true;
+        QTest::newRow("another city") << QStringLiteral("city") << true;
+        QTest::newRow("coordinates") << QStringLiteral("coordinates") << true;
+        QTest::newRow("manual and back") << QStringLiteral("back") << true;
+    }
+    void whatWasFoundForTheSameAddressIsNotLookedUpAgain()
+    {
+        QFETCH(QString, change);
+        QFETCH(bool, isLookedUp);
+        m_store->save(*newAt("1 Main"));
+        const QString before = QStringLiteral("45.5|-128.25|0|1|address|-|1 Main, Town|1 Main, Town");
+        QCOMPARE(found(m_store->load(1)), before);
+        // A table that knows no address tells whether it was asked.
+        writeFile(m_folder->filePath(QStringLiteral("geocode/addresses.csv")),
+                  "Address,City,Latitude,Longitude,Result,Accuracy,Match,Error\n");
+        const Geocoder other{DataFiles(m_folder->path())};
+        RecordStore store(*m_database, other);
+        const RecordPtr record = store.load(1);
+        put(record, "Summary", QStringLiteral("changed"));
+        if (change == QStringLiteral("address"))
+            put(record, "Address", QStringLiteral("2 Main"));
+        else if (change == QStringLiteral("city"))
+            put(record, "City", QStringLiteral("Village"));
+        else if (change == QStringLiteral("coordinates"))
+            putAt(record, "Latitude", QStringLiteral("1"));
+        if (change == QStringLiteral("back")) {
+            putAt(record, "GeocodeOnSave", false);
+            putAt(record, "Longitude", QStringLiteral("2"));
+            store.save(*record);
+            putAt(record, "GeocodeOnSave", true);
+        }
+        store.save(*record);
+        QCOMPARE(get(store.load(1), "Summary"), QStringLiteral("changed"));
+        QCOMPARE(found(store.load(1)) == before, !isLookedUp);
+        if (isLookedUp)
+            QCOMPARE(at(store.load(1), "GeocodeStatus"), QVariant(1));
+    }
+
+    void anAddressThatWasNotFoundIsLookedUpAtEachSave()
+    {
+        m_store->save(*newAt("9 Main"));
+        writeFile(m_folder->filePath(QStringLiteral("geocode/addresses.csv")),
+                  "Address,City,Latitude,Longitude,Result,Accuracy,Match,Error\n"
+                  "9 Main,Town,45.9,-128.9,exact,,,\n");
+        const Geocoder later{DataFiles(m_folder->path())};
+        RecordStore store(*m_database, later);
+        const RecordPtr record = store.load(1);
+        put(record, "Summary", QStringLiteral("changed"));
+        store.save(*record);
+        QCOMPARE(found(store.load(1)), QStringLiteral("45.9|-128.9|0|1|address|-|9 Main, Town|9 Main, Town"));
+    }
+
     void anErrorKeepsTheCoordinatesOfTheSameAddressAlone()
     {
         const RecordPtr record = newAt("3 Main");

@@ -316,32 +316,26 @@ private Q_SLOTS:
         QVERIFY(errorOf([this] { m_host->environment().GetDictionaryFolder(); }).contains(path("station")));
     }
 
-    void whatTheHostDoesNotOfferRaisesWhenItIsCalled_data()
+    void thumbnailsAreMadeInTheAttachmentsFolder()
     {
-        QTest::addColumn<std::function<void(ReferenceHost&)>>("call");
-        const auto row = [](const char* name, std::function<void(ReferenceHost&)> call) {
-            QTest::newRow(name) << std::move(call);
+        const QString folder = path("attachments");
+        QVERIFY(QDir().mkpath(folder));
+        QImage picture(4, 4, QImage::Format_RGB32);
+        picture.fill(Qt::red);
+        QVERIFY(picture.save(folder + QStringLiteral("/a.png")));
+        const QString photo = folder + QStringLiteral("\\a.png");
+        const auto thumbnailOf = [&] {
+            return m_host->newThumbnailService()->GetThumbnailPath(photo).toString();
         };
-        row("download", [](ReferenceHost& host) {
-            const auto downloader = host.newDownloader();
-            downloader->SetBufferSize(1);
-            downloader->Cancel();
-            downloader->Download(QStringLiteral("a"));
-        });
-        row("upload", [](ReferenceHost& host) {
-            host.newUploader()->Upload(QStringLiteral("a"), QStringLiteral("b"), Null());
-        });
-        row("thumbnail",
-            [](ReferenceHost& host) { host.newThumbnailService()->GetThumbnailPath(QStringLiteral("a")); });
-        row("folder", [](ReferenceHost& host) { host.newAttachmentFolders()->GetFolderPath(1); });
-        row("support file",
-            [](ReferenceHost& host) { host.environment().RefreshSupportFile(QStringLiteral("a")); });
-    }
-    void whatTheHostDoesNotOfferRaisesWhenItIsCalled()
-    {
-        QFETCH(std::function<void(ReferenceHost&)>, call);
-        QCOMPARE(errorNumberOf([&] { call(*m_host); }), Error::NoSuchComponentNumber + 0);
-        QVERIFY(errorOf([&] { call(*m_host); }).startsWith(QStringLiteral("This host does not offer ")));
+        execute("UPDATE setting SET value = '' WHERE key = 'Attachments Folder'");
+        m_host->refreshCaches();
+        QCOMPARE(thumbnailOf(), QString());
+        execute(qPrintable(
+            QStringLiteral("UPDATE setting SET value = '%1' WHERE key = 'Attachments Folder'").arg(folder)));
+        m_host->refreshCaches();
+        QString thumbnail = thumbnailOf();
+        QVERIFY2(thumbnail.startsWith(folder + QStringLiteral("\\.thumbnails\\")), qPrintable(thumbnail));
+        QVERIFY(QFile::exists(thumbnail.replace(u'\\', u'/')));
     }
 
     void aFreeCollectionTakesItsClassFromTheCaller()

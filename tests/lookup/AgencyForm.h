@@ -5,6 +5,7 @@
 #include "lookup/AgencyPicker.h"
 #include "support/FakeHost.h"
 #include "widgets/GridComboBox.h"
+#include "widgets/GridTable.h"
 #include "widgets/Label.h"
 
 #include <QLineEdit>
@@ -57,6 +58,18 @@ struct AgencyForm
     {
         told << QStringLiteral("%1 %2 %3")
                     .arg(QLatin1String(event), ToText(picker->Value()), label->Caption());
+    }
+    /// By a click of the mouse, or by Enter.
+    void chooseInList(int row, bool byClick) const
+    {
+        combo->OpenList();
+        auto* table = window->findChild<GridTable*>(QStringLiteral("rows"));
+        table->setMarkedRow(row);
+        if (byClick)
+            QTest::mouseClick(table->viewport(), Qt::LeftButton, {},
+                              table->visualRect(table->model()->index(row - 1, 0)).center());
+        else
+            QTest::keyClick(combo, Qt::Key_Return);
     }
     QStringList take() { return std::exchange(told, {}); }
     QVariantList values() const

@@ -280,12 +280,52 @@ private Q_SLOTS:
         QVERIFY_EXCEPTION_THROWN(form.picker->SetValue(u"x"_s), Error);
     }
 
+    void enterInTheOpenListTakesTheMarkedRowAndEscapeDoesNot()
+    {
+        AgencyForm form;
+        QVERIFY(form.isReady());
+        form.picker->SetValue(10);
+        form.take();
+        for (const auto key : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Enter}) {
+            const QVariant before = form.picker->Value();
+            QTest::keyClick(form.combo, Qt::Key_F4);
+            QTest::keyClick(form.combo, Qt::Key_Down);
+            QCOMPARE(form.picker->Value(), before); // only marked so far
+            QCOMPARE(form.take(), QStringList());
+            QTest::keyClick(form.combo, key);
+            QVERIFY(!form.combo->ListIsOpen());
+            if (key == Qt::Key_Escape) {
+                QCOMPARE(form.picker->Value(), before);
+                QCOMPARE(form.take(), QStringList());
+            } else {
+                const QString now = key == Qt::Key_Return ? u"30 County Sheriff"_s : u"40 Dale Patrol"_s;
+                QCOMPARE(form.take(), QStringList({u"ItemSelect "_s + now, u"Change "_s + now}));
+            }
+        }
+    }
+
+    void aFollowerMayEndTheWholeFormByAClickInTheOpenList()
+    {
+        AgencyForm form;
+        QVERIFY(form.isReady());
+        connect(form.picker, &AgencyPicker::Change, form.picker, [&] { form.window.reset(); });
+        form.chooseInList(3, true);
+        QVERIFY(!form.window);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        for (const QWidget* window : QApplication::topLevelWidgets())
+            QVERIFY(window->objectName() != u"gridList"_s); // nothing stays behind
+    }
+
     void aFollowerMayDeleteTheControl_data()
     {
         QTest::addColumn<QString>("event");
         QTest::addColumn<QString>("by");
         for (const char* event : {"Change", "ItemSelect"})
             QTest::addRow("%s by a key", event) << QString::fromLatin1(event) << u"key"_s;
+        QTest::newRow("Change by Enter in the open list") << u"Change"_s << u"enter"_s;
+        for (const char* event : {"Change", "ItemSelect"})
+            QTest::addRow("%s by a click in the open list", event)
+                << QString::fromLatin1(event) << u"click"_s;
         QTest::newRow("Change by a put") << u"Change"_s << u"put"_s;
         QTest::newRow("Change by SetValue") << u"Change"_s << u"contract"_s;
         QTest::newRow("PropertyChanged") << u"PropertyChanged"_s << u"setter"_s;
@@ -307,6 +347,8 @@ private Q_SLOTS:
             connect(form.picker, &UserControl::PropertyChanged, form.window.get(), destroy);
         if (by == u"key")
             QTest::keyClick(form.combo, Qt::Key_Down);
+        else if (by == u"enter" || by == u"click")
+            form.chooseInList(3, by == u"click");
         else if (by == u"put")
             form.picker->SetValue(30);
         else if (by == u"contract")

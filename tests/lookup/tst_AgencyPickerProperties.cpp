@@ -2,7 +2,9 @@
 #include "base/Error.h"
 #include "component/ClassRegister.h"
 #include "frame/control_frame/Ambient.h"
+#include "support/FakeDesktop.h"
 #include "support/TestCase.h"
+#include "support/Unhandled.h"
 
 #include <QAccessible>
 #include <QSignalSpy>
@@ -150,11 +152,24 @@ private Q_SLOTS:
         tavrin::test::setAgencies(host);
         const HostInstallation installed(host);
         const PropertyBag bag;
-        AgencyPicker picker(nullptr, {u"agency"_s, &bag});
+        QWidget form;
+        AgencyPicker picker(&form, {u"agency"_s, &bag});
         QCOMPARE(host.state().log, QStringList({u"FillTableGrid 997 False  False"_s}));
         const auto* combo = picker.findChild<GridComboBox*>();
+        QCOMPARE(combo->Array().UpperBound(), 4); // the empty row and the active agencies
         QCOMPARE(combo->Bookmark(), QVariant(1));
+        QCOMPARE(combo->Text(), QString());
         QVERIFY(IsNull(picker.Value()));
+
+        // One to which somebody can listen before it is restored.
+        AgencyPicker second(&form);
+        QStringList told;
+        connect(&second, &AgencyPicker::Change, &form, [&] { told << u"Change"_s; });
+        connect(&second, &AgencyPicker::ItemSelect, &form, [&] { told << u"ItemSelect"_s; });
+        second.ReadProperties(bag); // its first row change, the one from filling, counts for nothing
+        QCOMPARE(second.findChild<GridComboBox*>()->Bookmark(), QVariant(1));
+        QVERIFY(IsNull(second.Value()));
+        QCOMPARE(told, QStringList());
     }
 
     void inTheDesignerNoListIsLoaded()
@@ -179,10 +194,22 @@ private Q_SLOTS:
         PropertyBag bag;
         bag.WriteProperty(u"BackColor"_s, u"no colour"_s, QVariant());
         bag.WriteProperty(u"RemoveUsedValues"_s, true, QVariant());
+        bag.WriteProperty(u"ForeColor"_s, QVariant::fromValue(Color::rgb(1, 2, 3)), QVariant());
+        tavrin::test::Unhandled unhandled;
+        tavrin::test::FakeMessageBoxes boxes;
         AgencyPicker picker(nullptr, {u"agency"_s, &bag});
+        QCOMPARE(host.calls(), 1); // the list was asked for, and failed
+        QCOMPARE(unhandled.texts, QStringList());
+        QCOMPARE(boxes.texts(), QStringList());
         QVERIFY(IsNull(picker.Value()));
         QVERIFY(picker.RemoveUsedValues());
         QCOMPARE(picker.BackColor(), SystemColor::WindowBackground);
+        QCOMPARE(picker.ForeColor(), Color::rgb(1, 2, 3)); // behind the one that failed
+        host.failWith({});
+        tavrin::test::setAgencies(host);
+        picker.SetValue(30); // it is as usable as before
+        QCOMPARE(picker.Value(), QVariant(30));
+        QCOMPARE(picker.FullText(), u"County Sheriff"_s);
     }
 
     void theFontIsThatOfComboLabelAndControlAndAChangeInsideShowsAtOnce()

@@ -82,23 +82,43 @@ private Q_SLOTS:
         UserForm form;
         QVERIFY(form.isReady());
         form.picker->setFocus();
+        QVERIFY(form.box->hasFocus());
+        QCOMPARE(form.shape->BackColor(), tavrin::test::colorSet(30).BackColor);
         form.picker->SetEnabled(false);
-        QCOMPARE(form.shape->BackColor(), tavrin::test::colorSet(20).BackColor);
-        form.picker->SetEnabled(true);
-        QVERIFY(form.shape->BackColor() != tavrin::test::colorSet(20).BackColor);
+        const TextBoxColorSet disabled = tavrin::test::colorSet(20);
+        QCOMPARE(form.shape->BackColor(), disabled.BackColor);
+        QCOMPARE(form.shape->BorderColor(), disabled.BorderColor);
+        QCOMPARE(form.box->ForeColor(), disabled.ForeColor);
+        QCOMPARE(form.tag->BackColor(), disabled.TagBackColor);
+        QVERIFY(!form.box->hasFocus());
+        form.picker->SetEnabled(true); // the focus went on meanwhile
+        QCOMPARE(form.shape->BackColor(), tavrin::test::colorSet(10).BackColor);
+        QCOMPARE(form.shape->BorderColor(), tavrin::test::colorSet(10).BorderColor);
+        form.picker->setFocus();
+        QCOMPARE(form.shape->BackColor(), tavrin::test::colorSet(30).BackColor);
     }
 
+    void theFrameHasTheContainersColourOrTheAmbientOne_data()
+    {
+        QTest::addColumn<QVariant>("container");
+        QTest::addColumn<Color>("frame");
+        QTest::newRow("no member BackColor") << QVariant() << Color(SystemColor::ButtonFace);
+        QTest::newRow("one that is no colour") << QVariant(u"red"_s) << Color(SystemColor::ButtonFace);
+        QTest::newRow("a colour") << QVariant::fromValue(Color::rgb(1, 2, 3)) << Color::rgb(1, 2, 3);
+        QTest::newRow("a colour of the system")
+            << QVariant::fromValue(SystemColor::WindowBackground) << Color(SystemColor::WindowBackground);
+    }
     void theFrameHasTheContainersColourOrTheAmbientOne()
     {
+        QFETCH(QVariant, container);
+        QFETCH(Color, frame);
         PeopleSite site;
-        QWidget plain;
-        const FlatUserPicker onPlain(&plain);
-        QCOMPARE(onPlain.FrameBackColor(), onPlain.ambient().BackColor());
-        QCOMPARE(onPlain.FrameBackColor(), SystemColor::ButtonFace);
-        QWidget coloured;
-        coloured.setProperty("BackColor", QVariant::fromValue(Color::rgb(1, 2, 3)));
-        const FlatUserPicker onColoured(&coloured);
-        QCOMPARE(onColoured.FrameBackColor(), Color::rgb(1, 2, 3));
+        QWidget form;
+        form.setProperty("BackColor", container);
+        const FlatUserPicker picker(&form);
+        QCOMPARE(picker.FrameBackColor(), frame);
+        form.setProperty("BackColor", QVariant::fromValue(Color::rgb(7, 8, 9)));
+        QCOMPARE(picker.FrameBackColor(), Color::rgb(7, 8, 9)); // and follows it
     }
 
     // Glyph

@@ -1,7 +1,9 @@
 #include "FlatPickerForm.h"
 #include "base/Variant.h"
 #include "frame/control_frame/PropertyBag.h"
+#include "support/FakeDesktop.h"
 #include "support/TestCase.h"
+#include "support/Unhandled.h"
 
 using namespace tavrin;
 using namespace Qt::StringLiterals;
@@ -127,6 +129,11 @@ private Q_SLOTS:
         QCOMPARE(form.picker->Font()->toQFont(), form.window.font());
         QCOMPARE(form.picker->Caption(), QString());
         QVERIFY(!form.picker->Required());
+        // The colours' defaults gave way to the theme's when the caption behind them was restored.
+        const TextBoxColorSet& theme = form.host.state().textBoxColors.Normal;
+        QCOMPARE(form.picker->BackColor(), theme.BackColor);
+        QCOMPARE(form.picker->ForeColor(), theme.ForeColor);
+        QVERIFY(form.box->isEnabled());
     }
 
     void anOldFormThatHoldsOnlyListAllUsersLoadsWithIncludeInactive_data()
@@ -171,25 +178,45 @@ private Q_SLOTS:
                                        {"BackColor", u"blue"_s},
                                        {"Caption", u"Officer"_s},
                                        {"Required", true}});
-        const FlatUserPicker picker(nullptr, {QString(), &bag});
-        QVERIFY(picker.Enabled());
+        const tavrin::test::Unhandled unhandled;
+        tavrin::test::FakeMessageBoxes boxes;
+        QWidget form;
+        FlatUserPicker picker(&form);
+        picker.SetEnabled(false);
+        const FontPtr font = fontOfSize(19);
+        picker.SetFont(font);
+        picker.ReadProperties(bag);
+        QVERIFY(!picker.Enabled()); // what cannot be restored keeps what it had
+        QCOMPARE(picker.Font(), font);
+        QCOMPARE(picker.Font()->Size(), 19.0);
         QVERIFY(picker.IncludeInactive());
         QCOMPARE(picker.Caption(), u"Officer"_s);
         QVERIFY(picker.Required());
-        QVERIFY(picker.Font());
+        QCOMPARE(picker.BackColor(), site.host.state().textBoxColors.Disabled.BackColor);
+        QCOMPARE(unhandled.texts, QStringList());
+        QCOMPARE(boxes.texts(), QStringList());
     }
 
     void aHostThatFailsLeavesThePickerRestored()
     {
         PeopleSite site;
         const PropertyBag bag = bagOf({{"ShowName", false}, {"Caption", u"Officer"_s}, {"Required", true}});
+        const tavrin::test::Unhandled unhandled;
+        tavrin::test::FakeMessageBoxes boxes;
         FlatUserPicker picker;
+        const int callsBefore = site.host.calls();
         site.host.failWith(Error(u"no theme"_s));
         picker.ReadProperties(bag);
+        QVERIFY(site.host.calls() > callsBefore); // it was asked, and failed
         QVERIFY(!picker.ShowName());
         QCOMPARE(picker.Caption(), u"Officer"_s);
         QVERIFY(picker.Required());
+        QCOMPARE(unhandled.texts, QStringList());
+        QCOMPARE(boxes.texts(), QStringList());
         site.host.failWith({});
+        picker.SetValue(u"user:asmith"_s);
+        QCOMPARE(picker.Value(), QVariant(u"user:asmith"_s));
+        QCOMPARE(picker.findChild<Label*>(u"lblCaption"_s)->Caption(), u"Officer*"_s);
     }
 
     // Writing
@@ -223,9 +250,13 @@ private Q_SLOTS:
     {
         const UserForm form;
         form.picker->SetBackColor(Color::rgb(1, 1, 1));
+        form.picker->SetForeColor(Color::rgb(2, 2, 2));
+        QCOMPARE(form.box->BackColor(), Color::rgb(1, 1, 1));
+        QCOMPARE(form.box->ForeColor(), Color::rgb(2, 2, 2));
         PropertyBag bag;
         form.picker->WriteProperties(bag);
         QCOMPARE(bag.ReadProperty(u"BackColor"_s, QVariant()).value<Color>(), Color::rgb(1, 1, 1));
+        QCOMPARE(bag.ReadProperty(u"ForeColor"_s, QVariant()).value<Color>(), Color::rgb(2, 2, 2));
         form.picker->SetBackColor(SystemColor::WindowBackground);
         form.picker->SetForeColor(SystemColor::WindowText);
         form.picker->WriteProperties(bag);
@@ -250,7 +281,12 @@ private Q_SLOTS:
         form.picker->SetValue(u"user:asmith"_s);
         PropertyBag bag;
         form.picker->WriteProperties(bag);
+        QVERIFY(!keysOf(bag).isEmpty()); // the theme's colours
         QVERIFY(!bag.contains(u"Value"_s));
+        PropertyBag forged = bag;
+        forged.WriteProperty(u"Value"_s, u"user:jobrien"_s, QVariant());
+        form.picker->ReadProperties(forged); // nor read
+        QCOMPARE(form.picker->Value(), QVariant(u"user:asmith"_s));
     }
 
     // Designer
@@ -284,8 +320,13 @@ private Q_SLOTS:
     void theFrameFollowsTheContainersBackColour()
     {
         UserForm form;
-        form.window.setProperty("BackColor", QVariant::fromValue(Color::rgb(9, 8, 7)));
-        QCOMPARE(form.picker->FrameBackColor(), Color::rgb(9, 8, 7));
+        QCOMPARE(form.picker->FrameBackColor(), Color(SystemColor::ButtonFace));
+        for (const Color color : {Color::rgb(9, 8, 7), Color::rgb(6, 5, 4)}) {
+            form.window.setProperty("BackColor", QVariant::fromValue(color));
+            QCOMPARE(form.picker->FrameBackColor(), color);
+        }
+        form.window.setProperty("BackColor", QVariant()); // which takes the member away
+        QCOMPARE(form.picker->FrameBackColor(), Color(SystemColor::ButtonFace));
     }
 
     // Show, font
@@ -295,12 +336,20 @@ private Q_SLOTS:
         PeopleSite site;
         QWidget form;
         FlatUserPicker picker(&form);
+        QLineEdit other(&form);
+        other.move(0, 200);
+        other.setFocus();
         TextBoxColors& colors = site.host.state().textBoxColors;
-        colors.Normal.BorderColor = colors.Focused.BorderColor = Color::rgb(200, 0, 0);
+        colors.Normal.BorderColor = Color::rgb(200, 0, 0);
+        auto* shape = picker.findChild<BoxShape*>(u"shpBorder"_s);
+        QVERIFY(shape->BorderColor() != Color::rgb(200, 0, 0));
+        const QRect place = shape->geometry();
+        shape->setGeometry(1, 1, 1, 1);
         form.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&form));
-        const auto* shape = picker.findChild<BoxShape*>(u"shpBorder"_s);
+        form.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&form));
         QCOMPARE(shape->BorderColor(), Color::rgb(200, 0, 0));
+        QCOMPARE(shape->geometry(), place);
         QCOMPARE(shape->width(), picker.width());
     }
 
@@ -319,10 +368,19 @@ private Q_SLOTS:
     {
         UserForm form;
         const FontPtr old = form.picker->Font();
-        form.picker->SetFont(fontOfSize(10));
+        const FontPtr font = fontOfSize(10);
+        form.picker->SetFont(font);
+        const QSize size = form.picker->size();
         form.host.state().log.clear();
         old->SetSize(30);
         QCOMPARE(form.host.state().log, QStringList());
+        QCOMPARE(form.picker->size(), size);
+        QCOMPARE(form.tag->Font()->Size(), 9.5);
+        QCOMPARE(form.box->Font(), font);
+        QCOMPARE(form.box->font().pointSizeF(), 10.0);
+        font->SetSize(20); // the new one is
+        QVERIFY(form.picker->height() > size.height());
+        QCOMPARE(form.tag->Font()->Size(), 19.0);
     }
 
     // Caches
@@ -378,8 +436,10 @@ private Q_SLOTS:
     void aListWithoutRecordsOrWithoutARootFindsNothingAndRaisesNothing()
     {
         UserForm form;
+        QVERIFY(!form.found(u"a"_s).isEmpty());
         form.host.state().users = XmlDocument();
         form.host.setTable(Tables::Team, {});
+        form.host.state().hub.CacheRefreshed.raise({});
         QCOMPARE(form.found(u"a"_s), QStringList());
         form.picker->SetIncludeInactive(true);
         QCOMPARE(form.found(QString()), QStringList());
@@ -391,7 +451,7 @@ private Q_SLOTS:
     {
         UserForm form;
         const QString before = form.host.state().users.xml();
-        form.found(u"a"_s);
+        QVERIFY(!form.found(u"a"_s).isEmpty());
         QVERIFY(!form.host.state().users.property(u"SelectionLanguage"_s).isValid());
         QCOMPARE(form.host.state().users.xml(), before);
     }
@@ -426,21 +486,43 @@ private Q_SLOTS:
         QVERIFY(form.isReady());
         form.type(u"smith"_s);
         QVERIFY(form.box->ListIsOpen());
+        const QPointer<QWidget> list(form.list()->window());
+        QVERIFY(list && list != &form.window && list->isVisible());
         delete form.picker;
+        QVERIFY(!list);
         form.host.state().hub.CacheRefreshed.raise({});
         for (const QWidget* window : QApplication::topLevelWidgets())
             QVERIFY(window == &form.window || !window->isVisible());
     }
 
+    void aFollowerMayDeleteThePickerWhileAnEntryIsTaken_data()
+    {
+        QTest::addColumn<bool>("byMouse");
+        QTest::newRow("Enter") << false;
+        QTest::newRow("click in the list") << true;
+    }
     void aFollowerMayDeleteThePickerWhileAnEntryIsTaken()
     {
+        QFETCH(bool, byMouse);
         UserForm form;
         QVERIFY(form.isReady());
-        QPointer<FlatUserPicker> picker(form.picker);
-        connect(form.picker, &SearchPicker::ItemSelect, this, [&] { form.picker->deleteLater(); });
-        form.choose(u"smith"_s);
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        const QPointer<FlatUserPicker> picker(form.picker);
+        int selected = 0;
+        connect(form.picker, &SearchPicker::ItemSelect, this, [&] {
+            ++selected;
+            delete form.picker;
+        });
+        form.type(u"smith"_s);
+        const QPointer<QWidget> list(form.list()->window());
+        if (byMouse) {
+            QTest::mouseClick(form.list()->viewport(), Qt::LeftButton, {}, form.list()->rowRect(0).center());
+        } else {
+            form.press(Qt::Key_Return);
+        }
+        QCOMPARE(selected, 1);
         QVERIFY(!picker);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!list);
     }
 };
 

@@ -209,12 +209,30 @@ private Q_SLOTS:
         Site site;
         NibrsOffensePicker control;
         site.follow(control);
+        FlatDropdown* box = Site::box(control);
         control.SetEnabled(false);
-        QVERIFY(!Site::box(control)->isEnabled());
-        control.SetFont(std::make_shared<tavrin::Font>());
+        QCOMPARE(site.take(), QStringList{u"Enabled"_s});
+        QVERIFY(!control.Enabled());
+        QVERIFY(!control.isEnabled());
+        QVERIFY(!box->isEnabledTo(&control)); // the box has the state itself too
+        control.SetEnabled(true);
+        QCOMPARE(site.take(), QStringList{u"Enabled"_s});
+        QVERIFY(control.Enabled() && control.isEnabled() && box->isEnabled());
+        const auto font = std::make_shared<tavrin::Font>();
+        font->SetSize(23);
+        control.SetFont(font);
+        QCOMPARE(site.take(), QStringList{u"Font"_s});
+        QCOMPARE(control.Font(), font);
+        QCOMPARE(box->font().pointSizeF(), 23.0);
         control.SetForeColor(Color::rgb(1, 2, 3));
-        control.SetBackColor(Color::rgb(1, 2, 3));
-        QCOMPARE(site.take(), QStringList({u"Enabled"_s, u"Font"_s, u"ForeColor"_s, u"BackColor"_s}));
+        QCOMPARE(site.take(), QStringList{u"ForeColor"_s});
+        QCOMPARE(box->ForeColor(), Color::rgb(1, 2, 3));
+        QCOMPARE(control.ForeColor(), Color::rgb(1, 2, 3));
+        control.SetBackColor(Color::rgb(4, 5, 6));
+        QCOMPARE(site.take(), QStringList{u"BackColor"_s});
+        QCOMPARE(box->BackColor(), Color::rgb(4, 5, 6));
+        QCOMPARE(control.BackColor(), Color::rgb(4, 5, 6));
+        QCOMPARE(control.ForeColor(), Color::rgb(1, 2, 3));
     }
 
     void inTheDesignerItShowsItsNameAndKeepsTheValueUnchanged()
@@ -254,13 +272,59 @@ private Q_SLOTS:
         QCOMPARE(control->size(), QSize(250, Site::box(*control)->height()));
         QCOMPARE(Site::box(*control)->geometry(), control->rect());
         const auto font = std::make_shared<tavrin::Font>();
+        font->SetSize(24);
+        control->SetFont(font); // runs the same layout
+        const int line = QFontMetrics(font->toQFont()).height();
+        QVERIFY(control->height() > line);
+        QCOMPARE(control->geometry(), QRect(30, 40, 250, control->height()));
+        QCOMPARE(Site::box(*control)->geometry(), control->rect());
+    }
+
+    void aChangeInsideTheFontDoesNothingUntilTheNextResizeAndThisIsMeant()
+    {
+        Site site;
+        auto* control = new NibrsOffensePicker(&site.window);
+        site.window.show();
+        control->setGeometry(30, 40, 250, 90);
+        const auto font = std::make_shared<tavrin::Font>();
+        font->SetSize(10);
         control->SetFont(font);
-        const int before = control->height();
+        const FlatDropdown& box = *Site::box(*control);
+        const QRect before = box.geometry();
+        QCOMPARE(before, control->rect());
         font->SetSize(30);
-        QCOMPARE(control->height(),
-                 before); // a change inside the font shows at the next resize: this is meant
+        QCOMPARE(control->Font(), font);
+        QCOMPARE(control->height(), before.height());
+        QCOMPARE(box.geometry(), before); // neither grows out of the other
+        QCOMPARE(box.font().pointSizeF(), 10.0);
         control->resize(240, 90);
-        QVERIFY(control->height() > before);
+        QCOMPARE(box.font().pointSizeF(), 30.0);
+        QVERIFY(control->height() > before.height() + 10);
+        QCOMPARE(control->width(), 240);
+        QCOMPARE(box.geometry(), control->rect());
+    }
+
+    void aCodeThatHasGoneFromAShrunkDictionaryIsEqualToNothing_data()
+    {
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("still there") << QVariant(u"13A"_s) << u"13A - Aggravated Assault"_s;
+        QTest::newRow("gone") << QVariant(u"90Z"_s) << u"(None)"_s;
+        QTest::newRow("empty text") << QVariant(QString()) << u"(None)"_s;
+        QTest::newRow("Empty") << QVariant() << u"(None)"_s;
+        QTest::newRow("Null") << Null() << u"(None)"_s;
+    }
+    void aCodeThatHasGoneFromAShrunkDictionaryIsEqualToNothing()
+    {
+        QFETCH(QVariant, value);
+        QFETCH(QString, text);
+        Site site;
+        NibrsOffensePicker control;
+        control.SetValue(u"09A"_s);
+        site.host.state().nibrsCodes.resize(1);
+        control.SetValue(value);
+        QCOMPARE(control.Text(), text);
+        QCOMPARE(control.ValueIsNull(), text == u"(None)"_s);
     }
 };
 

@@ -237,6 +237,38 @@ private Q_SLOTS:
         QCOMPARE(control->height(), Site::box(control)->height());
     }
 
+    void aChangeInsideTheFontKeepsTheFrameAsHighAsTheBoxShownOrNot_data()
+    {
+        QTest::addColumn<bool>("isShown");
+        QTest::newRow("shown") << true;
+        QTest::newRow("not shown yet") << false;
+    }
+    void aChangeInsideTheFontKeepsTheFrameAsHighAsTheBoxShownOrNot()
+    {
+        QFETCH(bool, isShown);
+        Site site;
+        auto* control = site.place(Races);
+        if (isShown)
+            site.show();
+        const auto replaced = control->Font();
+        const auto font = std::make_shared<tavrin::Font>();
+        control->SetFont(font);
+        QCOMPARE(control->Font(), font);
+        site.take();
+        const int height = control->height();
+        font->SetSize(30);
+        QVERIFY(control->height() > height + 10);
+        QCOMPARE(control->height(), Site::box(control)->height());
+        QCOMPARE(site.take(), QStringList()); // the property is the same object
+        font->SetSize(6);
+        QVERIFY(control->height() < height);
+        QCOMPARE(control->height(), Site::box(control)->height());
+        const int small = control->height();
+        replaced->SetSize(40);
+        QCOMPARE(control->height(), small);
+        QCOMPARE(Site::box(control)->height(), small);
+    }
+
     void aNewControlHasItsWidthItsFontAndNoTable()
     {
         Site site;
@@ -292,28 +324,105 @@ private Q_SLOTS:
         Site site;
         auto* control = site.place(Races);
         site.show();
-        control->ReadProperties(PropertyBag{});
-        control->hide();
-        control->SetTableNumber(Races);
+        control->SetValue(24);
+        PropertyBag bag;
+        bag.WriteProperty(u"TableNumber"_s, Races, Tables::None); // the same one: no setter asks for a list
+        site.take();
         site.host.state().log.clear();
+        control->ReadProperties(bag);
+        QVERIFY(!site.take().contains(u"TableNumber"_s));
+        QCOMPARE(Site::entries(control).size(), 4); // not before it shows again
+        QCOMPARE(control->Value(), QVariant(24));
+        QCOMPARE(site.host.state().log.filter(u"GetTableValues"_s), QStringList());
+        control->hide();
         control->show();
         QCOMPARE(site.host.state().log.filter(u"GetTableValues"_s), QStringList{u"GetTableValues 312"_s});
+        QVERIFY(IsNull(control->Value())); // a new list stands on "(None)"
     }
 
-    void aFailureOfTheHostIsAFailureOfShowAndLeavesTheControlUsable()
+    void aFailureOfTheHostIsAFailureOfShowAndTheNextShowTriesAgain()
     {
         Site site;
         tavrin::test::Unhandled unhandled;
         auto* control = site.place(Races);
         site.host.failWith(Error(u"the tables are away"_s));
         site.show();
-        QVERIFY(unhandled.texts.contains(u"UserControl_Show: the tables are away"_s));
+        QCOMPARE(unhandled.texts.filter(u"UserControl_Show"_s),
+                 QStringList{u"UserControl_Show: the tables are away"_s});
+        QCOMPARE(Site::entries(control),
+                 QStringList()); // no half a list, in which a value would read as Null
+        QCOMPARE(control->height(), Site::box(control)->height());
         site.host.failWith({});
-        control->SetTableNumber(Nothing);
-        control->SetTableNumber(Races);
         control->hide();
         control->show();
         QCOMPARE(Site::entries(control).size(), 4);
+        control->SetValue(24);
+        QCOMPARE(control->Value(), QVariant(24));
+    }
+
+    void aListThatCannotBeBuiltAnewLeavesTheValue_data()
+    {
+        QTest::addColumn<bool>("isOtherTable");
+        QTest::newRow("the same table, restored again") << false;
+        QTest::newRow("another table") << true;
+    }
+    void aListThatCannotBeBuiltAnewLeavesTheValue()
+    {
+        QFETCH(bool, isOtherTable);
+        Site site;
+        tavrin::test::Unhandled unhandled;
+        auto* control = site.place(Races);
+        site.show();
+        control->SetValue(24);
+        PropertyBag bag;
+        bag.WriteProperty(u"TableNumber"_s, Races, Tables::None);
+        if (isOtherTable)
+            control->SetTableNumber(Nothing);
+        else
+            control->ReadProperties(bag);
+        site.take();
+        control->hide();
+        site.host.failWith(Error(u"the tables are away"_s));
+        control->show();
+        QVERIFY(unhandled.texts.contains(u"UserControl_Show: the tables are away"_s));
+        QCOMPARE(control->Value(), QVariant(24));
+        QCOMPARE(Site::box(control)->Text(), u"Black"_s);
+        QCOMPARE(site.take(), QStringList());
+        control->SetValue(23); // and the old list still takes a value
+        QCOMPARE(control->Value(), QVariant(23));
+        site.host.failWith({});
+        control->hide();
+        control->show();
+        QCOMPARE(Site::entries(control).size(), isOtherTable ? 1 : 4);
+    }
+
+    void anEntryWithoutANumberFailsBeforeTheListChanges()
+    {
+        Site site;
+        tavrin::test::Unhandled unhandled;
+        auto* control = site.place(Races);
+        site.show();
+        control->SetValue(24);
+        site.host.setTable(Nothing, {{u"X"_s, u"No number"_s, u"none"_s}});
+        control->SetTableNumber(Nothing);
+        control->hide();
+        control->show();
+        QCOMPARE(unhandled.texts.size(), 1);
+        QVERIFY(unhandled.texts.first().startsWith(u"UserControl_Show: "_s));
+        QCOMPARE(control->Value(), QVariant(24));
+    }
+
+    void withoutAHostTheFrameTakesTheSizeOfItsBox()
+    {
+        QWidget window;
+        TavrinDropdown control(&window);
+        const auto* box = control.findChild<FlatDropdown*>(u"cboItems"_s);
+        QCOMPARE(control.size(), QSize(toPixels(3073), box->height()));
+        QVERIFY(box->height() > 0);
+        window.show();
+        control.resize(240, 90);
+        QCOMPARE(control.size(), QSize(240, box->height()));
+        QCOMPARE(box->width(), 240);
     }
 
     void aFollowerMayDeleteTheControl()

@@ -18,10 +18,11 @@ using namespace tavrin;
 
 namespace {
 
+const QString Working = QStringLiteral("Scans/Interview with Ben Birch.mp3");
 const QString Broken = QStringLiteral("Scans/Photographs of the scene, north side.tif");
 const QString Refused = QStringLiteral("Scans/Plan.dwg");
 
-/// Three files on the workstation of which two are about to fail, and the dialog above a window.
+/// Four files on the workstation of which two are about to fail, and the dialog above a window.
 struct Stage
 {
     explicit Stage(bool dark)
@@ -51,7 +52,7 @@ struct Stage
         QDir::setCurrent(QDir::rootPath());
     }
 
-    const QStringList paths{QStringLiteral("Scans/Statement of Ann Ash.pdf"), Broken, Refused};
+    const QStringList paths{QStringLiteral("Scans/Statement of Ann Ash.pdf"), Working, Broken, Refused};
     QTemporaryDir disk;
     test::FakeHost host;
     HostInstallation installation;
@@ -70,7 +71,7 @@ void writeStates(bool dark, const QString& folder, const QString& ending)
             failed = name;
     };
     stage.host.state().duringTransfer = [&](const QString& path, qint64 bytes, qint64 total) {
-        if (path == stage.paths.last() && bytes == total)
+        if (path == Working && bytes == total)
             write("working");
     };
     // The question keeps the dialog open until somebody answers it.

@@ -1,6 +1,7 @@
 // Writes a picture of each state of the multi-value list and its dialog into the folder that is named on the
 // command line; with QT_SCALE_FACTOR=2 one large picture of each.
 
+#include "ForwardingHost.h"
 #include "Pictures.h"
 #include "host/HostUiServices.h"
 #include "sections/MultiValue.h"
@@ -23,33 +24,13 @@ namespace {
 constexpr TableNumber Weapons = 302;
 
 /// The fake host's lists with the reference host's shades.
-class PictureHost final : public Host
+class PictureHost final : public test::ForwardingHost
 {
 public:
-    test::FakeHost fake;
-    HostUiServices ui;
+    UiServices& uiServices() override { return m_ui; }
 
-    HostServices& hostServices() override { return fake.hostServices(); }
-    XmlFactory& xmlFactory() override { return fake.xmlFactory(); }
-    Session& session() override { return fake.session(); }
-    UiServices& uiServices() override { return ui; }
-    ListFilling& listFilling() override { return fake.listFilling(); }
-    Images& images() override { return fake.images(); }
-    Environment& environment() override { return fake.environment(); }
-    std::unique_ptr<TableCodeCache> newTableCodeCache() override { return fake.newTableCodeCache(); }
-    std::unique_ptr<EmployeeListCache> newEmployeeListCache() override { return fake.newEmployeeListCache(); }
-    std::unique_ptr<OffenseListCache> newOffenseListCache() override { return fake.newOffenseListCache(); }
-    std::unique_ptr<UsersCache> newUsersCache() override { return fake.newUsersCache(); }
-    std::unique_ptr<ThumbnailService> newThumbnailService() override { return fake.newThumbnailService(); }
-    std::unique_ptr<AttachmentFolders> newAttachmentFolders() override { return fake.newAttachmentFolders(); }
-    std::unique_ptr<tvCustomDictionary> newCustomDictionary() override { return fake.newCustomDictionary(); }
-    std::unique_ptr<Downloader> newDownloader() override { return fake.newDownloader(); }
-    std::unique_ptr<Uploader> newUploader() override { return fake.newUploader(); }
-    tvTableCollectionPtr newTableCollection() override { return fake.newTableCollection(); }
-    std::shared_ptr<NibrsModuleService> createNibrsModule(const QString& name) override
-    {
-        return fake.createNibrsModule(name);
-    }
+private:
+    HostUiServices m_ui;
 };
 
 QList<TableValue> weapons()

@@ -58,6 +58,19 @@ QImage imageOf(QWidget& widget)
     return widget.grab().toImage();
 }
 
+/// The bounds of the pixels in which two images of one size differ.
+QRect differenceOf(const QImage& one, const QImage& other)
+{
+    QRect bounds;
+    for (int y = 0; y < one.height(); ++y) {
+        for (int x = 0; x < one.width(); ++x) {
+            if (one.pixel(x, y) != other.pixel(x, y))
+                bounds |= QRect(x, y, 1, 1);
+        }
+    }
+    return bounds;
+}
+
 } // namespace
 
 class tst_FlatDropdown : public tavrin::test::TestCase
@@ -192,21 +205,39 @@ private Q_SLOTS:
     {
         Stage stage;
         QVERIFY(stage.isReady());
+        constexpr int padding = 6;
+        stage.other->setFocus(); // no ring
+        const QFontMetrics metrics(stage.box->font());
+        const int line = metrics.height();
         const QImage empty = imageOf(*stage.box);
+        const QRect textRoom = stage.box->rect().adjusted(padding, 0, -(line + padding), 0);
+        /// How wide a text shows, from `left` on, and nothing else.
+        const auto showsText = [&](const QImage& image, const QImage& without, int left,
+                                   const QString& text) {
+            const QRect ink = differenceOf(image, without);
+            return textRoom.contains(ink) && ink.left() >= left && ink.left() <= left + 3 &&
+                   std::abs(ink.width() - metrics.horizontalAdvance(text)) <= 4;
+        };
         stage.box->SetListIndex(1);
-        const QImage chosen = imageOf(*stage.box);
-        QVERIFY(chosen != empty);
-        stage.box->SetList(1, u"Another text"_s);
-        const QImage renamed = imageOf(*stage.box);
-        QVERIFY(renamed != chosen);
-        QImage icon(16, 16, QImage::Format_ARGB32);
+        QVERIFY(showsText(imageOf(*stage.box), empty, padding, u"Handgun"_s));
+        stage.box->SetList(1, u"Mmmmmmmmmm"_s);
+        QVERIFY(showsText(imageOf(*stage.box), empty, padding, u"Mmmmmmmmmm"_s));
+        stage.box->SetListIndex(2);
+        QVERIFY(showsText(imageOf(*stage.box), empty, padding, u"Rifle"_s));
+
+        QImage icon(16, 8, QImage::Format_ARGB32); // twice as wide as high, and scaled so
         icon.fill(Qt::red);
         stage.box->SetIcon(icon);
         QCOMPARE(stage.box->Icon(), icon);
         const QImage withIcon = imageOf(*stage.box);
-        QCOMPARE(withIcon.pixelColor(6 + 3, stage.box->height() / 2), QColor(Qt::red));
+        const QRect iconPlace(padding, (stage.box->height() - line) / 2, 2 * line, line);
+        QCOMPARE(withIcon.pixelColor(iconPlace.center()), QColor(Qt::red));
         stage.box->Clear();
-        QVERIFY(imageOf(*stage.box) != withIcon);
+        const QImage iconAlone = imageOf(*stage.box);
+        QCOMPARE(differenceOf(iconAlone, empty), iconPlace);
+        QVERIFY(showsText(withIcon, iconAlone, iconPlace.right() + 1 + padding, u"Rifle"_s));
+        stage.box->SetIcon(QImage());
+        QCOMPARE(imageOf(*stage.box), empty);
     }
 
     void theHeightFollowsTheFontAndAChangeInsideIt()
@@ -221,14 +252,60 @@ private Q_SLOTS:
         QCOMPARE(box.height(), box.sizeHint().height());
     }
 
+    void aHandlerMayDeleteTheBox_data()
+    {
+        QTest::addColumn<bool>("byMouse");
+        QTest::newRow("key") << false;
+        QTest::newRow("click in the open list") << true;
+    }
     void aHandlerMayDeleteTheBox()
     {
+        QFETCH(bool, byMouse);
         Stage stage;
         QVERIFY(stage.isReady());
         const QPointer<FlatDropdown> box(stage.box);
         const Subscription keep = stage.box->Click.subscribe([&] { delete box.data(); });
-        QTest::keyClick(stage.box, Qt::Key_Down);
+        if (byMouse) {
+            QTest::mouseClick(stage.box, Qt::LeftButton);
+            stage.clickRow(3);
+        } else {
+            QTest::keyClick(stage.box, Qt::Key_Down);
+        }
         QVERIFY(!box);
+    }
+
+    void anOpenListHasItsKeysBeforeTheShortcutsOfTheWindow_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+        QTest::addColumn<bool>("isTheLists");
+        const auto add = [](const char* name, Qt::Key key, Qt::KeyboardModifiers modifiers, bool isTheLists) {
+            QTest::newRow(name) << int(key) << modifiers << isTheLists;
+        };
+        add("Escape", Qt::Key_Escape, {}, true);
+        add("Enter", Qt::Key_Return, {}, true);
+        add("Home", Qt::Key_Home, {}, true);
+        add("letter", Qt::Key_R, {}, true);
+        add("Down of the number block", Qt::Key_Down, Qt::KeypadModifier, true);
+        add("F5", Qt::Key_F5, {}, false);
+        add("Ctrl+S", Qt::Key_S, Qt::ControlModifier, false);
+    }
+    void anOpenListHasItsKeysBeforeTheShortcutsOfTheWindow()
+    {
+        QFETCH(int, key);
+        QFETCH(Qt::KeyboardModifiers, modifiers);
+        QFETCH(bool, isTheLists);
+        Stage stage;
+        QVERIFY(stage.isReady());
+        const auto claims = [&] {
+            QKeyEvent asks(QEvent::ShortcutOverride, key, modifiers);
+            asks.ignore();
+            QApplication::sendEvent(stage.box, &asks);
+            return asks.isAccepted();
+        };
+        QVERIFY(!claims()); // closed, it has none
+        stage.box->Open();
+        QCOMPARE(claims(), isTheLists);
     }
 
     void aHandlersErrorReachesTheCallerOfASelectionAndNotQt()

@@ -399,12 +399,7 @@ private Q_SLOTS:
         stage.fill(5);
         const QPointer<GridComboBox> combo(stage.combo);
         const bool byMouse = by == u"click";
-        const Subscription closing = stage.combo->RowChange.subscribe([&] {
-            if (byMouse)
-                stage.combo->deleteLater(); // the list's own window handles the click
-            else
-                delete stage.combo;
-        });
+        const Subscription closing = stage.combo->RowChange.subscribe([&] { delete stage.combo; });
         if (by == u"key") {
             stage.key(Qt::Key_Down);
         } else if (by == u"letter") {

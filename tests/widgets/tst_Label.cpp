@@ -96,6 +96,19 @@ private Q_SLOTS:
         QCOMPARE(toolTipRead(*label), QString());
     }
 
+    void aCaptionThatIsTooLongIsCutWhereItIsToldTo()
+    {
+        Label label;
+        label.SetAutoSize(false);
+        label.SetCaption(u"/scans/archive/Report.pdf"_s);
+        label.resize(90, 20);
+        label.SetElideMode(Qt::ElideMiddle);
+        const QString cut = label.fontMetrics().elidedText(label.Caption(), Qt::ElideMiddle, 90);
+        QVERIFY(cut != label.Caption() && cut.endsWith(u"pdf"_s));
+        QCOMPARE(imageOf(label), plainLabel(cut, label.size()));
+        QCOMPARE(toolTipRead(label), u"/scans/archive/Report.pdf"_s);
+    }
+
     void screenReadersTellTheWholeCaption()
     {
         Label label;

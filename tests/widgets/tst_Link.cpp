@@ -1,24 +1,20 @@
-#include "base/Error.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
 #include "widgets/IconGlyphs.h"
 #include "widgets/Link.h"
 #include "widgets/Looks.h"
 
 #include <QAccessible>
-#include <QPointer>
 #include <QPushButton>
 
 using namespace Qt::StringLiterals;
 using namespace tavrin::test;
 using tavrin::Color;
 using tavrin::Link;
-using tavrin::Subscription;
 namespace SystemColor = tavrin::SystemColor;
 
 namespace {
 
-/// A window with a button that has the focus, and a link whose clicks are counted.
+/// A window with a button that has the focus, and a link.
 class Stage
 {
 public:
@@ -30,151 +26,25 @@ public:
         link = new Link(&window);
         link->SetSymbol(tavrin::ClearGlyph);
         link->move(20, 20);
-        m_keep = link->Click.subscribe([this] { ++clicks; });
         window.show();
         window.activateWindow();
         other->setFocus();
     }
     bool isReady() { return QTest::qWaitForWindowActive(&window) && other->hasFocus(); }
-    /// A click where the window system would give one.
-    void click(Qt::MouseButton button)
-    {
-        QTest::mouseClick(window.windowHandle(), button, {}, link->geometry().center());
-    }
-    void press(Qt::Key key) { QTest::keyClick(window.windowHandle(), key); }
 
     QWidget window;
     QPushButton* other;
-    QPointer<Link> link;
-    int clicks = 0;
-
-private:
-    Subscription m_keep;
+    Link* link;
 };
-
-using Raise = std::function<void(Stage&)>;
 
 } // namespace
 
-Q_DECLARE_METATYPE(Raise)
-
+/// The sign of a link and its looks; what a click does stands in tst_LinkButton.
 class tst_Link : public tavrin::test::TestCase
 {
     Q_OBJECT
 
-private:
-    static void addWaysToClick()
-    {
-        QTest::addColumn<Raise>("raise");
-        QTest::newRow("mouse") << Raise([](Stage& stage) { stage.click(Qt::LeftButton); });
-        for (const auto& [name, key] :
-             {std::pair("Space", Qt::Key_Space), std::pair("Return", Qt::Key_Return),
-              std::pair("Enter of the number block", Qt::Key_Enter)}) {
-            QTest::newRow(name) << Raise([code = key](Stage& stage) {
-                stage.link->setFocus();
-                stage.press(code);
-            });
-        }
-        QTest::newRow("screen reader") << Raise([](Stage& stage) {
-            QAccessible::queryAccessibleInterface(stage.link)
-                ->actionInterface()
-                ->doAction(QAccessibleActionInterface::pressAction());
-        });
-    }
-
 private Q_SLOTS:
-    void clickIsRaisedOnce_data() { addWaysToClick(); }
-    void clickIsRaisedOnce()
-    {
-        QFETCH(Raise, raise);
-        Stage stage;
-        QVERIFY(stage.isReady());
-        raise(stage);
-        QTRY_COMPARE(stage.clicks, 1);
-        raise(stage);
-        QTRY_COMPARE(stage.clicks, 2);
-    }
-
-    void aDisabledLinkRaisesNothing_data() { addWaysToClick(); }
-    void aDisabledLinkRaisesNothing()
-    {
-        QFETCH(Raise, raise);
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.link->setEnabled(false);
-        raise(stage);
-        QCoreApplication::processEvents(); // a click that is queued would come now
-        QCOMPARE(stage.clicks, 0);
-    }
-
-    void aHandlerMayDeleteTheLink_data() { addWaysToClick(); }
-    void aHandlerMayDeleteTheLink()
-    {
-        QFETCH(Raise, raise);
-        Stage stage;
-        QVERIFY(stage.isReady());
-        const Subscription deleting = stage.link->Click.subscribe([&] { delete stage.link.data(); });
-        raise(stage);
-        QTRY_VERIFY(!stage.link);
-        QCOMPARE(stage.clicks, 1);
-    }
-
-    void aHandlersFailureStaysWithTheGuard_data() { addWaysToClick(); }
-    void aHandlersFailureStaysWithTheGuard()
-    {
-        QFETCH(Raise, raise);
-        const Unhandled unhandled;
-        Stage stage;
-        QVERIFY(stage.isReady());
-        const Subscription failing =
-            stage.link->Click.subscribe([] { throw tavrin::Error(u"no such list"_s); });
-        raise(stage);
-        QTRY_COMPARE(unhandled.texts, QStringList({u"Link_Click: no such list"_s}));
-    }
-
-    void otherButtonsAndKeysRaiseNothing()
-    {
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.click(Qt::RightButton);
-        stage.click(Qt::MiddleButton);
-        stage.link->setFocus();
-        stage.press(Qt::Key_A);
-        stage.press(Qt::Key_Escape);
-        QCOMPARE(stage.clicks, 0);
-        QWindow* window = stage.window.windowHandle();
-        const QPoint place = stage.link->geometry().center();
-        QTest::mousePress(window, Qt::LeftButton, {}, place);
-        QTest::mouseRelease(window, Qt::LeftButton, {}, QPoint(90, 90)); // a change of mind
-        QCOMPARE(stage.clicks, 0);
-        stage.click(Qt::LeftButton);
-        QCOMPARE(stage.clicks, 1);
-    }
-
-    void enterThatIsHeldDownRaisesOnce()
-    {
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.link->setFocus();
-        for (const bool repeats : {false, true, true}) {
-            QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, u"\r"_s, repeats);
-            QCoreApplication::sendEvent(stage.link, &press);
-            QVERIFY(press.isAccepted());
-        }
-        QCOMPARE(stage.clicks, 1);
-    }
-
-    void aClickLeavesTheFocusWhereItIs()
-    {
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.click(Qt::LeftButton);
-        QCOMPARE(stage.clicks, 1);
-        QVERIFY(stage.other->hasFocus());
-        stage.press(Qt::Key_Tab);
-        QVERIFY(!stage.link->hasFocus());
-    }
-
     void itIsAsWideAsTheLineIsHighAndALittleHigherWhenItsFontChanges()
     {
         Link link;

@@ -24,17 +24,21 @@ public:
     }
 };
 
+/// A style may shade a highlight a little.
+bool isHighlight(const QColor& color)
+{
+    const QColor highlight = QApplication::palette().color(QPalette::Active, QPalette::Highlight);
+    return std::abs(color.red() - highlight.red()) + std::abs(color.green() - highlight.green()) +
+               std::abs(color.blue() - highlight.blue()) <
+           20;
+}
+
 /// The colour at the right end of a row, where there is no text.
 QColor groundOf(const ListStage& stage, int row)
 {
     const QImage image = stage.list->viewport()->grab().toImage();
     const QRect cell = stage.rectOfRow(row, 1);
     return image.pixelColor(cell.right() - 3, cell.center().y());
-}
-
-QColor highlight()
-{
-    return QApplication::palette().color(QPalette::Active, QPalette::Highlight);
 }
 
 } // namespace
@@ -148,17 +152,18 @@ private Q_SLOTS:
         stage.add({u"Ann"_s, u"Ben"_s});
         stage.list->setIconSize({32, 32});
         stage.list->SetRowHeight(32);
-        stage.list->SetSubItemIcon(u"a"_s, u"name"_s, QIcon(new SquareEngine), u"square"_s);
+        stage.list->SetSubItemIcon(u"b"_s, u"name"_s, QIcon(new SquareEngine), u"square"_s);
         QVERIFY(stage.show());
         QCOMPARE(stage.rectOfRow(0).height(), 32);
         QCOMPARE(stage.rectOfRow(1).height(), 32);
         const QImage image = stage.list->viewport()->grab().toImage();
-        const QRect painted = boundsOf(image, [](const QColor& color) { return color == QColor(Qt::green); });
+        const QRect painted =
+            boundsOf(image, [](const QColor& color) { return color.rgb() == QColor(Qt::green).rgb(); });
         QCOMPARE(painted.size(), QSize(32, 32));
-        QCOMPARE(painted.top(), stage.rectOfRow(0).top());
-        QVERIFY(stage.rectOfRow(0).contains(painted));
+        QCOMPARE(painted.top(), stage.rectOfRow(1).top());
+        QVERIFY(stage.rectOfRow(1).contains(painted));
         stage.list->SetRowHeight(0);
-        stage.list->SetSubItemIcon(u"a"_s, u"name"_s, QIcon());
+        stage.list->SetSubItemIcon(u"b"_s, u"name"_s, QIcon());
         QTRY_VERIFY(stage.rectOfRow(0).height() < 32);
     }
 
@@ -196,12 +201,12 @@ private Q_SLOTS:
         stage.list->SetSelectedItem(u"b"_s);
         stage.list->SetDropHighlight(u"c"_s);
         QVERIFY(stage.show());
-        QCOMPARE(groundOf(stage, 1), highlight());
-        QCOMPARE(groundOf(stage, 2), highlight());
-        QVERIFY(groundOf(stage, 0) != highlight());
+        QVERIFY(isHighlight(groundOf(stage, 1)));
+        QVERIFY(isHighlight(groundOf(stage, 2)));
+        QVERIFY(!isHighlight(groundOf(stage, 0)));
         stage.other->setFocus();
-        QVERIFY(groundOf(stage, 1) != highlight());
-        QCOMPARE(groundOf(stage, 2), highlight());
+        QVERIFY(!isHighlight(groundOf(stage, 1)));
+        QVERIFY(isHighlight(groundOf(stage, 2)));
         QCOMPARE(stage.list->SelectedItem(), u"b"_s); // hidden, not gone
     }
 
@@ -212,7 +217,7 @@ private Q_SLOTS:
         stage.list->SetSelectedItem(u"a"_s);
         QVERIFY(stage.show());
         stage.other->setFocus();
-        QCOMPARE(groundOf(stage, 0), highlight());
+        QVERIFY(isHighlight(groundOf(stage, 0)));
     }
 
     void theDropHighlightGoesWithItsRowAndIsNoSelection()
@@ -306,7 +311,10 @@ private Q_SLOTS:
         QVERIFY(stage.show());
         stage.list->header()->resizeSection(0, 5);
         QCOMPARE(stage.list->header()->sectionSize(0), 60);
-        stage.list->header()->resizeSection(0, 390);
+        const int room = stage.list->viewport()->width();
+        stage.list->header()->resizeSection(0, room - 70);
+        QCOMPARE(stage.list->header()->sectionSize(1), 70);
+        stage.list->header()->resizeSection(0, room - 10);
         QCOMPARE(stage.list->header()->sectionSize(1), 60);
     }
 
@@ -315,12 +323,12 @@ private Q_SLOTS:
         ListStage stage;
         stage.list->SetBorder(false);
         QVERIFY(stage.show());
-        const auto corner = [&] { return stage.list->grab().toImage().pixelColor(0, 100); };
-        QCOMPARE(corner(), highlight());
+        const auto corner = [&] { return stage.list->grab().toImage().pixel(0, 100); };
+        QCOMPARE(corner(), stage.list->palette().color(QPalette::Highlight).rgb());
         stage.other->setFocus();
-        QCOMPARE(corner(), stage.list->palette().color(QPalette::Base));
+        QCOMPARE(corner(), stage.list->palette().color(QPalette::Base).rgb());
         stage.list->SetBorder(true);
-        QCOMPARE(corner(), stage.list->palette().color(QPalette::Mid));
+        QCOMPARE(corner(), stage.list->palette().color(QPalette::Mid).rgb());
     }
 
 private:

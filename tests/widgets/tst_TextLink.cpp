@@ -1,23 +1,19 @@
-#include "base/Error.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
 #include "widgets/Looks.h"
 #include "widgets/TextLink.h"
 
 #include <QAccessible>
-#include <QPointer>
 #include <QPushButton>
 
 using namespace Qt::StringLiterals;
 using namespace tavrin::test;
 using tavrin::Color;
-using tavrin::Subscription;
 using tavrin::TextLink;
 namespace SystemColor = tavrin::SystemColor;
 
 namespace {
 
-/// A window with a button that has the focus, and a link behind it whose clicks are counted.
+/// A window with a button that has the focus, and a link behind it.
 class Stage
 {
 public:
@@ -29,13 +25,11 @@ public:
         link = new TextLink(&window);
         link->SetCaption(u"Done"_s);
         link->move(20, 20);
-        m_keep = link->Click.subscribe([this] { ++clicks; });
         window.show();
         window.activateWindow();
         other->setFocus();
     }
     bool isReady() { return QTest::qWaitForWindowActive(&window) && other->hasFocus(); }
-    void click() { QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, link->geometry().center()); }
     void press(Qt::Key key) { QTest::keyClick(window.windowHandle(), key); }
     void hover(bool over)
     {
@@ -44,101 +38,17 @@ public:
 
     QWidget window;
     QPushButton* other;
-    QPointer<TextLink> link;
-    int clicks = 0;
-
-private:
-    Subscription m_keep;
+    TextLink* link;
 };
-
-using Raise = std::function<void(Stage&)>;
 
 } // namespace
 
-Q_DECLARE_METATYPE(Raise)
-
+/// The caption of a link and its looks; what a click does stands in tst_LinkButton.
 class tst_TextLink : public tavrin::test::TestCase
 {
     Q_OBJECT
 
-private:
-    static void addWaysToClick()
-    {
-        QTest::addColumn<Raise>("raise");
-        QTest::newRow("mouse") << Raise([](Stage& stage) { stage.click(); });
-        for (const auto& [name, key] :
-             {std::pair("Space", Qt::Key_Space), std::pair("Return", Qt::Key_Return),
-              std::pair("Enter of the number block", Qt::Key_Enter)}) {
-            QTest::newRow(name) << Raise([code = key](Stage& stage) {
-                if (!stage.link->hasFocus())
-                    stage.press(Qt::Key_Tab);
-                stage.press(code);
-            });
-        }
-        QTest::newRow("screen reader") << Raise([](Stage& stage) {
-            QAccessible::queryAccessibleInterface(stage.link)
-                ->actionInterface()
-                ->doAction(QAccessibleActionInterface::pressAction());
-        });
-    }
-
 private Q_SLOTS:
-    void clickIsRaisedOnce_data() { addWaysToClick(); }
-    void clickIsRaisedOnce()
-    {
-        QFETCH(Raise, raise);
-        Stage stage;
-        QVERIFY(stage.isReady());
-        raise(stage);
-        QTRY_COMPARE(stage.clicks, 1);
-        raise(stage);
-        QTRY_COMPARE(stage.clicks, 2);
-    }
-
-    void aDisabledLinkRaisesNothing_data() { addWaysToClick(); }
-    void aDisabledLinkRaisesNothing()
-    {
-        QFETCH(Raise, raise);
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.link->setEnabled(false);
-        raise(stage);
-        QCoreApplication::processEvents(); // a click that is queued would come now
-        QCOMPARE(stage.clicks, 0);
-    }
-
-    void aHandlerMayDeleteTheLink_data() { addWaysToClick(); }
-    void aHandlerMayDeleteTheLink()
-    {
-        QFETCH(Raise, raise);
-        Stage stage;
-        QVERIFY(stage.isReady());
-        const Subscription deleting = stage.link->Click.subscribe([&] { delete stage.link.data(); });
-        raise(stage);
-        QTRY_VERIFY(!stage.link);
-        QCOMPARE(stage.clicks, 1);
-    }
-
-    void aHandlersFailureStaysWithTheGuard()
-    {
-        const Unhandled unhandled;
-        Stage stage;
-        QVERIFY(stage.isReady());
-        const Subscription failing = stage.link->Click.subscribe([] { throw tavrin::Error(u"no list"_s); });
-        stage.click();
-        QCOMPARE(unhandled.texts, QStringList({u"Link_Click: no list"_s}));
-    }
-
-    void tabReachesItAndAClickLeavesTheFocusWhereItIs()
-    {
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.click();
-        QVERIFY(stage.other->hasFocus());
-        stage.press(Qt::Key_Tab);
-        QVERIFY(stage.link->hasFocus());
-    }
-
     void itIsAsLargeAsItsCaption()
     {
         TextLink link;

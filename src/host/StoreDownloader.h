@@ -1,0 +1,33 @@
+#pragma once
+
+#include "host/AttachmentStore.h"
+#include "host/TransferRun.h"
+
+namespace tavrin {
+
+/// Fetches files of the attachments folders.
+///
+/// Each copy lies alone in a folder of its own below the platform's place for temporary files, and nobody
+/// but the person may read either. It is the caller's to remove. No progress is told of an empty file.
+class StoreDownloader final : public Downloader
+{
+public:
+    static constexpr qint32 DefaultBufferSize = 1 << 20;
+
+    explicit StoreDownloader(AttachmentStorePtr store);
+
+    /// Raises an `Error` for less than one byte.
+    void SetBufferSize(qint32 bytes) override;
+    /// `path` is one as `AttachmentStore` describes it. A cancelled download gives "" and leaves no copy.
+    /// Raises an `Error` that names the file and says why; no copy is left then, nor when a handler raises.
+    QString Download(const QString& path) override;
+    /// Counts until the last progress has been told.
+    void Cancel() override;
+
+private:
+    AttachmentStorePtr m_store;
+    TransferRuns m_runs;
+    qint32 m_bufferSize = DefaultBufferSize;
+};
+
+} // namespace tavrin

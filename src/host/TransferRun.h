@@ -1,0 +1,57 @@
+#pragma once
+
+#include "base/Error.h"
+
+#include <memory>
+
+namespace tavrin {
+
+/// One transfer that is under way, and what the handlers of its events have done to it meanwhile.
+struct TransferRun
+{
+    bool IsCancelled = false;
+    /// A handler has destroyed the object whose events these are.
+    bool IsOrphaned = false;
+
+    /// To be called behind each event before the object is touched.
+    void checkOwner() const
+    {
+        if (IsOrphaned)
+            throw Error(QStringLiteral("The transfer was given up."));
+    }
+};
+
+/// The run of an uploader or downloader, of which there is one at a time.
+class TransferRuns
+{
+public:
+    TransferRuns() = default;
+    TransferRuns(const TransferRuns&) = delete;
+    TransferRuns& operator=(const TransferRuns&) = delete;
+    ~TransferRuns()
+    {
+        if (const auto run = m_run.lock())
+            run->IsOrphaned = true;
+    }
+
+    /// The run lasts for as long as the caller keeps it. Raises an `Error` while another lasts.
+    std::shared_ptr<TransferRun> begin()
+    {
+        if (!m_run.expired())
+            throw Error(QStringLiteral("A transfer is under way already."));
+        auto run = std::make_shared<TransferRun>();
+        m_run = run;
+        return run;
+    }
+    /// Nothing when none is under way.
+    void cancel()
+    {
+        if (const auto run = m_run.lock())
+            run->IsCancelled = true;
+    }
+
+private:
+    std::weak_ptr<TransferRun> m_run;
+};
+
+} // namespace tavrin

@@ -1,0 +1,87 @@
+#include "ListKeys.h"
+
+#include <algorithm>
+
+namespace tavrin {
+
+namespace {
+
+Qt::KeyboardModifiers modifiersOf(const QKeyEvent& event)
+{
+    return event.modifiers() & ~Qt::KeypadModifier;
+}
+
+bool isListKey(const QKeyEvent& event, ListKeys keys)
+{
+    if (modifiersOf(event) != Qt::NoModifier)
+        return false;
+    switch (event.key()) {
+    case Qt::Key_Escape:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Down:
+    case Qt::Key_Up:
+    case Qt::Key_PageDown:
+    case Qt::Key_PageUp:
+        return true;
+    case Qt::Key_Home:
+    case Qt::Key_End:
+        return keys != ListKeys::Moving;
+    default:
+        return keys == ListKeys::AllButFunctions && (event.key() < Qt::Key_F1 || event.key() > Qt::Key_F35);
+    }
+}
+
+} // namespace
+
+bool togglesList(const QKeyEvent& event)
+{
+    const int key = event.key();
+    const auto modifiers = modifiersOf(event);
+    return (key == Qt::Key_F4 && !modifiers) ||
+           (modifiers == Qt::AltModifier && (key == Qt::Key_Down || key == Qt::Key_Up));
+}
+
+bool isTabKey(const QKeyEvent& event)
+{
+    return (event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab) &&
+           !(event.modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+}
+
+bool claimsListKey(QEvent& event, ListKeys keys)
+{
+    if (event.type() != QEvent::ShortcutOverride || !isListKey(static_cast<const QKeyEvent&>(event), keys))
+        return false;
+    event.accept();
+    return true;
+}
+
+std::optional<int> rowByKey(int key, int row, int page, int first, int last)
+{
+    int target = row;
+    switch (key) {
+    case Qt::Key_Down:
+        target = row + 1;
+        break;
+    case Qt::Key_Up:
+        target = row - 1;
+        break;
+    case Qt::Key_PageDown:
+        target = row + page;
+        break;
+    case Qt::Key_PageUp:
+        target = row - page;
+        break;
+    case Qt::Key_Home:
+        target = first;
+        break;
+    case Qt::Key_End:
+        target = last;
+        break;
+    default:
+        return std::nullopt;
+    }
+    return last < first ? row : std::clamp(target, first, last);
+}
+
+} // namespace tavrin

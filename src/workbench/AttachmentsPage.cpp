@@ -1,0 +1,57 @@
+#include "AttachmentsPage.h"
+
+#include "attachments/Attachments.h"
+#include "base/Guard.h"
+#include "base/Variant.h"
+
+#include <QPlainTextEdit>
+#include <QScopedValueRollback>
+#include <QVBoxLayout>
+
+namespace tavrin::workbench {
+
+AttachmentsPage::AttachmentsPage()
+    : RecordPage(tr("Attachments"))
+    , m_attachments(new Attachments(this))
+    , m_comment(m_attachments->findChild<QPlainTextEdit*>(QStringLiteral("txtComment")))
+{
+    m_attachments->setObjectName(QStringLiteral("Attachments"));
+    m_attachments->setAccessibleName(title());
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(24, 16, 24, 16);
+    layout->addWidget(m_attachments);
+    connectGuarded(m_comment, &QPlainTextEdit::textChanged, this, "AttachmentsPage_Comment", [this] {
+        if (!m_loading)
+            Edited.raise();
+    });
+}
+
+void AttachmentsPage::load(Record& record)
+{
+    RecordPage::load(record);
+    const QScopedValueRollback loading(m_loading, true);
+    BoundSection& section = *m_attachments;
+    section.ReadData(record.shared_from_this());
+    // Rows come, go and change in the record itself.
+    m_recordChanged = record.Changed.subscribe([this] { Edited.raise(); });
+}
+
+bool AttachmentsPage::differs(Record& record) const
+{
+    if (RecordPage::differs(record))
+        return true;
+    RecordCollection& rows = *record.collection(QStringLiteral("Attachments"));
+    if (rows.Count() == 0)
+        return false;
+    const tvTableRowPtr current = rows.Item(rows.Position());
+    return ToText(fieldOf(*current, QStringLiteral("Notes"))->Value()) != m_comment->toPlainText();
+}
+
+void AttachmentsPage::store(Record& record)
+{
+    RecordPage::store(record);
+    BoundSection& section = *m_attachments;
+    section.WriteData(record.shared_from_this());
+}
+
+} // namespace tavrin::workbench

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "RecordPage.h"
+
+class QPlainTextEdit;
+
+namespace tavrin {
+class Attachments;
+} // namespace tavrin
+
+namespace tavrin::workbench {
+
+/// The files of an incident.
+class AttachmentsPage final : public RecordPage
+{
+    Q_OBJECT
+
+public:
+    AttachmentsPage();
+
+    void load(Record& record) override;
+    /// A comment that was typed waits in its box until another file is clicked or the record is saved.
+    bool differs(Record& record) const override;
+    void store(Record& record) override;
+
+private:
+    Attachments* m_attachments;
+    QPlainTextEdit* m_comment;
+    Subscription m_recordChanged;
+    bool m_loading = false;
+};
+
+} // namespace tavrin::workbench

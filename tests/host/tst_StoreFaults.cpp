@@ -1,0 +1,494 @@
+#include "StoreTestSupport.h"
+
+#include <QProcess>
+
+#include <csignal>
+#include <cstdio>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+using namespace tavrin;
+using namespace tavrin::test;
+
+// What a child or a second program answers.
+constexpr int Passed = 0;
+constexpr int OtherText = 1;
+constexpr int NotPossible = 2;
+constexpr int Raised = 3;
+constexpr int LeftSomething = 4;
+
+namespace {
+
+constexpr auto StoredName = "attachments\\2014\\03\\20160201130507_Report.pdf";
+
+/// For a child: whether the action raises this text.
+int expectText(const QString& expected, const std::function<void()>& action)
+{
+    const QString text = errorOf(action);
+    if (text == expected)
+        return Passed;
+    std::fprintf(stderr, "expected: %s\nraised:   %s\n", qPrintable(expected), qPrintable(text));
+    return OtherText;
+}
+
+bool limitFileSize(rlim_t bytes)
+{
+    std::signal(SIGXFSZ, SIG_IGN); // the write then fails instead of ending the process
+    const rlimit limit = {bytes, bytes};
+    return ::setrlimit(RLIMIT_FSIZE, &limit) == 0;
+}
+
+/// Uploads as a program of its own does, so that its calls of the system can be made to fail.
+int uploadAsOwnProgram(const QString& folder)
+{
+    const auto database = Database::open(folder + u"/records.db"_s);
+    ReferenceHost host(*database, ReferenceHostOptions{u"admin"_s, folder + u"/station"_s, folder});
+    host.waitForSweep();
+    const QString text = errorOf(
+        [&] { host.newUploader()->Upload(folder + u"/Report.pdf"_s, QLatin1String(StoredName), {}); });
+    const QString stored = folder + u"/attachments/2014/03"_s;
+    const QStringList left = filesIn(stored);
+    if (text.isEmpty())
+        return left.size() == 1 &&
+                       contentOf(stored + u'/' + left.constFirst()) == contentOf(folder + u"/Report.pdf"_s)
+                   ? Passed
+                   : LeftSomething;
+    const bool isClear = text.startsWith(u"The file '"_s) && text.endsWith(u'.') &&
+                         text.contains(u"could not be copied to the attachments folder: "_s);
+    if (!isClear)
+        return OtherText;
+    return left.isEmpty() ? Raised : LeftSomething;
+}
+
+} // namespace
+
+class tst_StoreFaults : public StoreCase
+{
+    Q_OBJECT
+
+private:
+    static QString storedFile() { return QLatin1String(StoredName); }
+    QString month() const { return storedPath(u"2014/03"_s); }
+
+    /// Uploads, and does something when the first buffer has been written.
+    void uploadMeeting(const QString& from, const std::function<void()>& event)
+    {
+        const auto uploader = m_host->newUploader();
+        bool met = false;
+        const auto progress = uploader->UploadProgress.subscribe([&](const QString&, qint64, qint64) {
+            if (!std::exchange(met, true))
+                event();
+        });
+        uploader->Upload(from, storedFile(), {});
+    }
+
+    void downloadMeeting(const std::function<void()>& event)
+    {
+        const auto downloader = m_host->newDownloader();
+        bool met = false;
+        const auto progress = downloader->DownloadProgress.subscribe([&](const QString&, qint64, qint64) {
+            if (!std::exchange(met, true))
+                event();
+        });
+        downloader->Download(storedFile());
+    }
+
+    void change(const QString& file, const QByteArray& how) const
+    {
+        QFile changed(file);
+        QVERIFY(changed.open(QIODevice::ReadWrite));
+        if (how == "grown")
+            QVERIFY(changed.seek(changed.size()) && changed.write("more") == 4);
+        else if (how == "shrunk")
+            QVERIFY(changed.resize(1 << 20));
+        else if (how == "emptied")
+            QVERIFY(changed.resize(0));
+        else
+            QVERIFY(changed.write("other") == 5); // of the same length
+    }
+
+    void nothingIsLeftAndTheNextUploadWorks(const QString& from)
+    {
+        QCOMPARE(filesIn(month()), QStringList());
+        upload(from, storedFile());
+        QVERIFY(contentOf(report()) == contentOf(from));
+        QCOMPARE(filesIn(month()).size(), 1);
+    }
+
+    bool traceWorks() const
+    {
+        return QProcess::execute(u"strace"_s, {u"-o"_s, u"/dev/null"_s, u"true"_s}) == 0;
+    }
+
+    /// Runs the upload as a program whose calls fail as `faults` tell; returns its answer.
+    int uploadWith(const QStringList& faults)
+    {
+        QStringList arguments{u"-f"_s, u"-qq"_s, u"-o"_s, u"/dev/null"_s};
+        for (const QString& fault : faults)
+            arguments << u"-e"_s << u"inject="_s + fault;
+        arguments << QCoreApplication::applicationFilePath() << u"--upload-in"_s << m_folder->path();
+        QProcess program;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        // The search for leaks traces the program too, which only one can do at a time.
+        environment.insert(u"ASAN_OPTIONS"_s, u"detect_leaks=0"_s);
+        program.setProcessEnvironment(environment);
+        program.setProcessChannelMode(QProcess::ForwardedChannels);
+        program.start(u"strace"_s, arguments);
+        if (!program.waitForFinished(120000))
+            return NotPossible;
+        return program.exitStatus() == QProcess::NormalExit ? program.exitCode() : 128;
+    }
+
+private Q_SLOTS:
+    void aSourceThatIsNotThereIsNamed()
+    {
+        const QString from = path("Report.pdf");
+        QCOMPARE(errorOf([&] { upload(from, storedFile()); }),
+                 uploadProblem(from, u"No such file or directory"_s));
+        QCOMPARE(stored(), QStringList());
+    }
+
+    void aSourceThatVanishesMeanwhileIsStillCopiedWhole()
+    {
+        const QByteArray content(3 << 20, 'x');
+        const QString from = source(content);
+        uploadMeeting(from, [&] { QVERIFY(QFile::remove(from)); });
+        QVERIFY(contentOf(report()) == content);
+    }
+
+    void aSourceThatMayNotBeReadIsNamed()
+    {
+        const QString from = source("content");
+        QVERIFY(::chmod(QFile::encodeName(m_folder->path()).constData(), 0755) == 0);
+        QVERIFY(QFile::setPermissions(from, QFile::Permissions()));
+        QCOMPARE(inChild([&] {
+                     return dropRights() ? expectText(uploadProblem(from, u"Permission denied"_s),
+                                                      [&] { upload(from, storedFile()); })
+                                         : NotPossible;
+                 }),
+                 Passed);
+        QVERIFY(QFile::setPermissions(from, QFile::ReadOwner | QFile::WriteOwner));
+        nothingIsLeftAndTheNextUploadWorks(from);
+    }
+
+    void aSourceThatIsNoFileIsNamed()
+    {
+        QCOMPARE(::mkfifo(QFile::encodeName(path("pipe")).constData(), 0600), 0);
+        for (const QString& from : {path("pipe"), m_folder->path(), u"/dev/zero"_s})
+            QCOMPARE(errorOf([&] { upload(from, storedFile()); }),
+                     uploadProblem(from, u"it is not a file"_s));
+    }
+
+    void aSourceThatIsChangedMeanwhileIsRefused_data()
+    {
+        QTest::addColumn<QByteArray>("how");
+        for (const char* how : {"grown", "shrunk", "emptied", "written to"})
+            QTest::newRow(how) << QByteArray(how);
+    }
+    void aSourceThatIsChangedMeanwhileIsRefused()
+    {
+        QFETCH(QByteArray, how);
+        const QString from = source(QByteArray(3 << 20, 'x'));
+        const QString changed = u"it was changed by another program meanwhile; try again"_s;
+        QCOMPARE(errorOf([&] { uploadMeeting(from, [&] { change(from, how); }); }),
+                 uploadProblem(from, changed));
+        nothingIsLeftAndTheNextUploadWorks(from);
+
+        // The same holds for a stored file that is fetched.
+        writeFile(report(), QByteArray(3 << 20, 'y'));
+        QCOMPARE(errorOf([&] { downloadMeeting([&] { change(report(), how); }); }),
+                 downloadProblem(storedFile(), changed));
+        QCOMPARE(filesIn(temporary()), QStringList());
+        QVERIFY(QFileInfo::exists(download(storedFile())));
+    }
+
+    void aStoreThatMayNotBeWrittenToIsNamed_data()
+    {
+        QTest::addColumn<bool>("monthExists");
+        QTest::newRow("no folder can be made") << false;
+        QTest::newRow("no file can be made") << true;
+    }
+    void aStoreThatMayNotBeWrittenToIsNamed()
+    {
+        QFETCH(bool, monthExists);
+        QVERIFY(QDir().mkpath(monthExists ? month() : path("attachments")));
+        const QString from = source("content");
+        const QString closed = monthExists ? month() : path("attachments");
+        QVERIFY(::chmod(QFile::encodeName(m_folder->path()).constData(), 0755) == 0);
+        QVERIFY(::chmod(QFile::encodeName(closed).constData(), 0555) == 0);
+        const QString reason =
+            monthExists ? u"Permission denied"_s
+                        : u"the folder '%1/2014/03' cannot be opened or made: Permission denied"_s.arg(
+                              path("attachments"));
+        QCOMPARE(inChild([&] {
+                     return dropRights()
+                                ? expectText(uploadProblem(from, reason), [&] { upload(from, storedFile()); })
+                                : NotPossible;
+                 }),
+                 Passed);
+        QVERIFY(::chmod(QFile::encodeName(closed).constData(), 0755) == 0);
+        nothingIsLeftAndTheNextUploadWorks(from);
+    }
+
+    void aWriteThatStopsIsToldAndLeavesNothing_data()
+    {
+        QTest::addColumn<int>("limit");
+        QTest::newRow("nothing fits") << 0;
+        QTest::newRow("a part of the first buffer fits") << 4096;
+        QTest::newRow("two buffers fit") << (2 << 20);
+        QTest::newRow("all but one byte fits") << (3 << 20) - 1;
+    }
+    void aWriteThatStopsIsToldAndLeavesNothing()
+    {
+        QFETCH(int, limit);
+        const QString from = source(QByteArray(3 << 20, 'x'));
+        QCOMPARE(inChild([&] {
+                     return limitFileSize(static_cast<rlim_t>(limit))
+                                ? expectText(uploadProblem(from, u"File too large"_s),
+                                             [&] { upload(from, storedFile()); })
+                                : NotPossible;
+                 }),
+                 Passed);
+        nothingIsLeftAndTheNextUploadWorks(from);
+        QCOMPARE(inChild([&] {
+                     return limitFileSize(static_cast<rlim_t>(limit))
+                                ? expectText(downloadProblem(storedFile(), u"File too large"_s),
+                                             [&] { download(storedFile()); })
+                                : NotPossible;
+                 }),
+                 Passed);
+        QCOMPARE(filesIn(temporary()), QStringList());
+    }
+
+    void aFullDiskIsToldBeforeAndMeanwhile()
+    {
+        const QString from = source(QByteArray(3 << 20, 'x'));
+        const QByteArray store = QFile::encodeName(path("attachments"));
+        QVERIFY(QDir().mkpath(path("attachments")));
+        const auto onSmallDisk = [&](const char* size, const std::function<int()>& body) {
+            return inChild([&] {
+                if (::unshare(CLONE_NEWNS) != 0 ||
+                    ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+                    ::mount("tmpfs", store.constData(), "tmpfs", 0, size) != 0)
+                    return NotPossible;
+                const int answer = body();
+                return answer == Passed && !filesIn(month()).isEmpty() ? LeftSomething : answer;
+            });
+        };
+        const int before = onSmallDisk("size=2m", [&] {
+            return expectText(
+                uploadProblem(from, u"there is not enough free space: 3.0 MB are needed, 2.0 MB are free"_s),
+                [&] { upload(from, storedFile()); });
+        });
+        if (before == NotPossible)
+            QSKIP("a small disk cannot be mounted here");
+        QCOMPARE(before, Passed);
+        const int meanwhile = onSmallDisk("size=4m", [&] {
+            const auto fill = [&] { writeFile(storedPath(u"filler"_s), QByteArray(5 << 19, 'f')); };
+            const int answer = expectText(uploadProblem(from, u"No space left on device"_s),
+                                          [&] { uploadMeeting(from, fill); });
+            if (answer != Passed || !filesIn(month()).isEmpty())
+                return answer == Passed ? LeftSomething : answer;
+            QFile::remove(storedPath(u"filler"_s));
+            upload(from, storedFile());
+            const bool isWhole = contentOf(report()) == contentOf(from);
+            QFile::remove(report());
+            return isWhole ? Passed : OtherText;
+        });
+        QCOMPARE(meanwhile, Passed);
+    }
+
+    void aFolderThatIsMovedAwayMeanwhileGetsNoFile_data()
+    {
+        QTest::addColumn<QString>("moved");
+        QTest::newRow("the base folder") << QString();
+        QTest::newRow("the year") << u"2014"_s;
+        QTest::newRow("the month") << u"2014/03"_s;
+    }
+    void aFolderThatIsMovedAwayMeanwhileGetsNoFile()
+    {
+        QFETCH(QString, moved);
+        const QString from = source(QByteArray(3 << 20, 'x'));
+        const QString folder = QDir::cleanPath(storedPath(moved));
+        const QString away = path("away");
+        QCOMPARE(errorOf([&] { uploadMeeting(from, [&] { QVERIFY(QDir().rename(folder, away)); }); }),
+                 uploadProblem(from, u"its folder was moved or replaced meanwhile"_s));
+        for (const QString& entry : treeOf(away))
+            QVERIFY2(QFileInfo(away + u'/' + entry).isDir(), qPrintable(entry));
+        nothingIsLeftAndTheNextUploadWorks(from);
+    }
+
+    void aFolderForCopiesThatCannotBeUsedIsTold()
+    {
+        upload(source("content"), storedFile());
+        qputenv("TMPDIR", QFile::encodeName(path("nowhere")));
+        QCOMPARE(errorOf([&] { download(storedFile()); }),
+                 downloadProblem(storedFile(),
+                                 u"the folder for temporary files, which TMPDIR names, is not there"_s));
+        QVERIFY(QDir().mkpath(path("nowhere")));
+        QVERIFY(::chmod(QFile::encodeName(path("nowhere")).constData(), 0555) == 0);
+        QVERIFY(::chmod(QFile::encodeName(m_folder->path()).constData(), 0755) == 0);
+        QCOMPARE(inChild([&] {
+                     const QString reason =
+                         u"no folder can be made in '%1': Permission denied"_s.arg(path("nowhere"));
+                     return dropRights() ? expectText(downloadProblem(storedFile(), reason),
+                                                      [&] { download(storedFile()); })
+                                         : NotPossible;
+                 }),
+                 Passed);
+        qputenv("TMPDIR", QFile::encodeName(temporary()));
+        QCOMPARE(contentOf(download(storedFile())), QByteArray("content"));
+    }
+
+    void aKilledUploadLeavesNoNameAndTheNextStartSweeps_data()
+    {
+        QTest::addColumn<int>("chunk");
+        for (int chunk = 1; chunk <= 4; ++chunk)
+            QTest::addRow("after buffer %d of 4", chunk) << chunk;
+    }
+    void aKilledUploadLeavesNoNameAndTheNextStartSweeps()
+    {
+        QFETCH(int, chunk);
+        const QString from = source(QByteArray((3 << 20) + 5, 'x'));
+        const int answer = inChild([&] {
+            const auto uploader = m_host->newUploader();
+            int chunks = 0;
+            const auto progress = uploader->UploadProgress.subscribe([&](const QString&, qint64, qint64) {
+                if (++chunks == chunk)
+                    ::raise(SIGKILL);
+            });
+            uploader->Upload(from, storedFile(), {});
+            return Passed;
+        });
+        QCOMPARE(answer, 128 + SIGKILL);
+        const QStringList left = filesIn(month());
+        QCOMPARE(left.size(), 1);
+        QVERIFY2(left.constFirst().startsWith(QLatin1String(TemporaryPrefix)), qPrintable(left.constFirst()));
+
+        signOn(u"admin"_s); // the next start
+        m_host->waitForSweep();
+        nothingIsLeftAndTheNextUploadWorks(from);
+    }
+
+    void aStartLeavesTheUploadOfARunningProgramAlone()
+    {
+        const QString from = source(QByteArray(3 << 20, 'x'));
+        uploadMeeting(from, [&] {
+            QCOMPARE(filesIn(month()).size(), 1);
+            QCOMPARE(
+                inChild([&] { // another program on the same folder
+                    const auto database = Database::open(m_database->path());
+                    ReferenceHost host(*database, ReferenceHostOptions{u"admin"_s, m_folder->path(), {}});
+                    host.waitForSweep();
+                    return filesIn(month()).size() == 1 ? Passed : LeftSomething;
+                }),
+                Passed);
+        });
+        QVERIFY(contentOf(report()) == contentOf(from));
+    }
+
+    void aStartSweepsEveryBaseFolderAndNothingElse()
+    {
+        const QString killed =
+            QString::fromLatin1(TemporaryPrefix) + u"another-1"_s; // of another workstation, long ago
+        const QDateTime old = QDateTime::currentDateTime().addDays(-2);
+        execute("INSERT INTO attachment_folder VALUES (3, 'archive')");
+        const QStringList files{storedPath(killed),
+                                storedPath(u"2014/"_s + killed),
+                                storedPath(u"2014/03/"_s + killed),
+                                path("archive/") + killed,
+                                storedPath(u"2014/03/20140301000000_a.pdf"_s),
+                                path("other/") + killed};
+        for (const QString& name : files) {
+            writeFile(name, "x");
+            QFile file(name);
+            QVERIFY(file.open(QIODevice::ReadWrite) &&
+                    file.setFileTime(old, QFileDevice::FileModificationTime));
+        }
+        QVERIFY(QFile::link(path("other"), storedPath(u"link"_s)));
+        signOn(u"admin"_s);
+        m_host->waitForSweep();
+        QStringList left;
+        for (const QString& name : files) {
+            if (QFileInfo::exists(name))
+                left << name;
+        }
+        QCOMPARE(left, files.mid(4));
+    }
+
+    void eachCallOfTheSystemMayFail_data()
+    {
+        QTest::addColumn<QString>("fault");
+        QTest::addColumn<int>("least"); // times that it must have stopped the upload
+        QTest::newRow("write, disk full") << u"write:error=ENOSPC"_s << 1;
+        QTest::newRow("write, broken disk") << u"write:error=EIO"_s << 1;
+        QTest::newRow("write, interrupted") << u"write:error=EINTR"_s << 0;
+        QTest::newRow("fsync, broken disk") << u"fsync:error=EIO"_s << 2;
+        QTest::newRow("fsync beside the reading of a long file") << u"fsync:error=EIO"_s << 1;
+        QTest::newRow("fsync of a new folder, disk full") << u"fsync:error=ENOSPC"_s << 2;
+        QTest::newRow("fsync, interrupted") << u"fsync:error=EINTR"_s << 0;
+        QTest::newRow("rename, broken disk") << u"renameat2:error=EIO"_s << 1;
+        QTest::newRow("rename, not offered") << u"renameat2:error=EINVAL"_s << 0;
+        QTest::newRow("folder, no right") << u"mkdirat:error=EACCES"_s << 1;
+        QTest::newRow("lock, not offered") << u"flock:error=ENOLCK"_s << 0;
+        QTest::newRow("hint, not offered") << u"sync_file_range:error=ESPIPE"_s << 0;
+        QTest::newRow("one call for a path, not offered") << u"openat2:error=ENOSYS"_s << 0;
+    }
+    void eachCallOfTheSystemMayFail()
+    {
+        QFETCH(QString, fault);
+        QFETCH(int, least);
+        if (!traceWorks())
+            QSKIP("strace cannot be used here");
+        const QByteArray row(QTest::currentDataTag());
+        source(QByteArray(row == "fsync, broken disk" ? 100000 : (9 << 20) + 5, 'x'));
+        if (!row.contains("folder")) // else each of its folders is a new one
+            QVERIFY(QDir().mkpath(month()));
+        int raised = 0;
+        int answer = Raised;
+        for (int call = 1; answer != Passed && call < 100; ++call) {
+            answer = uploadWith({fault + u":when=%1"_s.arg(call)});
+            QVERIFY2(answer == Passed || answer == Raised, qPrintable(u"answer %1"_s.arg(answer)));
+            raised += answer == Raised ? 1 : 0;
+        }
+        QCOMPARE(answer, Passed);
+        QVERIFY2(raised >= least && (least > 0 || raised == 0), qPrintable(QString::number(raised)));
+    }
+
+    void whereNeitherRenamingNorASecondNameIsOfferedTheUploadIsRefused()
+    {
+        if (!traceWorks())
+            QSKIP("strace cannot be used here");
+        const QString from = source("content");
+        QCOMPARE(uploadWith({u"renameat2:error=EINVAL"_s, u"linkat:error=EPERM"_s}), Raised);
+        nothingIsLeftAndTheNextUploadWorks(from);
+    }
+
+    void anUploadKilledRightBeforeItsFileGetsItsNameLeavesNone()
+    {
+        if (!traceWorks())
+            QSKIP("strace cannot be used here");
+        const QString from = source(QByteArray(100000, 'x'));
+        QVERIFY(uploadWith({u"renameat2:error=EIO:signal=SIGKILL"_s}) >= 128);
+        const QStringList left = filesIn(month());
+        QCOMPARE(left.size(), 1);
+        QVERIFY2(left.constFirst().startsWith(QLatin1String(TemporaryPrefix)), qPrintable(left.constFirst()));
+        signOn(u"admin"_s);
+        m_host->waitForSweep();
+        nothingIsLeftAndTheNextUploadWorks(from);
+    }
+};
+
+int main(int argc, char** argv)
+{
+    if (argc == 3 && qstrcmp(argv[1], "--upload-in") == 0) {
+        const QCoreApplication application(argc, argv);
+        return uploadAsOwnProgram(QFile::decodeName(argv[2]));
+    }
+    tst_StoreFaults testCase;
+    return tavrin::test::run(testCase, argc, argv);
+}
+#include "tst_StoreFaults.moc"
