@@ -110,7 +110,7 @@ void writeDialog(const State& state, const QString& folder, const QString& endin
 /// The form below the dialog, with the word marked in it.
 void writeTogether(bool dark, const QString& folder, const QString& name)
 {
-    const Stage stage(dark, Narrative, true, false);
+    Stage stage(dark, Narrative, true, false);
     QApplication::processEvents();
     const QRect all = stage.window.geometry().united(stage.form->geometry()).adjusted(-12, -12, 12, 12);
     const qreal scale = stage.form->devicePixelRatioF();
