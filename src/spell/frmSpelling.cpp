@@ -28,7 +28,7 @@ constexpr Twips Margin = 240;
 constexpr Twips Gap = 180;
 constexpr Twips SmallGap = 60;
 constexpr Twips TextWidth = 5100;
-constexpr int SentenceLines = 3;
+constexpr int SentenceLines = 5; // as many as the longest part of a sentence needs
 constexpr int SuggestionLines = 6;
 constexpr int MessageLines = 2;
 
@@ -142,7 +142,8 @@ void frmSpelling::build()
     lstSuggestions->setAccessibleName(QStringLiteral("Suggestions"));
     lstSuggestions->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     lstSuggestions->setTextElideMode(Qt::ElideMiddle);
-    lstSuggestions->setFixedHeight(linesHeight(*lstSuggestions, SuggestionLines) + frame);
+    lstSuggestions->setFixedHeight(linesHeight(*lstSuggestions, SuggestionLines) +
+                                   2 * lstSuggestions->frameWidth());
     lblSuggestions->setBuddy(lstSuggestions);
     cmdChange->setDefault(true);
 
@@ -178,7 +179,7 @@ void frmSpelling::arrange()
     auto* buttons = new QVBoxLayout;
     buttons->setSpacing(2 * toPixels(SmallGap));
     // Level with the sentence.
-    buttons->addSpacing(lblSentence->sizeHint().height() - toPixels(SmallGap));
+    buttons->addSpacing(lblSentence->sizeHint().height() + toPixels(SmallGap));
     buttons->addWidget(cmdIgnore);
     buttons->addWidget(cmdIgnoreAll);
     buttons->addWidget(cmdAdd);
