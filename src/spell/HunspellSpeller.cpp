@@ -70,24 +70,23 @@ bool HunspellSpeller::isCorrect(const QString& word)
 {
     if (!m_main)
         throw Error(QStringLiteral("No spelling dictionary is loaded"));
-    if (m_ignored.contains(word))
-        return true;
-    const auto answered = m_answers.constFind(word);
-    if (answered != m_answers.cend())
-        return *answered;
-    if (!isForHunspell(word))
-        return m_ignored.contains(CustomWords::normalForm(word));
-    const QString normal = CustomWords::normalForm(word);
-    const bool isRight = normal.isEmpty() || m_ignored.contains(normal) || isKnown(normal);
-    if (m_answers.size() >= MostAnswers)
-        m_answers.clear();
-    m_answers.insert(word, isRight);
-    return isRight;
+    return isKnown(word) || (!m_ignored.isEmpty() && m_ignored.contains(CustomWords::normalForm(word)));
 }
 
 bool HunspellSpeller::isKnown(const QString& word)
 {
-    if (m_main->knows(word))
+    if (!isForHunspell(word))
+        return false;
+    if (const auto answered = m_answers.constFind(word); answered != m_answers.cend())
+        return *answered;
+    if (m_answers.size() >= MostAnswers)
+        m_answers.clear();
+    return *m_answers.insert(word, ask(CustomWords::normalForm(word)));
+}
+
+bool HunspellSpeller::ask(const QString& word) const
+{
+    if (word.isEmpty() || m_main->knows(word))
         return true;
     if (!m_custom)
         return false;
@@ -110,13 +109,11 @@ QStringList HunspellSpeller::suggestions(const QString& word)
 void HunspellSpeller::ignoreAll(const QString& word)
 {
     m_ignored.insert(CustomWords::normalForm(word));
-    m_answers.clear();
 }
 
 void HunspellSpeller::forgetIgnored()
 {
     m_ignored.clear();
-    m_answers.clear();
 }
 
 void HunspellSpeller::add(const QString& word)

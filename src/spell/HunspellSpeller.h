@@ -44,6 +44,7 @@ public:
 private:
     void applyCustomWords();
     bool isKnown(const QString& word);
+    bool ask(const QString& word) const;
 
     std::unique_ptr<HunspellDictionary> m_main;
     std::optional<CustomDictionary> m_custom;

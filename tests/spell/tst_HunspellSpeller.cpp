@@ -5,8 +5,8 @@
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 
-#include <functional>
 #include <optional>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;
@@ -307,6 +307,35 @@ private Q_SLOTS:
                  u"The spelling dictionary %1 cannot be used: %2"_s.arg(path, reason));
         QVERIFY(!bad.hasMainDictionary());
         QCOMPARE(openFiles(), before);
+    }
+
+    void aReadOnlyFolderIsEnoughToCheckInButNotToAddIn()
+    {
+        const QString folder = QFileInfo(m_mainPath).path();
+        QCOMPARE(::chmod(QFile::encodeName(m_folder->path()).constData(), 0755), 0);
+        QCOMPARE(::chmod(QFile::encodeName(m_mainPath).constData(), 0444), 0);
+        QCOMPARE(::chmod(QFile::encodeName(m_customPath).constData(), 0444), 0);
+        QCOMPARE(::chmod(QFile::encodeName(folder).constData(), 0555), 0);
+        HunspellSpeller fresh;
+        const auto check = [&] {
+            return failureOf([&] {
+                fresh.setMainDictionary(m_mainPath);
+                fresh.setCustomDictionary(m_customPath);
+                if (!fresh.isCorrect(u"robbery"_s) || fresh.isCorrect(u"robery"_s))
+                    throw Error(u"wrong answer"_s);
+            });
+        };
+        QCOMPARE(asNobody(check), QString());
+        QCOMPARE(asNobody([&] {
+                     return failureOf([&] {
+                         fresh.setCustomDictionary(m_customPath);
+                         fresh.add(u"robery"_s);
+                     });
+                 }),
+                 u"The file %1 could not be written: Permission denied"_s.arg(m_customPath));
+        QCOMPARE(::chmod(QFile::encodeName(m_mainPath).constData(), 0), 0);
+        QCOMPARE(asNobody(check), u"The file %1 could not be read: Permission denied"_s.arg(m_mainPath));
+        QCOMPARE(::chmod(QFile::encodeName(folder).constData(), 0755), 0);
     }
 
     void aBadMainDictionaryTakesThePlaceOfAGoodOne()
