@@ -105,6 +105,7 @@ void frmUploadTask::Form_Activate()
     if (m_activated)
         return;
     m_activated = true;
+    placeOverOwner();
     const QPointer<frmUploadTask> self(this);
     QApplication::processEvents();
     if (self)
@@ -219,6 +220,17 @@ void frmUploadTask::setFormHeight(Twips inner)
 {
     setFixedSize(toPixels(FormWidth), toPixels(inner));
     keepOnScreen();
+}
+
+/// A window that comes up without height is not placed by itself.
+void frmUploadTask::placeOverOwner()
+{
+    if (!parentWidget())
+        return;
+    const QRect owner = parentWidget()->frameGeometry();
+    const QRect room = screen()->availableGeometry();
+    const int left = std::min(owner.center().x() - width() / 2, room.right() + 1 - frameGeometry().width());
+    move(std::max(left, room.left()), std::max(owner.top() + owner.height() / 3, room.top()));
 }
 
 /// The dialog came up without a line and grows downwards.

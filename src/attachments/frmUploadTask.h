@@ -72,6 +72,7 @@ private:
     void unloadLines();
     void arrange();
     void setFormHeight(Twips inner);
+    void placeOverOwner();
     void keepOnScreen();
     Twips tallestRetryPanel() const;
     void cmdRetry_Click();

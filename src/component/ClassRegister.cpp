@@ -13,6 +13,7 @@
 #include "lookup/TavrinDropdown.h"
 #include "sections/MultiValue.h"
 #include "sections/SuspRelList.h"
+#include "spell/TavrinSpellcheck.h"
 
 namespace tavrin {
 
@@ -33,6 +34,7 @@ const ControlRegister& publicControls()
         classes.add<NibrsOffensePicker>(QStringLiteral("TVBoundControls.NibrsOffensePicker"));
         classes.add<TavrinDropdown>(QStringLiteral("TVBoundControls.TavrinDropdown"));
         classes.add<SuspRelList>(QStringLiteral("TVBoundControls.SuspRelList"));
+        classes.add<TavrinSpellcheck>(QStringLiteral("TVBoundControls.TavrinSpellcheck"));
         return classes;
     }();
     return controls;

@@ -1,7 +1,7 @@
 #include "host/HostEnvironment.h"
 
 #include "base/Error.h"
-#include "host/NotOffered.h"
+#include "host/InstalledDictionary.h"
 
 #include <QDir>
 #include <QStandardPaths>
@@ -19,9 +19,12 @@ QString placeOr(const QString& given, QStandardPaths::StandardLocation location)
 
 } // namespace
 
-HostEnvironment::HostEnvironment(const QString& workstationFolder, const QString& downloadsFolder)
+HostEnvironment::HostEnvironment(const QString& workstationFolder, const QString& downloadsFolder,
+                                 const QString& installedDictionary)
     : m_workstationFolder(placeOr(workstationFolder, QStandardPaths::AppLocalDataLocation))
     , m_downloadsFolder(placeOr(downloadsFolder, QStandardPaths::DownloadLocation))
+    , m_installedDictionary(installedDictionary.isEmpty() ? QStringLiteral("/usr/share/hunspell/en_US")
+                                                          : installedDictionary)
 {
 }
 
@@ -35,7 +38,10 @@ QString HostEnvironment::GetDictionaryFolder()
 
 void HostEnvironment::RefreshSupportFile(const QString& name)
 {
-    raiseNotOffered(QStringLiteral("the support file %1").arg(name));
+    if (name != QStringLiteral("vssp_ae.dct"))
+        throw Error(QStringLiteral("This host does not offer the support file %1").arg(name),
+                    Error::NoSuchComponentNumber);
+    refreshSpellingDictionary(GetDictionaryFolder() + QLatin1Char('/') + name, m_installedDictionary);
 }
 
 int HostEnvironment::GetErrorNumber(int code)

@@ -2,6 +2,7 @@
 
 #include "base/Error.h"
 #include "host/AttachmentStore.h"
+#include "host/CustomWordTable.h"
 #include "host/HostCaches.h"
 #include "host/HostEnvironment.h"
 #include "host/HostImages.h"
@@ -9,7 +10,6 @@
 #include "host/HostSession.h"
 #include "host/HostUiServices.h"
 #include "host/LocalCopy.h"
-#include "host/NotOffered.h"
 #include "host/RecordCollection.h"
 #include "host/ReferenceHostServices.h"
 #include "host/StoreDownloader.h"
@@ -25,10 +25,10 @@ struct ReferenceHost::Services
 {
     Services(Database& database, const ReferenceHostOptions& options)
         : lists(std::make_shared<HostListsHolder>())
-        , hostServices(*lists)
+        , environment(options.WorkstationFolder, options.DownloadsFolder, options.InstalledDictionary)
+        , hostServices(*lists, database, environment)
         , session(*lists, options.UserId)
         , listFilling(*lists)
-        , environment(options.WorkstationFolder, options.DownloadsFolder)
         , thumbnails([this](const QString& path) { return openStoreFile(*store, path); }, options.Thumbnailer)
     {
         lists->Lists = HostLists::read(database);
@@ -37,13 +37,13 @@ struct ReferenceHost::Services
     }
 
     std::shared_ptr<HostListsHolder> lists; // caches that controls keep share it
+    HostEnvironment environment;
     ReferenceHostServices hostServices;
     ReferenceXmlFactory xmlFactory;
     HostSession session;
     HostUiServices uiServices;
     HostListFilling listFilling;
     HostImages images;
-    HostEnvironment environment;
     AttachmentStorePtr store; // transfers that controls keep share it
     std::unique_ptr<StoreSweep> sweep;
     Thumbnails thumbnails;
@@ -172,7 +172,7 @@ std::unique_ptr<AttachmentFolders> ReferenceHost::newAttachmentFolders()
 
 std::unique_ptr<tvCustomDictionary> ReferenceHost::newCustomDictionary()
 {
-    return makeMissingCustomDictionary();
+    return std::make_unique<CustomWordTable>(m_database);
 }
 
 std::unique_ptr<Downloader> ReferenceHost::newDownloader()

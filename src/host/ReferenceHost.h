@@ -30,6 +30,9 @@ struct ReferenceHostOptions
     QString DownloadsFolder;
     /// The program that makes thumbnails in a process of its own; "" has the host make them itself.
     QString Thumbnailer = {};
+    /// Path of the installed spelling dictionary's two files, without ".aff" and ".dic"; "" takes the
+    /// platform's American English.
+    QString InstalledDictionary = {};
 };
 
 /// Every service of a host over one database.

@@ -1,12 +1,15 @@
 #include "host/ReferenceHostServices.h"
 
-#include "host/NotOffered.h"
+#include "host/CustomWordTable.h"
 #include "host/PartOfRecord.h"
 
 namespace tavrin {
 
-ReferenceHostServices::ReferenceHostServices(const HostListsHolder& lists)
+ReferenceHostServices::ReferenceHostServices(const HostListsHolder& lists, Database& database,
+                                             Environment& environment)
     : m_lists(lists)
+    , m_database(database)
+    , m_environment(environment)
 {
 }
 
@@ -45,7 +48,7 @@ tvBusinessObjectPtr ReferenceHostServices::GetParentObject(const tvBusinessObjec
 
 void ReferenceHostServices::SyncCustomDictionaryFile()
 {
-    raiseNotOffered(QStringLiteral("a custom dictionary"));
+    writeCustomWords(m_database, m_environment.GetDictionaryFolder() + QStringLiteral("/custom.dic"));
 }
 
 XmlDocument ReferenceXmlFactory::CreateDocument()

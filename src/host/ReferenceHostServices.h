@@ -1,6 +1,7 @@
 #pragma once
 
 #include "frame/host_contracts/Services.h"
+#include "host/Database.h"
 #include "host/HostLists.h"
 
 namespace tavrin {
@@ -9,7 +10,8 @@ namespace tavrin {
 class ReferenceHostServices : public HostServices
 {
 public:
-    explicit ReferenceHostServices(const HostListsHolder& lists);
+    /// What it is given must outlive it.
+    ReferenceHostServices(const HostListsHolder& lists, Database& database, Environment& environment);
 
     TableValues GetTableValues(TableNumber table, bool includeInactive, const QVariant& leftOut,
                                bool reserved) override;
@@ -17,10 +19,13 @@ public:
     /// From the setting "Date Display Format"; "yyyy-MM-dd" when it is not set.
     QString DateDisplayFormat() override;
     tvBusinessObjectPtr GetParentObject(const tvBusinessObjectPtr& record) override;
+    /// Writes "custom.dic" of the workstation's folder, see `writeCustomWords`.
     void SyncCustomDictionaryFile() override;
 
 private:
     const HostListsHolder& m_lists;
+    Database& m_database;
+    Environment& m_environment;
     EventHub m_events;
 };
 

@@ -3,8 +3,8 @@
 #include "attachments/Attachments.h"
 #include "base/Guard.h"
 #include "base/Variant.h"
+#include "widgets/TextArea.h"
 
-#include <QPlainTextEdit>
 #include <QScopedValueRollback>
 #include <QVBoxLayout>
 
@@ -13,14 +13,17 @@ namespace tavrin::workbench {
 AttachmentsPage::AttachmentsPage()
     : RecordPage(tr("Attachments"))
     , m_attachments(new Attachments(this))
-    , m_comment(m_attachments->findChild<QPlainTextEdit*>(QStringLiteral("txtComment")))
+    , m_comment(m_attachments->findChild<TextArea*>(QStringLiteral("txtComment")))
 {
     m_attachments->setObjectName(QStringLiteral("Attachments"));
     m_attachments->setAccessibleName(title());
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(24, 16, 24, 16);
     layout->addWidget(m_attachments);
-    connectGuarded(m_comment, &QPlainTextEdit::textChanged, this, "AttachmentsPage_Comment", [this] {
+    m_tellLater.setSingleShot(true);
+    connectGuarded(&m_tellLater, &QTimer::timeout, this, "AttachmentsPage_Changed",
+                   [this] { Edited.raise(); });
+    connectGuarded(m_comment, &TextArea::textChanged, this, "AttachmentsPage_Comment", [this] {
         if (!m_loading)
             Edited.raise();
     });
@@ -32,8 +35,8 @@ void AttachmentsPage::load(Record& record)
     const QScopedValueRollback loading(m_loading, true);
     BoundSection& section = *m_attachments;
     section.ReadData(record.shared_from_this());
-    // Rows come, go and change in the record itself.
-    m_recordChanged = record.Changed.subscribe([this] { Edited.raise(); });
+    // Rows come, go and change in the record itself. What the pages hold may be looked at only after that.
+    m_recordChanged = record.Changed.subscribe([this] { m_tellLater.start(); });
 }
 
 bool AttachmentsPage::differs(Record& record) const
@@ -44,7 +47,7 @@ bool AttachmentsPage::differs(Record& record) const
     if (rows.Count() == 0)
         return false;
     const tvTableRowPtr current = rows.Item(rows.Position());
-    return ToText(fieldOf(*current, QStringLiteral("Notes"))->Value()) != m_comment->toPlainText();
+    return ToText(fieldOf(*current, QStringLiteral("Notes"))->Value()) != m_comment->Text();
 }
 
 void AttachmentsPage::store(Record& record)

@@ -2,10 +2,11 @@
 
 #include "RecordPage.h"
 
-class QPlainTextEdit;
+#include <QTimer>
 
 namespace tavrin {
 class Attachments;
+class TextArea;
 } // namespace tavrin
 
 namespace tavrin::workbench {
@@ -25,8 +26,9 @@ public:
 
 private:
     Attachments* m_attachments;
-    QPlainTextEdit* m_comment;
+    TextArea* m_comment;
     Subscription m_recordChanged;
+    QTimer m_tellLater;
     bool m_loading = false;
 };
 

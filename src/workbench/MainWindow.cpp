@@ -4,6 +4,7 @@
 #include "RecordWindow.h"
 #include "Theme.h"
 #include "Workspace.h"
+#include "attachments/modAttachments.h"
 #include "base/Error.h"
 #include "base/Guard.h"
 #include "frame/desktop/Desktop.h"
@@ -65,6 +66,19 @@ MainWindow::MainWindow(Workspace& workspace)
     resize(1120, 680);
     refresh();
     m_search->setFocus();
+    if (workspace.isFirstStart()) // after the window is there to be read behind
+        QTimer::singleShot(0, this,
+                           [this] { guard("MainWindow_FirstStart", [this] { tellWhatIsMissing(); }); });
+}
+
+/// Who sets up a new database learns at once what the attachments still need.
+void MainWindow::tellWhatIsMissing()
+{
+    try {
+        modAttachments::GetAttachmentsFolder();
+    } catch (const Error& error) {
+        desktop().messageBoxes->tell(this, error.Description, BoxIcon::Information, tr("Attachments"));
+    }
 }
 
 QWidget* MainWindow::makeToolLine()

@@ -36,6 +36,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void tellWhatIsMissing();
     QWidget* makeToolLine();
     void makeList();
     void makeShortcuts();

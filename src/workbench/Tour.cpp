@@ -23,7 +23,9 @@ int runTour(const Options& options)
          {QString(), QStringLiteral("-wal"), QStringLiteral("-shm"), QStringLiteral("-journal")})
         QFile::remove(own.database + ending);
     own.downloadsFolder = QDir(options.tourFolder).filePath(QStringLiteral("downloads"));
-    QDir(own.downloadsFolder).removeRecursively();
+    for (const QString& folder :
+         {own.downloadsFolder, QDir(options.tourFolder).filePath(QStringLiteral("attachments"))})
+        QDir(folder).removeRecursively();
     QDir().mkpath(own.downloadsFolder);
     TourDriver driver(options.tourFolder);
     TourSite site(own, driver);

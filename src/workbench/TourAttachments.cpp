@@ -1,13 +1,17 @@
 #include "TourSteps.h"
-#include "attachments/CoverImage.h"
+#include "attachments/modAttachments.h"
+#include "base/Guard.h"
+#include "base/StorePath.h"
 #include "base/Variant.h"
 #include "frame/desktop/Desktop.h"
-#include "frame/host_contracts/Host.h"
+#include "host/AttachmentStore.h"
 #include "widgets/Form.h"
 #include "widgets/ListView.h"
 #include "widgets/TextBox.h"
 
+#include <QApplication>
 #include <QCheckBox>
+#include <QDateTime>
 #include <QDir>
 #include <QDropEvent>
 #include <QFile>
@@ -17,6 +21,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
 #include <QUrl>
 
 #include <utility>
@@ -206,15 +211,37 @@ void AttachmentSteps::dropFiles()
         d.checkEqual(text(0, "Filename"), FirstPicture, QStringLiteral("the first"));
         d.checkEqual(text(1, "Filename"), Report, QStringLiteral("the second"));
         d.check(hasCover(), QStringLiteral("the first image is the cover"));
-        d.check(record()->isWindowModified(), QStringLiteral("the record is marked as changed"));
+        d.waitFor([&] { return record()->isWindowModified(); },
+                  QStringLiteral("the record is marked as changed"));
         d.check(storedRows(Rows, FileName).isEmpty(), QStringLiteral("nothing is in the database yet"));
     });
 }
 
 void AttachmentSteps::add(const QStringList& files)
 {
+    // A file of a name that was stored in the same second would be refused.
+    const qint64 second = QDateTime::currentSecsSinceEpoch();
+    d.waitFor([&] { return QDateTime::currentSecsSinceEpoch() != second; },
+              QStringLiteral("a second passes"));
     m_chosen->files = files;
-    d.click(d.find<QWidget>(record(), QStringLiteral("lnkAddAttachments")));
+    QString reason;
+    QTimer look;
+    connectGuarded(&look, &QTimer::timeout, &look, "AttachmentSteps_Add", [&] {
+        QWidget* box = QApplication::activeModalWidget();
+        if (!box || !hasStopped(box) || !reason.isEmpty())
+            return;
+        reason = QStringLiteral("no reason");
+        for (const QLabel* status : box->findChildren<QLabel*>(QStringLiteral("lblStatus"))) {
+            if (!status->text().isEmpty())
+                reason = status->text();
+        }
+        d.click(d.find<QPushButton>(box, QStringLiteral("cmdSkip")));
+    });
+    look.start(10);
+    QWidget* window = record();
+    d.click(d.find<QWidget>(window, QStringLiteral("lnkAddAttachments")));
+    window->activateWindow(); // what a desktop does by itself, the offscreen platform does not
+    d.check(reason.isEmpty(), QStringLiteral("all files are uploaded; one was not: %1").arg(reason));
 }
 
 void AttachmentSteps::goTo(int row) const
@@ -266,8 +293,10 @@ void AttachmentSteps::open()
 {
     d.step(QStringLiteral("Open the report"), [&] {
         ListView& files = list();
+        QWidget* window = record();
         QTest::mouseDClick(files.viewport(), Qt::LeftButton, Qt::NoModifier,
                            files.visualRect(files.model()->index(1, 1)).center());
+        window->activateWindow();
         d.check(m_shell->opened.size() == 1, QStringLiteral("one file was handed to the desktop"));
         const QString copy = m_shell->opened.constFirst();
         d.checkEqual(QFileInfo(copy).fileName(), Report, QStringLiteral("its name"));
@@ -354,9 +383,8 @@ void AttachmentSteps::stopADownload()
 
 QString AttachmentSteps::storedFile(const QString& storedName) const
 {
-    const QString folder =
-        currentHost().session().GetSetting(QStringLiteral("_Global"), QStringLiteral("Attachments Folder"));
-    return QDir(folder).filePath(QString(storedName).replace(u'\\', u'/'));
+    return s.workspace.host().attachmentStore()->platformPath(
+        StorePath::join(modAttachments::GetAttachmentsFolder(), storedName));
 }
 
 void AttachmentSteps::removeOne()

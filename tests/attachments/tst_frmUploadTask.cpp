@@ -413,6 +413,17 @@ private Q_SLOTS:
         QVERIFY(stage.owner->screen()->availableGeometry().contains(window));
     }
 
+    void theDialogComesUpOverItsOwner()
+    {
+        Stage stage;
+        stage.owner->setGeometry(200, 150, 500, 300);
+        QRect window;
+        stage.during([&](const QString&) { window = stage.dialog->geometry(); });
+        stage.start(stage.files({u"a"_s}));
+        QVERIFY(qAbs(window.center().x() - stage.owner->geometry().center().x()) < 10); // a frame may be between
+        QVERIFY(stage.owner->geometry().contains(window.topLeft()));
+    }
+
     void aDialogLowOnTheScreenMovesUpAsItGrows()
     {
         Stage stage;

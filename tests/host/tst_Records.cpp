@@ -83,10 +83,10 @@ private Q_SLOTS:
     {
         const RecordPtr record = newRecord();
         tvTableRow& main = *record->mainRow();
-        QCOMPARE(main.FieldCount(), 16);
+        QCOMPARE(main.FieldCount(), 17);
         QCOMPARE(main.Item(1)->Name(), QStringLiteral("IncidentNo"));
         QVERIFY(main.Item(1)->IsKey());
-        QVERIFY(!main.Item(0) && !main.Item(17));
+        QVERIFY(!main.Item(0) && !main.Item(18));
         QCOMPARE(fieldOf(main, QStringLiteral("caseno"))->MaxLength(), 20);
         QVERIFY(IsNull(fieldOf(main, Summary)->Value()));
         QVERIFY(main.IsNew());

@@ -316,24 +316,6 @@ private Q_SLOTS:
         QVERIFY(errorOf([this] { m_host->environment().GetDictionaryFolder(); }).contains(path("station")));
     }
 
-    void whatTheHostDoesNotOfferRaisesWhenItIsCalled_data()
-    {
-        QTest::addColumn<std::function<void(ReferenceHost&)>>("call");
-        const auto row = [](const char* name, std::function<void(ReferenceHost&)> call) {
-            QTest::newRow(name) << std::move(call);
-        };
-        row("word", [](ReferenceHost& host) { host.newCustomDictionary()->AddWord(QStringLiteral("a")); });
-        row("support file",
-            [](ReferenceHost& host) { host.environment().RefreshSupportFile(QStringLiteral("a")); });
-        row("dictionary file", [](ReferenceHost& host) { host.hostServices().SyncCustomDictionaryFile(); });
-    }
-    void whatTheHostDoesNotOfferRaisesWhenItIsCalled()
-    {
-        QFETCH(std::function<void(ReferenceHost&)>, call);
-        QCOMPARE(errorNumberOf([&] { call(*m_host); }), Error::NoSuchComponentNumber + 0);
-        QVERIFY(errorOf([&] { call(*m_host); }).startsWith(QStringLiteral("This host does not offer ")));
-    }
-
     void thumbnailsAreMadeInTheAttachmentsFolder()
     {
         const QString folder = path("attachments");

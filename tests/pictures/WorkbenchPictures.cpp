@@ -1,10 +1,12 @@
 // Writes pictures of the workbench into the folder that is named on the command line: one incident with the
-// list of a code field open, its officers and offenses with a picker's list open, light and dark, and the
-// list of incidents.
+// list of a code field open, its officers and offenses with a picker's list open, its attachments, light and
+// dark, and the list of incidents.
 
 #include "Pictures.h"
+#include "attachments/Attachments.h"
 #include "base/Error.h"
 #include "lookup/AutoCompleteField.h"
+#include "support/FakeDesktop.h"
 #include "widgets/DropDownList.h"
 #include "widgets/TextBox.h"
 #include "workbench/MainWindow.h"
@@ -13,6 +15,10 @@
 #include "workbench/Workspace.h"
 
 #include <QApplication>
+#include <QFile>
+#include <QImage>
+#include <QLinearGradient>
+#include <QPainter>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTemporaryFile>
@@ -93,6 +99,45 @@ void writePickers(Workspace& workspace, const QString& folder, const QString& en
     }
 }
 
+/// A picture such as a person attaches.
+QString makePhoto(const QTemporaryDir& folder)
+{
+    QImage photo(640, 480, QImage::Format_RGB32);
+    QLinearGradient sky(0, 0, 0, 480);
+    sky.setColorAt(0, QColor(0x6d, 0x93, 0xb8));
+    sky.setColorAt(0.6, QColor(0xe4, 0xd8, 0xc0));
+    sky.setColorAt(0.61, QColor(0x6c, 0x7a, 0x58));
+    QPainter painter(&photo);
+    painter.fillRect(photo.rect(), sky);
+    painter.fillRect(QRect(230, 150, 180, 240), QColor(0x8a, 0x4b, 0x3a));
+    painter.fillRect(QRect(290, 270, 60, 120), QColor(0x3c, 0x2c, 0x26));
+    painter.end();
+    const QString path = folder.filePath(QStringLiteral("front porch.png"));
+    check(photo.save(path), QStringLiteral("the photo cannot be written"));
+    return path;
+}
+
+/// The page of the attachments, with a document and a picture, which is the cover.
+void writeAttachments(Workspace& workspace, const QString& folder, const QString& ending)
+{
+    const QTemporaryDir files;
+    QFile report(files.filePath(QStringLiteral("statement of the owner.pdf")));
+    check(report.open(QIODevice::WriteOnly), QStringLiteral("the report cannot be written"));
+    report.close();
+    tavrin::test::FakeFileDialogs dialogs;
+    dialogs.choose({report.fileName(), makePhoto(files)});
+    const auto incidents = workspace.store().list(QStringLiteral("bicycle"));
+    RecordWindow window(workspace, workspace.store().load(incidents.constFirst().IncidentNo));
+    window.setAttribute(Qt::WA_DeleteOnClose, false);
+    window.resize(960, 640);
+    bringUp(window);
+    for (int page = 0; page < 7; ++page)
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_PageDown, Qt::ControlModifier);
+    window.findChild<Attachments*>()->AddAttachments();
+    bringUp(window);
+    writePicture(window, folder, QStringLiteral("workbench-attachments") + ending);
+}
+
 void write(const QString& folder, ThemeChoice theme)
 {
     const bool dark = isDark(theme);
@@ -114,6 +159,7 @@ void write(const QString& folder, ThemeChoice theme)
         writePicture(window, folder, QStringLiteral("workbench") + ending);
     }
     writePickers(workspace, folder, ending);
+    writeAttachments(workspace, folder, ending);
     if (!dark) {
         MainWindow window(workspace);
         bringUp(window);

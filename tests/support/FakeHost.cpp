@@ -368,6 +368,8 @@ void FakeHostState::called(const QString& operation)
     log << operation;
     if (failure)
         throw Error(*failure);
+    if (const auto own = failures.find(operation); own != failures.end())
+        throw Error(own->second);
 }
 
 struct FakeHost::Services

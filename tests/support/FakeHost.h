@@ -9,6 +9,7 @@
 #include <QSet>
 
 #include <functional>
+#include <map>
 
 namespace tavrin::test {
 
@@ -23,6 +24,8 @@ struct FakeHostState
     QStringList given;
     /// While set, each operation raises it instead of answering.
     std::optional<Error> failure;
+    /// The operations that raise, by their name in the log, and what they raise.
+    std::map<QString, Error> failures;
 
     QMap<TableNumber, QList<TableValue>> tables;
     /// Numeric codes of each table that count as inactive.

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QSet>
+#include <QString>
+
+namespace tavrin {
+
+/// The workstation's file of custom words: UTF-8, one word a line.
+///
+/// The file is open only while it is read or written, and is locked while it is written. Several programs of
+/// the workstation may change it at once. Operations take words in normal form, see `CustomWords`, and raise
+/// an `Error` that names the file.
+class CustomDictionary
+{
+public:
+    /// Reads the file. A line that is no word is passed over; so are repeated words, a byte order mark and
+    /// the ends of lines of other platforms.
+    explicit CustomDictionary(const QString& path);
+
+    const QString& path() const { return m_path; }
+    const QSet<QString>& words() const { return m_words; }
+    /// Whether it is one of the words, also with a capital letter at its front or wholly in capitals.
+    bool knows(const QString& word) const;
+
+    /// Appends the word unless the file holds it already. The file must be there. When it fails the file is
+    /// as it was.
+    void add(const QString& word);
+    /// Writes the file without the lines of this word; all others stay as they are.
+    void remove(const QString& word);
+
+private:
+    void setWords(QSet<QString> words);
+
+    QString m_path;
+    QSet<QString> m_words;
+    QSet<QString> m_capitals; // the words wholly in capitals
+};
+
+} // namespace tavrin

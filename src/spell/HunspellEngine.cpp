@@ -1,0 +1,117 @@
+#include "HunspellEngine.h"
+
+#include "base/Error.h"
+#include "frmSpelling.h"
+#include "spell/HunspellSpeller.h"
+
+#include <QScopeGuard>
+#include <QSet>
+
+namespace tavrin {
+
+namespace {
+
+/// The text boxes of this thread that are being checked.
+QSet<const QWidget*>& boxesUnderCheck()
+{
+    thread_local QSet<const QWidget*> boxes;
+    return boxes;
+}
+
+} // namespace
+
+HunspellEngine::HunspellEngine()
+    : m_speller(std::make_shared<HunspellSpeller>())
+    , m_alive(std::make_shared<bool>(true))
+{
+}
+
+HunspellEngine::~HunspellEngine()
+{
+    *m_alive = false;
+    if (m_dialog)
+        m_dialog->reject();
+}
+
+void HunspellEngine::SetMainDictionaryPath(const QString& path)
+{
+    m_speller->setMainDictionary(path);
+}
+
+void HunspellEngine::SetCustomDictionaryPath(const QString& path)
+{
+    m_speller->setCustomDictionary(path);
+}
+
+void HunspellEngine::CheckWindow(QWidget* textBox)
+{
+    if (m_walk || boxesUnderCheck().contains(textBox))
+        throw Error(QStringLiteral("A spell check is already under way."));
+    boxesUnderCheck().insert(textBox);
+    const std::shared_ptr<bool> alive = m_alive; // the engine may die with its form while the dialog is open
+    const auto end = qScopeGuard([&] {
+        boxesUnderCheck().remove(textBox);
+        if (*alive) {
+            m_walk.reset();
+            m_told.reset();
+        }
+    });
+
+    const auto walk = std::make_shared<SpellingWalk>(textBox, m_speller);
+    m_walk = walk;
+    const bool completed = askPerson(walk);
+    if (!*alive || !tellAddedWords(*walk))
+        return;
+    m_walk.reset();
+    int abandoned = completed ? 0 : 1;
+    CheckEnded.raise(abandoned);
+}
+
+bool HunspellEngine::askPerson(const std::shared_ptr<SpellingWalk>& walk)
+{
+    if (!walk->isAtWord() || !m_showDialog)
+        return walk->textBox() != nullptr;
+    const QPointer<frmSpelling> dialog = new frmSpelling(walk, m_allowAdd); // dies with the box's window
+    const auto unload = qScopeGuard([&] { delete dialog; });
+    m_dialog = dialog;
+    dialog->ShowModal(walk->textBox());
+    return dialog && !dialog->Canceled() && walk->textBox();
+}
+
+/// False when a handler has ended the engine.
+bool HunspellEngine::tellAddedWords(const SpellingWalk& walk)
+{
+    const std::shared_ptr<bool> alive = m_alive;
+    for (const SpellingWalk::AddedWord& word : walk.addedWords()) {
+        m_told = word;
+        int code = WordAdded;
+        UserAction.raise(code);
+        if (!*alive)
+            return false;
+    }
+    m_told.reset();
+    return true;
+}
+
+QString HunspellEngine::CheckedText() const
+{
+    if (m_told)
+        return m_told->text;
+    return m_walk ? m_walk->text() : QString();
+}
+
+qsizetype HunspellEngine::BadWordStart() const
+{
+    if (m_told)
+        return m_told->place.Offset;
+    return m_walk ? m_walk->place().Offset : 0;
+}
+
+qsizetype HunspellEngine::BadWordLength() const
+{
+    if (m_told)
+        return m_told->place.Length;
+    return m_walk ? m_walk->place().Length : 0;
+}
+
+} // namespace tavrin

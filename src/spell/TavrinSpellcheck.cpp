@@ -1,0 +1,203 @@
+#include "TavrinSpellcheck.h"
+
+#include "HunspellEngine.h"
+#include "LateTextBox.h"
+#include "SpellcheckIcon.h"
+#include "base/FileWriter.h"
+#include "base/Twips.h"
+#include "frame/control_frame/FailurePolicy.h"
+#include "frame/control_frame/Trace.h"
+#include "frame/desktop/Desktop.h"
+#include "frame/host_contracts/Host.h"
+#include "modInstanceCounter.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QPainter>
+
+namespace tavrin {
+
+namespace {
+
+constexpr int Side = 32;         // pixels
+constexpr int NoSupportFile = 5; // the host's code
+constexpr int RightToAddWords = 1;
+
+const QString ErrorTitle = QStringLiteral("Error");
+const QString MainDictionary = QStringLiteral("vssp_ae.dct");
+const QString CustomDictionaryFile = QStringLiteral("custom.dic");
+
+QString pathOf(const QString& folder, const QString& name)
+{
+    return QDir::toNativeSeparators(QDir(folder).filePath(name));
+}
+
+/// Tells the failure that is being handled; whatever the person answers has no effect.
+void showWithCancel(QWidget* parent, const QString& prefix)
+{
+    const Error error = Error::fromCurrentException();
+    desktop().messageBoxes->show(parent, prefix + error.Description, BoxIcon::Critical, ErrorTitle,
+                                 BoxButtons::OkCancel);
+}
+
+} // namespace
+
+SpellingEngineFactory& spellingEngineFactory()
+{
+    thread_local SpellingEngineFactory factory = [] { return std::make_unique<HunspellEngine>(); };
+    return factory;
+}
+
+TavrinSpellcheck::TavrinSpellcheck(QWidget* parent, const ControlSite& site)
+    : UserControl(parent, site)
+    , vsSpellCheck(spellingEngineFactory()())
+{
+    m_checkEnded =
+        vsSpellCheck->CheckEnded.subscribe([this](int& abandoned) { vsSpellCheck_CheckEnded(abandoned); });
+    m_userAction = vsSpellCheck->UserAction.subscribe([this](int& code) { vsSpellCheck_UserAction(code); });
+    setFixedSize(Side, Side); // a hidden control hears of no resize
+    begin();
+}
+
+TavrinSpellcheck::~TavrinSpellcheck() = default;
+
+QSize TavrinSpellcheck::sizeHint() const
+{
+    return {Side, Side};
+}
+
+void TavrinSpellcheck::CheckSpelling(QObject* txt)
+{
+    const QPointer<TavrinSpellcheck> self(this); // the form may be closed meanwhile
+    CheckSpellingWithResult(txt);
+    desktop().messageBoxes->tell(self, QStringLiteral("Spell check complete."), BoxIcon::Information,
+                                 QStringLiteral("Spell Check"));
+}
+
+bool TavrinSpellcheck::CheckSpellingWithResult(QObject* txt)
+{
+    bool completed = false;
+    reportInBox(this, QStringLiteral("Unexpected error occurred during spell-check: "), ErrorTitle,
+                [&] { completed = checkText(txt); });
+    return completed;
+}
+
+bool TavrinSpellcheck::checkText(QObject* txt)
+{
+    const QPointer<TavrinSpellcheck> self(this);
+    const LateTextBox box(txt);
+    if (!m_initialized)
+        initialize();
+    if (m_loadFailed) {
+        desktop().messageBoxes->tell(
+            this,
+            QStringLiteral("Cannot perform spell-checking because the spell-checker did not load properly. "
+                           "Try restarting the application."),
+            BoxIcon::Critical, ErrorTitle);
+        return false;
+    }
+    continueOnError([&] { box.SetFocus(); });
+    vsSpellCheck->SetAllowAdd(
+        currentHost().session().HasPermission(QStringLiteral("_Global"), RightToAddWords));
+    vsSpellCheck->SetShowDialog(true);
+    vsSpellCheck->CheckWindow(box.hWnd());
+    if (!self)
+        return false;
+    // A box that died during its check has no selection to be reset.
+    if (txt && !box.isAlive())
+        return m_completed;
+    box.SetSelStart(0);
+    box.SetSelLength(0);
+    return m_completed;
+}
+
+void TavrinSpellcheck::initialize()
+{
+    ++modInstanceCounter::InstanceCount;
+    if (modInstanceCounter::InstanceCount == 1) {
+        TAVRIN_TRACE_LINE(QStringLiteral("Syncing custom dictionary (first instance)"));
+        SyncCustomDictionary();
+    } else {
+        TAVRIN_TRACE_LINE(QStringLiteral("Not syncing custom dictionary (instance #%1)")
+                              .arg(modInstanceCounter::InstanceCount));
+    }
+    loadDictionaries();
+    m_initialized = true;
+}
+
+void TavrinSpellcheck::loadDictionaries()
+{
+    // The file on the disk serves when there is no newer one to be had.
+    continueOnError([] { currentHost().environment().RefreshSupportFile(MainDictionary); });
+    try {
+        Environment& environment = currentHost().environment();
+        const QString folder = environment.GetDictionaryFolder();
+        const QString main = pathOf(folder, MainDictionary);
+        if (!QFileInfo(main).isFile())
+            throw Error(QStringLiteral("Could not find spell-checking dictionary file '%1'").arg(main),
+                        environment.GetErrorNumber(NoSupportFile));
+        vsSpellCheck->SetMainDictionaryPath(main);
+        const QString custom = pathOf(folder, CustomDictionaryFile);
+        if (!QFileInfo(custom).isFile())
+            replaceFile(custom, QByteArray());
+        vsSpellCheck->SetCustomDictionaryPath(custom);
+    } catch (...) {
+        desktop().messageBoxes->tell(
+            this,
+            Error::fromCurrentException().Description +
+                QStringLiteral("\r\n\r\nThere was a problem loading the spell-check dictionary. The file may "
+                               "be missing or locked by another application or user."),
+            BoxIcon::Critical, ErrorTitle);
+        m_loadFailed = true;
+    }
+}
+
+void TavrinSpellcheck::SyncCustomDictionary()
+{
+    try {
+        currentHost().hostServices().SyncCustomDictionaryFile();
+        vsSpellCheck->SetCustomDictionaryPath(QString());
+        vsSpellCheck->SetCustomDictionaryPath(
+            pathOf(currentHost().environment().GetDictionaryFolder(), CustomDictionaryFile));
+    } catch (...) {
+        showWithCancel(this,
+                       QStringLiteral("Error synchronizing custom spell-check dictionary from database: "));
+    }
+}
+
+void TavrinSpellcheck::vsSpellCheck_CheckEnded(int abandoned)
+{
+    m_completed = abandoned == 0;
+}
+
+void TavrinSpellcheck::vsSpellCheck_UserAction(int code)
+{
+    if (code == SpellingEngine::WordAdded)
+        addWord();
+}
+
+void TavrinSpellcheck::addWord()
+{
+    try {
+        const QString word =
+            vsSpellCheck->CheckedText().mid(vsSpellCheck->BadWordStart(), vsSpellCheck->BadWordLength());
+        currentHost().newCustomDictionary()->AddWord(word);
+    } catch (...) {
+        showWithCancel(this, QStringLiteral("Error adding word to database: "));
+    }
+}
+
+void TavrinSpellcheck::UserControl_Resize()
+{
+    continueOnError([this] { Size(toTwips(Side), toTwips(Side)); });
+}
+
+void TavrinSpellcheck::paintEvent(QPaintEvent*)
+{
+    if (ambient().UserMode())
+        return; // on a running form there is nothing to see
+    QPainter painter(this);
+    paintSpellcheckIcon(painter, palette());
+}
+
+} // namespace tavrin
