@@ -5,6 +5,7 @@
 #include "base/Variant.h"
 #include "widgets/TextArea.h"
 
+#include <QPushButton>
 #include <QScopedValueRollback>
 #include <QVBoxLayout>
 
@@ -20,6 +21,7 @@ AttachmentsPage::AttachmentsPage()
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(24, 16, 24, 16);
     layout->addWidget(m_attachments);
+    layout->addWidget(makeSpellingButton(tr("Chec&k spelling of the comment...")), 0, Qt::AlignRight);
     m_tellLater.setSingleShot(true);
     connectGuarded(&m_tellLater, &QTimer::timeout, this, "AttachmentsPage_Changed",
                    [this] { Edited.raise(); });
@@ -48,6 +50,11 @@ bool AttachmentsPage::differs(Record& record) const
         return false;
     const tvTableRowPtr current = rows.Item(rows.Position());
     return ToText(fieldOf(*current, QStringLiteral("Notes"))->Value()) != m_comment->Text();
+}
+
+QWidget* AttachmentsPage::spelledText() const
+{
+    return qobject_cast<QWidget*>(m_attachments->CommentsTextBox());
 }
 
 void AttachmentsPage::store(Record& record)

@@ -23,6 +23,7 @@ public:
     /// A comment that was typed waits in its box until another file is clicked or the record is saved.
     bool differs(Record& record) const override;
     void store(Record& record) override;
+    QWidget* spelledText() const override;
 
 private:
     Attachments* m_attachments;

@@ -3,6 +3,7 @@
 #include "PlainBindings.h"
 
 #include <QLabel>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace tavrin::workbench {
@@ -20,8 +21,10 @@ NarrativePage::NarrativePage()
     label->setFont(font);
     label->setBuddy(narrative.widget());
     narrative.widget()->setAccessibleName(narrative.plainLabel());
+    m_text = narrative.widget();
     layout->addWidget(label);
-    layout->addWidget(narrative.widget());
+    layout->addWidget(m_text);
+    layout->addWidget(makeSpellingButton(tr("Chec&k spelling...")), 0, Qt::AlignLeft);
 }
 
 } // namespace tavrin::workbench

@@ -11,6 +11,11 @@ class NarrativePage final : public RecordPage
 
 public:
     NarrativePage();
+
+    QWidget* spelledText() const override { return m_text; }
+
+private:
+    QWidget* m_text;
 };
 
 } // namespace tavrin::workbench

@@ -1,5 +1,10 @@
 #include "RecordPage.h"
 
+#include "base/Guard.h"
+
+#include <QKeySequence>
+#include <QPushButton>
+
 #include <algorithm>
 
 namespace tavrin::workbench {
@@ -26,6 +31,16 @@ void RecordPage::store(Record& record)
 {
     for (const auto& binding : m_bindings)
         binding->store(*record.mainRow());
+}
+
+QPushButton* RecordPage::makeSpellingButton(const QString& caption)
+{
+    auto* button = new QPushButton(caption, this);
+    button->setObjectName(QStringLiteral("spelling"));
+    button->setToolTip(tr("Check the spelling (%1)").arg(QKeySequence(Qt::Key_F7).toString()));
+    connectGuarded(button, &QPushButton::clicked, this, "RecordPage_Spelling",
+                   [this] { SpellingAsked.raise(); });
+    return button;
 }
 
 const FieldBinding* RecordPage::firstProblem() const

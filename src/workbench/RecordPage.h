@@ -9,6 +9,8 @@
 #include <memory>
 #include <vector>
 
+class QPushButton;
+
 namespace tavrin::workbench {
 
 /// A part of a page that cannot be saved as it is; raised by `RecordPage::storeRows`, with the part in view.
@@ -51,9 +53,17 @@ public:
     /// The field of the page that is bound to this column; nullptr when there is none.
     const FieldBinding* bindingOf(const QString& fieldName) const;
 
+    /// The text whose spelling can be checked; nullptr when the page has none.
+    virtual QWidget* spelledText() const { return nullptr; }
+
     Event<> Edited;
+    /// The person wants the spelling of `spelledText` checked.
+    Event<> SpellingAsked;
 
 protected:
+    /// A button that asks for the check.
+    QPushButton* makeSpellingButton(const QString& caption);
+
     template <typename Binding, typename... Arguments>
     Binding& bind(Arguments&&... arguments)
     {

@@ -12,6 +12,7 @@
 #include "base/Error.h"
 #include "base/Guard.h"
 #include "base/Variant.h"
+#include "spell/TavrinSpellcheck.h"
 
 #include <QCloseEvent>
 #include <QHBoxLayout>
@@ -63,6 +64,8 @@ RecordWindow::RecordWindow(Workspace& workspace, RecordPtr record, QWidget* pare
                                                " color: palette(highlighted-text); }"
                                                "QListWidget { outline: none; }"));
     m_stack = new QStackedWidget(this);
+    m_spelling = new TavrinSpellcheck(this);
+    m_spelling->hide(); // it shows nothing of its own
     QStringList problems;
     addPages(problems); // before the footer, which comes behind them in the tab order
 
@@ -89,6 +92,7 @@ RecordWindow::RecordWindow(Workspace& workspace, RecordPtr record, QWidget* pare
     shortcut(QKeySequence::Close, "RecordWindow_Close", [this] { close(); });
     shortcut(QKeySequence(Qt::CTRL | Qt::Key_PageDown), "RecordWindow_NextPage",
              [this] { showPage(m_stack->currentIndex() + 1); });
+    shortcut(QKeySequence(Qt::Key_F7), "RecordWindow_Spelling", [this] { checkSpelling(); });
     shortcut(QKeySequence(Qt::CTRL | Qt::Key_PageUp), "RecordWindow_PreviousPage",
              [this] { showPage(m_stack->currentIndex() - 1); });
 
@@ -187,6 +191,7 @@ void RecordWindow::addPage(RecordPage* page)
 {
     m_pages.push_back(page);
     m_subscriptions.push_back(page->Edited.subscribe([this] { refreshState(); }));
+    m_subscriptions.push_back(page->SpellingAsked.subscribe([this] { checkSpelling(); }));
     auto* scroll = new QScrollArea(m_stack);
     scroll->setWidget(page);
     scroll->setWidgetResizable(true);
@@ -201,6 +206,14 @@ void RecordWindow::showPage(int index)
 {
     if (index >= 0 && index < m_navigation->count())
         m_navigation->setCurrentRow(index);
+}
+
+/// Of the page in front.
+void RecordWindow::checkSpelling()
+{
+    QWidget* text = m_pages.at(static_cast<std::size_t>(m_stack->currentIndex()))->spelledText();
+    if (text && text->isEnabled())
+        m_spelling->CheckSpelling(text);
 }
 
 bool RecordWindow::isDirty() const

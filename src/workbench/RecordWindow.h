@@ -14,6 +14,7 @@ class QStackedWidget;
 
 namespace tavrin {
 class CoverImage;
+class TavrinSpellcheck;
 } // namespace tavrin
 
 namespace tavrin::workbench {
@@ -47,6 +48,7 @@ private:
     void addPages(QStringList& problems);
     void addPage(RecordPage* page);
     void showPage(int index);
+    void checkSpelling();
     void showProblem(int page, QWidget* field, const QString& text);
     void tellNotSaved(const QString& text, BoxIcon icon);
     bool mayBeSaved();
@@ -61,6 +63,7 @@ private:
     QLabel* m_title = nullptr;
     QLabel* m_subtitle = nullptr;
     CoverImage* m_cover = nullptr;
+    TavrinSpellcheck* m_spelling = nullptr;
     QListWidget* m_navigation = nullptr;
     QStackedWidget* m_stack = nullptr;
     QLabel* m_status = nullptr;
