@@ -96,7 +96,7 @@ RecordWindow::RecordWindow(Workspace& workspace, RecordPtr record, QWidget* pare
     shortcut(QKeySequence(Qt::CTRL | Qt::Key_PageUp), "RecordWindow_PreviousPage",
              [this] { showPage(m_stack->currentIndex() - 1); });
 
-    resize(960, 640);
+    resize(960, 680);
     m_navigation->setCurrentRow(0);
     for (RecordPage* page : m_pages)
         page->load(*m_record);
