@@ -420,7 +420,8 @@ private Q_SLOTS:
         QRect window;
         stage.during([&](const QString&) { window = stage.dialog->geometry(); });
         stage.start(stage.files({u"a"_s}));
-        QVERIFY(qAbs(window.center().x() - stage.owner->geometry().center().x()) < 10); // a frame may be between
+        QVERIFY(qAbs(window.center().x() - stage.owner->geometry().center().x()) <
+                10); // a frame may be between
         QVERIFY(stage.owner->geometry().contains(window.topLeft()));
     }
 
