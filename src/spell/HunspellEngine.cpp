@@ -71,11 +71,12 @@ bool HunspellEngine::askPerson(const std::shared_ptr<SpellingWalk>& walk)
 {
     if (!walk->isAtWord() || !m_showDialog)
         return walk->textBox() != nullptr;
-    const QPointer<frmSpelling> dialog = new frmSpelling(walk, m_allowAdd); // dies with the box's window
-    const auto unload = qScopeGuard([&] { delete dialog; });
+    auto* dialog = new frmSpelling(walk, m_allowAdd);
+    const QPointer<frmSpelling> alive = dialog; // it dies with the box's window
+    const auto unload = qScopeGuard([&] { delete alive; });
     m_dialog = dialog;
     dialog->ShowModal(walk->textBox());
-    return dialog && !dialog->Canceled() && walk->textBox();
+    return alive && !alive->Canceled() && walk->textBox();
 }
 
 /// False when a handler has ended the engine.

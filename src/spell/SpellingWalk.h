@@ -37,7 +37,7 @@ public:
     SpellingWalk& operator=(const SpellingWalk&) = delete;
 
     /// nullptr when it has died.
-    QWidget* textBox() const { return m_widget; }
+    QWidget* textBox() const { return m_widget.data(); }
     /// Whether it stands at a wrong word; false at the end of the text.
     bool isAtWord() const { return m_widget && m_isAtWord; }
 

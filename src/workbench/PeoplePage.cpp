@@ -166,7 +166,7 @@ void PeoplePage::showName(QTreeWidgetItem& item, const QString& name)
     item.setToolTip(0, name);
 }
 
-QTreeWidgetItem* PeoplePage::addItem(int kind, const RecordRowPtr& person) const
+QTreeWidgetItem* PeoplePage::newLine(int kind, const RecordRowPtr& person) const
 {
     const QString born = textOf(*person, "DateOfBirth");
     auto* item = new QTreeWidgetItem(m_list->topLevelItem(kind),
@@ -207,7 +207,7 @@ void PeoplePage::load(Record& record)
     for (int kind = 0; kind < KindCount; ++kind) {
         addSection(m_list, tr(Kinds[kind].title));
         for (const RecordRowPtr& person : peopleOf(record, kind).rows())
-            addItem(kind, person);
+            newLine(kind, person);
         showNone(kind);
     }
     showCurrent();
@@ -233,7 +233,7 @@ void PeoplePage::add(int kind)
     if (people.rows().empty())
         delete heading->takeChild(0); // the line that tells it
     people.AddNew();
-    m_list->setCurrentItem(addItem(kind, people.rows().back()));
+    m_list->setCurrentItem(newLine(kind, people.rows().back()));
     heading->setExpanded(true);
     m_list->scrollToItem(m_list->currentItem());
     m_name->setFocus(Qt::OtherFocusReason);
