@@ -166,13 +166,12 @@ void PeoplePage::showName(QTreeWidgetItem& item, const QString& name)
     item.setToolTip(0, name);
 }
 
-QTreeWidgetItem* PeoplePage::newLine(int kind, const RecordRowPtr& person) const
+void PeoplePage::addLine(int kind, const RecordRowPtr& person) const
 {
     const QString born = textOf(*person, "DateOfBirth");
     auto* item = new QTreeWidgetItem(m_list->topLevelItem(kind),
                                      {QString(), born.isEmpty() ? QString() : tr("Born %1").arg(born)});
     showName(*item, textOf(*person, Kinds[kind].nameField));
-    return item;
 }
 
 void PeoplePage::showNone(int kind) const
@@ -207,7 +206,7 @@ void PeoplePage::load(Record& record)
     for (int kind = 0; kind < KindCount; ++kind) {
         addSection(m_list, tr(Kinds[kind].title));
         for (const RecordRowPtr& person : peopleOf(record, kind).rows())
-            newLine(kind, person);
+            addLine(kind, person);
         showNone(kind);
     }
     showCurrent();
@@ -233,7 +232,8 @@ void PeoplePage::add(int kind)
     if (people.rows().empty())
         delete heading->takeChild(0); // the line that tells it
     people.AddNew();
-    m_list->setCurrentItem(newLine(kind, people.rows().back()));
+    addLine(kind, people.rows().back());
+    m_list->setCurrentItem(heading->child(heading->childCount() - 1));
     heading->setExpanded(true);
     m_list->scrollToItem(m_list->currentItem());
     m_name->setFocus(Qt::OtherFocusReason);

@@ -29,7 +29,7 @@ private:
     void build();
     /// Nobody for a heading.
     RecordRowPtr personOf(const QTreeWidgetItem* item) const;
-    QTreeWidgetItem* newLine(int kind, const RecordRowPtr& person) const;
+    void addLine(int kind, const RecordRowPtr& person) const;
     void showNone(int kind) const;
     static void showName(QTreeWidgetItem& item, const QString& name);
     void showCurrent();
