@@ -13,6 +13,7 @@
 #include "widgets/WrapLabel.h"
 
 #include <QApplication>
+#include <QFileInfo>
 
 #include <algorithm>
 
@@ -91,7 +92,7 @@ void FileUpload::SetFile(const QString& sFilename)
     m_filename = sFilename;
     lblFilename->SetCaption(sFilename);
     placeFilename();
-    setAccessibleName(modAttachments::GetFileNameOnly(sFilename));
+    setAccessibleName(QFileInfo(sFilename).fileName());
 }
 
 void FileUpload::Start()
@@ -107,12 +108,25 @@ void FileUpload::Start()
     const std::shared_ptr<Uploader> uploader = m_uploader;
     const QString path = m_filename;
     try {
-        m_storedName = MakeStoredName(path);
-        uploader->Upload(path, StorePath::join(modAttachments::GetAttachmentsFolder(), m_storedName), {});
+        nameInStore();
+        uploader->Upload(path, QString(m_destination), {});
     } catch (...) {
         if (self)
             fail(Error::fromCurrentException().Description);
     }
+}
+
+/// Files of one name from several folders arrive within a second, and the stamp alone tells them apart.
+void FileUpload::nameInStore()
+{
+    m_storedName = MakeStoredName(m_filename);
+    const QString folder = modAttachments::GetAttachmentsFolder();
+    m_destination = StorePath::join(folder, m_storedName);
+    if (!wasStored(m_destination))
+        return;
+    awaitNextSecond();
+    m_storedName = MakeStoredName(m_filename);
+    m_destination = StorePath::join(folder, m_storedName);
 }
 
 void FileUpload::fail(const QString& reason)
@@ -143,10 +157,11 @@ void FileUpload::m_uploader_UploadProgress(qint64 bytesRead, qint64 bytesTotal)
 
 void FileUpload::m_uploader_UploadComplete(const QString& path)
 {
+    rememberStored(m_destination);
     setIcon(SuccessIcon);
     m_status = Finished;
     tellStatus(QStringLiteral("Uploaded"));
-    UploadComplete.raise(UploadedFile{m_storedName, modAttachments::GetFileNameOnly(path)});
+    UploadComplete.raise(UploadedFile{m_storedName, uploadedFileName(path)});
 }
 
 void FileUpload::setIcon(const QString& key)

@@ -131,6 +131,18 @@ private Q_SLOTS:
         QCOMPARE(stage.reason(), QString());
     }
 
+    void aNameWithABackslashIsKeptWholeInTheStoreAndInTheRow()
+    {
+        Stage stage;
+        const QString path = stage.file(uR"(AC\DC.mp3)"_s);
+        stage.line->SetFile(path);
+        QCOMPARE(stage.line->accessibleName(), uR"(AC\DC.mp3)"_s);
+        stage.line->Start();
+        QCOMPARE(stage.told.size(), 1);
+        QVERIFY2(stage.told.first().endsWith(uR"(\20160201130507_AC_DC.mp3 AC_DC.mp3)"_s),
+                 qPrintable(stage.told.first()));
+    }
+
     void theBarStaysAsItIsAtTheEnd()
     {
         Stage stage;

@@ -3,6 +3,7 @@
 #include "attachments/frmUploadTask.h"
 #include "support/NextModal.h"
 #include "support/TestCase.h"
+#include "support/TickingClock.h"
 #include "support/Unhandled.h"
 #include "widgets/FlowPanel.h"
 #include "widgets/ScrollPanel.h"
@@ -289,6 +290,24 @@ private Q_SLOTS:
         QCOMPARE(stage.dialog->UploadedFiles().size(), 0);
     }
 
+    void threeFilesOfOneNameFromThreeFoldersAllArriveWithoutAQuestion()
+    {
+        Stage stage;
+        const test::TickingClock clock;
+        QStringList paths;
+        for (const auto& folder : {u"one"_s, u"two"_s, u"three"_s}) {
+            QVERIFY(QDir(stage.disk.path()).mkdir(folder));
+            paths << stage.file(folder + u"/scan.pdf"_s, folder.toUtf8());
+        }
+        stage.start(paths);
+        QCOMPARE(stage.unanswered, 0);
+        QCOMPARE(stage.uploaded(), QStringList({u"scan.pdf"_s, u"scan.pdf"_s, u"scan.pdf"_s}));
+        QList<QByteArray> contents;
+        for (const UploadedFile& file : stage.dialog->UploadedFiles())
+            contents << stage.stored(file.Filename);
+        QCOMPARE(contents, QList<QByteArray>({"one", "two", "three"}));
+    }
+
     void aFolderAmongTheFilesIsOneFailedLine()
     {
         Stage stage;
@@ -420,7 +439,8 @@ private Q_SLOTS:
         QRect window;
         stage.during([&](const QString&) { window = stage.dialog->geometry(); });
         stage.start(stage.files({u"a"_s}));
-        QVERIFY(qAbs(window.center().x() - stage.owner->geometry().center().x()) < 10); // a frame may be between
+        QVERIFY(qAbs(window.center().x() - stage.owner->geometry().center().x()) <
+                10); // a frame may be between
         QVERIFY(stage.owner->geometry().contains(window.topLeft()));
     }
 
