@@ -37,6 +37,15 @@ const QString FileIcon = QStringLiteral("file");
 const QString SuccessIcon = QStringLiteral("success");
 const QString ErrorIcon = QStringLiteral("error");
 
+/// A path with line breaks in it is one line all the same.
+QString onOneLine(QString path)
+{
+    for (const QChar lineBreak :
+         {QChar(u'\n'), QChar(u'\r'), QChar(QChar::LineSeparator), QChar(QChar::ParagraphSeparator)})
+        path.replace(lineBreak, u' ');
+    return path;
+}
+
 Twips bottomOf(const QWidget& widget)
 {
     return toTwips(widget.y() + widget.height());
@@ -75,8 +84,10 @@ FileUpload::FileUpload(QWidget* parent, const ControlSite& site)
     lblStatus->SetCaption({});
     setIcon(FileIcon);
     tellStatus(QStringLiteral("Not started"));
-    Size(LineWidth, LineHeight);
+    Size(LineWidth, LineHeight + barTop() - BarTop);
     placeFilename();
+    moveTo(*progressBar, TextLeft, barTop());
+    moveTo(*lblStatus, TextLeft, barTop());
     begin();
 }
 
@@ -84,13 +95,13 @@ FileUpload::~FileUpload() = default;
 
 QSize FileUpload::sizeHint() const
 {
-    return {toPixels(LineWidth), toPixels(LineHeight)};
+    return {toPixels(LineWidth), toPixels(LineHeight + barTop() - BarTop)};
 }
 
 void FileUpload::SetFile(const QString& sFilename)
 {
     m_filename = sFilename;
-    lblFilename->SetCaption(sFilename);
+    lblFilename->SetCaption(onOneLine(sFilename));
     placeFilename();
     setAccessibleName(QFileInfo(sFilename).fileName());
 }
@@ -174,6 +185,12 @@ void FileUpload::tellStatus(const QString& words)
     setAccessibleDescription(words); // screen readers are told of the change
 }
 
+/// Lower than designed where the font of the name needs the room.
+Twips FileUpload::barTop() const
+{
+    return std::max(BarTop, FilenameTop + toTwips(lblFilename->QLabel::sizeHint().height()));
+}
+
 void FileUpload::placeFilename()
 {
     const QSize wanted = lblFilename->QLabel::sizeHint();
@@ -186,10 +203,13 @@ void FileUpload::UserControl_Resize()
 {
     continueOnError([this] { placeFilename(); },
                     [this] {
-                        moveTo(*progressBar, leftOf(*progressBar), BarTop,
+                        moveTo(*progressBar, leftOf(*progressBar), barTop(),
                                ScaleWidth() - 2 * leftOf(*progressBar), BarHeight);
                     },
-                    [this] { lblStatus->resize(progressBar->width(), lblStatus->height()); },
+                    [this] {
+                        moveTo(*lblStatus, TextLeft, barTop());
+                        lblStatus->resize(progressBar->width(), lblStatus->height());
+                    },
                     [this] {
                         const bool hasStatus = !lblStatus->Caption().isEmpty();
                         SetHeight(BelowTexts + (hasStatus ? bottomOf(*lblStatus) : bottomOf(*progressBar)));

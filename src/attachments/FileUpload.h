@@ -60,6 +60,7 @@ protected:
 private:
     void setIcon(const QString& key);
     void tellStatus(const QString& words);
+    Twips barTop() const;
     void placeFilename();
     void nameInStore();
     void fail(const QString& reason);

@@ -9,7 +9,9 @@
 #include "widgets/WrapLabel.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QPointer>
+#include <QScopeGuard>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
@@ -348,6 +350,53 @@ private Q_SLOTS:
         stage.line->resize(200, wide);
         QCOMPARE(stage.part<QWidget>("lblStatus")->width(), 120);
         QVERIFY(stage.line->height() > wide);
+    }
+
+    void aLargerFontMovesTheBarBelowTheName_data()
+    {
+        QTest::addColumn<int>("points");
+        QTest::newRow("14 points") << 14;
+        QTest::newRow("18 points") << 18;
+    }
+    void aLargerFontMovesTheBarBelowTheName()
+    {
+        QFETCH(int, points);
+        const QFont before = QApplication::font();
+        const auto restore = qScopeGuard([&before] { QApplication::setFont(before); });
+        QFont large = before;
+        large.setPointSize(points);
+        QApplication::setFont(large);
+        Stage stage;
+        const QString path = stage.file(u"Report.pdf"_s);
+        stage.line->SetFile(path);
+        const auto* name = stage.part<Label>("lblFilename");
+        const auto* status = stage.part<WrapLabel>("lblStatus");
+        QVERIFY(name->height() >= name->fontMetrics().height());
+        QVERIFY(name->height() > 20); // else the font has not come
+        QVERIFY(stage.bar()->y() > name->geometry().bottom());
+        QCOMPARE(stage.line->height(), stage.bar()->geometry().bottom() + 1 + 8);
+        QVERIFY(stage.show());
+        stage.host.state().transferFailures.insert(path, LongReason);
+        stage.line->Start();
+        QCOMPARE(name->pos(), QPoint(40, 12));
+        QVERIFY(status->y() > name->geometry().bottom());
+        QCOMPARE(status->y(), stage.bar()->y());
+        QCOMPARE(stage.line->height(), status->geometry().bottom() + 1 + 8);
+    }
+
+    void lineBreaksInANameAreShownAsBlanksOnOneLine()
+    {
+        const Stage stage;
+        stage.line->SetFile(u"/a.pdf"_s);
+        const auto* name = stage.part<Label>("lblFilename");
+        const QRect oneLine = name->geometry();
+        const QString path = u"/a\nb\rc"_s + QChar(QChar::LineSeparator) + u"d"_s +
+                             QChar(QChar::ParagraphSeparator) + u"e.pdf"_s;
+        stage.line->SetFile(path);
+        QCOMPARE(stage.line->Filename(), path);
+        QCOMPARE(name->Caption(), u"/a b c d e.pdf"_s);
+        QCOMPARE(name->height(), oneLine.height());
+        QVERIFY(name->geometry().bottom() < stage.bar()->y());
     }
 
     void aLineWithoutRoomIsNoFailure()

@@ -11,6 +11,7 @@
 
 #include <QPointer>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QScreen>
 #include <QTimer>
 
@@ -394,6 +395,40 @@ private Q_SLOTS:
             QCOMPARE(lines[1]->y(), 0);
             QCOMPARE(lines[3]->y(), lines[1]->height()); // the one that arrived takes no room
             QCOMPARE(stage.flow()->height(), lines[1]->height() + tallest);
+            stage.click("cmdSkip");
+        }});
+        stage.start(paths);
+        QCOMPARE(stage.unanswered, 0);
+    }
+
+    void aLargerFontLeavesTheQuestionAboveItsButtons_data()
+    {
+        QTest::addColumn<int>("points");
+        QTest::newRow("14 points") << 14;
+        QTest::newRow("18 points") << 18;
+    }
+    void aLargerFontLeavesTheQuestionAboveItsButtons()
+    {
+        QFETCH(int, points);
+        const QFont before = QApplication::font();
+        const auto restore = qScopeGuard([&before] { QApplication::setFont(before); });
+        QFont large = before;
+        large.setPointSize(points);
+        QApplication::setFont(large);
+        Stage stage;
+        const QStringList paths = stage.files({u"a"_s});
+        stage.fail(paths);
+        stage.answer({[&] {
+            const auto* question = stage.strip()->findChild<WrapLabel*>();
+            QVERIFY(question->height() > 50); // else the font has not come
+            for (const char* name : {"cmdRetry", "cmdSkip"}) {
+                const auto* button = stage.part<QPushButton>(name);
+                QVERIFY(button->y() > question->geometry().bottom());
+                QVERIFY(stage.strip()->rect().contains(button->geometry()));
+                QVERIFY(button->height() >= button->fontMetrics().height());
+                QVERIFY(button->width() > button->fontMetrics().horizontalAdvance(button->text()));
+            }
+            QCOMPARE(stage.strip()->geometry().bottom() + 1, stage.dialog->height());
             stage.click("cmdSkip");
         }});
         stage.start(paths);
