@@ -270,6 +270,29 @@ private Q_SLOTS:
         QCOMPARE(stage.calls(u"Upload"_s), QStringList());
     }
 
+    void aMissingFileIsToldBeforeAMissingSetting()
+    {
+        Stage stage;
+        stage.host.state().settings.clear();
+        stage.line->SetFile(stage.disk.filePath(u"gone.txt"_s));
+        stage.line->Start();
+        QCOMPARE(stage.reason(), u"No such file or directory"_s);
+    }
+
+    void aStartWithoutAFileHasTakenTheFormerOutcomeAway()
+    {
+        Stage stage;
+        QVERIFY(stage.show());
+        stage.line->SetFile(stage.disk.filePath(u"gone.txt"_s));
+        stage.line->Start();
+        QCOMPARE(stage.icon(), u"error"_s);
+        stage.line->SetFile({});
+        QVERIFY_EXCEPTION_THROWN(stage.line->Start(), Error);
+        QCOMPARE(stage.icon(), u"file"_s);
+        QVERIFY(stage.bar()->isVisible());
+        QCOMPARE(stage.reason(), QString());
+    }
+
     void aFolderFailsWithAReason()
     {
         Stage stage;
