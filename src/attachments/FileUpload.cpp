@@ -13,6 +13,7 @@
 #include "widgets/WrapLabel.h"
 
 #include <QApplication>
+#include <QFileInfo>
 
 #include <algorithm>
 
@@ -35,6 +36,15 @@ constexpr int DivisionByZero = 11; // number of that error
 const QString FileIcon = QStringLiteral("file");
 const QString SuccessIcon = QStringLiteral("success");
 const QString ErrorIcon = QStringLiteral("error");
+
+/// A path with line breaks in it is one line all the same.
+QString onOneLine(QString path)
+{
+    for (const QChar lineBreak :
+         {QChar(u'\n'), QChar(u'\r'), QChar(QChar::LineSeparator), QChar(QChar::ParagraphSeparator)})
+        path.replace(lineBreak, u' ');
+    return path;
+}
 
 Twips bottomOf(const QWidget& widget)
 {
@@ -74,8 +84,10 @@ FileUpload::FileUpload(QWidget* parent, const ControlSite& site)
     lblStatus->SetCaption({});
     setIcon(FileIcon);
     tellStatus(QStringLiteral("Not started"));
-    Size(LineWidth, LineHeight);
+    Size(LineWidth, LineHeight + barTop() - BarTop);
     placeFilename();
+    moveTo(*progressBar, TextLeft, barTop());
+    moveTo(*lblStatus, TextLeft, barTop());
     begin();
 }
 
@@ -83,15 +95,15 @@ FileUpload::~FileUpload() = default;
 
 QSize FileUpload::sizeHint() const
 {
-    return {toPixels(LineWidth), toPixels(LineHeight)};
+    return {toPixels(LineWidth), toPixels(LineHeight + barTop() - BarTop)};
 }
 
 void FileUpload::SetFile(const QString& sFilename)
 {
     m_filename = sFilename;
-    lblFilename->SetCaption(sFilename);
+    lblFilename->SetCaption(onOneLine(sFilename));
     placeFilename();
-    setAccessibleName(modAttachments::GetFileNameOnly(sFilename));
+    setAccessibleName(QFileInfo(sFilename).fileName());
 }
 
 void FileUpload::Start()
@@ -107,12 +119,25 @@ void FileUpload::Start()
     const std::shared_ptr<Uploader> uploader = m_uploader;
     const QString path = m_filename;
     try {
-        m_storedName = MakeStoredName(path);
-        uploader->Upload(path, StorePath::join(modAttachments::GetAttachmentsFolder(), m_storedName), {});
+        nameInStore();
+        uploader->Upload(path, QString(m_destination), {});
     } catch (...) {
         if (self)
             fail(Error::fromCurrentException().Description);
     }
+}
+
+/// Files of one name from several folders arrive within a second, and the stamp alone tells them apart.
+void FileUpload::nameInStore()
+{
+    m_storedName = MakeStoredName(m_filename);
+    const QString folder = modAttachments::GetAttachmentsFolder();
+    m_destination = StorePath::join(folder, m_storedName);
+    if (!wasStored(m_destination))
+        return;
+    awaitNextSecond();
+    m_storedName = MakeStoredName(m_filename);
+    m_destination = StorePath::join(folder, m_storedName);
 }
 
 void FileUpload::fail(const QString& reason)
@@ -143,10 +168,11 @@ void FileUpload::m_uploader_UploadProgress(qint64 bytesRead, qint64 bytesTotal)
 
 void FileUpload::m_uploader_UploadComplete(const QString& path)
 {
+    rememberStored(m_destination);
     setIcon(SuccessIcon);
     m_status = Finished;
     tellStatus(QStringLiteral("Uploaded"));
-    UploadComplete.raise(UploadedFile{m_storedName, modAttachments::GetFileNameOnly(path)});
+    UploadComplete.raise(UploadedFile{m_storedName, uploadedFileName(path)});
 }
 
 void FileUpload::setIcon(const QString& key)
@@ -157,6 +183,12 @@ void FileUpload::setIcon(const QString& key)
 void FileUpload::tellStatus(const QString& words)
 {
     setAccessibleDescription(words); // screen readers are told of the change
+}
+
+/// Lower than designed where the font of the name needs the room.
+Twips FileUpload::barTop() const
+{
+    return std::max(BarTop, FilenameTop + toTwips(lblFilename->QLabel::sizeHint().height()));
 }
 
 void FileUpload::placeFilename()
@@ -171,10 +203,13 @@ void FileUpload::UserControl_Resize()
 {
     continueOnError([this] { placeFilename(); },
                     [this] {
-                        moveTo(*progressBar, leftOf(*progressBar), BarTop,
+                        moveTo(*progressBar, leftOf(*progressBar), barTop(),
                                ScaleWidth() - 2 * leftOf(*progressBar), BarHeight);
                     },
-                    [this] { lblStatus->resize(progressBar->width(), lblStatus->height()); },
+                    [this] {
+                        moveTo(*lblStatus, TextLeft, barTop());
+                        lblStatus->resize(progressBar->width(), lblStatus->height());
+                    },
                     [this] {
                         const bool hasStatus = !lblStatus->Caption().isEmpty();
                         SetHeight(BelowTexts + (hasStatus ? bottomOf(*lblStatus) : bottomOf(*progressBar)));

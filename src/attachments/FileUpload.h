@@ -60,13 +60,16 @@ protected:
 private:
     void setIcon(const QString& key);
     void tellStatus(const QString& words);
+    Twips barTop() const;
     void placeFilename();
+    void nameInStore();
     void fail(const QString& reason);
     void m_uploader_UploadProgress(qint64 bytesRead, qint64 bytesTotal);
     void m_uploader_UploadComplete(const QString& path);
 
     QString m_filename;
     QString m_storedName;
+    QString m_destination; // the stored name below the folder of the store
     int m_status = NotStarted;
     std::shared_ptr<Uploader> m_uploader; // shared with a `Start` that outlives the line
     Subscription m_progress;

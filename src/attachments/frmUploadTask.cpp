@@ -26,6 +26,8 @@ constexpr Twips Margin = 120;
 constexpr Twips ButtonTop = 900;
 constexpr Twips ButtonWidth = 1215;
 constexpr Twips ButtonHeight = 375;
+constexpr Twips BesideWords = 180; // from a button's word to its side
+constexpr Twips AboveWords = 45;
 constexpr Twips BelowLine = 240;
 constexpr int ShareOfScreen = 4;
 
@@ -74,22 +76,35 @@ void frmUploadTask::build()
                                             "files that could not be uploaded?");
     picRetry->setObjectName(QStringLiteral("picRetry"));
     picRetry->setAccessibleName(question);
-    picRetry->resize(toPixels(FormWidth), toPixels(RetryHeight));
     picRetry->setEnabled(false); // covered, and out of the keys' reach too
-    moveTo(*lblRetry, Margin, Margin, FormWidth - 2 * Margin, ButtonTop - Margin);
     lblRetry->SetCaption(question);
     cmdRetry->setObjectName(QStringLiteral("cmdRetry"));
     cmdRetry->setText(QStringLiteral("Retry"));
     cmdRetry->setDefault(true);
     cmdSkip->setObjectName(QStringLiteral("cmdSkip"));
     cmdSkip->setText(QStringLiteral("Skip"));
-    const Twips skipLeft = FormWidth - Margin - ButtonWidth;
-    moveTo(*cmdSkip, skipLeft, ButtonTop, ButtonWidth, ButtonHeight);
-    moveTo(*cmdRetry, skipLeft - Margin - ButtonWidth, ButtonTop, ButtonWidth, ButtonHeight);
+    layOutStrip();
 
     setTabOrder(cmdRetry, cmdSkip);
     setTabOrder(cmdSkip, scrollPanel);
     scrollPanel->raise();
+}
+
+/// As designed, and larger where the font needs more.
+void frmUploadTask::layOutStrip()
+{
+    moveTo(*lblRetry, Margin, Margin, FormWidth - 2 * Margin, ButtonTop - Margin); // its height is its own
+    const QFontMetrics font = cmdRetry->fontMetrics();
+    const int words =
+        std::max(font.horizontalAdvance(cmdRetry->text()), font.horizontalAdvance(cmdSkip->text()));
+    const Twips width = std::max(ButtonWidth, toTwips(words) + 2 * BesideWords);
+    const Twips height = std::max(ButtonHeight, toTwips(font.height()) + 2 * AboveWords);
+    const Twips below = bottomOf(*lblRetry);
+    const Twips top = below > ButtonTop ? below + Margin : ButtonTop;
+    const Twips skipLeft = FormWidth - Margin - width;
+    moveTo(*cmdSkip, skipLeft, top, width, height);
+    moveTo(*cmdRetry, skipLeft - Margin - width, top, width, height);
+    picRetry->resize(toPixels(FormWidth), toPixels(std::max(RetryHeight, top + height + Margin)));
 }
 
 void frmUploadTask::Start(QWidget* Owner)
@@ -174,6 +189,7 @@ void frmUploadTask::UploadFiles()
 
 void frmUploadTask::showRetry(Twips rowHeight)
 {
+    layOutStrip(); // the font may have changed
     scrollPanel->SetHeight(std::min(rowHeight + BelowLine, tallestRetryPanel()));
     setFormHeight(scrollPanel->Height() + heightOf(*picRetry));
     arrange();

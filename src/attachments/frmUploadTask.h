@@ -64,6 +64,7 @@ private:
     };
 
     void build();
+    void layOutStrip();
     void work();
     void UploadFiles();
     void showRetry(Twips rowHeight);

@@ -9,7 +9,9 @@
 #include "widgets/WrapLabel.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QPointer>
+#include <QScopeGuard>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
@@ -129,6 +131,18 @@ private Q_SLOTS:
         QVERIFY(!stage.line->Failed());
         QCOMPARE(stage.icon(), u"success"_s);
         QCOMPARE(stage.reason(), QString());
+    }
+
+    void aNameWithABackslashIsKeptWholeInTheStoreAndInTheRow()
+    {
+        Stage stage;
+        const QString path = stage.file(uR"(AC\DC.mp3)"_s);
+        stage.line->SetFile(path);
+        QCOMPARE(stage.line->accessibleName(), uR"(AC\DC.mp3)"_s);
+        stage.line->Start();
+        QCOMPARE(stage.told.size(), 1);
+        QVERIFY2(stage.told.first().endsWith(uR"(\20160201130507_AC_DC.mp3 AC_DC.mp3)"_s),
+                 qPrintable(stage.told.first()));
     }
 
     void theBarStaysAsItIsAtTheEnd()
@@ -256,6 +270,29 @@ private Q_SLOTS:
         QCOMPARE(stage.calls(u"Upload"_s), QStringList());
     }
 
+    void aMissingFileIsToldBeforeAMissingSetting()
+    {
+        Stage stage;
+        stage.host.state().settings.clear();
+        stage.line->SetFile(stage.disk.filePath(u"gone.txt"_s));
+        stage.line->Start();
+        QCOMPARE(stage.reason(), u"No such file or directory"_s);
+    }
+
+    void aStartWithoutAFileHasTakenTheFormerOutcomeAway()
+    {
+        Stage stage;
+        QVERIFY(stage.show());
+        stage.line->SetFile(stage.disk.filePath(u"gone.txt"_s));
+        stage.line->Start();
+        QCOMPARE(stage.icon(), u"error"_s);
+        stage.line->SetFile({});
+        QVERIFY_EXCEPTION_THROWN(stage.line->Start(), Error);
+        QCOMPARE(stage.icon(), u"file"_s);
+        QVERIFY(stage.bar()->isVisible());
+        QCOMPARE(stage.reason(), QString());
+    }
+
     void aFolderFailsWithAReason()
     {
         Stage stage;
@@ -336,6 +373,53 @@ private Q_SLOTS:
         stage.line->resize(200, wide);
         QCOMPARE(stage.part<QWidget>("lblStatus")->width(), 120);
         QVERIFY(stage.line->height() > wide);
+    }
+
+    void aLargerFontMovesTheBarBelowTheName_data()
+    {
+        QTest::addColumn<int>("points");
+        QTest::newRow("14 points") << 14;
+        QTest::newRow("18 points") << 18;
+    }
+    void aLargerFontMovesTheBarBelowTheName()
+    {
+        QFETCH(int, points);
+        const QFont before = QApplication::font();
+        const auto restore = qScopeGuard([&before] { QApplication::setFont(before); });
+        QFont large = before;
+        large.setPointSize(points);
+        QApplication::setFont(large);
+        Stage stage;
+        const QString path = stage.file(u"Report.pdf"_s);
+        stage.line->SetFile(path);
+        const auto* name = stage.part<Label>("lblFilename");
+        const auto* status = stage.part<WrapLabel>("lblStatus");
+        QVERIFY(name->height() >= name->fontMetrics().height());
+        QVERIFY(name->height() > 20); // else the font has not come
+        QVERIFY(stage.bar()->y() > name->geometry().bottom());
+        QCOMPARE(stage.line->height(), stage.bar()->geometry().bottom() + 1 + 8);
+        QVERIFY(stage.show());
+        stage.host.state().transferFailures.insert(path, LongReason);
+        stage.line->Start();
+        QCOMPARE(name->pos(), QPoint(40, 12));
+        QVERIFY(status->y() > name->geometry().bottom());
+        QCOMPARE(status->y(), stage.bar()->y());
+        QCOMPARE(stage.line->height(), status->geometry().bottom() + 1 + 8);
+    }
+
+    void lineBreaksInANameAreShownAsBlanksOnOneLine()
+    {
+        const Stage stage;
+        stage.line->SetFile(u"/a.pdf"_s);
+        const auto* name = stage.part<Label>("lblFilename");
+        const QRect oneLine = name->geometry();
+        const QString path = u"/a\nb\rc"_s + QChar(QChar::LineSeparator) + u"d"_s +
+                             QChar(QChar::ParagraphSeparator) + u"e.pdf"_s;
+        stage.line->SetFile(path);
+        QCOMPARE(stage.line->Filename(), path);
+        QCOMPARE(name->Caption(), u"/a b c d e.pdf"_s);
+        QCOMPARE(name->height(), oneLine.height());
+        QVERIFY(name->geometry().bottom() < stage.bar()->y());
     }
 
     void aLineWithoutRoomIsNoFailure()

@@ -3,6 +3,7 @@
 #include "attachments/frmUploadTask.h"
 #include "support/NextModal.h"
 #include "support/TestCase.h"
+#include "support/TickingClock.h"
 #include "support/Unhandled.h"
 #include "widgets/FlowPanel.h"
 #include "widgets/ScrollPanel.h"
@@ -10,7 +11,9 @@
 
 #include <QPointer>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QScreen>
+#include <QScrollBar>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
@@ -112,6 +115,28 @@ private:
 
     QList<std::function<void()>> m_acts;
     QTimer m_timer;
+};
+
+/// Tells of each move of a widget: the dialog is moved as its activation begins.
+class MoveWatch : public QObject
+{
+public:
+    explicit MoveWatch(std::function<void()> act)
+        : m_act(std::move(act))
+    {
+    }
+    QList<qsizetype> lines;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::Move)
+            m_act();
+        return false;
+    }
+
+private:
+    std::function<void()> m_act;
 };
 
 constexpr int LineHeight = 49; // a line without a reason
@@ -216,6 +241,51 @@ private Q_SLOTS:
         QCOMPARE(stage.calls(u"Upload "_s).size(), 4);
     }
 
+    void theFailedFilesAreTriedAgainInTheirOrderUnderANewStamp()
+    {
+        Stage stage;
+        const QStringList paths = stage.files({u"c"_s, u"a"_s, u"x"_s, u"b"_s});
+        stage.fail({paths[0], paths[1], paths[3]});
+        stage.answer({[&] {
+            stage.host.state().transferFailures.clear();
+            stage.clock.setNow(QDateTime(QDate(2016, 2, 1), QTime(13, 6, 0)));
+            stage.click("cmdRetry");
+        }});
+        stage.start(paths);
+        QStringList names;
+        for (const UploadedFile& file : stage.dialog->UploadedFiles())
+            names << file.Filename.section(u'\\', -1);
+        QCOMPARE(names, QStringList({u"20160201130507_x"_s, u"20160201130600_c"_s, u"20160201130600_a"_s,
+                                     u"20160201130600_b"_s}));
+    }
+
+    void messagesArePumpedBeforeEachFile()
+    {
+        Stage stage;
+        QStringList order;
+        std::unique_ptr<Subscription> keep;
+        stage.during([&](const QString& path) {
+            order << QFileInfo(path).fileName();
+            keep = std::make_unique<Subscription>(
+                stage.lines().last()->UploadComplete.subscribe([&](const UploadedFile&) {
+                    QTimer::singleShot(0, stage.dialog, [&order] { order << u"message"_s; });
+                }));
+        });
+        stage.start(stage.files({u"a"_s, u"b"_s}));
+        QCOMPARE(order.first(4), QStringList({u"a"_s, u"a"_s, u"message"_s, u"b"_s}));
+    }
+
+    void messagesArePumpedBeforeTheFirstLine()
+    {
+        Stage stage;
+        MoveWatch watch(
+            [&] { QTimer::singleShot(0, stage.dialog, [&] { watch.lines << stage.lines().size(); }); });
+        stage.dialog->installEventFilter(&watch);
+        stage.start(stage.files({u"a"_s}));
+        QVERIFY(!watch.lines.isEmpty());
+        QCOMPARE(watch.lines.last(), qsizetype(1)); // the hidden one alone
+    }
+
     void aRetryThatFailsAsksAgain()
     {
         Stage stage;
@@ -287,6 +357,24 @@ private Q_SLOTS:
         stage.start(stage.files({u"a"_s, u"b"_s}));
         QCOMPARE(reasons, QStringList({FolderNotSet, FolderNotSet}));
         QCOMPARE(stage.dialog->UploadedFiles().size(), 0);
+    }
+
+    void threeFilesOfOneNameFromThreeFoldersAllArriveWithoutAQuestion()
+    {
+        Stage stage;
+        const test::TickingClock clock;
+        QStringList paths;
+        for (const auto& folder : {u"one"_s, u"two"_s, u"three"_s}) {
+            QVERIFY(QDir(stage.disk.path()).mkdir(folder));
+            paths << stage.file(folder + u"/scan.pdf"_s, folder.toUtf8());
+        }
+        stage.start(paths);
+        QCOMPARE(stage.unanswered, 0);
+        QCOMPARE(stage.uploaded(), QStringList({u"scan.pdf"_s, u"scan.pdf"_s, u"scan.pdf"_s}));
+        QList<QByteArray> contents;
+        for (const UploadedFile& file : stage.dialog->UploadedFiles())
+            contents << stage.stored(file.Filename);
+        QCOMPARE(contents, QList<QByteArray>({"one", "two", "three"}));
     }
 
     void aFolderAmongTheFilesIsOneFailedLine()
@@ -379,6 +467,97 @@ private Q_SLOTS:
         }});
         stage.start(paths);
         QCOMPARE(stage.unanswered, 0);
+    }
+
+    void aLargerFontLeavesTheQuestionAboveItsButtons_data()
+    {
+        QTest::addColumn<int>("points");
+        QTest::newRow("14 points") << 14;
+        QTest::newRow("18 points") << 18;
+    }
+    void aLargerFontLeavesTheQuestionAboveItsButtons()
+    {
+        QFETCH(int, points);
+        const QFont before = QApplication::font();
+        const auto restore = qScopeGuard([&before] { QApplication::setFont(before); });
+        QFont large = before;
+        large.setPointSize(points);
+        QApplication::setFont(large);
+        Stage stage;
+        const QStringList paths = stage.files({u"a"_s});
+        stage.fail(paths);
+        stage.answer({[&] {
+            const auto* question = stage.strip()->findChild<WrapLabel*>();
+            QVERIFY(question->height() > 50); // else the font has not come
+            for (const char* name : {"cmdRetry", "cmdSkip"}) {
+                const auto* button = stage.part<QPushButton>(name);
+                QVERIFY(button->y() > question->geometry().bottom());
+                QVERIFY(stage.strip()->rect().contains(button->geometry()));
+                QVERIFY(button->height() >= button->fontMetrics().height());
+                QVERIFY(button->width() > button->fontMetrics().horizontalAdvance(button->text()));
+            }
+            QCOMPARE(stage.strip()->geometry().bottom() + 1, stage.dialog->height());
+            stage.click("cmdSkip");
+        }});
+        stage.start(paths);
+        QCOMPARE(stage.unanswered, 0);
+    }
+
+    void atTheQuestionTheTallestReasonShowsThoughItIsTheFirst()
+    {
+        Stage stage;
+        const QStringList paths = stage.files({u"a"_s, u"b"_s});
+        stage.fail({paths[0]}, LongReason);
+        stage.fail({paths[1]});
+        stage.answer({[&] {
+            const QList<FileUpload*> lines = stage.lines();
+            QVERIFY(lines[1]->height() > lines[2]->height());
+            QCOMPARE(stage.scroll()->height(), lines[1]->height() + 16);
+            stage.click("cmdSkip");
+        }});
+        stage.start(paths);
+        QCOMPARE(stage.unanswered, 0);
+    }
+
+    void atTheQuestionTheFirstLineIsInViewThoughTheLastWasBefore()
+    {
+        Stage stage;
+        const QStringList paths = stage.files({u"a"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s, u"f"_s, u"g"_s});
+        stage.fail(paths);
+        Twips lastSeen = 0;
+        stage.during([&](const QString&) { lastSeen = stage.scroll()->ScrollTop(); });
+        stage.answer({[&] {
+            QVERIFY(stage.flow()->height() > stage.scroll()->height());
+            QCOMPARE(stage.scroll()->ScrollTop(), Twips(0));
+            stage.click("cmdSkip");
+        }});
+        stage.start(paths);
+        QVERIFY(lastSeen > 0);
+        QCOMPARE(stage.unanswered, 0);
+    }
+
+    void aFailureMakesRoomForItsReasonAtOnce()
+    {
+        Stage stage;
+        const QStringList paths = stage.files({u"a"_s});
+        stage.fail(paths, LongReason);
+        int flowHeight = 0;
+        int lineHeight = 0;
+        int range = 0;
+        std::unique_ptr<Subscription> keep;
+        stage.during([&](const QString&) {
+            FileUpload* line = stage.lines().last();
+            keep = std::make_unique<Subscription>(line->UploadFailed.subscribe([&, line](const QString&) {
+                lineHeight = line->height();
+                flowHeight = stage.flow()->height();
+                range = stage.scroll()->verticalScrollBar()->maximum();
+            })); // behind the form's own
+        });
+        stage.answer({[&] { stage.click("cmdSkip"); }});
+        stage.start(paths);
+        QVERIFY(lineHeight > LineHeight);
+        QCOMPARE(flowHeight, lineHeight);
+        QCOMPARE(range, lineHeight - LineHeight); // the panel is as high as the line was
     }
 
     void theSecondPassIsNoHigherThanThePanelAtTheQuestionWasItIsMeant()
@@ -543,6 +722,28 @@ private Q_SLOTS:
             });
         });
         stage.start(stage.files({u"a"_s, u"b"_s}));
+        QVERIFY(stayed);
+        QCOMPARE(stage.uploaded(), QStringList({u"a"_s, u"b"_s}));
+    }
+
+    void whileFilesAreTriedAgainNothingClosesTheDialogEither()
+    {
+        Stage stage;
+        const QStringList paths = stage.files({u"a"_s, u"b"_s});
+        stage.fail(paths);
+        bool stayed = true;
+        const auto tryToClose = [&] {
+            QTest::keyClick(stage.dialog->windowHandle(), Qt::Key_Escape);
+            stage.dialog->close();
+            stage.dialog->reject();
+            stayed = stayed && stage.dialog->isVisible();
+        };
+        stage.answer({[&] {
+            stage.host.state().transferFailures.clear();
+            stage.during([&](const QString&) { tryToClose(); });
+            stage.click("cmdRetry");
+        }});
+        stage.start(paths);
         QVERIFY(stayed);
         QCOMPARE(stage.uploaded(), QStringList({u"a"_s, u"b"_s}));
     }

@@ -361,6 +361,18 @@ private Q_SLOTS:
         QCOMPARE(takeLog().last(), last); // nothing comes after the failure
     }
 
+    void aFailureOfTheFittingStaysSilent()
+    {
+        const tvTableRowPtr row = photo();
+        bool asked = false;
+        state().fitPicture = [&asked](const QImage&, int, int, Color) -> QImage {
+            asked = true;
+            throw Error(u"no room"_s);
+        };
+        QVERIFY(GetAttachmentThumbnail(*row, 150, 150).isNull());
+        QVERIFY(asked);
+    }
+
     void whateverKindOfFailureItIsStaysSilent()
     {
         const tvTableRowPtr row = photo();
