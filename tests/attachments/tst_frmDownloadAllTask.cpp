@@ -353,7 +353,7 @@ private Q_SLOTS:
         QCOMPARE(contentOf(stage.target + u"/1 (1).pdf"_s), QByteArray(17, '1'));
     }
 
-    void afterAFailureTheFolderGoesWithAllThatWasLeftInItButNotWhatLinksLeadTo()
+    void afterAFailureTheFolderGoesWithAllThatWasKeptInItAsItIsMeantButNotWhatLinksLeadTo()
     {
         Stage stage(1);
         const QString outside = stage.folder.filePath(u"store"_s);
