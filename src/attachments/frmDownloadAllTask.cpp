@@ -134,10 +134,8 @@ void frmDownloadAllTask::DownloadOne(tvTableRow& row, const QString& folder)
         name = modAttachments::GetAttachmentDisplayName(row);
         const auto downloader = newDownloader();
         const QString temp = downloader->Download(modAttachments::GetAttachmentPath(row));
-        const auto removeCopy = qScopeGuard([&temp] { // one that was not moved
-            if (!temp.isEmpty())
-                QFile::remove(temp);
-        });
+        // One that was not moved, and the folder that was made for it.
+        const auto removeCopy = qScopeGuard([&temp] { modAttachments::RemoveTemporaryCopy(temp); });
         if (self && !Canceled()) {
             LocalFiles::moveFile(temp, freePath(folder, name));
             return;

@@ -80,7 +80,6 @@ void frmDownloadFolderPrompt::build()
     txtFolderName->setMaxLength(LongestName);
     lblFolderName->setBuddy(txtFolderName);
     cmdDownload->setDefault(true);
-    cmdCancel->setAutoDefault(false);
 
     // Its room is kept while there is nothing to say: the buttons stay below the mouse.
     QSizePolicy policy = lblError->sizePolicy();

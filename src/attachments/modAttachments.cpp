@@ -106,7 +106,7 @@ QImage GetAttachmentThumbnail(tvTableRow& row, Twips width, Twips height)
 
 void RemoveTemporaryCopy(const QString& path)
 {
-    if (path.isEmpty() || !QFile::remove(path))
+    if (path.isEmpty() || (QFile::exists(path) && !QFile::remove(path)))
         return;
     const QString folder = QFileInfo(path).absolutePath();
     if (folder.startsWith(QDir::cleanPath(QDir::tempPath()) + u'/'))

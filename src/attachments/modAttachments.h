@@ -37,8 +37,8 @@ QString GetAttachmentDisplayName(tvTableRow& row);
 QImage GetAttachmentThumbnail(tvTableRow& row, Twips width, Twips height);
 
 /// Deletes the temporary file that a downloader has given, and the folder below the platform's place for
-/// temporary files that it may have made for that file alone. What cannot be deleted stays, and is no
-/// failure.
+/// temporary files that it may have made for that file alone, also when the file has been moved away. What
+/// cannot be deleted stays, and is no failure.
 void RemoveTemporaryCopy(const QString& path);
 
 } // namespace tavrin::modAttachments

@@ -119,6 +119,7 @@ public:
     /// The left button has been pressed twice, on a row or beside the rows.
     Event<> DblClick;
     /// Key code by reference, shift state. A handler that sets the code to 0 swallows the key.
+    /// The repeats of a Delete or Enter that is held down are swallowed, and not told.
     Event<int&, int> KeyDown;
     /// Local paths of the files that were dropped, and by reference the effect: 1 when they were taken, 0, as
     /// it is at first, when not. Something without local files comes with no paths. While nobody listens the

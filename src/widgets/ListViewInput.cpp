@@ -113,6 +113,9 @@ bool ListView::swallows(const QKeyEvent& event)
     int code = keyCodeOf(event);
     if (code == 0)
         return false;
+    // A key that is held down must not do to one row after the other what was meant for one.
+    if (event.isAutoRepeat() && (code == KeyCode::Delete || code == KeyCode::Enter))
+        return true;
     guard("ListView_KeyDown", [&] { KeyDown.raise(code, shiftStateOf(event.modifiers())); });
     return code == 0;
 }

@@ -32,6 +32,16 @@ QStringList enabledItems(const AttachmentsForm& form)
     return names;
 }
 
+/// Presses a key and keeps it down for three repeats.
+void holdKey(AttachmentsForm& form, Qt::Key key)
+{
+    form.press(key);
+    for (int repeat = 0; repeat < 3; ++repeat) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
+        QApplication::sendEvent(form.list, &event);
+    }
+}
+
 } // namespace
 
 /// The menu of `Attachments`, and the keys and clicks of its list.
@@ -293,6 +303,35 @@ private Q_SLOTS:
         form.press(Qt::Key_Delete);
         QCOMPARE(form.rows->Count(), left);
         QCOMPARE(form.list->Count(), left);
+    }
+
+    void aHeldDeleteRemovesOneRowOnly()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        holdKey(form, Qt::Key_Delete);
+        QCOMPARE(form.rows->Count(), 2);
+        QCOMPARE(form.list->Count(), 2);
+    }
+
+    void aHeldEnterOpensTheFileOnce_data()
+    {
+        QTest::addColumn<Qt::Key>("key");
+        QTest::newRow("Return") << Qt::Key_Return;
+        QTest::newRow("Enter of the number pad") << Qt::Key_Enter;
+    }
+    void aHeldEnterOpensTheFileOnce()
+    {
+        QFETCH(Qt::Key, key);
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        holdKey(form, key);
+        QCOMPARE(form.shell.opened().size(), 1);
+        QVERIFY(!QApplication::activeModalWidget());
     }
 
     void deleteInTheTextsRemovesNoRow()

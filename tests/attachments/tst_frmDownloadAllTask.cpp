@@ -3,6 +3,7 @@
 #include "base/FileWriter.h"
 
 #include <QProcess>
+#include <QScopeGuard>
 
 #include <csignal>
 #include <sys/stat.h>
@@ -163,6 +164,27 @@ private Q_SLOTS:
         QCOMPARE(entriesOf(stage.target), QStringList({u"a (1).pdf"_s, u"a.pdf"_s}));
         QCOMPARE(contentOf(stage.target + u"/a.pdf"_s), QByteArray("first"));
         QCOMPARE(contentOf(stage.target + u"/a (1).pdf"_s), QByteArray("second"));
+    }
+
+    void noFolderOfACopyStaysBehind_data()
+    {
+        QTest::addColumn<bool>("isMoved");
+        QTest::newRow("a copy that is moved") << true;
+        QTest::newRow("a copy that cannot be moved") << false;
+    }
+    void noFolderOfACopyStaysBehind()
+    {
+        QFETCH(bool, isMoved);
+        Stage stage(1);
+        const QTemporaryDir place; // of this test alone, for others make temporary files too
+        const QByteArray before = qgetenv("TMPDIR");
+        const auto restore =
+            qScopeGuard([&before] { before.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", before); });
+        QVERIFY(qputenv("TMPDIR", QFile::encodeName(place.path())));
+        if (!isMoved)
+            stage.duringTransferOf(u"1.pdf"_s, true, [&] { QDir(stage.temp).removeRecursively(); });
+        QCOMPARE(stage.start().Number == 0, isMoved);
+        QCOMPARE(entriesOf(place.path()), QStringList());
     }
 
     void aRowThatIsRemovedMeanwhileIsStillFetched()
@@ -331,7 +353,7 @@ private Q_SLOTS:
         QCOMPARE(contentOf(stage.target + u"/1 (1).pdf"_s), QByteArray(17, '1'));
     }
 
-    void afterAFailureTheFolderGoesWithAllThatWasLeftInItButNotWhatLinksLeadTo()
+    void afterAFailureTheFolderGoesWithAllThatWasKeptInItAsItIsMeantButNotWhatLinksLeadTo()
     {
         Stage stage(1);
         const QString outside = stage.folder.filePath(u"store"_s);

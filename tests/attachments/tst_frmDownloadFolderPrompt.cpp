@@ -84,6 +84,7 @@ private Q_SLOTS:
         QTest::newRow("Escape") << u"Escape"_s << QString() << true;
         QTest::newRow("window's frame") << u"frame"_s << QString() << true;
         QTest::newRow("Enter on Cancel") << u"Enter on Cancel"_s << QString() << true;
+        QTest::newRow("Space on Cancel") << u"Space on Cancel"_s << QString() << true;
     }
     void whatEndsThePrompt()
     {
@@ -106,7 +107,7 @@ private Q_SLOTS:
                 stage.prompt.close();
             else {
                 stage.cmdCancel->setFocus();
-                stage.press(Qt::Key_Space);
+                stage.press(way == u"Space on Cancel"_s ? Qt::Key_Space : Qt::Key_Return);
             }
         });
         stage.prompt.ShowModal(&owner);
