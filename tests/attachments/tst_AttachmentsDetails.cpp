@@ -344,6 +344,18 @@ private Q_SLOTS:
         QCOMPARE(form.text(2, "Description"), longText);
     }
 
+    void showingAVeryLongDescriptionForTheFirstTimeDoesNotCutIt()
+    {
+        AttachmentsForm form;
+        const QString longText(40000, u'x');
+        form.addRow(u"a.txt"_s, longText);
+        form.read();
+        QCOMPARE(form.description->Text(), longText);
+        QCOMPARE(form.text(1, "Description"), longText);
+        form.write();
+        QCOMPARE(form.text(1, "Description"), longText);
+    }
+
     void theTextsAreLimitedToTheirFields()
     {
         AttachmentsForm form;
