@@ -18,6 +18,7 @@
 #include "widgets/TextLink.h"
 
 #include <QLabel>
+#include <QPointer>
 #include <QStyle>
 
 namespace tavrin {
@@ -161,9 +162,16 @@ void Attachments::BoundSection_ReadData(const tvBusinessObjectPtr& record)
     m_canAdd = canAdd;
     m_canDelete = canDelete;
     follow(attachments);
-    UpdateMenus();
-    RefreshList();
-    SelectRow(m_attachments->Position());
+    const QPointer<Attachments> self(this); // a follower of the cover may delete the control
+    try {
+        UpdateMenus();
+        RefreshList();
+        SelectRow(m_attachments->Position());
+    } catch (...) {
+        if (self && !shownRow())
+            EnableDetails(false); // the pane still shows the record before
+        throw;
+    }
 }
 
 void Attachments::BoundSection_WriteData(const tvBusinessObjectPtr&)

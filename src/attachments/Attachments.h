@@ -91,8 +91,10 @@ private:
     void buildDetails();
     void nameDetails();
     void placeDetails();
-    bool showsDetailsOfTheseRows() const;
+    /// The current row while the pane shows it; nullptr without one, and after one that could not be shown.
+    tvTableRowPtr shownRow() const;
     void ShowDetails();
+    void fillTexts(const tvTableRowPtr& row);
     void fitFilename();
     void showThumbnail(tvTableRow& row);
     void SaveDetails();
@@ -162,8 +164,8 @@ private:
     QHash<QString, QIcon> imglIcons;
     QHash<QString, QIcon> ImageList;
 
-    tvTableCollectionPtr m_attachments;           // never nullptr
-    std::weak_ptr<tvTableCollection> m_detailsOf; // whose row the pane shows
+    tvTableCollectionPtr m_attachments;   // never nullptr
+    std::weak_ptr<tvTableRow> m_shownRow; // whose texts stand in both boxes
     Timer m_contextMenuTimer;
     Twips m_menuLeft = 0; // where the menu opens, inside the list
     Twips m_menuTop = 0;

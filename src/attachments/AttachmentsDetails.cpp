@@ -129,15 +129,16 @@ QObject* Attachments::CommentsTextBox() const
 
 // The row
 
-bool Attachments::showsDetailsOfTheseRows() const
+tvTableRowPtr Attachments::shownRow() const
 {
-    return m_detailsOf.lock() == m_attachments;
+    const tvTableRowPtr shown = m_shownRow.lock();
+    return shown && m_attachments->Count() != 0 && currentRow() == shown ? shown : nullptr;
 }
 
 void Attachments::ShowDetails()
 {
     EnableDetails(m_attachments->Count() >= 1);
-    m_detailsOf = m_attachments;
+    m_shownRow.reset(); // until both boxes hold the texts of one row
     if (m_attachments->Count() == 0) {
         lblFilename->SetCaption(QString());
         fitFilename();
@@ -150,20 +151,31 @@ void Attachments::ShowDetails()
         return;
     }
     const tvTableRowPtr row = currentRow();
+    try {
+        fillTexts(row);
+    } catch (...) {
+        EnableDetails(false); // what would be typed has no row
+        throw;
+    }
+    const bool isImage = modAttachments::IsImageAttachment(*row);
+    chkDefault->setVisible(isImage);
+    const QPointer<Attachments> self(this); // a follower of the cover may delete the control
+    chkDefault->SetValue(m_attachments->CurrentIsPrimary() && isImage ? CheckBox::Checked
+                                                                      : CheckBox::Unchecked);
+    if (self && shownRow() == row) // and may bind another record
+        showThumbnail(*row);
+}
+
+void Attachments::fillTexts(const tvTableRowPtr& row)
+{
     lblFilename->SetCaption(modAttachments::GetAttachmentDisplayName(*row));
     fitFilename();
     txtDescription->SetText(textOf(*row, Description));
     txtDescription->SetMaxLength(fieldOf(*row, Description)->MaxLength());
     txtComment->SetText(textOf(*row, Notes));
     txtComment->SetMaxLength(fieldOf(*row, Notes)->MaxLength());
+    m_shownRow = row;
     ScrollTextToTop(*txtComment);
-    const bool isImage = modAttachments::IsImageAttachment(*row);
-    chkDefault->setVisible(isImage);
-    const QPointer<Attachments> self(this); // a follower of the cover may delete the control
-    chkDefault->SetValue(m_attachments->CurrentIsPrimary() && isImage ? CheckBox::Checked
-                                                                      : CheckBox::Unchecked);
-    if (self)
-        showThumbnail(*row);
 }
 
 /// As wide as the name is, but never under the count.
@@ -213,10 +225,9 @@ void Attachments::ShowFileKind(tvTableRow& row)
 
 void Attachments::SaveDetails()
 {
-    // After a record that could not be shown the boxes still hold texts of another one's rows.
-    if (m_attachments->Count() == 0 || !showsDetailsOfTheseRows())
-        return;
-    const tvTableRowPtr row = currentRow();
+    const tvTableRowPtr row = shownRow();
+    if (!row)
+        return; // after a row that could not be shown the boxes still hold texts of another one
     const QString description = txtDescription->Text(); // a follower of the fields may delete the control
     const QString notes = txtComment->Text();
     fieldOf(*row, Description)->SetValue(description);
@@ -241,9 +252,9 @@ void Attachments::ScrollTextToTop(TextArea& box)
 
 void Attachments::txtDescription_Change()
 {
-    if (m_attachments->Count() == 0 || !showsDetailsOfTheseRows())
+    const tvTableRowPtr row = shownRow();
+    if (!row)
         return;
-    const tvTableRowPtr row = currentRow();
     const tvFieldPtr field = fieldOf(*row, Description);
     if (ToText(field->Value()) == txtDescription->Text())
         return;
@@ -255,11 +266,12 @@ void Attachments::txtDescription_Change()
 
 void Attachments::chkDefault_Click()
 {
-    if (m_attachments->Count() == 0)
+    const tvTableRowPtr row = shownRow();
+    if (!row)
         return;
     const tvTableCollectionPtr attachments = m_attachments; // a follower of the cover may bind another record
     if (chkDefault->Value() == CheckBox::Checked)
-        attachments->SetPrimaryValue(fieldOf(*currentRow(), attachments->KeyColumn())->Value());
+        attachments->SetPrimaryValue(fieldOf(*row, attachments->KeyColumn())->Value());
     else if (attachments->Position() == attachments->PrimaryIndex())
         attachments->SetPrimaryValue(Null());
 }

@@ -69,11 +69,11 @@ void Attachments::followActions()
 
 void Attachments::UpdateMenus()
 {
-    const bool isLineMarked = lvwFiles->DropHighlight().has_value();
-    const bool isCurrentNew = m_attachments->Count() != 0 && currentRow()->IsNew();
-    mnuOpen->setEnabled(isLineMarked);
+    // A line that is marked may be one of the record before, when the current row could not be shown.
+    const tvTableRowPtr row = lvwFiles->DropHighlight() ? shownRow() : nullptr;
+    mnuOpen->setEnabled(row != nullptr);
     mnuAdd->setEnabled(m_canAdd);
-    mnuRemove->setEnabled(isLineMarked && (m_canDelete || isCurrentNew));
+    mnuRemove->setEnabled(row && (m_canDelete || row->IsNew()));
     mnuDownloadAll->setEnabled(m_attachments->Count() >= 1);
 }
 
@@ -106,14 +106,18 @@ void Attachments::ShowContextMenu()
 
 void Attachments::mnuOpen_Click()
 {
-    reportInBox(this, QStringLiteral("Unexpected error opening attachment: "), Title,
-                [this] { OpenCurrentFile(); });
+    reportInBox(this, QStringLiteral("Unexpected error opening attachment: "), Title, [this] {
+        if (shownRow()) // another record may have been bound while the menu was open
+            OpenCurrentFile();
+    });
 }
 
 void Attachments::mnuRemove_Click()
 {
     const QPointer<Attachments> self(this); // a follower of the rows may delete the control
     reportInBox(this, QStringLiteral("Unexpected error removing attachment: "), Title, [&] {
+        if (!shownRow())
+            return; // nobody removes what does not show
         m_attachments->RemoveCurrent(false);
         if (!self)
             return;
@@ -127,7 +131,7 @@ void Attachments::mnuRemove_Click()
 void Attachments::lvwFiles_DblClick()
 {
     reportInBox(this, QString(), Title, [this] {
-        if (lvwFiles->DropHighlight())
+        if (lvwFiles->DropHighlight() && shownRow())
             OpenCurrentFile();
     });
 }

@@ -52,6 +52,7 @@ TextBox::TextBox(QWidget* parent)
     : QLineEdit(parent)
 {
     setTextMargins(3, 2, 3, 2); // room around the text, so that a column of boxes reads calmly
+    setMaxLength(std::numeric_limits<int>::max()); // Qt's own would cut a text of a record
     connectGuarded(this, &QLineEdit::textChanged, this, "TextBox_Change", [this] {
         if (!m_settingText)
             Change.raise();

@@ -2,6 +2,8 @@
 
 #include <QScrollBar>
 
+#include <functional>
+
 using namespace Qt::StringLiterals;
 using namespace tavrin;
 using tavrin::test::AttachmentsForm;
@@ -33,6 +35,55 @@ QStringList disabled(const AttachmentsForm& form)
 QString caption(const AttachmentsForm& form, const char* label)
 {
     return form.child<Label>(label)->Caption();
+}
+
+/// A field that can refuse to be read, and tells when it is written.
+class FailingField final : public tvField
+{
+public:
+    FailingField(QString name, QVariant value)
+        : m_name(std::move(name))
+        , m_value(std::move(value))
+    {
+    }
+    QVariant Value() const override
+    {
+        if (fails)
+            throw Error(u"the field cannot be read"_s);
+        return m_value;
+    }
+    void SetValue(const QVariant& value) override
+    {
+        m_value = value;
+        if (written)
+            written();
+    }
+    QString Name() const override { return m_name; }
+    bool IsKey() const override { return false; }
+    qint32 MaxLength() const override { return 0; }
+
+    bool fails = false;
+    std::function<void()> written;
+
+private:
+    QString m_name;
+    QVariant m_value;
+};
+
+/// A picture whose row has this field among its own.
+tvTableRowPtr rowWith(const tvFieldPtr& special)
+{
+    QList<tvFieldPtr> fields;
+    for (const char* column : {"SeqNo", "FileName", "OriginalFileName", "FolderNo", "Description", "Notes",
+                               "UserId", "UserDate"}) {
+        const QString name = QString::fromLatin1(column);
+        const QVariant value = name == u"SeqNo"_s ? QVariant(301) : u"n.png"_s;
+        if (name == special->Name())
+            fields << special;
+        else
+            fields << std::make_shared<tavrin::test::FakeField>(name, value, name == u"SeqNo"_s);
+    }
+    return std::make_shared<tavrin::test::FakeRow>(fields);
 }
 
 int thumbnailsAsked(const AttachmentsForm& form)
@@ -344,6 +395,18 @@ private Q_SLOTS:
         QCOMPARE(form.text(2, "Description"), longText);
     }
 
+    void showingAVeryLongDescriptionForTheFirstTimeDoesNotCutIt()
+    {
+        AttachmentsForm form;
+        const QString longText(40000, u'x');
+        form.addRow(u"a.txt"_s, longText);
+        form.read();
+        QCOMPARE(form.description->Text(), longText);
+        QCOMPARE(form.text(1, "Description"), longText);
+        form.write();
+        QCOMPARE(form.text(1, "Description"), longText);
+    }
+
     void theTextsAreLimitedToTheirFields()
     {
         AttachmentsForm form;
@@ -449,6 +512,77 @@ private Q_SLOTS:
         form.write();
         QCOMPARE(AttachmentsForm::text(*broken, "Description"), u"theirs"_s);
         QCOMPARE(AttachmentsForm::text(*broken, "Notes"), u"theirs"_s);
+    }
+
+    void aCommentNeverReachesANewRowWhoseTextsCouldNotBeShown()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        const tvTableRowPtr broken = std::make_shared<tavrin::test::FakeRow>(
+            QList<tvFieldPtr>{std::make_shared<tavrin::test::FakeField>(u"SeqNo"_s, 104, true),
+                              std::make_shared<tavrin::test::FakeField>(u"FileName"_s, u"b.txt"_s),
+                              std::make_shared<tavrin::test::FakeField>(u"Description"_s, u"theirs"_s)});
+        const auto others = std::make_shared<NumberedRows>();
+        others->Add(broken);
+        form.record->setItem(u"Attachments"_s, others);
+        QVERIFY_THROWS_EXCEPTION(Error, form.read());
+        QVERIFY(!form.description->isEnabled());
+        QVERIFY(!form.comment->isEnabled());
+        form.write();
+        form.description->SetText(u"typed"_s);
+        form.cover->SetValue(CheckBox::Checked);
+        QCOMPARE(AttachmentsForm::text(*broken, "Description"), u"theirs"_s);
+        QCOMPARE(others->primaries, QStringList());
+    }
+
+    void aRowWhoseCommentCannotBeReadKeepsItsTextsFromThoseOfTheRowBefore()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        const auto notes = std::make_shared<FailingField>(u"Notes"_s, u"theirs"_s);
+        const auto others = std::make_shared<NumberedRows>();
+        others->Add(rowWith(notes));
+        notes->fails = true;
+        form.record->setItem(u"Attachments"_s, others);
+        QVERIFY_THROWS_EXCEPTION(Error, form.read());
+        QCOMPARE(form.comment->Text(), u"one"_s);
+        notes->fails = false;
+        form.write();
+        QCOMPARE(notes->Value().toString(), u"theirs"_s);
+        form.read();
+        QVERIFY(form.comment->isEnabled());
+        QCOMPARE(form.comment->Text(), u"theirs"_s);
+    }
+
+    void afterARecordThatCouldNotBeListedNothingActsOnItsRows()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.rows->SetPosition(2);
+        form.read();
+        QVERIFY(form.show());
+        const auto others = std::make_shared<NumberedRows>();
+        const auto date = std::make_shared<FailingField>(u"UserDate"_s, Null());
+        others->Add(rowWith(date));
+        others->SetPosition(1);
+        form.record->setItem(u"Attachments"_s, others);
+        date->fails = true;
+        QVERIFY_THROWS_EXCEPTION(Error, form.read());
+        date->fails = false;
+        QVERIFY(!form.description->isEnabled());
+        form.cover->SetValue(CheckBox::Checked);
+        form.press(Qt::Key_Delete);
+        form.press(Qt::Key_Return);
+        form.item("mnuOpen")->trigger();
+        form.item("mnuRemove")->trigger();
+        QCOMPARE(others->Count(), 1);
+        QCOMPARE(others->primaries, QStringList());
+        QCOMPARE(form.shell.opened(), QStringList());
+        QCOMPARE(form.boxes.shown().size(), 0);
     }
 
     // The cover

@@ -70,6 +70,19 @@ private Q_SLOTS:
         QCOMPARE(stage.box->Text().size(), 40001);
     }
 
+    void aTextOfARecordStandsWholeBeforeThereIsALimit()
+    {
+        Stage stage;
+        QVERIFY(stage.isReady());
+        const QString longest(40000, u'x');
+        stage.box->SetText(longest);
+        QCOMPARE(stage.box->Text(), longest);
+        QCOMPARE(stage.told, QStringList{longest});
+        stage.box->SetMaxLength(5);
+        QCOMPARE(stage.box->Text(), longest);
+        QCOMPARE(stage.told.size(), 1);
+    }
+
     void typingStopsAtTheLimit()
     {
         Stage stage;
