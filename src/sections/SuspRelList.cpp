@@ -370,18 +370,19 @@ void SuspRelList::askForRelation(const QList<tvTableRowPtr>& choices)
         return;
     // The dialog is a child of the window, which may die while the dialog is open, and the control with it.
     const QPointer<SuspRelList> self(this);
-    const QPointer<frmSuspRel> dialog(new frmSuspRel);
-    const auto unload = qScopeGuard([&dialog] { delete dialog.data(); });
+    auto* dialog = new frmSuspRel;
+    const QPointer<frmSuspRel> alive = dialog;
+    const auto unload = qScopeGuard([&alive] { delete alive.data(); });
     dialog->SetupForm(m_otherItemName, choices, openSuspect());
     m_dialog = dialog;
     dialog->ShowModal(this);
     if (!self)
         return;
     m_dialog = nullptr;
-    if (!dialog || !dialog->Success())
+    if (!alive || !alive->Success())
         return;
-    const tvTableRowPtr party = dialog->SelectedItem();
-    AddListRow(*party, dialog->SelectedRelation());
+    const tvTableRowPtr party = alive->SelectedItem();
+    AddListRow(*party, alive->SelectedRelation());
     lvwRows->SetSelectedItem(rowKey(*party)); // in view, and ready to be taken back
 }
 
