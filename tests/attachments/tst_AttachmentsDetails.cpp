@@ -115,6 +115,8 @@ private Q_SLOTS:
             form.read();
         QCOMPARE(disabled(form).size(), 9);
         QVERIFY(form.child<GroupBox>("fraDetails")->isEnabled());
+        // Only direct children: what stands deeper follows its container.
+        QVERIFY(!form.child<QLabel>("imgFileIcon")->testAttribute(Qt::WA_ForceDisabled));
         QCOMPARE(shown(form), u"nothing"_s);
         QCOMPARE(caption(form, "lblFilename"), QString());
         QCOMPARE(form.description->Text(), QString());
@@ -201,8 +203,14 @@ private Q_SLOTS:
     {
         AttachmentsForm form;
         form.addThree();
+        const auto* icon = form.child<QLabel>("imgFileIcon");
+        form.read();
+        const QImage ofADocument = icon->pixmap(Qt::ReturnByValue).toImage();
+        QVERIFY(!ofADocument.isNull());
         form.rows->SetPosition(3);
         form.read();
+        QVERIFY(!icon->pixmap(Qt::ReturnByValue).isNull());
+        QVERIFY(icon->pixmap(Qt::ReturnByValue).toImage() != ofADocument);
         QCOMPARE(shown(form), u"kind"_s);
         QCOMPARE(form.child<QLabel>("imgFileIcon")->accessibleName(), u"image"_s);
         QCOMPARE(caption(form, "lblFileType"), u"png"_s);
