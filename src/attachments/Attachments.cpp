@@ -197,6 +197,8 @@ tvTableRowPtr Attachments::currentRow() const
 
 void Attachments::m_attachments_ItemRemovedEx(qint32, const tvTableRowPtr& objItem)
 {
+    if (!objItem)
+        throw Error(QStringLiteral("The row that was removed is missing"), MissingObjectNumber);
     const tvTableCollectionPtr attachments = m_attachments; // a follower of the cover may bind another record
     PrimaryRule::removed(*attachments, *objItem);
 }

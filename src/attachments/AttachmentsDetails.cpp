@@ -260,14 +260,14 @@ void Attachments::txtDescription_Change()
         return;
     const QPointer<Attachments> self(this);
     field->SetValue(txtDescription->Text());
-    if (self)
+    if (self && shownRow() == row) // a follower may bind another record
         UpdateRow(*row);
 }
 
 void Attachments::chkDefault_Click()
 {
     const tvTableRowPtr row = shownRow();
-    if (!row)
+    if (!row || chkDefault->isHidden()) // of a file that is no image, which the host may have made the cover
         return;
     const tvTableCollectionPtr attachments = m_attachments; // a follower of the cover may bind another record
     if (chkDefault->Value() == CheckBox::Checked)

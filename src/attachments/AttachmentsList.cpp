@@ -13,6 +13,8 @@
 #include <QFontMetrics>
 #include <QStyle>
 
+#include <exception>
+
 namespace tavrin {
 
 namespace {
@@ -98,8 +100,17 @@ void Attachments::RefreshList()
     for (int index = 0; index < lvwFiles->Count(); ++index)
         lvwFiles->SetTag(lvwFiles->Key(index), QString());
     QStringList keys;
+    std::exception_ptr failure; // of a cell; the lines come in step with the rows all the same
+    const auto update = [&](tvTableRow& row) {
+        try {
+            UpdateRow(row);
+        } catch (...) {
+            failure = std::current_exception();
+            lvwFiles->SetTag(lineKey(row), Updated);
+        }
+    };
     for (const tvTableRowPtr& row : *m_attachments) {
-        UpdateRow(*row);
+        update(*row);
         keys << lineKey(*row);
     }
     QStringList gone;
@@ -112,11 +123,13 @@ void Attachments::RefreshList()
     if (!hasLinesInOrder(keys)) {
         lvwFiles->Clear();
         for (const tvTableRowPtr& row : *m_attachments)
-            UpdateRow(*row);
+            update(*row);
     }
     lvwFiles->viewport()->update();
     ResizeLastColumn();
     UpdateCount();
+    if (failure)
+        std::rethrow_exception(failure);
 }
 
 /// Lines are reused from record to record, but the line at an index must be that of the row at this index:
@@ -173,7 +186,12 @@ void Attachments::lvwFiles_ItemClick(qint32 index)
                                   QStringLiteral("Attachments"), [&] {
                                       if (index == m_attachments->Position())
                                           return;
+                                      const tvTableCollectionPtr attachments = m_attachments;
                                       SaveDetails();
+                                      // A follower of the fields may delete the control or bind another
+                                      // record.
+                                      if (!self || attachments != m_attachments)
+                                          return;
                                       UpdateRow(*currentRow());
                                       m_attachments->SetPosition(ToInteger(index));
                                       SelectRow(index);

@@ -116,13 +116,23 @@ void Attachments::mnuRemove_Click()
 {
     const QPointer<Attachments> self(this); // a follower of the rows may delete the control
     reportInBox(this, QStringLiteral("Unexpected error removing attachment: "), Title, [&] {
-        if (!shownRow())
-            return; // nobody removes what does not show
-        m_attachments->RemoveCurrent(false);
-        if (!self)
-            return;
-        RefreshList();
-        SelectRow(m_attachments->Position());
+        const tvTableRowPtr row = shownRow();
+        if (!row)
+            return;                                             // nobody removes what does not show
+        const tvTableCollectionPtr attachments = m_attachments; // a follower may bind another record
+        const auto isBound = [&] { return self && attachments == m_attachments; };
+        try {
+            attachments->RemoveCurrent(false);
+            if (isBound())
+                RefreshList();
+        } catch (...) {
+            // The row may be gone although a follower failed. One that stays keeps the texts typed for it.
+            if (isBound() && shownRow() != row)
+                continueOnError([&] { RefreshList(); }, [&] { SelectRow(m_attachments->Position()); });
+            throw;
+        }
+        if (isBound())
+            SelectRow(m_attachments->Position());
     });
 }
 

@@ -34,6 +34,9 @@ protected:
     {
         QStyledItemDelegate::initStyleOption(option, index);
         option->state.setFlag(QStyle::State_Selected, m_list.isMarked(index));
+        // A cell is one line, whatever its text holds.
+        option->text.replace(QStringLiteral("\r") + QChar::LineSeparator, QStringLiteral(" "));
+        option->text.replace(QChar::LineSeparator, u' ').replace(u'\r', u' ');
     }
 
 private:

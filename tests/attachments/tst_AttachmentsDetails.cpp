@@ -115,6 +115,8 @@ private Q_SLOTS:
             form.read();
         QCOMPARE(disabled(form).size(), 9);
         QVERIFY(form.child<GroupBox>("fraDetails")->isEnabled());
+        // Only direct children: what stands deeper follows its container.
+        QVERIFY(!form.child<QLabel>("imgFileIcon")->testAttribute(Qt::WA_ForceDisabled));
         QCOMPARE(shown(form), u"nothing"_s);
         QCOMPARE(caption(form, "lblFilename"), QString());
         QCOMPARE(form.description->Text(), QString());
@@ -201,8 +203,14 @@ private Q_SLOTS:
     {
         AttachmentsForm form;
         form.addThree();
+        const auto* icon = form.child<QLabel>("imgFileIcon");
+        form.read();
+        const QImage ofADocument = icon->pixmap(Qt::ReturnByValue).toImage();
+        QVERIFY(!ofADocument.isNull());
         form.rows->SetPosition(3);
         form.read();
+        QVERIFY(!icon->pixmap(Qt::ReturnByValue).isNull());
+        QVERIFY(icon->pixmap(Qt::ReturnByValue).toImage() != ofADocument);
         QCOMPARE(shown(form), u"kind"_s);
         QCOMPARE(form.child<QLabel>("imgFileIcon")->accessibleName(), u"image"_s);
         QCOMPARE(caption(form, "lblFileType"), u"png"_s);
@@ -585,7 +593,85 @@ private Q_SLOTS:
         QCOMPARE(form.boxes.shown().size(), 0);
     }
 
+    void savingOnAClickMayDeleteTheSection()
+    {
+        AttachmentsForm form;
+        const auto notes = std::make_shared<FailingField>(u"Notes"_s, u"noted"_s);
+        form.rows->Add(rowWith(notes));
+        form.addRow(u"b.txt"_s);
+        form.rows->SetPosition(1);
+        form.read();
+        QVERIFY(form.show());
+        notes->written = [&form] { delete form.section.data(); };
+        form.click(form.placeOfLine(1));
+        QVERIFY(form.section.isNull());
+        QCOMPARE(form.rows->Position(), 1);
+        QCOMPARE(form.boxes.shown().size(), 0);
+    }
+
+    void savingOnAClickMayBindAnotherRecordWhoseRowStaysCurrent()
+    {
+        AttachmentsForm form;
+        const auto notes = std::make_shared<FailingField>(u"Notes"_s, u"noted"_s);
+        form.rows->Add(rowWith(notes));
+        form.addRow(u"b.txt"_s);
+        form.rows->SetPosition(1);
+        form.read();
+        QVERIFY(form.show());
+        const auto others = std::make_shared<NumberedRows>();
+        for (int i = 0; i < 3; ++i) {
+            const tvTableRowPtr row = NumberedRows::makeRow(false);
+            AttachmentsForm::set(*row, "FileName", u"other.txt"_s);
+            others->Add(row);
+        }
+        others->SetPosition(1);
+        notes->written = [&] {
+            form.record->setItem(u"Attachments"_s, others);
+            form.read();
+        };
+        form.click(form.placeOfLine(1));
+        QCOMPARE(others->Position(), 1);
+        QCOMPARE(form.marked(), u"101"_s);
+        QCOMPARE(form.list->Count(), 3);
+        QCOMPARE(form.boxes.shown().size(), 0);
+    }
+
+    void typingMayBindAnotherRecordWhoseListStaysItsOwn()
+    {
+        AttachmentsForm form;
+        const auto text = std::make_shared<FailingField>(u"Description"_s, u"old"_s);
+        form.rows->Add(rowWith(text));
+        form.rows->SetPosition(1);
+        form.read();
+        QVERIFY(form.show());
+        const auto none = std::make_shared<NumberedRows>();
+        text->written = [&] {
+            form.record->setItem(u"Attachments"_s, none);
+            form.read();
+        };
+        form.description->setFocus();
+        form.type(u"x"_s);
+        QCOMPARE(form.list->Count(), 0);
+    }
+
     // The cover
+
+    void selectingADocumentThatIsThePrimaryRowClearsNothing()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.rows->SetPosition(2);
+        form.rows->SetPrimaryValue(102);
+        form.read();
+        QVERIFY(form.show());
+        QCOMPARE(form.cover->Value(), 1);
+        form.rows->SetPrimaryValue(101);
+        form.rows->primaries.clear();
+        form.click(form.placeOfLine(0));
+        QCOMPARE(form.cover->Value(), 0);
+        QCOMPARE(form.rows->primaries, QStringList());
+        QCOMPARE(form.rows->PrimaryIndex(), 1);
+    }
 
     void checkingTheBoxMovesTheCoverAndTheOldOneShowsUnchecked()
     {

@@ -447,6 +447,37 @@ private Q_SLOTS:
             QCOMPARE(stage.child<Label>("lblCountLabel")->geometry().right() + 1 + 4, count->x());
         }
     }
+
+    void aDescriptionWithLineEndsStandsOnOneLine_data()
+    {
+        QTest::addColumn<QString>("description");
+        QTest::newRow("\\r\\n") << u"Front\r\ndoor"_s;
+        QTest::newRow("\\n") << u"Front\ndoor"_s;
+        QTest::newRow("\\r") << u"Front\rdoor"_s;
+    }
+    void aDescriptionWithLineEndsStandsOnOneLine()
+    {
+        QFETCH(QString, description);
+        AttachmentsStage stage;
+        const tvTableRowPtr row = stage.add(1, u"2014\\03\\photo.png"_s, u"Front door"_s);
+        stage.rows->SetPosition(1);
+        stage.read();
+        QVERIFY(stage.show());
+        const QImage plain = stage.list->grab().toImage();
+        fieldOf(*row, u"Description"_s)->SetValue(u"Back door"_s);
+        stage.read();
+        QVERIFY(stage.list->grab().toImage() != plain);
+        fieldOf(*row, u"Description"_s)->SetValue(description);
+        stage.read();
+        QCOMPARE(stage.list->grab().toImage(), plain);
+        QCOMPARE(stage.list->SubItem(u"1"_s, u"Description"_s), description);
+    }
+
+    void theColumnsCannotBeMoved()
+    {
+        const AttachmentsStage stage;
+        QVERIFY(!stage.list->header()->sectionsMovable());
+    }
 };
 
 TAVRIN_TEST_MAIN(tst_AttachmentsList)

@@ -3,6 +3,7 @@
 using namespace Qt::StringLiterals;
 using namespace tavrin;
 using tavrin::test::AttachmentsForm;
+using tavrin::test::NumberedRows;
 using tavrin::test::ShownBox;
 
 namespace {
@@ -281,6 +282,72 @@ private Q_SLOTS:
         QCOMPARE(shown.first().title, u"Attachments"_s);
         QCOMPARE(shown.first().icon, BoxIcon::Critical);
         QCOMPARE(form.rows->Count(), 3);
+    }
+
+    void aFollowerThatFailsBehindTheRemovalLeavesListAndPaneInStep()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        const Subscription failing = form.rows->ItemRemovedEx.subscribe(
+            [](qint32, const tvTableRowPtr&) { throw Error(u"the cover is away"_s); });
+        form.choose(1, Qt::Key_R);
+        QCOMPARE(form.boxes.take().first().text,
+                 u"Unexpected error removing attachment: the cover is away"_s);
+        QCOMPARE(form.rows->Count(), 2);
+        QCOMPARE(form.list->Count(), 2);
+        QCOMPARE(form.list->Key(1), u"103"_s);
+        QCOMPARE(form.marked(), u"103"_s);
+        QCOMPARE(form.description->Text(), u"third"_s);
+        form.write();
+        QCOMPARE(form.text(2, "Description"), u"third"_s);
+        QCOMPARE(form.text(2, "Notes"), u"three"_s);
+    }
+
+    void aFailureThatLeavesTheRowKeepsTheTypedComment()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        form.comment->setFocus();
+        form.type(u"a "_s);
+        form.rows->removalFailure = Error(u"the row is locked"_s);
+        form.choose(0, Qt::Key_R);
+        QCOMPARE(form.boxes.take().size(), 1);
+        QCOMPARE(form.comment->Text(), u"a one"_s);
+    }
+
+    void aRemovalMayBindAnotherRecord()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        const std::weak_ptr<NumberedRows> before = form.rows;
+        const Subscription binding =
+            form.rows->ItemRemovedEx.subscribe([&form](qint32, const tvTableRowPtr&) {
+                form.rows = std::make_shared<NumberedRows>();
+                form.addRow(u"other.txt"_s, u"other"_s);
+                form.rows->SetPosition(1);
+                form.record->setItem(u"Attachments"_s, form.rows);
+                form.read();
+            });
+        form.choose(1, Qt::Key_R);
+        QVERIFY(before.expired());
+        QCOMPARE(form.list->Count(), 1);
+        QCOMPARE(form.description->Text(), u"other"_s);
+        QCOMPARE(form.boxes.shown().size(), 0);
+    }
+
+    void aRemovalWithoutItsRowIsAnError()
+    {
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY_THROWS_EXCEPTION(Error, form.rows->ItemRemovedEx.raise(1, nullptr));
+        QCOMPARE(form.rows->primaries, QStringList());
     }
 
     void deleteRemovesWhereItIsAllowed_data()
