@@ -1,7 +1,5 @@
 # What every target of the project shares.
 
-find_program(TAVRIN_LLD ld.lld)
-
 # Compiler options, sanitizers and the precompiled header for one target.
 function(tavrin_options target)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor
@@ -21,18 +19,22 @@ function(tavrin_options target)
   endif()
 endfunction()
 
-# A library below src/, all of whose includes are written from src/ on, as in <base/Error.h>.
+# A library below src/, all of whose includes are written from src/ on, as in <base/Error.h>. It precompiles
+# the header PCH, or takes that of the library PCH_OF, of tavrin_widgets when none is named.
 function(tavrin_library name)
-  cmake_parse_arguments(arg "" "PCH" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
-  add_library(${name} STATIC ${arg_SOURCES})
+  cmake_parse_arguments(arg "" "PCH;PCH_OF" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
+  if(NOT arg_PCH_OF)
+    set(arg_PCH_OF tavrin_widgets)
+  endif()
+  add_library(${name} ${arg_SOURCES})
+  # Without a macro of its own each library can take the precompiled header of another.
+  set_target_properties(${name} PROPERTIES DEFINE_SYMBOL "")
   target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
   target_link_libraries(${name} PUBLIC ${arg_LINK} PRIVATE ${arg_PRIVATE_LINK})
   if(arg_PCH)
     target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/${arg_PCH})
-  elseif(TARGET tavrin_widgets AND NOT name STREQUAL "tavrin_widgets")
-    target_precompile_headers(${name} REUSE_FROM tavrin_widgets)
   else()
-    target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/pch.h)
+    target_precompile_headers(${name} REUSE_FROM ${arg_PCH_OF})
   endif()
   tavrin_options(${name})
 endfunction()

@@ -1,6 +1,30 @@
-// Precompiled for every target; no source may rely on it.
-#include <QtCore/QtCore>
-#include <QtWidgets/QtWidgets>
+// Precompiled for every target; no source may rely on it. Small, since every source loads it.
+#include <QAction>
+#include <QApplication>
+#include <QByteArray>
+#include <QDate>
+#include <QDateTime>
+#include <QDir>
+#include <QEvent>
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLayout>
+#include <QList>
+#include <QMap>
+#include <QObject>
+#include <QPainter>
+#include <QPointer>
+#include <QScopeGuard>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+#include <QStyle>
+#include <QTimer>
+#include <QVariant>
+#include <QWidget>
 
 #include <functional>
 #include <memory>

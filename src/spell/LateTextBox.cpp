@@ -4,6 +4,8 @@
 #include "base/Error.h"
 
 #include <QLineEdit>
+#include <QMetaMethod>
+#include <QMetaProperty>
 #include <QPlainTextEdit>
 #include <QTextCursor>
 #include <QTextEdit>

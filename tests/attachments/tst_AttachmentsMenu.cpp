@@ -1,5 +1,7 @@
 #include "AttachmentsForm.h"
 
+#include <QDialog>
+
 using namespace Qt::StringLiterals;
 using namespace tavrin;
 using tavrin::test::AttachmentsForm;

@@ -1,0 +1,1 @@
+// Holds nothing: its target precompiles the header that all test programs share.
