@@ -6,8 +6,6 @@
 #include "frame/modUtils.h"
 #include "widgets/PictureSurface.h"
 
-#include <algorithm>
-
 namespace tavrin {
 
 namespace {
@@ -52,18 +50,18 @@ QString EmployeeList::k9HandlersOnly()
     return QStringLiteral("IsK9Handler='True'");
 }
 
-std::vector<XmlNode> EmployeeList::filtered(std::vector<XmlNode> employees, const Filter& filter)
+XmlNodes EmployeeList::filtered(XmlNodes employees, const Filter& filter)
 {
-    std::erase_if(employees, [&filter](const XmlNode& employee) { return excludes(filter, employee); });
+    employees.removeIf([&filter](const XmlNode& employee) { return excludes(filter, employee); });
     return employees;
 }
 
-std::vector<XmlNode> EmployeeList::search(const QString& query, SearchOptions options, bool k9HandlersOnly,
-                                          const Filter& filter)
+XmlNodes EmployeeList::search(const QString& query, SearchOptions options, bool k9HandlersOnly,
+                              const Filter& filter)
 {
     if (k9HandlersOnly)
         options.restriction = EmployeeList::k9HandlersOnly();
-    std::vector<XmlNode> employees = NumberedList::search(query, options);
+    XmlNodes employees = NumberedList::search(query, options);
     return filter ? filtered(std::move(employees), filter) : employees;
 }
 

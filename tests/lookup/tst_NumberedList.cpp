@@ -28,7 +28,7 @@ QString expressionOf(const QString& query, const SearchOptions& options)
     return list.terms(query, options).expression(u"Employee"_s);
 }
 
-QStringList idsOf(const NumberedList& list, const std::vector<XmlNode>& items)
+QStringList idsOf(const NumberedList& list, const XmlNodes& items)
 {
     QStringList ids;
     for (const XmlNode& item : items)
@@ -286,7 +286,7 @@ private Q_SLOTS:
         const Site site;
         EmployeeList list;
         QList<qint32> asked;
-        const std::vector<XmlNode> kept =
+        const XmlNodes kept =
             list.filtered(list.search({}, {.ListAll = true}), [&](qint32 officerNo, bool& exclude) {
                 QVERIFY(!exclude);
                 asked << officerNo;

@@ -1,0 +1,181 @@
+#include "SearchColumn.h"
+
+#include <algorithm>
+
+namespace tavrin {
+
+namespace {
+
+/// Where fewer rows than this share are left, they are searched one by one.
+constexpr std::size_t FewRows = 8;
+
+/// The first row whose end lies behind `place`; it is `from` or follows it. Steps that double find it soon
+/// where it is near.
+std::size_t rowAt(const std::vector<std::size_t>& ends, std::size_t place, std::size_t from)
+{
+    std::size_t step = 1;
+    std::size_t below = from;
+    while (below + step < ends.size() && ends[below + step] <= place) {
+        below += step;
+        step *= 2;
+    }
+    const auto first = ends.begin() + static_cast<std::ptrdiff_t>(below);
+    const auto last = ends.begin() + static_cast<std::ptrdiff_t>(std::min(below + step + 1, ends.size()));
+    return static_cast<std::size_t>(std::upper_bound(first, last, place) - ends.begin());
+}
+
+} // namespace
+
+// Filling
+
+void SearchColumn::append(std::string_view piece, const TextFold& fold)
+{
+    fold.append(piece, m_texts);
+}
+
+void SearchColumn::endRow(bool hasText)
+{
+    m_ends.push_back(m_texts.size());
+    m_texts.push_back('\0');
+    m_filledRows.push_back(hasText);
+}
+
+void SearchColumn::addFurther(std::string_view text)
+{
+    m_further.push_back({m_ends.size(), std::string(text)});
+}
+
+void SearchColumn::finish()
+{
+    m_hasText = RowSet(rows());
+    for (std::size_t row = 0; row < rows(); ++row) {
+        if (m_filledRows[row])
+            m_hasText.add(row);
+    }
+    m_filledRows = {};
+    for (const char byte : m_texts)
+        ++m_counts[static_cast<unsigned char>(byte)];
+    m_texts.append(ByteFinder::Slack, '\0');
+    m_texts.shrink_to_fit();
+    m_ends.shrink_to_fit();
+    m_further.shrink_to_fit();
+}
+
+std::string_view SearchColumn::text(std::size_t row) const
+{
+    return std::string_view(m_texts).substr(start(row), m_ends[row] - start(row));
+}
+
+std::size_t SearchColumn::memory() const
+{
+    std::size_t bytes = m_texts.capacity() + m_ends.capacity() * sizeof(std::size_t) + rows() / 8 +
+                        m_numbers.capacity() * sizeof(double);
+    for (const FurtherText& further : m_further)
+        bytes += sizeof(further) + further.text.capacity();
+    return bytes;
+}
+
+const std::vector<double>& SearchColumn::numbers(ToNumber toNumber) const
+{
+    if (m_numbers.size() < rows()) {
+        std::vector<double> numbers;
+        numbers.reserve(rows());
+        std::string one;
+        for (std::size_t row = 0; row < rows(); ++row) {
+            one = text(row);
+            numbers.push_back(toNumber(one));
+        }
+        m_numbers = std::move(numbers);
+    }
+    return m_numbers;
+}
+
+// Testing
+
+template <typename Test>
+RowSet SearchColumn::testEach(const RowSet& among, Test&& test) const
+{
+    RowSet found(rows());
+    among.forEach([&](std::size_t row) {
+        if (test(row))
+            found.add(row);
+    });
+    return found;
+}
+
+template <typename Test>
+void SearchColumn::testFurther(RowSet& found, const RowSet& among, Test&& test) const
+{
+    for (const FurtherText& further : m_further) {
+        if (among.has(further.row) && test(further.text))
+            found.add(further.row);
+    }
+}
+
+RowSet SearchColumn::scan(std::string_view word, const RowSet& among) const
+{
+    RowSet found(rows());
+    const ByteFinder finder(word, m_counts);
+    const std::size_t textBegins = word.front() == '\0' ? 1 : 0; // behind the NUL that stands before it
+    const char* const texts = m_texts.data();
+    const char* const end = texts + m_ends.back() + 1;
+    std::size_t row = 0;
+    for (const char* place = finder.next(texts, end); place != end; place = finder.next(place, end)) {
+        row = rowAt(m_ends, static_cast<std::size_t>(place - texts) + textBegins, row);
+        found.add(row);
+        place = texts + m_ends[row];
+    }
+    return found &= among;
+}
+
+RowSet SearchColumn::having(const RowSet& among) const
+{
+    RowSet found = among;
+    return found &= m_hasText;
+}
+
+RowSet SearchColumn::containing(std::string_view word, const RowSet& among) const
+{
+    if (word.empty() || rows() == 0)
+        return among;
+    if (among.count() >= rows() / FewRows)
+        return scan(word, among);
+    return testEach(among, [&](std::size_t row) { return text(row).find(word) != std::string_view::npos; });
+}
+
+RowSet SearchColumn::beginningWith(std::string_view word, const RowSet& among) const
+{
+    if (word.empty() || rows() == 0)
+        return among;
+    if (among.count() >= rows() / FewRows)
+        return scan('\0' + std::string(word), among);
+    return testEach(among, [&](std::size_t row) { return text(row).starts_with(word); });
+}
+
+RowSet SearchColumn::equal(std::string_view wantedText, bool wanted, const RowSet& among) const
+{
+    return testEach(among, [&](std::size_t row) { return (text(row) == wantedText) == wanted; });
+}
+
+RowSet SearchColumn::equal(double number, bool wanted, const RowSet& among, ToNumber toNumber) const
+{
+    const std::vector<double>& all = numbers(toNumber);
+    return testEach(among, [&](std::size_t row) { return (all[row] == number) == wanted; });
+}
+
+RowSet SearchColumn::anyEqual(std::string_view wantedText, bool wanted, const RowSet& among) const
+{
+    RowSet found = equal(wantedText, wanted, having(among));
+    testFurther(found, among, [&](const std::string& further) { return (further == wantedText) == wanted; });
+    return found;
+}
+
+RowSet SearchColumn::anyEqual(double number, bool wanted, const RowSet& among, ToNumber toNumber) const
+{
+    RowSet found = equal(number, wanted, having(among), toNumber);
+    testFurther(found, among,
+                [&](const std::string& further) { return (toNumber(further) == number) == wanted; });
+    return found;
+}
+
+} // namespace tavrin
