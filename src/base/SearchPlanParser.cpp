@@ -305,16 +305,13 @@ SearchPlanParser::Parsed SearchPlanParser::search(Arguments given, Kind kind)
 
 SearchPlanParser::Parsed SearchPlanParser::translated(const Arguments& given)
 {
-    const auto isText = [](const Operand& operand) {
-        return operand.kind == Operand::Kind::Constant && operand.constant.kind == SearchConstant::Kind::Text;
-    };
-    if (!isText(given[1]) || !isText(given[2]))
+    if (!isConstantText(given[1]) || !isConstantText(given[2]))
         return std::nullopt;
     const auto fold = TextFold::translating(given[1].constant.text, given[2].constant.text);
     std::optional<RecordText> text = asText(given[0]);
     if (!fold || !text)
         return std::nullopt;
-    if (isText(given[0])) {
+    if (isConstantText(given[0])) {
         Operand constant = given[0];
         constant.constant.text = fold->of(constant.constant.text);
         return constant;
@@ -328,21 +325,20 @@ SearchPlanParser::Parsed SearchPlanParser::translated(const Arguments& given)
 
 SearchPlanParser::Parsed SearchPlanParser::concatenated(const Arguments& given)
 {
+    if (std::all_of(given.begin(), given.end(), isConstantText)) { // a literal with quotes; often a long one
+        Operand constant;
+        for (const Operand& operand : given)
+            constant.constant.text += operand.constant.text;
+        return constant;
+    }
     Operand whole{Operand::Kind::Text, {}};
-    bool isConstant = true;
     for (const Operand& operand : given) {
         const std::optional<RecordText> text = asText(operand);
         if (!text)
             return std::nullopt;
         whole.text.parts.insert(whole.text.parts.end(), text->parts.begin(), text->parts.end());
-        isConstant = isConstant && operand.kind == Operand::Kind::Constant;
     }
-    if (!isConstant)
-        return whole;
-    Operand constant;
-    for (const RecordText::Part& part : whole.text.parts)
-        constant.constant.text += part.literal;
-    return constant;
+    return whole;
 }
 
 SearchPlanParser::Parsed SearchPlanParser::negated(Arguments given)
@@ -357,6 +353,11 @@ SearchPlanParser::Parsed SearchPlanParser::negated(Arguments given)
 
 // Kinds
 
+bool SearchPlanParser::isConstantText(const Operand& operand)
+{
+    return operand.kind == Operand::Kind::Constant && operand.constant.kind == SearchConstant::Kind::Text;
+}
+
 std::optional<SearchCondition> SearchPlanParser::asCondition(Operand operand)
 {
     if (operand.kind == Operand::Kind::Condition)
@@ -370,7 +371,7 @@ std::optional<RecordText> SearchPlanParser::asText(const Operand& operand)
 {
     if (operand.kind == Operand::Kind::Child || operand.kind == Operand::Kind::Text)
         return operand.text;
-    if (operand.kind == Operand::Kind::Constant && operand.constant.kind == SearchConstant::Kind::Text)
+    if (isConstantText(operand))
         return RecordText{{{{}, operand.constant.text, {}}}};
     return std::nullopt;
 }

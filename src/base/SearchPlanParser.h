@@ -50,6 +50,7 @@ private:
     Parsed call(std::string_view function);
     bool arguments(Arguments& given);
 
+    static bool isConstantText(const Operand& operand);
     static std::optional<SearchCondition> asCondition(Operand operand);
     static std::optional<RecordText> asText(const Operand& operand);
     static Parsed compared(Operand left, Operand right, SearchCondition::Kind kind);

@@ -13,6 +13,12 @@ bool isAscii(std::string_view text)
                        [](char byte) { return static_cast<unsigned char>(byte) < 128; });
 }
 
+constexpr std::array<unsigned char, 256> EveryByte = [] {
+    std::array<unsigned char, 256> bytes{};
+    std::iota(bytes.begin(), bytes.end(), static_cast<unsigned char>(0));
+    return bytes;
+}();
+
 unsigned char byteOf(char character)
 {
     return static_cast<unsigned char>(character);
@@ -21,9 +27,8 @@ unsigned char byteOf(char character)
 } // namespace
 
 TextFold::TextFold()
-    : m_byte()
+    : m_byte(EveryByte)
 {
-    std::iota(m_byte.begin(), m_byte.end(), static_cast<unsigned char>(0));
 }
 
 std::optional<TextFold> TextFold::translating(std::string_view from, std::string_view to)
@@ -46,7 +51,7 @@ TextFold TextFold::then(const TextFold& next) const
 
 bool TextFold::leavesAll() const
 {
-    return *this == TextFold();
+    return m_byte == EveryByte;
 }
 
 void TextFold::append(std::string_view text, std::string& to) const

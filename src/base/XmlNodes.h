@@ -2,9 +2,13 @@
 
 #include "XmlDocument.h"
 
+#include <QString>
+
 #include <cstddef>
 #include <iterator>
 #include <memory>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace tavrin {
@@ -64,6 +68,12 @@ public:
     void push_back(const XmlNode& node);
     void append(const XmlNodes& others);
     void clear();
+
+    /// For each node the number that is the text of its first child element of this name, where that is up to
+    /// nine digits and nothing else, perhaps behind a minus: the usual form. Nothing for any other text,
+    /// which may be a number all the same, and for nodes that follow their document into another tree. For a
+    /// long list this reads the texts that searches keep, and not node by node.
+    std::vector<std::optional<qint32>> childNumbers(const QString& name) const;
 
     /// Takes out the nodes of which `test` says so. It is asked once for each, in order, and may copy the
     /// node. What it throws leaves the collection as it was.

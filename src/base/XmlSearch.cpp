@@ -353,11 +353,8 @@ std::optional<Nodes> XmlSearch::select(const SearchPlan& plan, pugi::xml_node co
         });
     Records& records = recordsOf(*parent, plan.record);
     provideColumns(records, condition);
-    const Evaluation evaluation([&](const RecordText& text) -> const SearchColumn& {
-        return std::find_if(records.columns.begin(), records.columns.end(),
-                            [&](const Column& column) { return column.text == text; })
-            ->column;
-    });
+    const Evaluation evaluation(
+        [&](const RecordText& text) -> const SearchColumn& { return records.column(text); });
     const bool goesOn = records.hasFound && narrows(records.condition, condition);
     records.found = evaluation.run(condition, goesOn ? records.found : RowSet(records.rows.size(), true));
     records.condition = condition;
@@ -366,6 +363,35 @@ std::optional<Nodes> XmlSearch::select(const SearchPlan& plan, pugi::xml_node co
     nodes.reserve(records.found.count());
     records.found.forEach([&](std::size_t row) { nodes.push_back(records.rows[row]); });
     return nodes;
+}
+
+std::optional<std::vector<std::string_view>> XmlSearch::texts(std::span<pugi::xml_node_struct* const> nodes,
+                                                              const std::string& child)
+{
+    const pugi::xml_node first(nodes.empty() ? nullptr : nodes.front());
+    if (!first || !first.parent())
+        return std::nullopt;
+    Records& records = recordsOf(first.parent(), first.name());
+    const SearchCondition hasChild{Kind::HasChild, {}, {{{child, {}, {}}}}, false, {}};
+    provideColumns(records, hasChild);
+    const SearchColumn& column = records.column(hasChild.text);
+    std::vector<std::string_view> texts;
+    texts.reserve(nodes.size());
+    std::size_t row = 0;
+    for (pugi::xml_node_struct* const node : nodes) {
+        while (row < records.rows.size() && records.rows[row] != node)
+            ++row;
+        if (row == records.rows.size())
+            return std::nullopt;
+        texts.push_back(column.text(row++));
+    }
+    return texts;
+}
+
+const SearchColumn& XmlSearch::Records::column(const RecordText& wanted) const
+{
+    return std::find_if(columns.begin(), columns.end(), [&](const Column& one) { return one.text == wanted; })
+        ->column;
 }
 
 std::size_t XmlSearch::memory() const

@@ -9,7 +9,9 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tavrin::xml {
@@ -24,6 +26,11 @@ public:
     /// What the plan selects from `context`, in document order. Nothing where the records lie below several
     /// parents, or the document has several roots, whose attributes a condition may name.
     std::optional<Nodes> select(const SearchPlan& plan, pugi::xml_node context);
+
+    /// For each node the text of its first child element of this name, "" for none; the texts last until the
+    /// next call. Nothing unless all are records of one list in its order.
+    std::optional<std::vector<std::string_view>> texts(std::span<pugi::xml_node_struct* const> nodes,
+                                                       const std::string& child);
 
     /// The texts or the elements of the tree change.
     void drop() { m_lists.clear(); }
@@ -49,6 +56,8 @@ private:
         SearchCondition condition;
         RowSet found;
         bool hasFound = false;
+
+        const SearchColumn& column(const RecordText& wanted) const;
     };
 
     Records& recordsOf(pugi::xml_node parent, const std::string& name);

@@ -28,14 +28,12 @@ NumberedList::Shape employeeShape()
             }};
 }
 
-/// Touches nothing but its arguments: whoever is asked may delete the picker and its list.
-bool excludes(const EmployeeList::Filter& filter, const XmlNode& employee)
+/// 0 for a text that is no number.
+qint32 officerNumber(const XmlNode& employee)
 {
     bool isNumber = false;
     const double officerNo = employee.childElement(QStringLiteral("OfficerNo")).text().toDouble(&isNumber);
-    bool exclude = false;
-    filter(isNumber ? ToLong(officerNo) : 0, exclude);
-    return exclude;
+    return isNumber ? ToLong(officerNo) : 0;
 }
 
 } // namespace
@@ -52,7 +50,15 @@ QString EmployeeList::k9HandlersOnly()
 
 XmlNodes EmployeeList::filtered(XmlNodes employees, const Filter& filter)
 {
-    employees.removeIf([&filter](const XmlNode& employee) { return excludes(filter, employee); });
+    // Touches nothing but what is here: whoever is asked may delete the picker and its list.
+    const auto numbers = employees.childNumbers(QStringLiteral("OfficerNo"));
+    auto number = numbers.begin();
+    employees.removeIf([&](const XmlNode& employee) {
+        const std::optional<qint32> plain = *number++;
+        bool exclude = false;
+        filter(plain ? *plain : officerNumber(employee), exclude);
+        return exclude;
+    });
     return employees;
 }
 

@@ -162,6 +162,8 @@ public:
                                        QStringLiteral("1.0"),
                                        QStringLiteral("01"),
                                        QStringLiteral("-1"),
+                                       QStringLiteral("+1"),
+                                       QStringLiteral("- 1"),
                                        QStringLiteral(".5"),
                                        QStringLiteral("1e0"),
                                        QStringLiteral("x"),
@@ -251,7 +253,7 @@ private:
     {
         switch (m_choose(6)) {
         case 0:
-            return QStringLiteral("translate(%1, 'abxy1', 'ABXY')").arg(field());
+            return QStringLiteral("translate(%1, 'abxya1b', 'ABXYxx')").arg(field());
         case 1:
             return QStringLiteral("translate(concat(%1, ' ', %2), \"abxy'\", 'AB')").arg(field(), field());
         case 2:

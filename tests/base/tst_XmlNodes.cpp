@@ -2,6 +2,8 @@
 #include "base/XmlNodes.h"
 #include "support/TestCase.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 using namespace tavrin;
 
@@ -111,6 +113,80 @@ private Q_SLOTS:
         }),
                                  Error);
         QCOMPARE(textsOf(nodes), u"a b c"_s);
+    }
+
+    void plainNumbersOfAChildAreReadAllAtOnce()
+    {
+        XmlDocument document;
+        document.loadXML(
+            u"<List><R><No>7</No></R><R><x/><No>-12</No><No>9</No></R><R/><R><No/></R>"
+            "<R><No>123456789</No></R><R><No>1234567890</No></R><R><No>1.0</No></R><R><No> 7</No></R>"
+            "<R><No>+7</No></R><R><No>7<!-- --></No></R><R><No><![CDATA[7]]></No></R><R><No>-</No></R>"
+            "<R><No><i>7</i></No></R><R><No>007</No></R></List>"_s);
+        XmlNodes nodes = itemsOf(document);
+        nodes.push_back(XmlNode());
+        nodes.append(itemsOf(documentOf(u"8"_s)));
+        constexpr std::nullopt_t None = std::nullopt;
+        const std::vector<std::optional<qint32>> expected{
+            7, -12, None, None, 123456789, None, None, None, None, None, None, None, None, 7, None, None};
+        QVERIFY(nodes.childNumbers(u"No"_s) == expected);
+        QCOMPARE(nodes.childNumbers(u"none"_s).size(), nodes.size());
+        QVERIFY(XmlNodes().childNumbers(u"No"_s).empty());
+    }
+
+    void numbersOfManyNodesAreReadFromTheTextsOfTheirList_data()
+    {
+        QTest::addColumn<bool>("backwards");
+        QTest::addColumn<bool>("mixed");
+        QTest::newRow("in order") << false << false;
+        QTest::newRow("backwards") << true << false;
+        QTest::newRow("with nodes of another list") << false << true;
+    }
+    void numbersOfManyNodesAreReadFromTheTextsOfTheirList()
+    {
+        QFETCH(bool, backwards);
+        QFETCH(bool, mixed);
+        XmlDocument document;
+        XmlNode list = document.appendChild(document.createElement(u"List"_s));
+        for (int i = 0; i < 3000; ++i) {
+            const XmlNode record = list.appendElement(mixed && i % 7 == 0 ? u"S"_s : u"R"_s);
+            record.appendElement(u"x"_s);
+            if (i % 5 != 0)
+                record.appendElement(u"No"_s, QString::number(i));
+        }
+        const auto compare = [&] {
+            QList<XmlNode> order;
+            for (const XmlNode& node : list.childNodes())
+                order << node;
+            if (backwards)
+                std::reverse(order.begin(), order.end());
+            XmlNodes nodes;
+            std::vector<std::optional<qint32>> expected;
+            for (const XmlNode& node : std::as_const(order)) {
+                nodes.push_back(node);
+                const QString text = node.childElement(u"No"_s).text();
+                expected.push_back(text.isEmpty() ? std::optional<qint32>() : text.toInt());
+            }
+            QVERIFY(nodes.childNumbers(u"No"_s) == expected);
+        };
+        compare();
+        QVERIFY(document.searchMemory() > 0);
+        list.childNodes().at(1).childElement(u"No"_s).setText(u"-1"_s);
+        list.appendElement(u"R"_s).appendElement(u"No"_s, u"5"_s);
+        compare(); // a change is seen
+    }
+
+    void nodesThatMovedWithTheirDocumentTellNoNumber()
+    {
+        const XmlDocument original = documentOf(u"a"_s);
+        const XmlDocument clone = original.cloneNode(true);
+        clone.documentElement().appendElement(u"R"_s).appendElement(u"No"_s, u"1"_s);
+        const XmlNodes nodes = itemsOf(clone);
+        QVERIFY(nodes.childNumbers(u"No"_s) == std::vector<std::optional<qint32>>({std::nullopt, 1}));
+        const XmlDocument other = clone.cloneNode(true);
+        clone.documentElement().appendElement(u"R"_s);
+        QVERIFY(nodes.childNumbers(u"No"_s) == std::vector<std::optional<qint32>>(2));
+        QCOMPARE(nodes[1].text(), u"1"_s);
     }
 
     void nodesFollowTheirDocumentIntoAnotherTree()

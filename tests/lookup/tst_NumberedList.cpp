@@ -319,7 +319,7 @@ private Q_SLOTS:
         std::optional<qint32> asked;
         int raised = 0;
         try {
-            EmployeeList().filtered({document.documentElement().childElement(u"Employee"_s)},
+            EmployeeList().filtered(XmlNodes(document.documentElement().childNodes()),
                                     [&](qint32 officerNo, bool&) { asked = officerNo; });
         } catch (const Error& overflow) {
             raised = overflow.Number;
