@@ -25,10 +25,9 @@ public:
     const char* next(const char* from, const char* end) const;
 
 private:
-    bool isAt(const char* place) const;
-
     std::string_view m_word;
-    std::size_t m_rarest = 0; // places in the word
+    std::array<char, Slack> m_head{}; // the first bytes of the word
+    std::size_t m_rarest = 0;         // places in the word
     std::size_t m_second = 0;
     bool m_occurs = true;
 };

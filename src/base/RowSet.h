@@ -54,6 +54,22 @@ public:
         }
     }
 
+    /// Those rows of which `test` says so.
+    template <typename Test>
+    RowSet where(Test&& test) const
+    {
+        RowSet found(m_rows);
+        for (std::size_t i = 0; i < m_words.size(); ++i) {
+            Word word = 0;
+            for (Word left = m_words[i]; left != 0; left &= left - 1) {
+                const int bit = std::countr_zero(left);
+                word |= Word(test(i * BitsOfWord + static_cast<std::size_t>(bit)) ? 1 : 0) << bit;
+            }
+            found.m_words[i] = word;
+        }
+        return found;
+    }
+
     friend bool operator==(const RowSet&, const RowSet&) = default;
 
 private:

@@ -1,6 +1,7 @@
 #include "SearchColumn.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace tavrin {
 
@@ -13,6 +14,10 @@ constexpr std::size_t FewRows = 8;
 /// where it is near.
 std::size_t rowAt(const std::vector<std::size_t>& ends, std::size_t place, std::size_t from)
 {
+    if (place < ends[from])
+        return from;
+    if (from + 1 < ends.size() && place < ends[from + 1])
+        return from + 1;
     std::size_t step = 1;
     std::size_t below = from;
     while (below + step < ends.size() && ends[below + step] <= place) {
@@ -93,17 +98,6 @@ const std::vector<double>& SearchColumn::numbers(ToNumber toNumber) const
 // Testing
 
 template <typename Test>
-RowSet SearchColumn::testEach(const RowSet& among, Test&& test) const
-{
-    RowSet found(rows());
-    among.forEach([&](std::size_t row) {
-        if (test(row))
-            found.add(row);
-    });
-    return found;
-}
-
-template <typename Test>
 void SearchColumn::testFurther(RowSet& found, const RowSet& among, Test&& test) const
 {
     for (const FurtherText& further : m_further) {
@@ -140,7 +134,7 @@ RowSet SearchColumn::containing(std::string_view word, const RowSet& among) cons
         return among;
     if (among.count() >= rows() / FewRows)
         return scan(word, among);
-    return testEach(among, [&](std::size_t row) { return text(row).find(word) != std::string_view::npos; });
+    return among.where([&](std::size_t row) { return text(row).find(word) != std::string_view::npos; });
 }
 
 RowSet SearchColumn::beginningWith(std::string_view word, const RowSet& among) const
@@ -149,18 +143,29 @@ RowSet SearchColumn::beginningWith(std::string_view word, const RowSet& among) c
         return among;
     if (among.count() >= rows() / FewRows)
         return scan('\0' + std::string(word), among);
-    return testEach(among, [&](std::size_t row) { return text(row).starts_with(word); });
+    return among.where([&](std::size_t row) { return text(row).starts_with(word); });
 }
 
 RowSet SearchColumn::equal(std::string_view wantedText, bool wanted, const RowSet& among) const
 {
-    return testEach(among, [&](std::size_t row) { return (text(row) == wantedText) == wanted; });
+    std::uint64_t word = 0;
+    if (wantedText.size() >= sizeof(word))
+        return among.where([&](std::size_t row) { return (text(row) == wantedText) == wanted; });
+    // A short text, such as a flag, is compared at one go with the NUL behind it.
+    std::memcpy(&word, wantedText.data(), wantedText.size());
+    std::uint64_t counted = 0;
+    std::memset(&counted, 0xFF, wantedText.size() + 1);
+    return among.where([&](std::size_t row) {
+        std::uint64_t found = 0;
+        std::memcpy(&found, m_texts.data() + start(row), sizeof(found));
+        return ((found & counted) == word) == wanted;
+    });
 }
 
 RowSet SearchColumn::equal(double number, bool wanted, const RowSet& among, ToNumber toNumber) const
 {
     const std::vector<double>& all = numbers(toNumber);
-    return testEach(among, [&](std::size_t row) { return (all[row] == number) == wanted; });
+    return among.where([&](std::size_t row) { return (all[row] == number) == wanted; });
 }
 
 RowSet SearchColumn::anyEqual(std::string_view wantedText, bool wanted, const RowSet& among) const

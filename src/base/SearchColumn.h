@@ -61,8 +61,6 @@ private:
     const std::vector<double>& numbers(ToNumber toNumber) const;
     RowSet scan(std::string_view word, const RowSet& among) const;
     template <typename Test>
-    RowSet testEach(const RowSet& among, Test&& test) const;
-    template <typename Test>
     void testFurther(RowSet& found, const RowSet& among, Test&& test) const;
 
     std::string m_texts{'\0'};       // a NUL before each text, and one behind the last

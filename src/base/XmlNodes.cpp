@@ -38,11 +38,11 @@ std::string_view plainText(pugi::xml_node element)
 
 } // namespace
 
-XmlNodes::XmlNodes(const XmlNodeList& list)
-    : m_nodes(list.m_nodes)
+XmlNodes::XmlNodes(XmlNodeList list)
+    : m_nodes(std::move(list.m_nodes))
 {
     if (!m_nodes.empty())
-        m_runs.push_back({list.m_state, list.m_tree, m_nodes.size()});
+        m_runs.push_back({std::move(list.m_state), std::move(list.m_tree), m_nodes.size()});
 }
 
 XmlNode XmlNodes::at(std::size_t index) const

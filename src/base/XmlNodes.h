@@ -54,7 +54,7 @@ public:
     };
 
     XmlNodes() = default;
-    explicit XmlNodes(const XmlNodeList& list);
+    explicit XmlNodes(XmlNodeList list);
 
     std::size_t size() const { return m_nodes.size(); }
     bool empty() const { return m_nodes.empty(); }

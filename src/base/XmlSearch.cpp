@@ -1,9 +1,11 @@
 #include "XmlSearch.h"
 
+#include "SearchEvaluation.h"
 #include "XmlTree.h"
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace tavrin::xml {
 
@@ -168,109 +170,6 @@ private:
     std::size_t m_memory = 0;
 };
 
-bool readsText(Kind kind)
-{
-    return kind != Kind::Always && kind != Kind::Never && kind != Kind::AllOf && kind != Kind::AnyOf &&
-           kind != Kind::NoneOf;
-}
-
-template <typename Use>
-void forEachText(const SearchCondition& condition, Use&& use)
-{
-    if (readsText(condition.kind))
-        use(condition.text);
-    for (const SearchCondition& member : condition.members)
-        forEachText(member, use);
-}
-
-// Running a plan
-
-class Evaluation
-{
-public:
-    using ColumnOf = std::function<const SearchColumn&(const RecordText& text)>;
-
-    explicit Evaluation(ColumnOf columnOf)
-        : m_columnOf(std::move(columnOf))
-    {
-    }
-
-    RowSet run(const SearchCondition& condition, const RowSet& among) const
-    {
-        switch (condition.kind) {
-        case Kind::Always:
-            return among;
-        case Kind::Never:
-            return RowSet(among.rows());
-        case Kind::AllOf:
-            return allOf(condition.members, among);
-        case Kind::AnyOf:
-            return anyOf(condition.members, among);
-        case Kind::NoneOf: {
-            RowSet rest = among;
-            return rest -= run(condition.members.front(), among);
-        }
-        default:
-            return test(condition, m_columnOf(condition.text), among);
-        }
-    }
-
-private:
-    /// Whether the condition reads whole columns at once, and so costs little; others look at row by row.
-    static bool isSearch(const SearchCondition& condition)
-    {
-        if (!readsText(condition.kind))
-            return std::all_of(condition.members.begin(), condition.members.end(), isSearch);
-        return condition.kind == Kind::Contains || condition.kind == Kind::BeginsWith;
-    }
-
-    RowSet allOf(const std::vector<SearchCondition>& members, const RowSet& among) const
-    {
-        RowSet left = among;
-        for (const bool searches : {true, false}) {
-            for (const SearchCondition& member : members) {
-                if (isSearch(member) == searches && left.count() > 0)
-                    left = run(member, left);
-            }
-        }
-        return left;
-    }
-
-    RowSet anyOf(const std::vector<SearchCondition>& members, const RowSet& among) const
-    {
-        RowSet found(among.rows());
-        RowSet left = among;
-        for (const SearchCondition& member : members) {
-            const RowSet more = run(member, left);
-            found |= more;
-            left -= more;
-        }
-        return found;
-    }
-
-    static RowSet test(const SearchCondition& condition, const SearchColumn& column, const RowSet& among)
-    {
-        const SearchConstant& constant = condition.constant;
-        const bool equal = condition.kind == Kind::Equals;
-        const bool isNumber = constant.kind == SearchConstant::Kind::Number;
-        if (condition.kind == Kind::HasChild)
-            return column.having(among);
-        if (condition.kind == Kind::Contains)
-            return column.containing(constant.text, among);
-        if (condition.kind == Kind::BeginsWith)
-            return column.beginningWith(constant.text, among);
-        if (condition.eachChild)
-            return isNumber ? column.anyEqual(constant.number, equal, among, numberOf)
-                            : column.anyEqual(constant.text, equal, among);
-        return isNumber ? column.equal(constant.number, equal, among, numberOf)
-                        : column.equal(constant.text, equal, among);
-    }
-
-    static double numberOf(const std::string& text) { return xpathNumber(text); }
-
-    ColumnOf m_columnOf;
-};
-
 } // namespace
 
 XmlSearch::Records& XmlSearch::recordsOf(pugi::xml_node parent, const std::string& name)
@@ -300,14 +199,14 @@ void XmlSearch::provideColumns(Records& records, const SearchCondition& conditio
 {
     ++m_use;
     std::vector<RecordText> missing;
-    forEachText(condition, [&](const RecordText& text) {
+    for (const RecordText& text : SearchEvaluation::textsOf(condition)) {
         const auto known = std::find_if(records.columns.begin(), records.columns.end(),
                                         [&](const Column& column) { return column.text == text; });
         if (known != records.columns.end())
             known->lastUse = m_use;
         else if (std::find(missing.begin(), missing.end(), text) == missing.end())
             missing.push_back(text);
-    });
+    }
     if (missing.empty())
         return;
     ColumnFilling filling(missing);
@@ -353,15 +252,15 @@ std::optional<Nodes> XmlSearch::select(const SearchPlan& plan, pugi::xml_node co
         });
     Records& records = recordsOf(*parent, plan.record);
     provideColumns(records, condition);
-    const Evaluation evaluation(
+    const SearchEvaluation evaluation(
         [&](const RecordText& text) -> const SearchColumn& { return records.column(text); });
-    const bool goesOn = records.hasFound && narrows(records.condition, condition);
+    const bool goesOn = std::exchange(records.hasFound, false) && narrows(records.condition, condition);
     records.found = evaluation.run(condition, goesOn ? records.found : RowSet(records.rows.size(), true));
     records.condition = condition;
     records.hasFound = true;
-    Nodes nodes;
-    nodes.reserve(records.found.count());
-    records.found.forEach([&](std::size_t row) { nodes.push_back(records.rows[row]); });
+    Nodes nodes(records.found.count());
+    auto node = nodes.begin();
+    records.found.forEach([&](std::size_t row) { *node++ = records.rows[row]; });
     return nodes;
 }
 

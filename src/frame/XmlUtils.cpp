@@ -91,9 +91,9 @@ QString QuoteLiteral(const QString& text)
     return concatenation(pieces);
 }
 
-XmlNodes NodeListToCollection(const XmlNodeList& nodes)
+XmlNodes NodeListToCollection(XmlNodeList nodes)
 {
-    return XmlNodes(nodes);
+    return XmlNodes(std::move(nodes));
 }
 
 } // namespace tavrin::XmlUtils

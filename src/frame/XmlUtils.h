@@ -27,6 +27,6 @@ QString UpperCaseExpression(const QString& field);
 /// The XPath literal for a text: in apostrophes, or a `concat` call when the text holds an apostrophe.
 QString QuoteLiteral(const QString& text);
 /// A new collection of the same nodes in the same order.
-XmlNodes NodeListToCollection(const XmlNodeList& nodes);
+XmlNodes NodeListToCollection(XmlNodeList nodes);
 
 } // namespace tavrin::XmlUtils

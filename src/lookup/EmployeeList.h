@@ -24,8 +24,7 @@ public:
 
     /// The search of both pickers: handlers of dogs only, if so wanted, and less those whom the filter
     /// excludes, if there is one.
-    XmlNodes search(const QString& query, SearchOptions options, bool k9HandlersOnly,
-                                const Filter& filter);
+    XmlNodes search(const QString& query, SearchOptions options, bool k9HandlersOnly, const Filter& filter);
 
     /// Officer id and name with the match marked, and the badge in a column of its own. The picture has its
     /// font already.

@@ -3,6 +3,8 @@
 #include "lookup/EmployeeList.h"
 #include "support/TestCase.h"
 
+#include <array>
+
 using namespace tavrin;
 using namespace Qt::StringLiterals;
 using tavrin::test::FakeHost;
@@ -277,6 +279,21 @@ private Q_SLOTS:
         QCOMPARE(list.shortText(document.documentElement()), QString());
         QCOMPARE(list.longText(document.documentElement()), u"Only"_s);
         QCOMPARE(list.longText(XmlNode()), QString());
+    }
+
+    void twelvePickersOfOneFormShareTheTreeAndWhatSearchesKeepBesideIt()
+    {
+        Site site;
+        const XmlDocument& employees = site.host.state().employees;
+        std::size_t memory = 0;
+        std::array<EmployeeList, 12> lists;
+        for (EmployeeList& list : lists) {
+            QCOMPARE(idsOf(list, list.search(u"ad"_s, {})), QStringList{u"A11"_s});
+            memory = memory == 0 ? employees.searchMemory() : memory;
+            QVERIFY(list.document().sharesTreeWith(employees));
+            QCOMPARE(employees.searchMemory(), memory);
+        }
+        QVERIFY(memory > 0);
     }
 
     // The host's filter
