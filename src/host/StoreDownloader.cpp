@@ -7,8 +7,9 @@
 
 namespace tavrin {
 
-StoreDownloader::StoreDownloader(AttachmentStorePtr store)
+StoreDownloader::StoreDownloader(AttachmentStorePtr store, std::shared_ptr<LocalCopies> copies)
     : m_store(std::move(store))
+    , m_copies(std::move(copies))
 {
 }
 
@@ -34,7 +35,7 @@ QString StoreDownloader::Download(const QString& path)
     if (!run->IsCancelled) {
         naming(path, QStringLiteral("from"), [&] {
             const SourceFile from(m_store->openFile(path));
-            copy.emplace();
+            copy.emplace(m_copies);
             checkFreeSpace(copy->file(), from.size());
             const auto take = [&](const char* data, qint64 length, qint64 done) {
                 writeAll(copy->file(), data, length);

@@ -505,6 +505,22 @@ private Q_SLOTS:
         QVERIFY(QFileInfo::exists(download(storedFile())));
     }
 
+    void thePartOfAKilledDownloadGoesFromBesideACopyThatWasHandedOut()
+    {
+        writeFile(report(), QByteArray(3 << 20, 'x'));
+        const int answer = inChild([&] {
+            download(storedFile());
+            downloadMeeting([] { ::raise(SIGKILL); });
+            return Passed;
+        });
+        QCOMPARE(answer, 128 + SIGKILL);
+        const QString folder = temporary() + u'/' + filesIn(temporary()).value(0);
+        QCOMPARE(filesIn(folder).size(), 2);
+        QCOMPARE(startAsAnotherProgram(), Passed);
+        QCOMPARE(filesIn(folder).size(), 1);
+        QVERIFY(contentOf(folder + u'/' + filesIn(folder).constFirst()) == contentOf(report()));
+    }
+
     void aStartLeavesTheDownloadsOfARunningProgramAlone()
     {
         m_host->waitForSweep(); // of this program's own start
@@ -518,22 +534,35 @@ private Q_SLOTS:
         });
         copy = downloader->Download(storedFile());
         QCOMPARE(contentOf(copy), contentOf(report()));
-        QVERIFY(!QFileInfo::exists(whole)); // which was three days old
+        QVERIFY(contentOf(whole) == contentOf(report())); // somebody may be looking at it
     }
 
-    void aCopyThatWasHandedOutIsRemovedAfterADayAndNotBefore()
+    void aCopyThatAKilledProgramHandedOutIsRemovedAfterADayAndNotBefore()
     {
-        m_host->waitForSweep(); // of this program's own start
         writeFile(report(), "content");
-        const QString copy = download(storedFile());
-        const QString renamed = QFileInfo(download(storedFile())).path() + u"/Report.pdf"_s;
-        QVERIFY(QFile::rename(QFileInfo(renamed).path() + u"/attachment.tmp"_s, renamed));
+        const auto killed = [&]() -> QString { // the folder that it leaves
+            const QStringList before = filesIn(temporary());
+            const int answer = inChild([&] {
+                download(storedFile());
+                ::raise(SIGKILL);
+                return Passed;
+            });
+            if (answer != 128 + SIGKILL)
+                qFatal("the program was not killed");
+            QStringList folders = filesIn(temporary());
+            folders.removeIf([&](const QString& name) { return before.contains(name); });
+            return temporary() + u'/' + folders.value(0);
+        };
+        const QString old = killed();
+        const QString edited = killed();
         QVERIFY(QDir().mkpath(temporary() + u"/other"_s));
         age(temporary(), 2);
-        age(QFileInfo(copy).path(), 0); // somebody works with it
+        writeFile(edited + u'/' + filesIn(edited).value(0), "somebody works with it");
+        const QString fresh = killed();
         QCOMPARE(startAsAnotherProgram(), Passed);
-        QVERIFY(QFileInfo::exists(copy));
-        QVERIFY(!QFileInfo::exists(QFileInfo(renamed).path()));
+        QVERIFY(!QFileInfo::exists(old));
+        QCOMPARE(contentOf(edited + u'/' + filesIn(edited).value(0)), QByteArray("somebody works with it"));
+        QCOMPARE(contentOf(fresh + u'/' + filesIn(fresh).value(0)), QByteArray("content"));
         QVERIFY(QFileInfo::exists(temporary() + u"/other"_s));
     }
 
@@ -545,7 +574,8 @@ private Q_SLOTS:
         const QString others = temporary() + u"/tavrin-download-others"_s;
         const QString link = temporary() + u"/tavrin-download-link"_s;
         writeFile(others + u"/attachment.tmp"_s, "x");
-        writeFile(path("target/attachment.part"), "x");
+        const QString part = path("target/") + QLatin1String(TemporaryPrefix) + u"1"_s;
+        writeFile(part, "x");
         QVERIFY(QFile::link(path("target"), link));
         age(temporary(), 2);
         QCOMPARE(::chown(QFile::encodeName(others).constData(), 65534, 65534), 0);
@@ -553,7 +583,7 @@ private Q_SLOTS:
         m_host->waitForSweep();
         QVERIFY(QFileInfo::exists(others + u"/attachment.tmp"_s));
         QVERIFY(QFileInfo(link).isSymLink());
-        QVERIFY(QFileInfo::exists(path("target/attachment.part")));
+        QVERIFY(QFileInfo::exists(part));
     }
 
     void theEndOfTheProgramDoesNotWaitForAShareThatHangs()
