@@ -184,9 +184,8 @@ void LocalCopies::rename(const QByteArray& name, const QByteArray& other) const
 QString LocalCopies::handOut(const QByteArray& name)
 {
     struct stat status = {};
-    if (!statusOf(m_folder, name, status))
-        throw SystemError::last();
-    m_handedOut.insert(status.st_ino, {status.st_mtim, status.st_size});
+    if (statusOf(m_folder, name, status))
+        m_handedOut.insert(status.st_ino, {status.st_mtim, status.st_size});
     return QFile::decodeName(m_path + '/' + name);
 }
 
