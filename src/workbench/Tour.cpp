@@ -5,10 +5,28 @@
 
 #include <QDir>
 #include <QFile>
+#include <QScopeGuard>
 
 #include <cstdio>
 
 namespace tavrin::workbench {
+
+namespace {
+
+const QString DatabaseName = QStringLiteral("tour.sqlite");
+const QString DownloadsName = QStringLiteral("downloads");
+
+/// What the tour works on; its pictures stay.
+void removeWorkingFiles(const QDir& folder)
+{
+    for (const QString& ending :
+         {QString(), QStringLiteral("-wal"), QStringLiteral("-shm"), QStringLiteral("-journal")})
+        QFile::remove(folder.filePath(DatabaseName + ending));
+    for (const QString& name : {DownloadsName, QStringLiteral("attachments"), QStringLiteral("files")})
+        QDir(folder.filePath(name)).removeRecursively();
+}
+
+} // namespace
 
 int runTour(const Options& options)
 {
@@ -18,14 +36,11 @@ int runTour(const Options& options)
                         .arg(options.tourFolder));
     Options own; // its own database with the built-in data and form, which nobody else has touched
     own.theme = options.theme;
-    own.database = QDir(options.tourFolder).filePath(QStringLiteral("tour.sqlite"));
-    for (const QString& ending :
-         {QString(), QStringLiteral("-wal"), QStringLiteral("-shm"), QStringLiteral("-journal")})
-        QFile::remove(own.database + ending);
-    own.downloadsFolder = QDir(options.tourFolder).filePath(QStringLiteral("downloads"));
-    for (const QString& folder :
-         {own.downloadsFolder, QDir(options.tourFolder).filePath(QStringLiteral("attachments"))})
-        QDir(folder).removeRecursively();
+    const QDir folder(options.tourFolder);
+    own.database = folder.filePath(DatabaseName);
+    own.downloadsFolder = folder.filePath(DownloadsName);
+    removeWorkingFiles(folder); // of a tour that was killed
+    const auto clean = qScopeGuard([&folder] { removeWorkingFiles(folder); });
     QDir().mkpath(own.downloadsFolder);
     TourDriver driver(options.tourFolder);
     TourSite site(own, driver);

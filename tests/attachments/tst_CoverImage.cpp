@@ -103,6 +103,10 @@ private Q_SLOTS:
     {
         Stage stage;
         QCOMPARE(stage.takeLog(), QStringList({u"new tvTableCollection"_s}));
+        const auto collection = stage.host.state().madeCollection.lock();
+        QVERIFY(collection);
+        QCOMPARE(collection->itemClass, u"TVEvent.tvAttachmentIndex"_s);
+        QCOMPARE(collection->Count(), 0);
         stage.show();
         verifyNoCover(stage);
         QCOMPARE(stage.takeLog(), QStringList()); // nothing is fetched
@@ -190,14 +194,28 @@ private Q_SLOTS:
         verifyNoCover(stage);
     }
 
+    void aThumbnailThatCannotBeFetchedShowsNoCoverWithoutAMessage_data()
+    {
+        QTest::addColumn<QString>("failing");
+        for (const char* operation :
+             {"new ThumbnailService", "GetThumbnailPath", "new Downloader", "LoadPicture", "FitPicture"})
+            QTest::newRow(operation) << QString::fromLatin1(operation);
+        QTest::newRow("Download") << QString();
+    }
     void aThumbnailThatCannotBeFetchedShowsNoCoverWithoutAMessage()
     {
+        QFETCH(QString, failing);
         Stage stage;
         stage.add(1, u"a.png"_s, Red);
         stage.rows->SetPrimaryValue(1);
-        stage.host.state().transferFailures.insert(stage.host.state().thumbnails.value(uR"(/store\a.png)"_s),
-                                                   u"gone"_s);
         stage.show();
+        stage.read();
+        verifyCover(stage, Red);
+        if (failing.isEmpty())
+            stage.host.state().transferFailures.insert(
+                stage.host.state().thumbnails.value(uR"(/store\a.png)"_s), u"gone"_s);
+        else
+            stage.host.state().failures.emplace(failing, Error(u"gone"_s));
         stage.read();
         verifyNoCover(stage);
     }
