@@ -524,6 +524,49 @@ private Q_SLOTS:
         QVERIFY(QDir(form.downloads.filePath(u"Incident 7"_s)).isEmpty());
     }
 
+    void aFolderNameThatTheDiskWouldNotTakeBecomesALikeOneInTheDownloadsFolder_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QStringList>("before");
+        QTest::addColumn<QString>("onDisk");
+        const QStringList none;
+        QTest::newRow("the folder itself") << u"."_s << none << u"_"_s;
+        QTest::newRow("the folder above") << u".."_s << none << u"__"_s;
+        QTest::newRow("a control character") << u"a\x1B"
+                                                u"b"_s
+                                             << none << u"a_b"_s;
+        QTest::newRow("blanks around it") << u" a "_s << none << u" a "_s;
+        const QString longest(250, u'x');
+        QTest::newRow("250 bytes") << longest << none << longest;
+        QTest::newRow("255 bytes") << QString(255, u'x') << none << longest;
+        QTest::newRow("750 bytes") << QString(250, QChar(0x20AC)) << none << QString(83, QChar(0x20AC));
+        QTest::newRow("room for a number")
+            << QString(255, u'x') << QStringList{longest} << QString(234, u'x');
+    }
+    void aFolderNameThatTheDiskWouldNotTakeBecomesALikeOneInTheDownloadsFolder()
+    {
+        QFETCH(QString, name);
+        QFETCH(QStringList, before);
+        QFETCH(QString, onDisk);
+        AttachmentsForm form;
+        form.window.setWindowTitle(name);
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        for (const QString& folder : before)
+            QVERIFY(form.downloads.mkdir(folder));
+        form.boxes.answerWith({BoxAnswer::No});
+        const Prompt prompt;
+        chooseDownloadAll(form);
+        QTRY_COMPARE(form.boxes.shown().size(), 1);
+        QCOMPARE(form.boxes.shown().first().title, u"Download Complete"_s);
+        const auto all = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
+        QStringList expected = before + QStringList{onDisk};
+        expected.sort();
+        QCOMPARE(form.downloads.entryList(all, QDir::Name), expected);
+        QCOMPARE(QDir(form.downloads.filePath(onDisk)).entryList(QDir::Files).size(), 3);
+    }
+
     void cancellingThePromptDownloadsNothing()
     {
         AttachmentsForm form;

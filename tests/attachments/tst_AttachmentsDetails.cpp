@@ -1,4 +1,5 @@
 #include "AttachmentsCase.h"
+#include "support/OtherDensity.h"
 
 #include <QScrollBar>
 
@@ -184,6 +185,77 @@ private Q_SLOTS:
         QVERIFY(!m_form->cover->isHidden());
         QCOMPARE(m_form->description->Text(), u"second"_s);
         QCOMPARE(m_form->boxes.shown().size(), 0);
+    }
+
+    void aRowThatIsShownWhileAThumbnailIsFetchedKeepsItsOwnPreview_data()
+    {
+        QTest::addColumn<QString>("next");
+        QTest::addColumn<QString>("preview");
+        QTest::newRow("a document") << u"report.docx"_s << u"kind"_s;
+        QTest::newRow("an image without thumbnail") << u"lock.png"_s << u"kind"_s;
+        QTest::newRow("no row at all") << QString() << u"nothing"_s;
+    }
+    void aRowThatIsShownWhileAThumbnailIsFetchedKeepsItsOwnPreview()
+    {
+        QFETCH(QString, next);
+        QFETCH(QString, preview);
+        AttachmentsForm& form = *m_form;
+        form.addThree();
+        form.rows->SetPosition(2);
+        bool met = false;
+        form.host.state().duringTransfer = [&](const QString&, qint64, qint64) {
+            if (std::exchange(met, true))
+                return;
+            if (next.isEmpty())
+                form.record->setItem(u"Attachments"_s, std::make_shared<NumberedRows>());
+            else
+                form.rows->SetPosition(static_cast<qint16>(form.fileNames().indexOf(next) + 1));
+            form.read();
+        };
+        form.read();
+        QVERIFY(met);
+        QCOMPARE(caption(form, "lblFilename"), next);
+        QCOMPARE(shown(form), preview);
+    }
+
+    void ofOneRowThatIsShownTwiceTheNewerPreviewStays()
+    {
+        AttachmentsForm& form = *m_form;
+        form.addThree();
+        form.rows->SetPosition(2);
+        int fitted = 0;
+        form.host.state().fitPicture = [&](const QImage&, int height, int width, Color) {
+            QImage picture(width, height, QImage::Format_RGB32);
+            picture.fill(++fitted == 1 ? Qt::blue : Qt::red); // the newer one is fetched inside of the older
+            return picture;
+        };
+        bool met = false;
+        form.host.state().duringTransfer = [&](const QString&, qint64, qint64) {
+            if (!std::exchange(met, true))
+                form.read();
+        };
+        form.read();
+        QCOMPARE(fitted, 2);
+        QCOMPARE(shown(form), u"preview"_s);
+        const QPixmap picture = form.child<QLabel>("imgThumbnail")->pixmap(Qt::ReturnByValue);
+        QCOMPARE(picture.toImage().pixelColor(4, 4), QColor(Qt::blue));
+    }
+
+    void onADenseScreenTheThumbnailHasThePixelsOfTheScreen()
+    {
+        if (!qEnvironmentVariableIsSet("QT_SCALE_FACTOR")) {
+            QVERIFY(tavrin::test::passesAtDensity(u"1.5"_s));
+            return;
+        }
+        AttachmentsForm& form = *m_form;
+        form.addThree();
+        form.rows->SetPosition(2);
+        QVERIFY(form.show());
+        QCOMPARE(form.section->devicePixelRatioF(), 1.5);
+        form.read();
+        const QPixmap picture = form.child<QLabel>("imgThumbnail")->pixmap(Qt::ReturnByValue);
+        QCOMPARE(picture.size(), QSize(140, 185)); // 93 x 123 places, rounded up
+        QCOMPARE(picture.devicePixelRatio(), 1.5);
     }
 
     void aLongNameIsCutBeforeTheCountAndStandsWholeInTheToolTip()
