@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -14,6 +15,19 @@ namespace tavrin::workbench {
 
 namespace {
 
+const QString DatabaseName = QStringLiteral("tour.sqlite");
+const QString DownloadsName = QStringLiteral("downloads");
+
+/// What the tour works on; its pictures stay.
+void removeWorkingFiles(const QDir& folder)
+{
+    for (const QString& ending :
+         {QString(), QStringLiteral("-wal"), QStringLiteral("-shm"), QStringLiteral("-journal")})
+        QFile::remove(folder.filePath(DatabaseName + ending));
+    for (const QString& name : {DownloadsName, QStringLiteral("attachments"), QStringLiteral("files")})
+        QDir(folder.filePath(name)).removeRecursively();
+}
+
 /// A database of its own with the built-in data and form, which nobody else has touched.
 Options withOwnDatabase(const Options& options)
 {
@@ -21,13 +35,8 @@ Options withOwnDatabase(const Options& options)
     Options own;
     own.theme = options.theme;
     own.tourFolder = options.tourFolder;
-    own.database = folder.filePath(QStringLiteral("tour.sqlite"));
-    for (const QString& ending :
-         {QString(), QStringLiteral("-wal"), QStringLiteral("-shm"), QStringLiteral("-journal")})
-        QFile::remove(own.database + ending);
-    own.downloadsFolder = folder.filePath(QStringLiteral("downloads"));
-    for (const QString& used : {own.downloadsFolder, folder.filePath(QStringLiteral("attachments"))})
-        QDir(used).removeRecursively();
+    own.database = folder.filePath(DatabaseName);
+    own.downloadsFolder = folder.filePath(DownloadsName);
     QDir().mkpath(own.downloadsFolder);
     return own;
 }
@@ -58,6 +67,8 @@ int runTour(const Options& options)
                         .arg(folder));
     if (options.isTourElsewhere)
         return walk(options, walkSpellingElsewhere);
+    removeWorkingFiles(QDir(folder)); // of a tour that was killed
+    const auto clean = qScopeGuard([&folder] { removeWorkingFiles(QDir(folder)); });
     const QTemporaryDir workstation; // not the person's own, whose words are none of the tour's business
     Options own = withOwnDatabase(options);
     own.workstationFolder = workstation.path();
