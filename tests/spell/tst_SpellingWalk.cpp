@@ -162,6 +162,25 @@ private Q_SLOTS:
         QVERIFY(!QApplication::overrideCursor());
     }
 
+    void whileAllAreChangedTheMouseShowsThatTheProgramWorks()
+    {
+        const Stage stage(u"area"_s);
+        stage.setText(u"One teh two teh three"_s);
+        bool waits = false;
+        bool handlerWaits = false;
+        QObject::connect(stage.area()->document(), &QTextDocument::undoAvailable, stage.area(), [&] {
+            waits = QApplication::overrideCursor(); // inside of the change
+        });
+        QObject::connect(stage.area(), &QPlainTextEdit::textChanged, stage.area(),
+                         [&] { handlerWaits = handlerWaits || QApplication::overrideCursor(); });
+        const auto walk = stage.walk();
+        walk->changeAll(u"these"_s);
+        QCOMPARE(stage.text(), u"One these two these three"_s);
+        QVERIFY(waits);
+        QVERIFY(!handlerWaits); // it may ask the person something
+        QVERIFY(!QApplication::overrideCursor());
+    }
+
     void aDictionaryThatFailsLeavesTheMouseAsItWas()
     {
         const Stage stage;
