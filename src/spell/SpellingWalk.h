@@ -8,6 +8,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 #include <variant>
 #include <vector>
 
@@ -97,6 +98,7 @@ private:
     };
 
     void findFrom(qsizetype offset);
+    std::optional<FoundWord> wrongWordFrom(qsizetype offset) const;
     void decided(std::variant<Changed, Ignored, Added> what, qsizetype next);
     void replace(const QList<FoundWord>& words, const QString& replacement, bool all);
     QList<FoundWord> sameWords() const;

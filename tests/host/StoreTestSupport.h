@@ -4,6 +4,10 @@
 #include "base/FileWriter.h"
 #include "host/AttachmentStore.h"
 
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QThread>
+
 #include <functional>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -12,10 +16,22 @@
 
 namespace tavrin::test {
 
+/// Waits until a thread that has done its work is gone too: one that allocates while this process forks
+/// leaves the child with a lock that nobody gives back.
+inline void waitForThreadsToEnd()
+{
+    constexpr int own = 2; // this one, and the one that watches the time of the tests
+    const QDir threads(QStringLiteral("/proc/self/task"));
+    const QDeadlineTimer patience(1000); // not longer: a test may want a thread that hangs
+    while (threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size() > own && !patience.hasExpired())
+        QThread::yieldCurrentThread();
+}
+
 /// Runs `body` in a child process and returns what it returns: a small number; 128 and the signal when it was
 /// killed.
 inline int inChild(const std::function<int()>& body)
 {
+    waitForThreadsToEnd();
     const pid_t child = ::fork();
     if (child == 0)
         ::_exit(body());
@@ -55,6 +71,7 @@ protected:
     void init() override
     {
         HostCase::init();
+        m_host->waitForSweep();
         m_temporary.emplace();
         m_temporaryBefore = qgetenv("TMPDIR");
         qputenv("TMPDIR", QFile::encodeName(m_temporary->path()));
