@@ -1,7 +1,9 @@
 #include "SearchColumn.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
+#include <unordered_map>
 
 namespace tavrin {
 
@@ -9,6 +11,8 @@ namespace {
 
 /// Where fewer rows than this share are left, they are searched one by one.
 constexpr std::size_t FewRows = 8;
+/// A column of more different texts has no codes.
+constexpr std::size_t MostCodes = 256;
 
 /// The first row whose end lies behind `place`; it is `from` or follows it. Steps that double find it soon
 /// where it is near.
@@ -74,7 +78,7 @@ std::string_view SearchColumn::text(std::size_t row) const
 std::size_t SearchColumn::memory() const
 {
     std::size_t bytes = m_texts.capacity() + m_ends.capacity() * sizeof(std::size_t) + rows() / 8 +
-                        m_numbers.capacity() * sizeof(double);
+                        m_numbers.capacity() * sizeof(double) + m_codes.capacity();
     for (const FurtherText& further : m_further)
         bytes += sizeof(further) + further.text.capacity();
     return bytes;
@@ -146,8 +150,41 @@ RowSet SearchColumn::beginningWith(std::string_view word, const RowSet& among) c
     return among.where([&](std::size_t row) { return text(row).starts_with(word); });
 }
 
+bool SearchColumn::hasCodes(const RowSet& among) const
+{
+    if (m_triedCodes || among.count() < rows() / FewRows)
+        return !m_codes.empty();
+    m_triedCodes = true;
+    std::vector<std::uint8_t> codes;
+    codes.reserve(rows());
+    std::vector<std::size_t> rowOfCode;
+    std::unordered_map<std::string_view, std::uint8_t> known;
+    for (std::size_t row = 0; row < rows(); ++row) {
+        const auto [place, isNew] = known.try_emplace(text(row), static_cast<std::uint8_t>(known.size()));
+        if (isNew && known.size() > MostCodes)
+            return false;
+        if (isNew)
+            rowOfCode.push_back(row);
+        codes.push_back(place->second);
+    }
+    m_codes = std::move(codes);
+    m_rowOfCode = std::move(rowOfCode);
+    return !m_codes.empty();
+}
+
+template <typename Test>
+RowSet SearchColumn::whereCode(const RowSet& among, Test&& test) const
+{
+    std::array<bool, MostCodes> holds{};
+    for (std::size_t code = 0; code < m_rowOfCode.size(); ++code)
+        holds[code] = test(m_rowOfCode[code]);
+    return among.where([&](std::size_t row) { return holds[m_codes[row]]; });
+}
+
 RowSet SearchColumn::equal(std::string_view wantedText, bool wanted, const RowSet& among) const
 {
+    if (hasCodes(among))
+        return whereCode(among, [&](std::size_t row) { return (text(row) == wantedText) == wanted; });
     std::uint64_t word = 0;
     if (wantedText.size() >= sizeof(word))
         return among.where([&](std::size_t row) { return (text(row) == wantedText) == wanted; });
@@ -164,6 +201,9 @@ RowSet SearchColumn::equal(std::string_view wantedText, bool wanted, const RowSe
 
 RowSet SearchColumn::equal(double number, bool wanted, const RowSet& among, ToNumber toNumber) const
 {
+    if (hasCodes(among))
+        return whereCode(
+            among, [&](std::size_t row) { return (toNumber(std::string(text(row))) == number) == wanted; });
     const std::vector<double>& all = numbers(toNumber);
     return among.where([&](std::size_t row) { return (all[row] == number) == wanted; });
 }

@@ -59,6 +59,9 @@ private:
 
     std::size_t start(std::size_t row) const { return row == 0 ? 1 : m_ends[row - 1] + 1; }
     const std::vector<double>& numbers(ToNumber toNumber) const;
+    bool hasCodes(const RowSet& among) const;
+    template <typename Test>
+    RowSet whereCode(const RowSet& among, Test&& test) const;
     RowSet scan(std::string_view word, const RowSet& among) const;
     template <typename Test>
     void testFurther(RowSet& found, const RowSet& among, Test&& test) const;
@@ -70,6 +73,11 @@ private:
     std::vector<FurtherText> m_further; // by row
     ByteCounts m_counts{};
     mutable std::vector<double> m_numbers; // at the first comparison with one
+    // Of a column of few different texts, such as flags, at the first comparison of many rows: which of them
+    // each row has, and for each a row that has it.
+    mutable std::vector<std::uint8_t> m_codes;
+    mutable std::vector<std::size_t> m_rowOfCode;
+    mutable bool m_triedCodes = false;
 };
 
 } // namespace tavrin

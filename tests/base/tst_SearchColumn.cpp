@@ -274,6 +274,39 @@ private Q_SLOTS:
         QCOMPARE(listed(column.anyEqual(1, false, setOf(6, {0, 3}), xpathNumberOf)), Rows{3});
     }
 
+    void fewAndManyDifferentTextsAreComparedAlike_data()
+    {
+        QTest::addColumn<int>("different");
+        for (const int different : {1, 2, 255, 256, 257, 2000})
+            QTest::newRow(qPrintable(QString::number(different))) << different;
+    }
+    void fewAndManyDifferentTextsAreComparedAlike()
+    {
+        QFETCH(int, different);
+        Texts texts;
+        for (int i = 0; i < 2000; ++i)
+            texts.push_back(i % different == 0 ? std::string() : std::to_string(i % different));
+        const SearchColumn column = columnOf(texts);
+        RowSet odd(texts.size());
+        for (std::size_t row = 1; row < texts.size(); row += 2)
+            odd.add(row);
+        for (const std::string& text : {std::string(), std::string("1"), std::string("255"),
+                                        std::string("1999"), std::string("a text longer than a word")}) {
+            for (const bool wanted : {true, false}) {
+                RowSet same(texts.size());
+                RowSet sameNumber(texts.size());
+                odd.forEach([&](std::size_t row) {
+                    if ((texts[row] == text) == wanted)
+                        same.add(row);
+                    if ((xpathNumber(texts[row]) == xpathNumber(text)) == wanted)
+                        sameNumber.add(row);
+                });
+                QVERIFY(column.equal(text, wanted, odd) == same);
+                QVERIFY(column.equal(xpathNumber(text), wanted, odd, xpathNumberOf) == sameNumber);
+            }
+        }
+    }
+
     void memoryIsLittleMoreThanTheTexts()
     {
         const SearchColumn column = columnOf(Texts(10000, std::string(100, 'a')));
