@@ -27,6 +27,16 @@ void CustomWordTable::AddWord(const QString& word)
     Statement insert(m_database,
                      QStringLiteral("INSERT INTO custom_word (word) VALUES (?) ON CONFLICT DO NOTHING"));
     insert.bind(normal).run();
+    m_added = insert.affectedRows() > 0 ? normal : QString();
+}
+
+void CustomWordTable::TakeBack()
+{
+    if (m_added.isEmpty())
+        return;
+    Statement remove(m_database, QStringLiteral("DELETE FROM custom_word WHERE word = ?"));
+    remove.bind(m_added).run();
+    m_added.clear();
 }
 
 } // namespace tavrin

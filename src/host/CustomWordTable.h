@@ -1,6 +1,7 @@
 #pragma once
 
 #include "frame/host_contracts/Caches.h"
+#include "frame/host_contracts/RemovableWord.h"
 #include "host/Database.h"
 
 namespace tavrin {
@@ -10,7 +11,7 @@ namespace tavrin {
 void writeCustomWords(Database& database, const QString& path);
 
 /// Adds words to the database's list.
-class CustomWordTable : public tvCustomDictionary
+class CustomWordTable : public tvCustomDictionary, public RemovableWord
 {
 public:
     /// The database must outlive it.
@@ -19,9 +20,12 @@ public:
     /// In normal form, see `CustomWords`; a word that the list holds already is no failure. Raises an `Error`
     /// when it is no word, or the database cannot take it.
     void AddWord(const QString& word) override;
+    /// Takes the word out of the list again if the last `AddWord` has put it there.
+    void TakeBack() override;
 
 private:
     Database& m_database;
+    QString m_added; // "" when the list held the word already
 };
 
 } // namespace tavrin

@@ -111,12 +111,14 @@ bool CustomDictionary::knows(const QString& word) const
     return m_words.contains(word.left(1).toLower() + word.mid(1)) && word.at(0).isUpper();
 }
 
-void CustomDictionary::add(const QString& word)
+bool CustomDictionary::add(const QString& word)
 {
+    bool isNew = false;
     try {
         const Descriptor file = openLocked(m_path);
         const QByteArray content = readContent(file, LongestFile);
-        if (!CustomWords::parse(content).contains(word)) {
+        isNew = !CustomWords::parse(content).contains(word);
+        if (isNew) {
             const bool isOpenLine = !content.isEmpty() && !content.endsWith('\n');
             append(file, content.size(), (isOpenLine ? "\n" : "") + word.toUtf8() + '\n');
         }
@@ -125,6 +127,7 @@ void CustomDictionary::add(const QString& word)
     }
     m_words.insert(word);
     m_capitals.insert(word.toUpper());
+    return isNew;
 }
 
 void CustomDictionary::remove(const QString& word)

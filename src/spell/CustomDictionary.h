@@ -22,9 +22,9 @@ public:
     /// Whether it is one of the words, also with a capital letter at its front or wholly in capitals.
     bool knows(const QString& word) const;
 
-    /// Appends the word unless the file holds it already. The file must be there. When it fails the file is
-    /// as it was.
-    void add(const QString& word);
+    /// Appends the word unless the file holds it already, which is false. The file must be there. When it
+    /// fails the file is as it was.
+    bool add(const QString& word);
     /// Writes the file without the lines of this word; all others stay as they are.
     void remove(const QString& word);
 

@@ -116,15 +116,16 @@ void HunspellSpeller::forgetIgnored()
     m_ignored.clear();
 }
 
-void HunspellSpeller::add(const QString& word)
+bool HunspellSpeller::add(const QString& word)
 {
     if (!m_custom)
         throw Error(QStringLiteral("No custom dictionary is open"));
     const QString normal = CustomWords::requireWord(word);
-    m_custom->add(normal);
+    const bool isNew = m_custom->add(normal);
     m_answers.clear();
     if (m_main)
         m_main->addWord(normal);
+    return isNew;
 }
 
 void HunspellSpeller::removeAdded(const QString& word)

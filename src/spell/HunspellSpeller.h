@@ -38,7 +38,7 @@ public:
     QStringList suggestions(const QString& word) override;
     void ignoreAll(const QString& word) override;
     void forgetIgnored() override;
-    void add(const QString& word) override;
+    bool add(const QString& word) override;
     void removeAdded(const QString& word) override;
 
 private:

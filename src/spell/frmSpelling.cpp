@@ -244,6 +244,8 @@ void frmSpelling::decide(const std::function<void(SpellingWalk&)>& decision)
         hide();
     else if (!staysAtWord)
         showWord(); // else what the person has typed stays too
+    if (failure.isEmpty())
+        failure = walk->note();
     if (!failure.isEmpty())
         showMessage(failure);
 }
