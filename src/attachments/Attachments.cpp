@@ -4,9 +4,9 @@
 #include "ModuleKey.h"
 #include "NoAttachments.h"
 #include "PrimaryRule.h"
-#include "base/Error.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/host_contracts/Host.h"
+#include "frame/host_contracts/HostObjects.h"
 #include "modAttachments.h"
 #include "widgets/BoxShape.h"
 #include "widgets/CheckBox.h"
@@ -25,7 +25,6 @@ namespace tavrin {
 
 namespace {
 
-constexpr int MissingObjectNumber = 91;
 constexpr int AddRight = 10;
 constexpr int DeleteRight = 20;
 
@@ -45,15 +44,6 @@ tvTableCollectionPtr newAttachments(bool isRunTime)
         return std::make_shared<NoAttachments>();
     tvTableCollectionPtr attachments = currentHost().newTableCollection();
     attachments->SetItemClass(QString::fromLatin1(modAttachments::ItemClass));
-    return attachments;
-}
-
-tvTableCollectionPtr attachmentsOf(tvBusinessObject& record)
-{
-    auto attachments =
-        std::dynamic_pointer_cast<tvTableCollection>(record.Item(QStringLiteral("Attachments")));
-    if (!attachments)
-        throw Error(QStringLiteral("The record has no collection Attachments"), MissingObjectNumber);
     return attachments;
 }
 
@@ -157,7 +147,7 @@ void Attachments::BoundSection_ReadData(const tvBusinessObjectPtr& record)
     Session& session = currentHost().session();
     const bool canAdd = session.HasPermission(moduleKey, AddRight);
     const bool canDelete = session.HasPermission(moduleKey, DeleteRight);
-    const tvTableCollectionPtr attachments = attachmentsOf(*record);
+    const auto attachments = childOf<tvTableCollection>(*record, QStringLiteral("Attachments"));
     // All that can be refused has been asked for: a record that cannot be bound changes nothing.
     m_canAdd = canAdd;
     m_canDelete = canDelete;
@@ -197,10 +187,9 @@ tvTableRowPtr Attachments::currentRow() const
 
 void Attachments::m_attachments_ItemRemovedEx(qint32, const tvTableRowPtr& objItem)
 {
-    if (!objItem)
-        throw Error(QStringLiteral("The row that was removed is missing"), MissingObjectNumber);
+    tvTableRow& row = required(objItem, QStringLiteral("row that was removed"));
     const tvTableCollectionPtr attachments = m_attachments; // a follower of the cover may bind another record
-    PrimaryRule::removed(*attachments, *objItem);
+    PrimaryRule::removed(*attachments, row);
 }
 
 // Layout

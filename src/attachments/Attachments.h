@@ -166,6 +166,7 @@ private:
 
     tvTableCollectionPtr m_attachments;   // never nullptr
     std::weak_ptr<tvTableRow> m_shownRow; // whose texts stand in both boxes
+    quint64 m_detailsTurn = 0;            // how often the pane has been shown: the newest preview stays
     Timer m_contextMenuTimer;
     Twips m_menuLeft = 0; // where the menu opens, inside the list
     Twips m_menuTop = 0;

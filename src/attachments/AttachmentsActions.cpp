@@ -4,6 +4,7 @@
 #include "ShellReasons.h"
 #include "TemporaryCopy.h"
 #include "base/Error.h"
+#include "base/LocalFiles.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/desktop/Desktop.h"
 #include "frame/host_contracts/Host.h"
@@ -195,6 +196,22 @@ void Attachments::mnuDownloadAll_Click()
     reportInBox(this, QStringLiteral("Attachments were not downloaded: "), Title, [this] { downloadAll(); });
 }
 
+/// A folder of this name, or of a like one that the disk takes, that is not there yet. There is room for the
+/// ending that the folder has while it is filled.
+static QString newFolder(const QString& downloads, const QString& name)
+{
+    constexpr qsizetype roomForEnding = 5; // "_TEMP"
+    constexpr qsizetype roomForNumber = 16;
+    constexpr qsizetype longest = LocalFiles::LongestFileName - roomForEnding;
+    const QDir folder(downloads);
+    const auto freeFor = [&](qsizetype bytes) {
+        return modUtils::UniqueFileName(folder.filePath(LocalFiles::usableFileName(name, bytes)));
+    };
+    const QString path = freeFor(longest);
+    const bool isTooLong = QFile::encodeName(QFileInfo(path).fileName()).size() > longest;
+    return isTooLong ? freeFor(longest - roomForNumber) : path;
+}
+
 void Attachments::downloadAll()
 {
     const QPointer<Attachments> self(this); // a form may go while a dialog is open
@@ -202,7 +219,7 @@ void Attachments::downloadAll()
     if (!self || folderName.isEmpty())
         return;
     const QString downloads = currentHost().environment().GetDownloadsFolder();
-    const QString path = modUtils::UniqueFileName(QDir(downloads).filePath(folderName));
+    const QString path = newFolder(downloads, folderName);
     auto* dialog = new frmDownloadAllTask;
     const QPointer<frmDownloadAllTask> alive = dialog;
     const auto unload = qScopeGuard([&alive] { delete alive.data(); });

@@ -139,6 +139,7 @@ void Attachments::ShowDetails()
 {
     EnableDetails(m_attachments->Count() >= 1);
     m_shownRow.reset(); // until both boxes hold the texts of one row
+    ++m_detailsTurn;
     if (m_attachments->Count() == 0) {
         lblFilename->SetCaption(QString());
         fitFilename();
@@ -192,16 +193,19 @@ void Attachments::fitFilename()
 
 void Attachments::showThumbnail(tvTableRow& row)
 {
-    const QPointer<Attachments> self(this); // a host may let the person act while it fetches the file
-    const auto ratio = static_cast<Twips>(devicePixelRatioF()); // sharp on dense screens too
-    QImage thumbnail = modAttachments::GetAttachmentThumbnail(row, widthOf(*imgThumbnail) * ratio,
-                                                              heightOf(*imgThumbnail) * ratio);
-    if (!self)
+    // A host may let the person act while it fetches the file, and the pane then shows something newer.
+    const QPointer<Attachments> self(this);
+    const quint64 turn = m_detailsTurn;
+    const qreal density = devicePixelRatioF(); // sharp on dense screens too
+    const auto onScreen = [density](Twips length) { return static_cast<Twips>(length * density); };
+    QImage thumbnail = modAttachments::GetAttachmentThumbnail(row, onScreen(widthOf(*imgThumbnail)),
+                                                              onScreen(heightOf(*imgThumbnail)));
+    if (!self || turn != m_detailsTurn || m_shownRow.lock().get() != &row)
         return;
     if (thumbnail.isNull()) {
         ShowFileKind(row);
     } else {
-        thumbnail.setDevicePixelRatio(static_cast<qreal>(ratio));
+        thumbnail.setDevicePixelRatio(density);
         imgThumbnail->setPixmap(QPixmap::fromImage(thumbnail));
         imgThumbnail->setAccessibleName(QStringLiteral("Preview of ") + lblFilename->Caption());
     }

@@ -1,10 +1,10 @@
 #include "CoverImage.h"
 
 #include "CameraPicture.h"
-#include "base/Error.h"
 #include "base/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/host_contracts/Host.h"
+#include "frame/host_contracts/HostObjects.h"
 #include "modAttachments.h"
 #include "widgets/BoxShape.h"
 #include "widgets/ConstituentLook.h"
@@ -19,20 +19,9 @@ namespace tavrin {
 
 namespace {
 
-constexpr int MissingObjectNumber = 91;
 constexpr double FontPoints = 8.25;
 constexpr Twips NoImageWidth = 1425;
 constexpr Twips NoImageHeight = 1455;
-
-tvTableCollectionPtr attachmentsOf(const tvBusinessObjectPtr& record)
-{
-    if (!record)
-        throw Error(QStringLiteral("There is no record"), MissingObjectNumber);
-    auto rows = std::dynamic_pointer_cast<tvTableCollection>(record->Item(QStringLiteral("Attachments")));
-    if (!rows)
-        throw Error(QStringLiteral("There is no Attachments"), MissingObjectNumber);
-    return rows;
-}
 
 /// What a screen reader says of a cover. A row that cannot name its file still has one.
 QString spokenName(tvTableRow& row)
@@ -103,7 +92,8 @@ QSize CoverImage::sizeHint() const
 
 void CoverImage::BoundSection_ReadData(const tvBusinessObjectPtr& record)
 {
-    follow(attachmentsOf(record));
+    follow(childOf<tvTableCollection>(required(record, QStringLiteral("record")),
+                                      QStringLiteral("Attachments")));
     ShowCover();
 }
 
@@ -128,7 +118,9 @@ void CoverImage::m_attachments_PrimaryStatusChanged(const QVariant& vPrimarySeqN
 
 void CoverImage::ShowCover()
 {
-    const QPointer<CoverImage> self(this); // the host may close the form while it fetches the thumbnail
+    // While the thumbnail is fetched the host may close the form, or the cover may be shown anew.
+    const QPointer<CoverImage> self(this);
+    const quint64 turn = ++m_turn;
     picNoImage->hide();
     QImage picture;
     QString name;
@@ -136,12 +128,14 @@ void CoverImage::ShowCover()
     if (primary != 0) {
         const tvTableRowPtr row = m_attachments->Item(primary);
         // As many pixels as the screen has there.
-        const auto density = static_cast<Twips>(devicePixelRatioF());
+        const qreal density = devicePixelRatioF();
+        const auto onScreen = [density](Twips length) { return static_cast<Twips>(length * density); };
         picture =
-            modAttachments::GetAttachmentThumbnail(*row, ScaleWidth() * density, ScaleHeight() * density);
+            modAttachments::GetAttachmentThumbnail(*row, onScreen(ScaleWidth()), onScreen(ScaleHeight()));
+        picture.setDevicePixelRatio(density);
         name = picture.isNull() ? QString() : spokenName(*row);
     }
-    if (!self)
+    if (!self || turn != m_turn)
         return;
     SetPicture(picture, name);
     picNoImage->setVisible(m_picture.isNull());
@@ -149,6 +143,7 @@ void CoverImage::ShowCover()
 
 void CoverImage::ShowNoCover()
 {
+    ++m_turn;
     SetPicture({}, {});
     picNoImage->show();
 }
@@ -175,6 +170,17 @@ void CoverImage::UserControl_Resize()
                     });
 }
 
+QRectF CoverImage::placeOfPicture() const
+{
+    QSizeF size = m_picture.deviceIndependentSize();
+    const bool isOfThisSize = qAbs(size.width() - width()) < 1 && qAbs(size.height() - height()) < 1;
+    if (isOfThisSize)
+        return {QPointF(0, 0), size}; // pixel by pixel
+    // One of the size before, while the next is fetched.
+    size.scale(rect().size(), Qt::KeepAspectRatio);
+    return {QPointF((width() - size.width()) / 2, (height() - size.height()) / 2), size};
+}
+
 void CoverImage::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
@@ -183,7 +189,8 @@ void CoverImage::paintEvent(QPaintEvent*)
     insideOfBorder.addRoundedRect(QRectF(rect()), BoxShape::Radius, BoxShape::Radius);
     painter.fillPath(insideOfBorder, FrameBackColor().resolve(palette()));
     painter.setClipPath(insideOfBorder);
-    painter.drawImage(QRectF(rect()), m_picture);
+    if (!m_picture.isNull())
+        painter.drawImage(placeOfPicture(), m_picture);
 }
 
 } // namespace tavrin

@@ -50,6 +50,7 @@ private:
     void ShowCover();
     void ShowNoCover();
     void SetPicture(const QImage& picture, const QString& description);
+    QRectF placeOfPicture() const;
 
     void makeConstituents();
 
@@ -59,6 +60,7 @@ private:
     Label* Label1;
 
     QImage m_picture;                   // the background, in pixels of the screen
+    quint64 m_turn = 0;                 // how often the cover has been shown: the newest one stays
     tvTableCollectionPtr m_attachments; // nullptr in the designer
     Subscription m_primaryStatusChanged;
 };

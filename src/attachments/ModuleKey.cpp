@@ -1,16 +1,13 @@
 #include "ModuleKey.h"
 
-#include "base/Error.h"
+#include "frame/host_contracts/HostObjects.h"
 
 namespace tavrin {
 
 QString GetModuleKeyFromBO(const tvBusinessObjectPtr& record)
 {
     constexpr int invalidCall = 5;
-    constexpr int missingObject = 91;
-    if (!record)
-        throw Error(QStringLiteral("There is no record"), missingObject);
-    const QString typeName = record->ClassName();
+    const QString typeName = required(record, QStringLiteral("record")).ClassName();
     const bool endsInBO = typeName.endsWith(QLatin1String("BO"));
     const bool isValid =
         typeName.startsWith(QLatin1String("tvMI")) || (typeName.startsWith(QLatin1String("tv")) && endsInBO);

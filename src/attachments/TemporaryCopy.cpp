@@ -25,8 +25,10 @@ QString renameTemporaryCopy(const QString& copy, const QString& name)
 {
     const QFileInfo source(copy);
     const QFileInfo target(source.dir().filePath(LocalFiles::usableFileName(name)));
-    if (target.exists() && source == target)
+    if (target.exists() && source == target) {
+        LocalFiles::makeUnexecutable(target.filePath());
         return target.filePath();
+    }
     if (target.isFile() || target.isSymLink())
         removeForced(target);
     LocalFiles::moveFile(copy, target.filePath());

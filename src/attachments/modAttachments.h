@@ -36,9 +36,9 @@ QString GetAttachmentDisplayName(tvTableRow& row);
 /// none can be had, for whatever reason. Blocks while the thumbnail is fetched.
 QImage GetAttachmentThumbnail(tvTableRow& row, Twips width, Twips height);
 
-/// Deletes the temporary file that a downloader has given, and the folder below the platform's place for
-/// temporary files that it may have made for that file alone, also when the file has been moved away. What
-/// cannot be deleted stays, and is no failure.
+/// Deletes the temporary file that a downloader has given, and its folder below the platform's place for
+/// temporary files once nothing else is in that, also when the file has been moved away. What cannot be
+/// deleted stays, and is no failure.
 void RemoveTemporaryCopy(const QString& path);
 
 } // namespace tavrin::modAttachments

@@ -28,9 +28,9 @@ QString reason(int code)
     return QString::fromLocal8Bit(strerror(code));
 }
 
-[[noreturn]] void raiseMove(const QString& from, const QString& to, int code)
+[[noreturn]] void raiseMove(const QString& from, const QString& to, const QString& why)
 {
-    throw Error(QStringLiteral("%1 could not be moved to %2: %3").arg(from, to, reason(code)));
+    throw Error(QStringLiteral("%1 could not be moved to %2: %3").arg(from, to, why));
 }
 
 /// The path as the system takes it. A NUL would end it early, and name something else.
@@ -40,6 +40,29 @@ QByteArray encoded(const QString& path)
     if (bytes.isEmpty() || bytes.contains('\0'))
         throw Error(QStringLiteral("\"%1\" is no path of a file").arg(path));
     return bytes;
+}
+
+/// A regular file that nobody may execute any more.
+struct OpenedFile
+{
+    Descriptor File;
+    mode_t Mode = 0; ///< for reading and writing only
+};
+
+/// Raises an `Error` that says why.
+OpenedFile openUnexecutable(const QByteArray& path)
+{
+    // A pipe must not block, and what a link leads to is not the file that was meant.
+    OpenedFile opened{Descriptor(::open(path.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC))};
+    struct stat state = {};
+    if (!opened.File.isOpen() || ::fstat(opened.File.number(), &state) != 0)
+        throw SystemError::last();
+    if (!S_ISREG(state.st_mode))
+        throw Error(QStringLiteral("it is not a file"));
+    opened.Mode = state.st_mode & ReadAndWrite;
+    if (opened.Mode != (state.st_mode & 07777) && ::fchmod(opened.File.number(), opened.Mode) != 0)
+        throw SystemError::last();
+    return opened;
 }
 
 QByteArray folderOf(const QByteArray& path)
@@ -214,24 +237,30 @@ void moveFile(const QString& from, const QString& to)
 {
     const QByteArray source = encoded(from);
     const QByteArray target = encoded(to);
-    // A pipe must not block, and what a link leads to is not the file that was meant.
-    const Descriptor file(::open(source.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-    struct stat state = {};
-    if (!file.isOpen() || ::fstat(file.number(), &state) != 0)
-        raiseMove(from, to, errno);
-    if (!S_ISREG(state.st_mode))
-        throw Error(QStringLiteral("%1 could not be moved to %2: it is not a file").arg(from, to));
-    const mode_t mode = state.st_mode & ReadAndWrite;
-    if (mode != (state.st_mode & 07777) && ::fchmod(file.number(), mode) != 0)
-        raiseMove(from, to, errno);
+    OpenedFile file;
+    try {
+        file = openUnexecutable(source);
+    } catch (const Error& error) {
+        raiseMove(from, to, error.Description);
+    }
     int failure = renameToFreeName(source, target, Kind::File);
     if (failure == EXDEV) {
-        failure = copyToFreeName(file, mode, target);
+        failure = copyToFreeName(file.File, file.Mode, target);
         if (failure == 0)
             ::unlink(source.constData());
     }
     if (failure != 0)
-        raiseMove(from, to, failure);
+        raiseMove(from, to, reason(failure));
+}
+
+void makeUnexecutable(const QString& path)
+{
+    try {
+        openUnexecutable(encoded(path));
+    } catch (const Error& error) {
+        throw Error(
+            QStringLiteral("%1 could not be kept from being executed: %2").arg(path, error.Description));
+    }
 }
 
 void moveFolder(const QString& from, const QString& to)
@@ -239,7 +268,7 @@ void moveFolder(const QString& from, const QString& to)
     if (!isFolder(from))
         throw Error(QStringLiteral("%1 could not be moved to %2: it is not a folder").arg(from, to));
     if (const int failure = renameToFreeName(encoded(from), encoded(to), Kind::Folder))
-        raiseMove(from, to, failure);
+        raiseMove(from, to, reason(failure));
 }
 
 bool isFolder(const QString& path)

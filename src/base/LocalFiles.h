@@ -19,6 +19,9 @@ inline constexpr qsizetype LongestFileName = 255;
 /// failure.
 void moveFile(const QString& from, const QString& to);
 
+/// Takes from a regular file what would let anybody execute it.
+void makeUnexecutable(const QString& path);
+
 /// Renames a folder in one step. Nothing may bear the name `to` yet.
 void moveFolder(const QString& from, const QString& to);
 

@@ -1,5 +1,6 @@
 #include "LatLong.h"
 
+#include "GeocodeResult.h"
 #include "base/Error.h"
 #include "base/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
@@ -24,14 +25,9 @@ namespace {
 
 constexpr int Manual = 0;
 constexpr int OnSave = 1;
-constexpr int AddressNotFound = 1;
-constexpr int GeocodingError = 4;
-constexpr double GoodMatch = 1.0;
-constexpr double GoodIntersection = 0.9;
 constexpr double FontPoints = 8.25;
 
 const QString ErrorTitle = QStringLiteral("Error");
-const QString ErrorWarning = QStringLiteral("A geocoding error occurred."); // the longest of the warnings
 const QString DetailsTitle = QStringLiteral("Location Geocoding");
 
 /// The location row of a record.
@@ -45,66 +41,11 @@ tvTableRowPtr locationOf(const tvBusinessObjectPtr& bo)
     return row;
 }
 
-QVariant valueOf(tvTableRow& row, const char* field)
-{
-    return fieldOf(row, QString::fromLatin1(field))->Value();
-}
-
-QString textOf(tvTableRow& row, const char* field)
-{
-    return ToText(valueOf(row, field));
-}
-
 /// Null counts as False.
 bool geocodesOnSave(tvTableRow& row)
 {
-    const QVariant value = valueOf(row, "GeocodeOnSave");
+    const QVariant value = fieldOf(row, QStringLiteral("GeocodeOnSave"))->Value();
     return !IsNull(value) && ToBoolean(value);
-}
-
-bool hasStatus(tvTableRow& row, int status)
-{
-    const QVariant value = valueOf(row, "GeocodeStatus");
-    return !IsNull(value) && ToLong(value) == status;
-}
-
-/// Whether the last geocoding of the saved row found less than a good match.
-bool isPoorMatch(tvTableRow& row)
-{
-    const bool isKnown = !IsNull(valueOf(row, "GeocodeStatus")) && !row.IsNew();
-    const bool isIntersection = textOf(row, "GeocodeAccuracyType") == QLatin1String("intersection");
-    const double threshold = isIntersection ? GoodIntersection : GoodMatch;
-    const QVariant accuracy = valueOf(row, "GeocodeAccuracy");
-    return isKnown && (IsNull(accuracy) || ToDouble(accuracy) < threshold);
-}
-
-QString warningText(tvTableRow& row)
-{
-    if (hasStatus(row, GeocodingError))
-        return ErrorWarning;
-    if (hasStatus(row, AddressNotFound))
-        return QStringLiteral("Address not found.");
-    return QStringLiteral("Lat/long may be incorrect.");
-}
-
-QString detailsText(tvTableRow& row)
-{
-    if (hasStatus(row, GeocodingError))
-        return QStringLiteral("A geocoding error occurred: ") + textOf(row, "GeocodeError");
-    if (IsNull(valueOf(row, "GeocodeAccuracy")))
-        return QStringLiteral("An incomplete or unknown address was entered. Complete all address fields to "
-                              "get more accurate coordinates, or manually enter the correct coordinates "
-                              "instead.");
-    const QString paragraph = QStringLiteral("\r\n\r\n");
-    const QString bullet = QStringLiteral("  \u2022 ");
-    return QStringLiteral("We couldn't an exact match for this location:") + paragraph + bullet +
-           textOf(row, "GeocodeInputAddress") + paragraph +
-           QStringLiteral("The coordinates shown are for the closest match:") + paragraph + bullet +
-           textOf(row, "GeocodeOutputAddress") + paragraph +
-           QStringLiteral("Check to make sure you entered the address correctly in this Location record. ") +
-           paragraph +
-           QStringLiteral("If the address you entered is correct, manually enter the coordinates for this "
-                          "location instead to ensure accuracy.");
 }
 
 } // namespace
@@ -246,8 +187,8 @@ void LatLong::RefreshDisplay()
         return;
     const tvTableRowPtr row = locationOf(m_bo);
     // All of them before the first is shown: a record that cannot be read is not shown in part.
-    const QString latitude = textOf(*row, "Latitude");
-    const QString longitude = textOf(*row, "Longitude");
+    const QString latitude = ToText(fieldOf(*row, QStringLiteral("Latitude"))->Value());
+    const QString longitude = ToText(fieldOf(*row, QStringLiteral("Longitude"))->Value());
     const bool onSave = geocodesOnSave(*row);
     txtLat->SetText(latitude);
     txtLong->SetText(longitude);
@@ -296,8 +237,8 @@ void LatLong::refreshWarning(tvTableRow& row)
 {
     bool warns = false; // a failure leaves no warning of what was there before
     const auto show = qScopeGuard([&] { showWarning(warns); });
-    const bool isPoor = isPoorMatch(row);
-    lblWarning->SetCaption(warningText(row));
+    const bool isPoor = GeocodeResult::isPoorMatch(row);
+    lblWarning->SetCaption(GeocodeResult::warningText(row));
     warns = isPoor;
 }
 
@@ -334,8 +275,8 @@ void LatLong::lnkViewDetails_Click()
 {
     reportInBox(this, failurePrefix("lnkViewDetails_Click"), ErrorTitle, [&] {
         if (m_bo)
-            desktop().messageBoxes->tell(this, detailsText(*locationOf(m_bo)), BoxIcon::Information,
-                                         DetailsTitle);
+            desktop().messageBoxes->tell(this, GeocodeResult::detailsText(*locationOf(m_bo)),
+                                         BoxIcon::Information, DetailsTitle);
     });
 }
 
@@ -364,7 +305,7 @@ void LatLong::layOut()
     place(*optGeocodeOnSave[OnSave], 0, 0, 2340, 225);
     place(*optGeocodeOnSave[Manual], 0, 300, 2235, 225);
     const QString warning = lblWarning->Caption();
-    lblWarning->SetCaption(ErrorWarning); // so that the group is as wide for each of them
+    lblWarning->SetCaption(GeocodeResult::longestWarning()); // so that the group is as wide for each of them
     place(*lblWarning, 120, 120, 2295, 210);
     lblWarning->SetCaption(warning);
     place(*lnkViewDetails, 420, 330, 960, 195);

@@ -51,6 +51,9 @@ int HostEnvironment::GetErrorNumber(int code)
 
 QString HostEnvironment::GetDownloadsFolder()
 {
+    if (!QDir().mkpath(m_downloadsFolder))
+        throw Error(QStringLiteral("The Downloads folder %1 cannot be made")
+                        .arg(QDir::toNativeSeparators(m_downloadsFolder)));
     return m_downloadsFolder;
 }
 

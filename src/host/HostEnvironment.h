@@ -23,6 +23,7 @@ public:
     /// `Error::NoSuchComponentNumber`.
     void RefreshSupportFile(const QString& name) override;
     int GetErrorNumber(int code) override;
+    /// The folder is made when it is missing; raises an `Error` when that fails.
     QString GetDownloadsFolder() override;
 
 private:

@@ -9,7 +9,7 @@
 #include "host/HostListFilling.h"
 #include "host/HostSession.h"
 #include "host/HostUiServices.h"
-#include "host/LocalCopy.h"
+#include "host/LocalCopies.h"
 #include "host/RecordCollection.h"
 #include "host/ReferenceHostServices.h"
 #include "host/StoreDownloader.h"
@@ -45,6 +45,7 @@ struct ReferenceHost::Services
     HostListFilling listFilling;
     HostImages images;
     AttachmentStorePtr store; // transfers that controls keep share it
+    std::shared_ptr<LocalCopies> localCopies = std::make_shared<LocalCopies>();
     std::unique_ptr<StoreSweep> sweep;
     Thumbnails thumbnails;
 };
@@ -177,7 +178,7 @@ std::unique_ptr<tvCustomDictionary> ReferenceHost::newCustomDictionary()
 
 std::unique_ptr<Downloader> ReferenceHost::newDownloader()
 {
-    return std::make_unique<StoreDownloader>(m_services->store);
+    return std::make_unique<StoreDownloader>(m_services->store, m_services->localCopies);
 }
 
 std::unique_ptr<Uploader> ReferenceHost::newUploader()

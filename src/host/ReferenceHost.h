@@ -61,7 +61,7 @@ public:
     /// Where the paths of rows lead on this platform.
     std::shared_ptr<const AttachmentStore> attachmentStore() const;
     /// A new host removes the temporary files that killed programs have left in the attachments folders, and
-    /// their copies of downloads, beside its other work; returns when that is done.
+    /// their copies of downloads once these are a day old, beside its other work; returns when that is done.
     void waitForSweep();
 
     void setTheme(Theme theme);

@@ -7,31 +7,9 @@
 
 namespace tavrin {
 
-namespace {
-
-/// Runs a part of the download, and names the file in what it raises; what a handler raises stays as it is.
-template <typename Part>
-auto naming(const QString& path, Part part)
-{
-    const auto fail = [&path](const QString& reason) {
-        throw Error(QStringLiteral("The file '%1' could not be copied from the attachments folder: %2.")
-                        .arg(path, reason));
-    };
-    try {
-        return part();
-    } catch (const SystemError& error) {
-        fail(error.Description);
-        throw;
-    } catch (const StoreProblem& problem) {
-        fail(problem.Description);
-        throw;
-    }
-}
-
-} // namespace
-
-StoreDownloader::StoreDownloader(AttachmentStorePtr store)
+StoreDownloader::StoreDownloader(AttachmentStorePtr store, std::shared_ptr<LocalCopies> copies)
     : m_store(std::move(store))
+    , m_copies(std::move(copies))
 {
 }
 
@@ -55,9 +33,9 @@ QString StoreDownloader::Download(const QString& path)
 
     std::optional<LocalCopy> copy;
     if (!run->IsCancelled) {
-        naming(path, [&] {
+        naming(path, QStringLiteral("from"), [&] {
             const SourceFile from(m_store->openFile(path));
-            copy.emplace();
+            copy.emplace(m_copies);
             checkFreeSpace(copy->file(), from.size());
             const auto take = [&](const char* data, qint64 length, qint64 done) {
                 writeAll(copy->file(), data, length);

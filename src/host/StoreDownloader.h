@@ -1,20 +1,23 @@
 #pragma once
 
 #include "host/AttachmentStore.h"
+#include "host/LocalCopies.h"
 #include "host/TransferRun.h"
 
 namespace tavrin {
 
 /// Fetches files of the attachments folders.
 ///
-/// Each copy lies alone in a folder of its own below the platform's place for temporary files, and nobody
-/// but the person may read either. It is the caller's to remove. No progress is told of an empty file.
+/// The copies of a host lie beside one another in a folder of its own below the platform's place for
+/// temporary files, and nobody but the person may read them. A copy is the caller's to rename and to remove;
+/// one that stays goes at the end of the host, unless somebody has changed it. No progress is told of an
+/// empty file.
 class StoreDownloader final : public Downloader
 {
 public:
     static constexpr qint32 DefaultBufferSize = 1 << 20;
 
-    explicit StoreDownloader(AttachmentStorePtr store);
+    StoreDownloader(AttachmentStorePtr store, std::shared_ptr<LocalCopies> copies);
 
     /// Raises an `Error` for less than one byte.
     void SetBufferSize(qint32 bytes) override;
@@ -26,6 +29,7 @@ public:
 
 private:
     AttachmentStorePtr m_store;
+    std::shared_ptr<LocalCopies> m_copies;
     TransferRuns m_runs;
     qint32 m_bufferSize = DefaultBufferSize;
 };

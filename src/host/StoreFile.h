@@ -1,11 +1,9 @@
 #pragma once
 
 #include <QFile>
-#include <QList>
 #include <QString>
 
 #include <memory>
-#include <optional>
 
 namespace tavrin {
 
@@ -29,11 +27,7 @@ struct StoreFile
     QString Name;
 };
 
-/// Opens a file of the store, whose path has separators of either kind. None when it lies below none of the
-/// folders, is no regular file, or cannot be read; no link is followed and no name leads out of the folder.
-std::optional<StoreFile> openStoreFile(const QList<StoreBase>& bases, const QString& path);
-
-/// The same of the host's store. Raises what the store raises.
+/// Opens a file of the store. Raises what the store raises.
 StoreFile openStoreFile(const AttachmentStore& store, const QString& path);
 
 } // namespace tavrin

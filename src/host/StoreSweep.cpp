@@ -1,7 +1,7 @@
 #include "host/StoreSweep.h"
 
 #include "base/FileWriter.h"
-#include "host/LocalCopy.h"
+#include "host/LocalCopies.h"
 #include "host/Thumbnails.h"
 
 #include <QFile>

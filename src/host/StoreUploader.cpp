@@ -87,25 +87,6 @@ void finish(NewFile& file, const AttachmentStore::Place& place)
     }
 }
 
-/// Runs a part of the upload that raises no events, and names the file in what it raises.
-template <typename Part>
-auto naming(const QString& source, Part part)
-{
-    const auto fail = [&source](const QString& reason) {
-        throw Error(QStringLiteral("The file '%1' could not be copied to the attachments folder: %2.")
-                        .arg(source, reason));
-    };
-    try {
-        return part();
-    } catch (const SystemError& error) {
-        fail(error.Description);
-        throw;
-    } catch (const StoreProblem& problem) {
-        fail(problem.Description);
-        throw;
-    }
-}
-
 } // namespace
 
 StoreUploader::StoreUploader(AttachmentStorePtr store)
@@ -117,7 +98,7 @@ void StoreUploader::Upload(const QString& source, const QString& destination, co
 {
     Q_UNUSED(options)
     const auto run = m_runs.begin();
-    naming(source, [&] {
+    naming(source, QStringLiteral("to"), [&] {
         const SourceFile from = openSource(source);
         const AttachmentStore::Place place = m_store->placeOf(destination);
         const Descriptor folder = openDestination(place);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/Error.h"
+#include "host/AttachmentStore.h"
 
 #include <memory>
 
@@ -20,6 +20,25 @@ struct TransferRun
             throw Error(QStringLiteral("The transfer was given up."));
     }
 };
+
+/// Runs a part of a transfer. What the store or the system raises comes out as an `Error` that names the file
+/// and says why: "The file '<path>' could not be copied <to or from> the attachments folder: <reason>."; what
+/// a handler raises stays as it is.
+template <typename Part>
+void naming(const QString& path, const QString& toOrFrom, Part part)
+{
+    const auto fail = [&](const Error& error) {
+        throw Error(QStringLiteral("The file '%1' could not be copied %2 the attachments folder: %3.")
+                        .arg(path, toOrFrom, error.Description));
+    };
+    try {
+        part();
+    } catch (const SystemError& error) {
+        fail(error);
+    } catch (const StoreProblem& problem) {
+        fail(problem);
+    }
+}
 
 /// The run of an uploader or downloader, of which there is one at a time.
 class TransferRuns

@@ -1,6 +1,6 @@
 #include "CollectionTag.h"
 
-#include "HostObjects.h"
+#include "frame/host_contracts/HostObjects.h"
 
 #include <QStringList>
 

@@ -6,6 +6,7 @@
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/desktop/Desktop.h"
 #include "frame/host_contracts/Host.h"
+#include "frame/host_contracts/HostObjects.h"
 #include "sections/frmMultiValueSelect.h"
 #include "widgets/KeyCodes.h"
 #include "widgets/ListBox.h"
@@ -22,7 +23,6 @@ namespace tavrin {
 
 namespace {
 
-constexpr int NoObjectNumber = 91; // an object is needed and none is there
 constexpr double BackShade = 0.4;
 constexpr double LinkFontSize = 18;
 constexpr Twips LinkLeft = 120;
@@ -270,7 +270,7 @@ void MultiValue::lnkAdd_Click()
     if (!m_binding)
         throw Error(
             QStringLiteral("Nothing can be added to this list yet: it has not been filled from a record."),
-            NoObjectNumber);
+            MissingObjectNumber);
     const QPointer<MultiValue> self(this);
     // On the heap: it becomes a child of the control's window, which may be closed under it.
     const QPointer<frmMultiValueSelect> dialog(new frmMultiValueSelect);

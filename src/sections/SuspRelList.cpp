@@ -2,13 +2,12 @@
 
 #include "CollectionTag.h"
 #include "Completeness.h"
-#include "HostObjects.h"
 #include "SuspectLinks.h"
 #include "base/Guard.h"
 #include "base/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
-#include "frame/desktop/Desktop.h"
 #include "frame/host_contracts/Host.h"
+#include "frame/host_contracts/HostObjects.h"
 #include "frmSuspRel.h"
 #include "widgets/ListView.h"
 #include "widgets/Placement.h"
@@ -30,11 +29,9 @@ const QString RelationColumn = QStringLiteral("relationship");
 
 const QString SeqNoField = QStringLiteral("SeqNo");
 const QString RelationNoField = QStringLiteral("RelationNo");
-const QString RemoveCaption = QStringLiteral("Remove Relationship");
 
 constexpr double NameShare = 0.6;
 constexpr double RelationShare = 0.4;
-constexpr int RightButton = 2;
 
 /// The key of a row, or a longer one, of its parts.
 QString rowKey(const QVariantList& parts)
@@ -62,8 +59,6 @@ SuspRelList::SuspRelList(QWidget* parent, const ControlSite& site)
     , lvwRows(new ListView(this))
     , picEmpty(new TipPanel(QStringLiteral("Right-click here to add a new relationship."), this))
     , mnuEdit(new PopupMenu(QStringLiteral("Edit"), this))
-    , mnuAddRelationship(mnuEdit->AddItem(QStringLiteral("Add Relationship"), u'A'))
-    , mnuRemoveRelationship(mnuEdit->AddItem(RemoveCaption, u'R'))
 {
     if (ambient().UserMode())
         m_tableCache = currentHost().newTableCodeCache();
@@ -82,9 +77,6 @@ void SuspRelList::build()
     lvwRows->setObjectName(QStringLiteral("lvwRows"));
     lvwRows->setAccessibleName(QStringLiteral("Relationship to Suspect"));
     picEmpty->setObjectName(QStringLiteral("picEmpty"));
-    mnuEdit->setObjectName(QStringLiteral("mnuEdit"));
-    mnuAddRelationship->setObjectName(QStringLiteral("mnuAddRelationship"));
-    mnuRemoveRelationship->setObjectName(QStringLiteral("mnuRemoveRelationship"));
 
     lvwRows->ClearColumnHeaders();
     lvwRows->AddColumnHeader(KeyColumn, QString(), 0);
@@ -100,11 +92,7 @@ void SuspRelList::build()
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     resize(sizeHint());
 
-    m_subscriptions.push_back(lvwRows->MouseDown.subscribe(
-        [this](int button, int shift, Twips x, Twips y) { lvwRows_MouseDown(button, shift, x, y); }));
-    m_subscriptions.push_back(mnuAddRelationship->Click.subscribe([this] { mnuAddRelationship_Click(); }));
-    m_subscriptions.push_back(
-        mnuRemoveRelationship->Click.subscribe([this] { mnuRemoveRelationship_Click(); }));
+    buildMenu();
 }
 
 // Properties
@@ -288,7 +276,7 @@ void SuspRelList::BoundSection_WriteData(const tvBusinessObjectPtr& record)
 
 // The list
 
-void SuspRelList::AddListRow(tvTableRow& party, const QVariant& relationNo)
+QString SuspRelList::AddListRow(tvTableRow& party, const QVariant& relationNo)
 {
     // All texts before the row: a failure leaves none that lacks something.
     const QString key = rowKey(party);
@@ -302,6 +290,12 @@ void SuspRelList::AddListRow(tvTableRow& party, const QVariant& relationNo)
     lvwRows->SetSubItem(key, ValueColumn, code);
     lvwRows->SetSubItem(key, NameColumn, name);
     lvwRows->SetSubItem(key, RelationColumn, description);
+    return key;
+}
+
+QString SuspRelList::nameIn(const QString& listRow) const
+{
+    return lvwRows->SubItem(listRow, NameColumn);
 }
 
 bool SuspRelList::HasListRow(tvTableRow& party) const
@@ -318,83 +312,6 @@ void SuspRelList::showTip(bool show)
 void SuspRelList::showTipWhenEmpty()
 {
     showTip(lvwRows->Count() == 0);
-}
-
-// The menu
-
-void SuspRelList::lvwRows_MouseDown(int button, int, Twips x, Twips y)
-{
-    if ((button & RightButton) == 0)
-        return;
-    mnuRemoveRelationship->setEnabled(lvwRows->Count() > 0);
-    QString caption = RemoveCaption;
-    if (const auto selected = lvwRows->SelectedItem())
-        caption += QStringLiteral(" to '") + lvwRows->SubItem(*selected, NameColumn) + u'\'';
-    mnuRemoveRelationship->SetCaption(caption);
-    mnuEdit->PopUp(*lvwRows, x, y);
-}
-
-void SuspRelList::tellInformation(const QString& text, const QString& title)
-{
-    desktop().messageBoxes->tell(this, text, BoxIcon::Information, title);
-}
-
-void SuspRelList::mnuAddRelationship_Click()
-{
-    const tvTableCollectionPtr parties = m_otherCollection;
-    const QString word = m_otherItemName.toLower();
-    if (required(parties, QStringLiteral("collection of parties")).Count() == 0) {
-        tellInformation(QStringLiteral("There are no ") + word +
-                            QStringLiteral("s attached to this record. Add at least one ") + word +
-                            QStringLiteral(" first."),
-                        QStringLiteral("No ") + m_otherItemName + QStringLiteral("s Present"));
-        return;
-    }
-    QList<tvTableRowPtr> choices;
-    for (const tvTableRowPtr& party : *parties) {
-        if (!HasListRow(*party))
-            choices << party;
-    }
-    if (choices.isEmpty()) {
-        tellInformation(QStringLiteral("You've already added a relationship for each ") + word +
-                            QStringLiteral(" to this suspect."),
-                        QStringLiteral("No Relationships to Add"));
-        return;
-    }
-    askForRelation(choices);
-}
-
-void SuspRelList::askForRelation(const QList<tvTableRowPtr>& choices)
-{
-    if (m_dialog)
-        return;
-    // The dialog is a child of the window, which may die while the dialog is open, and the control with it.
-    const QPointer<SuspRelList> self(this);
-    auto* dialog = new frmSuspRel;
-    const QPointer<frmSuspRel> alive = dialog;
-    const auto unload = qScopeGuard([&alive] { delete alive.data(); });
-    dialog->SetupForm(m_otherItemName, choices, openSuspect());
-    m_dialog = dialog;
-    dialog->ShowModal(this);
-    if (!self)
-        return;
-    m_dialog = nullptr;
-    if (!alive || !alive->Success())
-        return;
-    const tvTableRowPtr party = alive->SelectedItem();
-    AddListRow(*party, alive->SelectedRelation());
-    lvwRows->SetSelectedItem(rowKey(*party)); // in view, and ready to be taken back
-}
-
-void SuspRelList::mnuRemoveRelationship_Click()
-{
-    if (lvwRows->Count() == 0)
-        return;
-    const std::optional<QString> selected = lvwRows->SelectedItem();
-    if (!selected)
-        throw Error(QStringLiteral("There is no selected row"), MissingObjectNumber);
-    lvwRows->Remove(*selected);
-    showTipWhenEmpty();
 }
 
 // Layout

@@ -90,28 +90,32 @@ private:
     void build();
     tvTableCollectionPtr ParseOtherCollectionTag(const tvBusinessObjectPtr& record);
     void followOtherCollection(tvTableCollectionPtr collection);
+    void m_otherCollection_ItemRemoved(const QVariant& keyValue);
     SuspectLinks linksOf(const tvBusinessObjectPtr& suspect) const;
     std::vector<Relation> relationsTo(tvTableCollection& parties) const;
     void forgetRecord();
     tvTableRowPtr openSuspect() const;
 
-    void AddListRow(tvTableRow& party, const QVariant& relationNo);
+    /// Returns the key of the row.
+    QString AddListRow(tvTableRow& party, const QVariant& relationNo);
     bool HasListRow(tvTableRow& party) const;
+    QString nameIn(const QString& listRow) const;
     void showTip(bool show);
     void showTipWhenEmpty();
-    void tellInformation(const QString& text, const QString& title);
 
+    // The menu: SuspRelListMenu.cpp
+    void buildMenu();
+    void tellInformation(const QString& text, const QString& title);
     void lvwRows_MouseDown(int button, int shift, Twips x, Twips y);
     void mnuAddRelationship_Click();
     void askForRelation(const QList<tvTableRowPtr>& choices);
     void mnuRemoveRelationship_Click();
-    void m_otherCollection_ItemRemoved(const QVariant& keyValue);
 
     ListView* lvwRows;
     TipPanel* picEmpty;
     PopupMenu* mnuEdit;
-    MenuItem* mnuAddRelationship;
-    MenuItem* mnuRemoveRelationship;
+    MenuItem* mnuAddRelationship = nullptr;
+    MenuItem* mnuRemoveRelationship = nullptr;
 
     std::unique_ptr<TableCodeCache> m_tableCache;
     tvTableCollectionPtr m_suspects;

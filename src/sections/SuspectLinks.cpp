@@ -1,9 +1,9 @@
 #include "SuspectLinks.h"
 
-#include "HostObjects.h"
 #include "base/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/host_contracts/Host.h"
+#include "frame/host_contracts/HostObjects.h"
 
 #include <QScopeGuard>
 

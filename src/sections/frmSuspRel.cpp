@@ -1,11 +1,11 @@
 #include "frmSuspRel.h"
 
-#include "HostObjects.h"
 #include "RelationPicture.h"
 #include "base/Guard.h"
 #include "base/Variant.h"
 #include "frame/desktop/Desktop.h"
 #include "frame/host_contracts/Host.h"
+#include "frame/host_contracts/HostObjects.h"
 #include "widgets/FlatDropdown.h"
 #include "widgets/GroupBox.h"
 #include "widgets/Label.h"

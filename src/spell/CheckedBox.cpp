@@ -1,5 +1,6 @@
 #include "CheckedBox.h"
 
+#include "WaitCursor.h"
 #include "base/Error.h"
 #include "widgets/TextArea.h"
 #include "widgets/TextBox.h"
@@ -130,6 +131,13 @@ void replaceWord(QTextCursor& cursor, const FoundWord& word, const QString& repl
     cursor.insertText(replacement.mid(start, replacement.size() - start - end), format);
 }
 
+void replaceEach(QTextCursor& cursor, const QList<FoundWord>& words, const QString& replacement)
+{
+    const WaitCursor wait;
+    for (auto word = words.crbegin(); word != words.crend(); ++word) // earlier offsets stay right
+        replaceWord(cursor, *word, replacement);
+}
+
 template <typename Edit>
 class DocumentBox final : public CheckedBox
 {
@@ -168,9 +176,8 @@ public:
     {
         QTextCursor cursor(m_edit.document());
         cursor.beginEditBlock();
-        for (auto word = words.crbegin(); word != words.crend(); ++word) // earlier offsets stay right
-            replaceWord(cursor, *word, replacement);
-        cursor.endEditBlock();
+        replaceEach(cursor, words, replacement);
+        cursor.endEditBlock(); // now the box's handlers learn of it
     }
     bool canUndo() const override { return m_edit.document()->isUndoAvailable(); }
     void undo() override { m_edit.undo(); }

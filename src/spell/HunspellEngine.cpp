@@ -1,5 +1,6 @@
 #include "HunspellEngine.h"
 
+#include "WaitCursor.h"
 #include "base/Error.h"
 #include "frmSpelling.h"
 #include "spell/HunspellSpeller.h"
@@ -35,6 +36,7 @@ HunspellEngine::~HunspellEngine()
 
 void HunspellEngine::SetMainDictionaryPath(const QString& path)
 {
+    const WaitCursor wait;
     m_speller->setMainDictionary(path);
 }
 

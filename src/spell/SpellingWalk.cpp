@@ -1,5 +1,6 @@
 #include "SpellingWalk.h"
 
+#include "WaitCursor.h"
 #include "base/Error.h"
 
 #include <algorithm>
@@ -22,15 +23,22 @@ SpellingWalk::~SpellingWalk() = default;
 void SpellingWalk::findFrom(qsizetype offset)
 {
     m_isAtWord = false;
-    WordFinder words(m_text, offset);
-    while (const auto found = words.next()) {
-        if (m_speller->isCorrect(m_text.sliced(found->Offset, found->Length)))
-            continue;
-        m_place = *found;
-        m_isAtWord = true;
-        m_box->select(m_place); // a handler of the box may end it here
+    const std::optional<FoundWord> wrong = wrongWordFrom(offset);
+    if (!wrong)
         return;
-    }
+    m_place = *wrong;
+    m_isAtWord = true;
+    m_box->select(m_place); // a handler of the box may end it here
+}
+
+std::optional<FoundWord> SpellingWalk::wrongWordFrom(qsizetype offset) const
+{
+    const WaitCursor wait;
+    WordFinder words(m_text, offset);
+    std::optional<FoundWord> found = words.next();
+    while (found && m_speller->isCorrect(m_text.sliced(found->Offset, found->Length)))
+        found = words.next();
+    return found;
 }
 
 void SpellingWalk::decided(std::variant<Changed, Ignored, Added> what, qsizetype next)
@@ -114,6 +122,7 @@ void SpellingWalk::replace(const QList<FoundWord>& words, const QString& replace
 
 QList<FoundWord> SpellingWalk::sameWords() const
 {
+    const WaitCursor wait;
     QList<FoundWord> same;
     const QString wanted = word();
     WordFinder words(m_text, m_place.Offset);

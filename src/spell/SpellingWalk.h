@@ -9,6 +9,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 #include <variant>
 #include <vector>
 
@@ -108,6 +109,7 @@ private:
     };
 
     void findFrom(qsizetype offset);
+    std::optional<FoundWord> wrongWordFrom(qsizetype offset) const;
     void decided(std::variant<Changed, Ignored, Added> what, qsizetype next);
     void replace(const QList<FoundWord>& words, const QString& replacement, bool all);
     QList<FoundWord> sameWords() const;

@@ -292,7 +292,8 @@ void frmSpelling::showSuggestions()
     lstSuggestions->setEnabled(false); // while it is filled nothing is chosen
     lstSuggestions->clear();
     lstSuggestions->addItems(hasSome ? suggestions : QStringList(QStringLiteral("(no suggestions)")));
-    lstSuggestions->setCurrentRow(hasSome ? 0 : -1);
+    // A row that is marked promises that Enter takes it.
+    lstSuggestions->setCurrentRow(hasSome && canChange ? 0 : -1);
     lstSuggestions->setEnabled(hasSome && canChange);
     txtChangeTo->setEnabled(canChange);
     txtChangeTo->SetText(hasSome ? suggestions.first() : word);

@@ -62,16 +62,21 @@ std::optional<Options> parseOptions(const QStringList& arguments, int& exitCode)
                                   QStringLiteral("id"), QStringLiteral("admin"));
     const QCommandLineOption theme(QStringLiteral("theme"), QStringLiteral("system, light or dark."),
                                    QStringLiteral("name"), QStringLiteral("system"));
+    const QCommandLineOption workstation(QStringLiteral("workstation"),
+                                         QStringLiteral("Keep this workstation's dictionaries here."),
+                                         QStringLiteral("dir"));
     const QCommandLineOption tour(
         QStringLiteral("tour"),
         QStringLiteral(
             "Walk through the program on a database of its own, write a picture of each step here, "
             "and end with 1 at the first thing that is not so."),
         QStringLiteral("dir"));
+    QCommandLineOption elsewhere(QStringLiteral("tour-elsewhere"));
+    elsewhere.setFlags(QCommandLineOption::HiddenFromHelp); // only the tour itself needs it
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Incident records at a workstation."));
-    parser.addOptions({database, data, forms, user, theme, tour});
+    parser.addOptions({database, data, forms, user, theme, workstation, tour, elsewhere});
     const QCommandLineOption help = parser.addHelpOption();
     const QCommandLineOption version = parser.addVersionOption();
 
@@ -87,7 +92,12 @@ std::optional<Options> parseOptions(const QStringList& arguments, int& exitCode)
         return std::nullopt;
     }
     const std::optional<ThemeChoice> chosenTheme = themeOf(parser.value(theme));
-    QString problem = parsed ? problemOf(parser, {database, data, forms, user, tour}) : parser.errorText();
+    QString problem =
+        parsed ? problemOf(parser, {database, data, forms, user, workstation, tour}) : parser.errorText();
+    const bool isElsewhere = parser.isSet(elsewhere);
+    if (problem.isEmpty() && isElsewhere &&
+        !(parser.isSet(tour) && parser.isSet(database) && parser.isSet(workstation)))
+        problem = QStringLiteral("'--tour-elsewhere' needs '--tour', '--db' and '--workstation'.");
     if (problem.isEmpty() && !chosenTheme)
         problem = QStringLiteral("Unknown theme '%1'.").arg(parser.value(theme));
     if (!problem.isEmpty()) {
@@ -99,7 +109,9 @@ std::optional<Options> parseOptions(const QStringList& arguments, int& exitCode)
     options.database = parser.value(database);
     options.dataFolder = parser.value(data);
     options.formsFolder = parser.value(forms);
+    options.workstationFolder = parser.value(workstation);
     options.tourFolder = parser.value(tour);
+    options.isTourElsewhere = isElsewhere;
     options.user = parser.value(user);
     options.theme = *chosenTheme;
     return options;

@@ -21,6 +21,11 @@ struct Options
     QString tourFolder;
     /// Where downloads go; "" takes the platform's place.
     QString downloadsFolder;
+    /// Where the workstation keeps its dictionaries; "" takes the person's own place for the data of
+    /// applications.
+    QString workstationFolder;
+    /// The part of the tour that another workstation sees, on `database`; the tour itself starts it.
+    bool isTourElsewhere = false;
     QString user = QStringLiteral("admin");
     ThemeChoice theme = ThemeChoice::System;
 };

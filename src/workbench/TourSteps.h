@@ -85,6 +85,10 @@ void walkSuspects(TourSite& site);
 void walkLocation(TourSite& site);
 /// `folder` takes the files that are attached.
 void walkAttachments(TourSite& site, const QString& folder);
+/// `folder` takes the pictures of another workstation.
+void walkSpelling(TourSite& site, const QString& folder);
+/// What another workstation sees behind `walkSpelling`.
+void walkSpellingElsewhere(TourSite& site);
 void walkSaving(TourSite& site);
 
 } // namespace tavrin::workbench

@@ -88,8 +88,9 @@ Workspace::Workspace(const Options& options)
     , m_newFile(m_options.database)
     , m_database(Database::open(m_options.database))
     , m_isFirstStart(fill(*m_database, options.dataFolder))
-    , m_host(std::make_unique<ReferenceHost>(
-          *m_database, ReferenceHostOptions{options.user, {}, options.downloadsFolder, thumbnailer()}))
+    , m_host(std::make_unique<ReferenceHost>(*m_database,
+                                             ReferenceHostOptions{options.user, options.workstationFolder,
+                                                                  options.downloadsFolder, thumbnailer()}))
     , m_installation(std::make_unique<HostInstallation>(*m_host))
     , m_store(std::make_unique<RecordStore>(*m_database))
 {

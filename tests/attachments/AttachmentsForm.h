@@ -192,6 +192,16 @@ struct AttachmentsForm
 
     void read() { static_cast<BoundSection*>(section)->ReadData(record); }
     void write() { static_cast<BoundSection*>(section)->WriteData(record); }
+    bool open()
+    {
+        read();
+        return show();
+    }
+    bool openThree()
+    {
+        addThree();
+        return open();
+    }
 
     // Files
 

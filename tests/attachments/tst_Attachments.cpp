@@ -76,6 +76,15 @@ private Q_SLOTS:
         QVERIFY(stage.child<GroupBox>("picUpdating")->isHidden());
     }
 
+    void aNewSectionHasAnEmptyCollectionOfTheClassOfAttachments()
+    {
+        AttachmentsStage stage;
+        const auto collection = stage.host.state().madeCollection.lock();
+        QVERIFY(collection); // which the section keeps
+        QCOMPARE(collection->itemClass, u"TVEvent.tvAttachmentIndex"_s);
+        QCOMPARE(collection->Count(), 0);
+    }
+
     void beforeTheFirstReadItIsEmptyAndItsPaneDisabled()
     {
         AttachmentsStage stage;
@@ -259,6 +268,55 @@ private Q_SLOTS:
     }
 
     // Layout
+
+    void eachPartBeginsWhereItWasDesigned_data()
+    {
+        // In twips. A text may need more room than it had; one that sizes itself has no size here. The count
+        // and its label stand at the right end whatever the width is.
+        QTest::addColumn<QString>("container");
+        QTest::addColumn<QRect>("place");
+        QTest::addColumn<bool>("mayGrow");
+        const auto row = [](const char* part, const char* container, const QRect& place,
+                            bool mayGrow = false) {
+            QTest::newRow(part) << QString::fromLatin1(container) << place << mayGrow;
+        };
+        row("lvwFiles", "", {0, 0, 7995, 2535});
+        row("picToolbar", "", {0, 2520, 7995, 315});
+        row("lnkAddAttachments", "picToolbar", {45, 60, 0, 0}, true);
+        row("lblFilename", "", {0, 3000, 0, 0}, true);
+        row("fraDetails", "", {0, 3240, 7995, 2775});
+        row("Label3", "fraDetails", {180, 180, 0, 0}, true);
+        row("imgThumbnail", "fraDetails", {180, 420, 1395, 1845});
+        row("shpThumbnailBorder", "fraDetails", {180, 420, 1395, 1845});
+        row("imgFileIcon", "picNoThumbnail", {540, 540, 360, 360});
+        row("lblFileType", "picNoThumbnail", {45, 960, 1305, 255}, true);
+        row("chkDefault", "fraDetails", {180, 2400, 1395, 195}, true);
+        row("Label1", "fraDetails", {1755, 180, 0, 0}, true);
+        row("txtDescription", "fraDetails", {1755, 420, 4395, 345}, true);
+        row("Label2", "fraDetails", {1755, 900, 0, 0}, true);
+        row("txtComment", "fraDetails", {1755, 1140, 6075, 1425});
+    }
+    void eachPartBeginsWhereItWasDesigned()
+    {
+        QFETCH(QString, container);
+        QFETCH(QRect, place);
+        QFETCH(bool, mayGrow);
+        const AttachmentsStage stage;
+        const auto* part = stage.child<QWidget>(QTest::currentDataTag());
+        QVERIFY(part);
+        QCOMPARE(part->parentWidget()->objectName(), container.isEmpty() ? u"ctlAttachments"_s : container);
+        QCOMPARE(part->pos(), place.topLeft() / Pixel);
+        const QSize size = place.size() / Pixel;
+        QCOMPARE(mayGrow ? part->size().boundedTo(size) : part->size(), size);
+    }
+
+    void theWordsBesideTheLinkStandWhereTheyWereDesignedOrBehindItsText()
+    {
+        const AttachmentsStage stage;
+        const QRect link = stage.child<QWidget>("lnkAddAttachments")->geometry();
+        QCOMPARE(stage.child<QWidget>("Label4")->pos(),
+                 QPoint(std::max(1290 / Pixel, link.right() + 1 + 45 / Pixel), 60 / Pixel));
+    }
 
     void thePartsFollowTheControl_data()
     {

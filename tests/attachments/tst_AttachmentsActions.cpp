@@ -228,6 +228,22 @@ private Q_SLOTS:
         QVERIFY(form.window.findChildren<QDialog*>().isEmpty());
     }
 
+    void theTextsAreSavedBeforeTheUploadBegins()
+    {
+        AttachmentsForm form;
+        QVERIFY(form.openThree());
+        form.comment->setFocus();
+        form.type(u"a "_s);
+        QStringList notes;
+        form.host.state().duringTransfer = [&](const QString&, qint64, qint64) {
+            notes << form.text(1, "Notes");
+        };
+        form.dialogs.choose({form.newFile(u"a.txt"_s)});
+        form.click(form.link);
+        QVERIFY(!notes.isEmpty());
+        QCOMPARE(notes.first(), u"a one"_s);
+    }
+
     void theHostIsToldOfEachFileBeforeItsRowIsAdded()
     {
         AttachmentsForm form;
@@ -260,10 +276,13 @@ private Q_SLOTS:
     void theListIsCoveredAndDisabledWhileRowsAreAdded()
     {
         AttachmentsForm form;
-        form.read();
-        QVERIFY(form.show());
+        QVERIFY(form.open());
+        bool isCovered = false;
         QStringList seen;
+        form.list->raise(); // a dialog or a style may have changed what lies above
         const Subscription looking = form.rows->PrimaryStatusChanged.subscribe([&](const QVariant&) {
+            const QWidget* above = form.section->childAt(form.list->geometry().center());
+            isCovered = above && form.child<GroupBox>("picUpdating")->isAncestorOf(above);
             seen << u"%1 %2 %3"_s.arg(form.child<GroupBox>("picUpdating")->isVisible())
                         .arg(form.section->isEnabled())
                         .arg(form.section->cursor().shape() == Qt::WaitCursor);
@@ -273,6 +292,7 @@ private Q_SLOTS:
         QTRY_COMPARE(form.rows->Count(), 1);
         QVERIFY(!seen.isEmpty());
         QCOMPARE(seen.first(), u"1 0 1"_s);
+        QVERIFY(isCovered);
         QCOMPARE(form.child<Label>("lblUpdating")->Caption(), u"Refreshing attachments list..."_s);
         QVERIFY(form.child<GroupBox>("picUpdating")->isHidden());
         QVERIFY(form.section->isEnabled());
@@ -435,10 +455,27 @@ private Q_SLOTS:
         QCOMPARE(box.title, u"Download Complete"_s);
         QCOMPARE(box.icon, BoxIcon::Question);
         QCOMPARE(box.buttons, BoxButtons::YesNo);
+        QCOMPARE(box.parent, form.section.data());
         QCOMPARE(QDir(path).entryList(QDir::Files),
                  QStringList({u"door.png"_s, u"lock.png"_s, u"report.docx"_s}));
         QCOMPARE(form.shell.opened(), QStringList());
         QVERIFY(form.window.findChildren<QDialog*>().isEmpty());
+    }
+
+    void thePromptStandsAboveTheWindowOfTheSection()
+    {
+        AttachmentsForm form;
+        QVERIFY(form.openThree());
+        QWidget other;
+        other.show();
+        QWidget* owner = nullptr;
+        const Prompt prompt([&](QWidget& dialog) {
+            owner = dialog.parentWidget();
+            dialog.close();
+        });
+        chooseDownloadAll(form);
+        QTRY_VERIFY(prompt.came() && !QApplication::activeModalWidget());
+        QCOMPARE(owner, &form.window);
     }
 
     void yesOpensTheFolder()
@@ -485,6 +522,49 @@ private Q_SLOTS:
         QVERIFY(form.boxes.shown().first().text.contains(form.downloads.filePath(u"Incident 7 (1)"_s)));
         QCOMPARE(QDir(form.downloads.filePath(u"Incident 7 (1)"_s)).entryList(QDir::Files).size(), 3);
         QVERIFY(QDir(form.downloads.filePath(u"Incident 7"_s)).isEmpty());
+    }
+
+    void aFolderNameThatTheDiskWouldNotTakeBecomesALikeOneInTheDownloadsFolder_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QStringList>("before");
+        QTest::addColumn<QString>("onDisk");
+        const QStringList none;
+        QTest::newRow("the folder itself") << u"."_s << none << u"_"_s;
+        QTest::newRow("the folder above") << u".."_s << none << u"__"_s;
+        QTest::newRow("a control character") << u"a\x1B"
+                                                u"b"_s
+                                             << none << u"a_b"_s;
+        QTest::newRow("blanks around it") << u" a "_s << none << u" a "_s;
+        const QString longest(250, u'x');
+        QTest::newRow("250 bytes") << longest << none << longest;
+        QTest::newRow("255 bytes") << QString(255, u'x') << none << longest;
+        QTest::newRow("750 bytes") << QString(250, QChar(0x20AC)) << none << QString(83, QChar(0x20AC));
+        QTest::newRow("room for a number")
+            << QString(255, u'x') << QStringList{longest} << QString(234, u'x');
+    }
+    void aFolderNameThatTheDiskWouldNotTakeBecomesALikeOneInTheDownloadsFolder()
+    {
+        QFETCH(QString, name);
+        QFETCH(QStringList, before);
+        QFETCH(QString, onDisk);
+        AttachmentsForm form;
+        form.window.setWindowTitle(name);
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        for (const QString& folder : before)
+            QVERIFY(form.downloads.mkdir(folder));
+        form.boxes.answerWith({BoxAnswer::No});
+        const Prompt prompt;
+        chooseDownloadAll(form);
+        QTRY_COMPARE(form.boxes.shown().size(), 1);
+        QCOMPARE(form.boxes.shown().first().title, u"Download Complete"_s);
+        const auto all = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
+        QStringList expected = before + QStringList{onDisk};
+        expected.sort();
+        QCOMPARE(form.downloads.entryList(all, QDir::Name), expected);
+        QCOMPARE(QDir(form.downloads.filePath(onDisk)).entryList(QDir::Files).size(), 3);
     }
 
     void cancellingThePromptDownloadsNothing()

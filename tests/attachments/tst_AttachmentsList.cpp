@@ -302,6 +302,35 @@ private Q_SLOTS:
         QVERIFY(std::abs(ground.blue() - highlight.blue()) < 10);
     }
 
+    void aSelectionThatIsNotMarkedShowsOnlyWithTheFocus()
+    {
+        AttachmentsStage stage;
+        stage.addThree();
+        stage.read();
+        QVERIFY(stage.show());
+        const auto ground = [&] {
+            const QRect line = stage.list->visualRect(stage.list->model()->index(0, 1));
+            return stage.list->viewport()->grab().toImage().pixel(line.right() - 4, line.center().y());
+        };
+        const QRgb plain = stage.list->palette().color(QPalette::Base).rgb();
+        stage.list->SetDropHighlight(std::nullopt);
+        QCOMPARE(stage.list->SelectedItem(), u"1"_s);
+        QVERIFY(ground() != plain);
+        stage.other->setFocus();
+        QCOMPARE(ground(), plain);
+        QCOMPARE(stage.list->SelectedItem(), u"1"_s);
+    }
+
+    void theListHasNoBorderBesidesItsFocus()
+    {
+        AttachmentsStage stage;
+        QVERIFY(stage.show());
+        const auto edge = [&] { return stage.list->grab().toImage().pixel(0, stage.list->height() / 2); };
+        QCOMPARE(edge(), stage.list->palette().color(QPalette::Highlight).rgb());
+        stage.other->setFocus();
+        QCOMPARE(edge(), stage.list->palette().color(QPalette::Base).rgb());
+    }
+
     void aClickMakesALineCurrentAndBringsTheTypedTextsHomeFirst()
     {
         AttachmentsStage stage;
@@ -319,6 +348,19 @@ private Q_SLOTS:
         QCOMPARE(stage.lines().first(), u"1|photo.png|Broken||"_s);
         QCOMPARE(stage.caption("lblFilename"), u"list.txt"_s);
         QCOMPARE(stage.description()->Text(), u"List"_s);
+    }
+
+    void aClickBringsTheLineOfTheRowBeforeUpToDate()
+    {
+        AttachmentsStage stage;
+        stage.addThree();
+        stage.read();
+        QVERIFY(stage.show());
+        fieldOf(*stage.rows->Item(1), u"UserId"_s)->SetValue(u"mmoss"_s); // as a host may
+        fieldOf(*stage.rows->Item(2), u"UserId"_s)->SetValue(u"mmoss"_s);
+        stage.click(1);
+        QCOMPARE(stage.lines().mid(0, 2),
+                 QStringList({u"1|photo.png|Window|mmoss|"_s, u"2|report.docx|Report||"_s}));
     }
 
     void aClickOnTheCurrentLineDoesNotSaveTheTexts()

@@ -3,6 +3,7 @@
 #include "component/ClassRegister.h"
 #include "support/FakeDesktop.h"
 #include "support/FakeHost.h"
+#include "support/OtherDensity.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
 #include "widgets/Label.h"
@@ -59,6 +60,15 @@ private:
         QColor middle() const { return control->grab().toImage().pixelColor(60, 75); }
         int downloads() { return static_cast<int>(host.state().log.filter(u"Download "_s).size()); }
         QStringList takeLog() { return std::exchange(host.state().log, {}); }
+        /// Does something in the middle of the next fetch only.
+        void meanwhile(std::function<void()> act)
+        {
+            host.state().duringTransfer = [act = std::move(act), done = false](const QString&, qint64,
+                                                                               qint64) mutable {
+                if (!std::exchange(done, true))
+                    act();
+            };
+        }
 
         QTemporaryDir folder;
         FakeHost host;
@@ -93,6 +103,10 @@ private Q_SLOTS:
     {
         Stage stage;
         QCOMPARE(stage.takeLog(), QStringList({u"new tvTableCollection"_s}));
+        const auto collection = stage.host.state().madeCollection.lock();
+        QVERIFY(collection);
+        QCOMPARE(collection->itemClass, u"TVEvent.tvAttachmentIndex"_s);
+        QCOMPARE(collection->Count(), 0);
         stage.show();
         verifyNoCover(stage);
         QCOMPARE(stage.takeLog(), QStringList()); // nothing is fetched
@@ -180,14 +194,28 @@ private Q_SLOTS:
         verifyNoCover(stage);
     }
 
+    void aThumbnailThatCannotBeFetchedShowsNoCoverWithoutAMessage_data()
+    {
+        QTest::addColumn<QString>("failing");
+        for (const char* operation :
+             {"new ThumbnailService", "GetThumbnailPath", "new Downloader", "LoadPicture", "FitPicture"})
+            QTest::newRow(operation) << QString::fromLatin1(operation);
+        QTest::newRow("Download") << QString();
+    }
     void aThumbnailThatCannotBeFetchedShowsNoCoverWithoutAMessage()
     {
+        QFETCH(QString, failing);
         Stage stage;
         stage.add(1, u"a.png"_s, Red);
         stage.rows->SetPrimaryValue(1);
-        stage.host.state().transferFailures.insert(stage.host.state().thumbnails.value(uR"(/store\a.png)"_s),
-                                                   u"gone"_s);
         stage.show();
+        stage.read();
+        verifyCover(stage, Red);
+        if (failing.isEmpty())
+            stage.host.state().transferFailures.insert(
+                stage.host.state().thumbnails.value(uR"(/store\a.png)"_s), u"gone"_s);
+        else
+            stage.host.state().failures.emplace(failing, Error(u"gone"_s));
         stage.read();
         verifyNoCover(stage);
     }
@@ -388,7 +416,128 @@ private Q_SLOTS:
         QVERIFY(!stage.control);
     }
 
+    // While a thumbnail is fetched
+
+    void aRecordThatIsReadMeanwhileStays_data()
+    {
+        QTest::addColumn<bool>("hasCover");
+        QTest::newRow("with a cover") << true;
+        QTest::newRow("without a cover") << false;
+    }
+    void aRecordThatIsReadMeanwhileStays()
+    {
+        QFETCH(bool, hasCover);
+        Stage stage;
+        stage.add(1, u"a.png"_s, Red);
+        stage.rows->SetPrimaryValue(1);
+        stage.show();
+        stage.meanwhile([&] {
+            stage.rows = std::make_shared<FakeCollection>(attachmentColumns());
+            stage.record->setItem(u"Attachments"_s, stage.rows);
+            stage.add(2, u"b.png"_s, Blue);
+            if (hasCover)
+                stage.rows->SetPrimaryValue(2);
+            stage.read();
+        });
+        stage.read();
+        if (hasCover)
+            verifyCover(stage, Blue);
+        else
+            verifyNoCover(stage);
+        QCOMPARE(stage.control->accessibleDescription(), hasCover ? u"b.png"_s : u"No cover image"_s);
+    }
+
+    void aPrimaryRowThatIsChosenMeanwhileStays_data()
+    {
+        QTest::addColumn<QVariant>("primary");
+        QTest::newRow("another image") << QVariant(2);
+        QTest::newRow("none") << Null();
+    }
+    void aPrimaryRowThatIsChosenMeanwhileStays()
+    {
+        QFETCH(QVariant, primary);
+        Stage stage;
+        stage.add(1, u"a.png"_s, Red);
+        stage.add(2, u"b.png"_s, Blue);
+        stage.rows->SetPrimaryValue(1);
+        stage.show();
+        stage.meanwhile([&] { stage.rows->SetPrimaryValue(primary); });
+        stage.read();
+        if (IsNull(primary))
+            verifyNoCover(stage);
+        else
+            verifyCover(stage, Blue);
+    }
+
+    void theSizeThatItGetsMeanwhileStays()
+    {
+        Stage stage;
+        stage.add(1, u"a.png"_s, Red);
+        stage.rows->SetPrimaryValue(1);
+        stage.show();
+        stage.host.state().fitPicture = [](const QImage&, int height, int width, Color) {
+            QImage fitted(width, height, QImage::Format_RGB32);
+            fitted.fill(width == 110 ? Blue : Red);
+            return fitted;
+        };
+        stage.read();
+        verifyCover(stage, Red);
+        stage.meanwhile([&] { stage.control->resize(110, 150); });
+        stage.control->resize(130, 150);
+        QCOMPARE(stage.control->size(), QSize(110, 150));
+        verifyCover(stage, Blue);
+    }
+
     // Size
+
+    void aPictureOfAnotherSizeKeepsItsShapeUntilTheNextOneIsThere_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<QPoint>("outside");
+        QTest::newRow("higher") << QSize(120, 290) << QPoint(60, 35);
+        QTest::newRow("wider") << QSize(280, 150) << QPoint(40, 75);
+    }
+    void aPictureOfAnotherSizeKeepsItsShapeUntilTheNextOneIsThere()
+    {
+        QFETCH(QSize, size);
+        QFETCH(QPoint, outside);
+        Stage stage;
+        stage.add(1, u"a.png"_s, Red);
+        stage.rows->SetPrimaryValue(1);
+        stage.show();
+        stage.read();
+        QImage seen;
+        stage.meanwhile([&] { seen = stage.control->grab().toImage(); });
+        stage.control->resize(size);
+        QCOMPARE(seen.size(), size);
+        const QPoint middle(size.width() / 2, size.height() / 2);
+        for (const QPoint& corner : {QPoint(-55, -70), QPoint(55, 70)})
+            QCOMPARE(seen.pixelColor(middle + corner), Red);
+        QVERIFY(seen.pixelColor(outside) != Red);
+        QCOMPARE(stage.control->grab().toImage().pixelColor(outside), Red); // the next one fills it
+    }
+
+    void onADenseScreenThePictureHasThePixelsOfTheScreen()
+    {
+        if (!qEnvironmentVariableIsSet("QT_SCALE_FACTOR")) {
+            QVERIFY(passesAtDensity(u"1.5"_s));
+            return;
+        }
+        Stage stage;
+        stage.add(1, u"a.png"_s, Red);
+        stage.rows->SetPrimaryValue(1);
+        stage.show();
+        QCOMPARE(stage.control->devicePixelRatioF(), 1.5);
+        stage.host.state().given.clear();
+        stage.read();
+        QCOMPARE(stage.host.state().given.filter(u"FitPicture"_s),
+                 QStringList{u"FitPicture height 225 width 180 mode 1 flag -1 colour 80000016 reserved 0"_s});
+        // All of it shows, and nothing but it.
+        const QImage seen = stage.control->grab().toImage();
+        QCOMPARE(seen.size(), QSize(180, 225));
+        for (const QPoint& place : {QPoint(4, 112), QPoint(175, 112), QPoint(90, 4), QPoint(90, 220)})
+            QCOMPARE(seen.pixelColor(place), Red);
+    }
 
     void eachResizeFetchesAndFitsThePictureAnew()
     {

@@ -164,6 +164,23 @@ private Q_SLOTS:
         QCOMPARE(stage.seen, QStringList({u"0file"_s, u"1file"_s}));
     }
 
+    void anUploadWithoutProgressEventsArrivesToo()
+    {
+        Stage stage;
+        QVERIFY(stage.show());
+        stage.host.state().uploadTellsProgress = false;
+        stage.line->SetFile(stage.file(u"a.txt"_s));
+        stage.watch([&] { return QString::number(stage.line->Status()) + stage.icon(); });
+        stage.line->Start();
+        QCOMPARE(stage.seen, QStringList({u"0file"_s, u"0file"_s}));
+        QCOMPARE(stage.told.size(), 1);
+        QVERIFY(stage.told.first().startsWith(u"complete "_s));
+        QCOMPARE(stage.line->Status(), 2);
+        QCOMPARE(stage.icon(), u"success"_s);
+        QVERIFY(stage.bar()->isVisible());
+        QCOMPARE(stage.bar()->value(), 0); // it stays as it is
+    }
+
     void theBarShowsTheIntegerPartOfThePercentage()
     {
         Stage stage;

@@ -83,6 +83,30 @@ private Q_SLOTS:
         QCOMPARE(files.cover(), after);
     }
 
+    void theKeyIsThatOfTheCollectionWhateverItsColumn()
+    {
+        FakeHost host;
+        const HostInstallation installation(host);
+        FakeCollection rows({u"Id"_s, u"SeqNo"_s, u"FileName"_s});
+        const auto add = [&](int id, int seqNo, const QString& fileName) {
+            const tvTableRowPtr row = rows.NewItem();
+            fieldOf(*row, u"Id"_s)->SetValue(id);
+            fieldOf(*row, u"SeqNo"_s)->SetValue(seqNo);
+            fieldOf(*row, u"FileName"_s)->SetValue(fileName);
+            rows.Add(row);
+            return row;
+        };
+        add(81, 2, u"a.txt"_s);
+        const tvTableRowPtr first = add(82, 1, u"a.png"_s);
+        PrimaryRule::added(rows, *first);
+        QCOMPARE(rows.PrimaryIndex(), 2);
+        add(83, 82, u"b.png"_s); // whose number is the key of another
+        rows.SetPosition(2);
+        rows.RemoveCurrent(false);
+        PrimaryRule::removed(rows, *first);
+        QCOMPARE(rows.PrimaryIndex(), 2);
+    }
+
     void aRemovedFile_data()
     {
         QTest::addColumn<QString>("left");

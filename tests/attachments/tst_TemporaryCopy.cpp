@@ -95,13 +95,23 @@ private Q_SLOTS:
         QCOMPARE(Stage::read(stage.copy), "new");
     }
 
+    void nobodyMayExecuteTheCopy_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("another name") << u"run.sh"_s;
+        QTest::newRow("the name that it bears already") << u"copy.tmp"_s;
+    }
     void nobodyMayExecuteTheCopy()
     {
+        QFETCH(QString, name);
         const Stage stage;
+        constexpr auto executable = QFile::ExeOwner | QFile::ExeUser | QFile::ExeGroup | QFile::ExeOther;
         QVERIFY(QFile::setPermissions(stage.copy, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner |
                                                       QFile::ExeGroup | QFile::ExeOther));
-        const QString target = renameTemporaryCopy(stage.copy, u"run.sh"_s);
-        QVERIFY(!QFileInfo(target).isExecutable());
+        QVERIFY(QFileInfo(stage.copy).permissions() & executable);
+        const QString target = renameTemporaryCopy(stage.copy, name);
+        QCOMPARE(QFileInfo(target).permissions() & executable, QFile::Permissions());
+        QVERIFY(QFileInfo(target).permissions().testFlag(QFile::WriteOwner));
     }
 
     void aNameThatTheDiskDoesNotTakeStaysInTheFolder_data()

@@ -3,7 +3,6 @@
 #include "base/FileWriter.h"
 
 #include <QProcess>
-#include <QScopeGuard>
 
 #include <csignal>
 #include <sys/stat.h>
@@ -42,6 +41,27 @@ struct Stage : DownloadStage
     Label* lblFilePercent = part<Label>(task, "lblFilePercent");
     QProgressBar* bar = part<QProgressBar>(task, "ProgressBar");
     TextLink* link = part<TextLink>(task, "lnkCancel");
+};
+
+/// Acts as a window is hidden.
+class HideWatch : public QObject
+{
+public:
+    explicit HideWatch(std::function<void()> act)
+        : m_act(std::move(act))
+    {
+    }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::Hide)
+            m_act();
+        return false;
+    }
+
+private:
+    std::function<void()> m_act;
 };
 
 /// A folder in memory, which is another file system than that of temporary files; "" where there is none.
@@ -131,6 +151,17 @@ private Q_SLOTS:
         QCOMPARE(stage.unhandled.texts, QStringList());
     }
 
+    void theDialogHidesBeforeTheFolderGetsItsName()
+    {
+        Stage stage;
+        QStringList seen;
+        HideWatch watch([&] { seen << stage.lblStatus->Caption() << entriesOf(stage.downloads); });
+        stage.task->installEventFilter(&watch);
+        QCOMPARE(stage.start().Number, 0);
+        QCOMPARE(seen, QStringList({u"Download complete"_s, u"Incident 7_TEMP"_s}));
+        QCOMPARE(entriesOf(stage.downloads), QStringList{u"Incident 7"_s});
+    }
+
     void theBarCountsTheFileThatIsBeingFetchedAndTheLabelNeverShows100()
     {
         Stage stage;
@@ -176,15 +207,10 @@ private Q_SLOTS:
     {
         QFETCH(bool, isMoved);
         Stage stage(1);
-        const QTemporaryDir place; // of this test alone, for others make temporary files too
-        const QByteArray before = qgetenv("TMPDIR");
-        const auto restore =
-            qScopeGuard([&before] { before.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", before); });
-        QVERIFY(qputenv("TMPDIR", QFile::encodeName(place.path())));
         if (!isMoved)
             stage.duringTransferOf(u"1.pdf"_s, true, [&] { QDir(stage.temp).removeRecursively(); });
         QCOMPARE(stage.start().Number == 0, isMoved);
-        QCOMPARE(entriesOf(place.path()), QStringList());
+        QCOMPARE(entriesOf(stage.host.state().copies->path()), QStringList());
     }
 
     void aRowThatIsRemovedMeanwhileIsStillFetched()
@@ -393,7 +419,11 @@ private Q_SLOTS:
     void aRunThatIsKilledLeavesNothingUnderTheFinalNameAndTheNextOneUsesItsFolder()
     {
         Stage stage(2);
+        const QTemporaryDir childsFiles; // which it cannot remove itself
         QProcess child;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"TMPDIR"_s, childsFiles.path());
+        child.setProcessEnvironment(environment);
         child.start(QCoreApplication::applicationFilePath(), {u"--run-until-killed"_s, stage.downloads});
         QVERIFY(child.waitForFinished());
         QCOMPARE(child.exitStatus(), QProcess::CrashExit);

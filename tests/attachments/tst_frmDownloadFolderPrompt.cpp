@@ -91,8 +91,8 @@ private Q_SLOTS:
         QFETCH(QString, way);
         QFETCH(QString, name);
         QFETCH(bool, canceled);
+        QWidget owner; // outlives the prompt, which becomes its child but is not its own to delete
         Stage stage;
-        QWidget owner;
         owner.show();
         const tavrin::test::NextModal next([&](QWidget&) {
             if (way == u"Download"_s)
@@ -116,7 +116,6 @@ private Q_SLOTS:
         QCOMPARE(stage.prompt.Canceled(), canceled);
         QCOMPARE(stage.prompt.FolderName(), name);
         QVERIFY(stage.lblError->isHidden());
-        stage.prompt.setParent(nullptr);
     }
 
     void blanksAroundANameAreTakenAsTyped()

@@ -244,6 +244,27 @@ private Q_SLOTS:
         }
     }
 
+    void aFileThatStaysWhereItIsCanBeKeptFromBeingExecuted()
+    {
+        const QTemporaryDir folder;
+        const QString file = folder.filePath(u"a"_s);
+        put(file, "content");
+        QCOMPARE(::chmod(QFile::encodeName(file).constData(), 06754), 0);
+        LocalFiles::makeUnexecutable(file);
+        QCOMPARE(modeOf(file), mode_t(0644));
+        QCOMPARE(contentOf(file), QByteArray("content"));
+        // What a link leads to stays as it is.
+        QCOMPARE(::chmod(QFile::encodeName(file).constData(), 0755), 0);
+        const QString link = folder.filePath(u"link"_s);
+        QVERIFY(QFile::link(file, link));
+        const QString text = failureOf([&] { LocalFiles::makeUnexecutable(link); });
+        QVERIFY2(text.startsWith(link + u" could not be kept from being executed: "_s), qPrintable(text));
+        QCOMPARE(modeOf(file), mode_t(0755));
+        const QString missing = folder.filePath(u"missing"_s);
+        QCOMPARE(failureOf([&] { LocalFiles::makeUnexecutable(missing); }),
+                 missing + u" could not be kept from being executed: No such file or directory"_s);
+    }
+
     void aPathWithANulNamesNothing()
     {
         const QTemporaryDir folder;

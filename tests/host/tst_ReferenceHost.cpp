@@ -307,7 +307,20 @@ private Q_SLOTS:
         QCOMPARE(environment.GetDictionaryFolder(), path("station"));
         QVERIFY(QDir(path("station")).exists());
         QCOMPARE(environment.GetDownloadsFolder(), path("down"));
+        QVERIFY(QDir(path("down")).exists());
         QCOMPARE(environment.GetErrorNumber(5), environment.GetErrorNumber(0) + 5);
+    }
+
+    void aDownloadsFolderThatCannotBeMadeIsNamed()
+    {
+        writeFile(path("down"), "in the way");
+        QString text;
+        try {
+            m_host->environment().GetDownloadsFolder();
+        } catch (const Error& error) {
+            text = error.Description;
+        }
+        QCOMPARE(text, QStringLiteral("The Downloads folder %1 cannot be made").arg(path("down")));
     }
 
     void aWorkstationFolderThatCannotBeMadeIsNamed()

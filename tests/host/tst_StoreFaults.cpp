@@ -188,6 +188,74 @@ private:
         QCOMPARE(filesIn(month()).size(), 1);
     }
 
+    /// Does something on a disk of this size in the place of a folder; returns its answer.
+    static int onSmallDisk(const QString& folder, const char* size, const std::function<int()>& body)
+    {
+        return inChild([&] {
+            if (::unshare(CLONE_NEWNS) != 0 ||
+                ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+                ::mount("tmpfs", QFile::encodeName(folder).constData(), "tmpfs", 0, size) != 0)
+                return NotPossible;
+            return body();
+        });
+    }
+
+    static int openDescriptors()
+    {
+        return static_cast<int>(filesIn(u"/proc/self/fd"_s).size()); // with the one that lists them
+    }
+
+    /// A download that ends in one of several ways; tells what came of it.
+    QByteArray downloadTo(const QByteArray& fate)
+    {
+        auto downloader = m_host->newDownloader();
+        auto* running = downloader.get();
+        QString file = storedFile();
+        if (fate == "no file")
+            file += u'x';
+        else if (fate == "not a file")
+            file = u"attachments\\2014"_s;
+        else if (fate == "no path of the store")
+            file = u"/etc/passwd"_s;
+        const auto started = running->DownloadStarted.subscribe([&](const QString&) {
+            if (fate == "cancelled at the start")
+                running->Cancel();
+        });
+        const auto progress = running->DownloadProgress.subscribe([&](const QString&, qint64, qint64) {
+            if (fate == "cancelled")
+                running->Cancel();
+            else if (fate == "failed by a handler")
+                throw Error(u"no more"_s);
+            else if (fate == "given up")
+                downloader.reset();
+            else if (fate == "changed meanwhile")
+                change(report(), "grown");
+            else if (fate == "cut short")
+                cutCopies();
+            else if (fate == "folder of copies gone")
+                QVERIFY(QDir(temporary()).removeRecursively() && QDir().mkpath(temporary()));
+        });
+        const auto complete = running->DownloadComplete.subscribe([&](const QString&, bool) {
+            if (fate == "failed at its end")
+                throw Error(u"later"_s);
+        });
+        if (fate == "no folder for copies")
+            qputenv("TMPDIR", QFile::encodeName(path("nowhere")));
+        QString copy;
+        const QString text = errorOf([&] { copy = running->Download(file); });
+        qputenv("TMPDIR", QFile::encodeName(temporary()));
+        return !text.isEmpty() ? "failure" : copy.isEmpty() ? "nothing" : "copy";
+    }
+    void cutCopies() const
+    {
+        for (const QString& folder : filesIn(temporary())) {
+            for (const QString& name : filesIn(temporary() + u'/' + folder)) {
+                if (name.startsWith(QLatin1String(TemporaryPrefix)))
+                    QVERIFY(QFile::resize(temporary() + u'/' + folder + u'/' + name, 1));
+            }
+        }
+    }
+
     bool traceWorks() const
     {
         return QProcess::execute(u"strace"_s, {u"-o"_s, u"/dev/null"_s, u"true"_s}) == 0;
@@ -366,19 +434,14 @@ private Q_SLOTS:
     void aFullDiskIsToldBeforeAndMeanwhile()
     {
         const QString from = source(QByteArray(3 << 20, 'x'));
-        const QByteArray store = QFile::encodeName(path("attachments"));
         QVERIFY(QDir().mkpath(path("attachments")));
-        const auto onSmallDisk = [&](const char* size, const std::function<int()>& body) {
-            return inChild([&] {
-                if (::unshare(CLONE_NEWNS) != 0 ||
-                    ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-                    ::mount("tmpfs", store.constData(), "tmpfs", 0, size) != 0)
-                    return NotPossible;
+        const auto onSmallStore = [&](const char* size, const std::function<int()>& body) {
+            return onSmallDisk(path("attachments"), size, [&] {
                 const int answer = body();
                 return answer == Passed && !filesIn(month()).isEmpty() ? LeftSomething : answer;
             });
         };
-        const int before = onSmallDisk("size=2m", [&] {
+        const int before = onSmallStore("size=2m", [&] {
             return expectText(
                 uploadProblem(from, u"there is not enough free space: 3.0 MB are needed, 2.0 MB are free"_s),
                 [&] { upload(from, storedFile()); });
@@ -386,7 +449,7 @@ private Q_SLOTS:
         if (before == NotPossible)
             QSKIP("a small disk cannot be mounted here");
         QCOMPARE(before, Passed);
-        const int meanwhile = onSmallDisk("size=4m", [&] {
+        const int meanwhile = onSmallStore("size=4m", [&] {
             const auto fill = [&] { writeFile(storedPath(u"filler"_s), QByteArray(5 << 19, 'f')); };
             const int answer = expectText(uploadProblem(from, u"No space left on device"_s),
                                           [&] { uploadMeeting(from, fill); });
@@ -399,6 +462,90 @@ private Q_SLOTS:
             return isWhole ? Passed : OtherText;
         });
         QCOMPARE(meanwhile, Passed);
+    }
+
+    void aFullDiskForCopiesIsToldBeforeAndMeanwhile()
+    {
+        writeFile(report(), QByteArray(3 << 20, 'x'));
+        const auto nothingIsLeft = [&](int answer) {
+            return answer == Passed && !filesIn(temporary()).isEmpty() ? LeftSomething : answer;
+        };
+        const int before = onSmallDisk(temporary(), "size=2m", [&] {
+            return nothingIsLeft(expectText(
+                downloadProblem(storedFile(),
+                                u"there is not enough free space: 3.0 MB are needed, 2.0 MB are free"_s),
+                [&] { download(storedFile()); }));
+        });
+        if (before == NotPossible)
+            QSKIP("a small disk cannot be mounted here");
+        QCOMPARE(before, Passed);
+        const int meanwhile = onSmallDisk(temporary(), "size=4m", [&] {
+            const QString filler = temporary() + u"/filler"_s;
+            const int answer = expectText(downloadProblem(storedFile(), u"No space left on device"_s), [&] {
+                downloadMeeting([&] { writeFile(filler, QByteArray(5 << 19, 'f')); });
+            });
+            QFile::remove(filler);
+            if (nothingIsLeft(answer) != Passed)
+                return nothingIsLeft(answer);
+            return contentOf(download(storedFile())) == contentOf(report()) ? Passed : OtherText;
+        });
+        QCOMPARE(meanwhile, Passed);
+    }
+
+    void aCopyThatHasNotItsLengthIsNotHandedOut_data()
+    {
+        QTest::addColumn<qint64>("length");
+        QTest::newRow("a byte too few") << qint64((3 << 20) - 1);
+        QTest::newRow("nothing") << qint64(0);
+        QTest::newRow("a byte too many") << qint64((3 << 20) + 1);
+    }
+    void aCopyThatHasNotItsLengthIsNotHandedOut()
+    {
+        QFETCH(qint64, length);
+        writeFile(report(), QByteArray(3 << 20, 'x'));
+        const auto downloader = m_host->newDownloader();
+        QString folder;
+        auto progress =
+            downloader->DownloadProgress.subscribe([&](const QString&, qint64 done, qint64 total) {
+                folder = temporary() + u'/' + filesIn(temporary()).value(0);
+                QCOMPARE(filesIn(folder).size(), 1);
+                if (done == total)
+                    QVERIFY(QFile::resize(folder + u'/' + filesIn(folder).constFirst(), length));
+            });
+        const QString text = errorOf([&] { downloader->Download(storedFile()); });
+        QCOMPARE(text, downloadProblem(storedFile(), u"the copy in '%1' has not its length"_s.arg(folder)));
+        QCOMPARE(filesIn(temporary()), QStringList());
+        progress.cancel();
+        QVERIFY(contentOf(downloader->Download(storedFile())) == contentOf(report()));
+    }
+
+    void aDownloadLeavesNoDescriptorOpenWhateverBecomesOfIt_data()
+    {
+        QTest::addColumn<QByteArray>("fate");
+        for (const char* fate :
+             {"done", "no file", "not a file", "no path of the store", "cancelled", "cancelled at the start",
+              "failed by a handler", "failed at its end", "given up", "changed meanwhile", "cut short",
+              "no folder for copies", "folder of copies gone"})
+            QTest::newRow(fate) << QByteArray(fate);
+    }
+    void aDownloadLeavesNoDescriptorOpenWhateverBecomesOfIt()
+    {
+        QFETCH(QByteArray, fate);
+        m_host->waitForSweep();
+        writeFile(report(), QByteArray(3 << 20, 'x'));
+        const QString whole = download(storedFile()); // its folder is held open
+        const auto folder = QFileInfo(whole).path();
+        if (fate.startsWith("no folder") || fate.startsWith("folder of")) {
+            QVERIFY(QDir(folder).removeRecursively());
+            errorOf([&] { downloadMeeting([&] { throw Error(u"gone"_s); }); }); // which lets go of it
+        }
+        const QByteArray expected = fate == "done"                 ? "copy"
+                                    : fate.startsWith("cancelled") ? "nothing"
+                                                                   : "failure";
+        const int before = openDescriptors();
+        for (int i = 0; i < 5; ++i)
+            QCOMPARE(downloadTo(fate), expected);
+        QCOMPARE(openDescriptors(), before);
     }
 
     void aFolderThatIsMovedAwayMeanwhileGetsNoFile_data()
@@ -505,6 +652,22 @@ private Q_SLOTS:
         QVERIFY(QFileInfo::exists(download(storedFile())));
     }
 
+    void thePartOfAKilledDownloadGoesFromBesideACopyThatWasHandedOut()
+    {
+        writeFile(report(), QByteArray(3 << 20, 'x'));
+        const int answer = inChild([&] {
+            download(storedFile());
+            downloadMeeting([] { ::raise(SIGKILL); });
+            return Passed;
+        });
+        QCOMPARE(answer, 128 + SIGKILL);
+        const QString folder = temporary() + u'/' + filesIn(temporary()).value(0);
+        QCOMPARE(filesIn(folder).size(), 2);
+        QCOMPARE(startAsAnotherProgram(), Passed);
+        QCOMPARE(filesIn(folder).size(), 1);
+        QVERIFY(contentOf(folder + u'/' + filesIn(folder).constFirst()) == contentOf(report()));
+    }
+
     void aStartLeavesTheDownloadsOfARunningProgramAlone()
     {
         m_host->waitForSweep(); // of this program's own start
@@ -518,22 +681,35 @@ private Q_SLOTS:
         });
         copy = downloader->Download(storedFile());
         QCOMPARE(contentOf(copy), contentOf(report()));
-        QVERIFY(!QFileInfo::exists(whole)); // which was three days old
+        QVERIFY(contentOf(whole) == contentOf(report())); // somebody may be looking at it
     }
 
-    void aCopyThatWasHandedOutIsRemovedAfterADayAndNotBefore()
+    void aCopyThatAKilledProgramHandedOutIsRemovedAfterADayAndNotBefore()
     {
-        m_host->waitForSweep(); // of this program's own start
         writeFile(report(), "content");
-        const QString copy = download(storedFile());
-        const QString renamed = QFileInfo(download(storedFile())).path() + u"/Report.pdf"_s;
-        QVERIFY(QFile::rename(QFileInfo(renamed).path() + u"/attachment.tmp"_s, renamed));
+        const auto killed = [&]() -> QString { // the folder that it leaves
+            const QStringList before = filesIn(temporary());
+            const int answer = inChild([&] {
+                download(storedFile());
+                ::raise(SIGKILL);
+                return Passed;
+            });
+            if (answer != 128 + SIGKILL)
+                qFatal("the program was not killed");
+            QStringList folders = filesIn(temporary());
+            folders.removeIf([&](const QString& name) { return before.contains(name); });
+            return temporary() + u'/' + folders.value(0);
+        };
+        const QString old = killed();
+        const QString edited = killed();
         QVERIFY(QDir().mkpath(temporary() + u"/other"_s));
         age(temporary(), 2);
-        age(QFileInfo(copy).path(), 0); // somebody works with it
+        writeFile(edited + u'/' + filesIn(edited).value(0), "somebody works with it");
+        const QString fresh = killed();
         QCOMPARE(startAsAnotherProgram(), Passed);
-        QVERIFY(QFileInfo::exists(copy));
-        QVERIFY(!QFileInfo::exists(QFileInfo(renamed).path()));
+        QVERIFY(!QFileInfo::exists(old));
+        QCOMPARE(contentOf(edited + u'/' + filesIn(edited).value(0)), QByteArray("somebody works with it"));
+        QCOMPARE(contentOf(fresh + u'/' + filesIn(fresh).value(0)), QByteArray("content"));
         QVERIFY(QFileInfo::exists(temporary() + u"/other"_s));
     }
 
@@ -545,7 +721,8 @@ private Q_SLOTS:
         const QString others = temporary() + u"/tavrin-download-others"_s;
         const QString link = temporary() + u"/tavrin-download-link"_s;
         writeFile(others + u"/attachment.tmp"_s, "x");
-        writeFile(path("target/attachment.part"), "x");
+        const QString part = path("target/") + QLatin1String(TemporaryPrefix) + u"1"_s;
+        writeFile(part, "x");
         QVERIFY(QFile::link(path("target"), link));
         age(temporary(), 2);
         QCOMPARE(::chown(QFile::encodeName(others).constData(), 65534, 65534), 0);
@@ -553,7 +730,7 @@ private Q_SLOTS:
         m_host->waitForSweep();
         QVERIFY(QFileInfo::exists(others + u"/attachment.tmp"_s));
         QVERIFY(QFileInfo(link).isSymLink());
-        QVERIFY(QFileInfo::exists(path("target/attachment.part")));
+        QVERIFY(QFileInfo::exists(part));
     }
 
     void theEndOfTheProgramDoesNotWaitForAShareThatHangs()

@@ -1,5 +1,6 @@
 #include "HostTestSupport.h"
 #include "base/FileWriter.h"
+#include "host/AttachmentStore.h"
 #include "host/Thumbnails.h"
 #include "pictures/PictureReading.h"
 #include "pictures/ThumbnailMaker.h"
@@ -99,12 +100,36 @@ class tst_Thumbnails : public TestCase
 
 private:
     std::optional<QTemporaryDir> m_folder;
+    std::optional<QTemporaryDir> m_data; // of all tests
+    std::unique_ptr<Database> m_database;
     QString m_base;
+    AttachmentStorePtr m_store; // whose folder is `m_base`
 
-    QList<StoreBase> bases() const { return {{m_base, m_base}}; }
+    /// A store in this folder. A drive leads to `m_base`.
+    AttachmentStorePtr storeIn(const QString& folder, const QString& numberedFolder = {},
+                               const QString& drive = {}) const
+    {
+        m_database->execute(u"DELETE FROM setting"_s);
+        m_database->execute(u"DELETE FROM attachment_folder"_s);
+        const auto set = [this](const QString& section, const QString& key, const QString& value) {
+            Statement(*m_database, u"INSERT INTO setting VALUES (?, ?, ?)"_s).run({section, key, value});
+        };
+        set(u"_Global"_s, u"Attachments Folder"_s, folder);
+        if (!drive.isEmpty())
+            set(u"_Drives"_s, drive, m_base);
+        if (!numberedFolder.isEmpty())
+            Statement(*m_database, u"INSERT INTO attachment_folder VALUES (3, ?)"_s).run({numberedFolder});
+        const auto lists = std::make_shared<HostListsHolder>(HostListsHolder{HostLists::read(*m_database)});
+        return std::make_shared<AttachmentStore>(lists, m_data->path());
+    }
+    static Thumbnails thumbnailsOf(const AttachmentStorePtr& store, const QString& program = Program,
+                                   int timeLimitMs = Thumbnails::TimeLimitMs)
+    {
+        return {[store](const QString& path) { return openStoreFile(*store, path); }, program, timeLimitMs};
+    }
     Thumbnails thumbnails(const QString& program = Program, int timeLimitMs = Thumbnails::TimeLimitMs) const
     {
-        return {[this](const QString& path) { return openStoreFile(bases(), path); }, program, timeLimitMs};
+        return thumbnailsOf(m_store, program, timeLimitMs);
     }
     /// As the row's path comes: the base folder and a stored name with backslashes.
     QString storePath(const char* name) const { return m_base + u'\\' + QString::fromLatin1(name); }
@@ -155,13 +180,18 @@ private Q_SLOTS:
     {
         // What decoders say of hostile pictures.
         QLoggingCategory::setFilterRules(u"qt.gui.*=false"_s);
+        m_data.emplace();
+        m_database =
+            Database::open(m_data->filePath(u"records.db"_s), OpenMode::CreateWhenMissing, impatient());
     }
+    void cleanupTestCase() { m_database.reset(); }
     void init() override
     {
         TestCase::init();
         m_folder.emplace();
         m_base = m_folder->filePath(u"store"_s);
         QVERIFY(QDir().mkpath(m_base));
+        m_store = storeIn(m_base);
     }
 
     // What is made
@@ -569,11 +599,8 @@ private Q_SLOTS:
     void aStoreIsKnownByTheNameThatSettingsGiveIt()
     {
         put("a.png", plain({4, 4}, Qt::red));
-        Thumbnails service(
-            [this](const QString& path) {
-                return openStoreFile(QList<StoreBase>{{uR"(\\server\files\)"_s, m_base}}, path);
-            },
-            Program);
+        Thumbnails service =
+            thumbnailsOf(storeIn(uR"(\\server\files\)"_s, QString(), uR"(\\server\files)"_s));
         const QString path = service.pathFor(uR"(\\server\files\a.png)"_s);
         QVERIFY2(path.startsWith(uR"(\\server\files\.thumbnails\)"_s), qPrintable(path));
         QCOMPARE(kept().size(), 1);
@@ -583,11 +610,7 @@ private Q_SLOTS:
     {
         const QString archive = m_folder->filePath(u"archive"_s);
         writeFile(archive + u"/a.png"_s, encoded(plain({4, 4}, Qt::red), "png"));
-        Thumbnails service(
-            [&](const QString& path) {
-                return openStoreFile(bases() << StoreBase{archive, archive}, path);
-            },
-            Program);
+        Thumbnails service = thumbnailsOf(storeIn(m_base, archive));
         QVERIFY(service.pathFor(archive + u"\\a.png"_s).startsWith(archive + u"\\.thumbnails\\"_s));
         QCOMPARE(kept(), QStringList());
     }
@@ -603,11 +626,7 @@ private Q_SLOTS:
 
     void aStoreThatIsNotThereHasNone()
     {
-        Thumbnails service(
-            [](const QString& path) {
-                return openStoreFile(QList<StoreBase>{{u"/nowhere"_s, u"/nowhere"_s}}, path);
-            },
-            Program);
+        Thumbnails service = thumbnailsOf(storeIn(u"/nowhere"_s));
         QCOMPARE(service.pathFor(u"/nowhere\\a.png"_s), QString());
     }
 

@@ -1,5 +1,5 @@
-// Writes a picture of each state of the spelling dialog, and of the control in the designer, into the folder
-// that is named on the command line; with QT_SCALE_FACTOR=2 large pictures of some.
+// Writes a picture of each state of the spelling dialog in both themes, and of the control in the designer,
+// into the folder that is named on the command line; with QT_SCALE_FACTOR=2 large ones.
 
 #include "Pictures.h"
 #include "spell/SpellingStage.h"
@@ -60,12 +60,10 @@ struct Stage
 struct State
 {
     const char* name;
-    bool dark;
     const QString& text;
     bool allowAdd;
     bool readOnly;
     std::function<void(Stage&)> bring;
-    bool isLarge = false; // also as a large picture
 };
 
 void undoable(Stage& stage)
@@ -83,21 +81,15 @@ void refused(Stage& stage)
 void nothing(Stage&) {}
 
 const State States[] = {
-    {"word", false, Narrative, true, false, nothing, true},
-    {"word-dark", true, Narrative, true, false, nothing, true},
-    {"undo", false, Narrative, true, false, undoable},
-    {"no-suggestions", false, Name, true, false, nothing},
-    {"no-suggestions-dark", true, Name, true, false, nothing},
-    {"without-add", false, Narrative, false, false, nothing},
-    {"long", false, LongNarrative, true, false, nothing, true},
-    {"refused", false, Narrative, true, false, refused},
-    {"refused-dark", true, Narrative, true, false, refused},
-    {"read-only", false, Narrative, true, true, nothing},
+    {"word", Narrative, true, false, nothing},      {"undo", Narrative, true, false, undoable},
+    {"no-suggestions", Name, true, false, nothing}, {"without-add", Narrative, false, false, nothing},
+    {"long", LongNarrative, true, false, nothing},  {"refused", Narrative, true, false, refused},
+    {"read-only", Narrative, true, true, nothing},
 };
 
-void writeDialog(const State& state, const QString& folder, const QString& ending)
+void writeDialog(const State& state, bool dark, const QString& folder, const QString& ending)
 {
-    Stage stage(state.dark, state.text, state.allowAdd, state.readOnly);
+    Stage stage(dark, state.text, state.allowAdd, state.readOnly);
     state.bring(stage);
     QApplication::processEvents();
     const QString path =
@@ -150,8 +142,8 @@ int main(int argc, char** argv)
         const bool isLarge = application.devicePixelRatio() > 1;
         const QString ending = isLarge ? QStringLiteral("-200") : QString();
         for (const State& state : States) {
-            if (!isLarge || state.isLarge)
-                writeDialog(state, folder, ending);
+            writeDialog(state, false, folder, ending);
+            writeDialog(state, true, folder, QStringLiteral("-dark") + ending);
         }
         writeControl(false, folder, QStringLiteral("spelling-designer") + ending);
         if (!isLarge) {

@@ -1,8 +1,5 @@
-#include "spell/SpellingStage.h"
-#include "spell/SpellingWalk.h"
-#include "widgets/TextArea.h"
+#include "WalkStage.h"
 
-#include <QLineEdit>
 #include <QRegularExpressionValidator>
 #include <QScrollArea>
 
@@ -12,77 +9,28 @@ using namespace tavrin::test;
 
 namespace {
 
-const QString TextChanged = u"The text was changed meanwhile. The check goes on in the new text."_s;
+using Stage = WalkStage;
 
-/// A window with a text box of one kind.
-struct Stage
+/// Takes "teh" for wrong, fails at "broken", and notes how the mouse shows while it is asked.
+class NotingSpeller final : public Speller
 {
-    explicit Stage(const QString& kind = u"line"_s)
+public:
+    bool isCorrect(const QString& word) override
     {
-        if (kind == u"line"_s)
-            box = new TextBox(&window);
-        else if (kind == u"area"_s)
-            box = new TextArea(&window);
-        else
-            box = new QTextEdit(&window);
-        box->resize(200, 80);
+        const QCursor* shown = QApplication::overrideCursor();
+        asked << (shown && shown->shape() == Qt::WaitCursor);
+        if (word == u"broken"_s)
+            throw Error(u"no dictionary"_s);
+        return word != u"teh"_s;
     }
+    QStringList suggestions(const QString&) override { return {}; }
+    void ignoreAll(const QString&) override {}
+    void forgetIgnored() override {}
+    void add(const QString&) override {}
+    void removeAdded(const QString&) override {}
 
-    TextBox* line() const { return qobject_cast<TextBox*>(box.data()); }
-    TextArea* area() const { return qobject_cast<TextArea*>(box.data()); }
-    QTextEdit* rich() const { return qobject_cast<QTextEdit*>(box.data()); }
-    void setText(const QString& text) const
-    {
-        if (line())
-            line()->SetText(text);
-        else if (area())
-            area()->SetText(text);
-        else
-            rich()->setPlainText(text);
-    }
-    QString text() const
-    {
-        if (line())
-            return line()->text();
-        return area() ? area()->toPlainText() : rich()->toPlainText();
-    }
-    QString selected() const
-    {
-        if (line())
-            return line()->selectedText();
-        return area() ? area()->textCursor().selectedText() : rich()->textCursor().selectedText();
-    }
-    bool canUndo() const
-    {
-        if (line())
-            return line()->isUndoAvailable();
-        return area() ? area()->document()->isUndoAvailable() : rich()->document()->isUndoAvailable();
-    }
-    std::unique_ptr<SpellingWalk> walk() const
-    {
-        return std::make_unique<SpellingWalk>(box, spellerOf(folder));
-    }
-
-    SpellingFolder folder;
-    QWidget window;
-    QPointer<QWidget> box;
+    QList<bool> asked;
 };
-
-void addKinds()
-{
-    QTest::addColumn<QString>("kind");
-    for (const char* kind : {"line", "area", "rich"})
-        QTest::newRow(kind) << QString::fromLatin1(kind);
-}
-
-/// Goes through to the end: each word with its offset.
-QString wordsOf(SpellingWalk& walk)
-{
-    QStringList words;
-    for (; walk.isAtWord(); walk.ignore())
-        words << u"%1@%2"_s.arg(walk.word()).arg(walk.place().Offset);
-    return words.join(u' ');
-}
 
 } // namespace
 
@@ -192,6 +140,55 @@ private Q_SLOTS:
         const QRect seen(area.viewport()->mapToGlobal(QPoint()), area.viewport()->size());
         QVERIFY(seen.contains(walk.shownAt().center()));
         QVERIFY(walk.shownAt().width() < 100); // the word, not the box
+    }
+
+    void whileItSearchesTheMouseShowsThatTheProgramWorks()
+    {
+        const Stage stage;
+        stage.setText(u"One teh two teh three"_s);
+        bool handlerWaits = false;
+        QObject::connect(stage.line(), &QLineEdit::selectionChanged, stage.line(),
+                         [&] { handlerWaits = handlerWaits || QApplication::overrideCursor(); });
+        const auto speller = std::make_shared<NotingSpeller>();
+        SpellingWalk walk(stage.box, speller);
+        QCOMPARE(speller->asked, QList<bool>({true, true}));
+        walk.ignore();
+        QCOMPARE(walk.place().Offset, 12);
+        QCOMPARE(speller->asked, QList<bool>(4, true));
+        QVERIFY(!QApplication::overrideCursor());
+        QVERIFY(!handlerWaits); // it may ask the person something
+        walk.ignore();
+        QVERIFY(!walk.isAtWord());
+        QVERIFY(!QApplication::overrideCursor());
+    }
+
+    void whileAllAreChangedTheMouseShowsThatTheProgramWorks()
+    {
+        const Stage stage(u"area"_s);
+        stage.setText(u"One teh two teh three"_s);
+        bool waits = false;
+        bool handlerWaits = false;
+        QObject::connect(stage.area()->document(), &QTextDocument::undoAvailable, stage.area(), [&] {
+            waits = QApplication::overrideCursor(); // inside of the change
+        });
+        QObject::connect(stage.area(), &QPlainTextEdit::textChanged, stage.area(),
+                         [&] { handlerWaits = handlerWaits || QApplication::overrideCursor(); });
+        const auto walk = stage.walk();
+        walk->changeAll(u"these"_s);
+        QCOMPARE(stage.text(), u"One these two these three"_s);
+        QVERIFY(waits);
+        QVERIFY(!handlerWaits); // it may ask the person something
+        QVERIFY(!QApplication::overrideCursor());
+    }
+
+    void aDictionaryThatFailsLeavesTheMouseAsItWas()
+    {
+        const Stage stage;
+        stage.setText(u"One broken word"_s);
+        const auto speller = std::make_shared<NotingSpeller>();
+        QCOMPARE(failureOf([&] { SpellingWalk(stage.box, speller); }), u"no dictionary"_s);
+        QCOMPARE(speller->asked, QList<bool>({true, true}));
+        QVERIFY(!QApplication::overrideCursor());
     }
 
     // Changing
@@ -393,220 +390,6 @@ private Q_SLOTS:
         QCOMPARE(stage.text(), u"teh sayd"_s);
         walk->ignore();
         QCOMPARE(walk->word(), u"sayd"_s);
-    }
-
-    // Passing over and adding
-
-    void ignoreAllPassesOverTheWordInItsCaseAndWritesNothing()
-    {
-        const Stage stage;
-        stage.setText(u"teh Teh teh"_s);
-        const auto walk = stage.walk();
-        walk->ignoreAll();
-        QCOMPARE(walk->word(), u"Teh"_s);
-        walk->ignore();
-        QVERIFY(!walk->isAtWord());
-        QCOMPARE(stage.folder.customWords(), QByteArray());
-        QVERIFY(walk->addedWords().isEmpty());
-        QCOMPARE(stage.walk()->word(), u"teh"_s); // the next check asks again
-    }
-
-    void anAddedWordStandsInTheFileAndIsRightAtOnce()
-    {
-        const Stage stage;
-        const QString text = u"Qxzville lies here, Qxzville"_s;
-        stage.setText(text);
-        const auto walk = stage.walk();
-        walk->add();
-        QVERIFY(!walk->isAtWord());
-        QCOMPARE(stage.folder.customWords(), QByteArray("Qxzville\n"));
-        const auto added = walk->addedWords();
-        QCOMPARE(added.size(), 1);
-        QCOMPARE(added[0].text, text);
-        QCOMPARE(added[0].place, (FoundWord{0, 8}));
-    }
-
-    void anAddedWordKeepsItsPlaceWhileTheTextBehindItChanges()
-    {
-        const Stage stage;
-        stage.setText(u"teh Qxzville sayd"_s);
-        const auto walk = stage.walk();
-        walk->change(u"these"_s);
-        walk->add();
-        walk->change(u"said so"_s);
-        QCOMPARE(stage.text(), u"these Qxzville said so"_s);
-        const auto added = walk->addedWords();
-        QCOMPARE(added.size(), 1);
-        QCOMPARE(added[0].text, stage.text());
-        QCOMPARE(added[0].place, (FoundWord{6, 8}));
-    }
-
-    void anAddedWordIsToldAlsoWhenAProgramHasTakenItsTextAway()
-    {
-        const Stage stage;
-        stage.setText(u"teh Qxzville sayd"_s);
-        const auto walk = stage.walk();
-        walk->ignore();
-        walk->add();
-        stage.setText(u"Another text sayd"_s);
-        QCOMPARE(failureOf([&] { walk->ignore(); }), TextChanged);
-        const auto added = walk->addedWords();
-        QCOMPARE(added.size(), 1);
-        QCOMPARE(added[0].text, u"Qxzville"_s);
-        QCOMPARE(added[0].place, (FoundWord{0, 8}));
-    }
-
-    void aWordThatCannotBeAddedStaysWrong()
-    {
-        const Stage stage;
-        stage.setText(u"Qxzville"_s);
-        const auto walk = stage.walk();
-        QVERIFY(QFile::remove(stage.folder.custom()));
-        QVERIFY(failureOf([&] { walk->add(); }).contains(u"custom.dic"_s));
-        QCOMPARE(walk->word(), u"Qxzville"_s);
-        QVERIFY(walk->addedWords().isEmpty());
-        QVERIFY(!walk->canUndo());
-    }
-
-    // Taking back
-
-    void undoTakesBackEachDecisionTheLastFirst_data() { addKinds(); }
-    void undoTakesBackEachDecisionTheLastFirst()
-    {
-        QFETCH(QString, kind);
-        const Stage stage(kind);
-        const QString text = u"teh Qxzville sayd teh sayd hte wrnog"_s;
-        stage.setText(text);
-        const auto walk = stage.walk();
-        QVERIFY(!walk->canUndo());
-        walk->changeAll(u"these"_s);
-        walk->add();
-        walk->ignoreAll();
-        walk->ignore();
-        walk->change(u"wrong"_s);
-        QVERIFY(!walk->isAtWord());
-        QCOMPARE(stage.text(), u"these Qxzville sayd these sayd hte wrong"_s);
-        QStringList words;
-        while (walk->canUndo()) {
-            walk->undo();
-            words << walk->word();
-            QCOMPARE(stage.selected(), walk->word());
-        }
-        QCOMPARE(words, QStringList({u"wrnog"_s, u"hte"_s, u"sayd"_s, u"Qxzville"_s, u"teh"_s}));
-        QCOMPARE(stage.text(), text);
-        QCOMPARE(stage.folder.customWords(), QByteArray());
-        QVERIFY(walk->addedWords().isEmpty());
-        QCOMPARE(wordsOf(*walk).count(u'@'), 7); // all are wrong again
-    }
-
-    void undoOfAChangeLeavesNoTraceInTheUndoOfTheBox_data() { addKinds(); }
-    void undoOfAChangeLeavesNoTraceInTheUndoOfTheBox()
-    {
-        QFETCH(QString, kind);
-        const Stage stage(kind);
-        stage.setText(u"teh"_s);
-        const auto walk = stage.walk();
-        walk->change(u"the"_s);
-        QVERIFY(stage.canUndo());
-        walk->undo();
-        QCOMPARE(stage.text(), u"teh"_s);
-        QVERIFY(!stage.canUndo());
-    }
-
-    void aBoxWithoutUndoGetsItsTextBackAllTheSame()
-    {
-        const Stage stage(u"area"_s);
-        stage.area()->setUndoRedoEnabled(false);
-        stage.setText(u"teh cat teh"_s);
-        const auto walk = stage.walk();
-        walk->changeAll(u"these"_s);
-        QCOMPARE(stage.text(), u"these cat these"_s);
-        walk->undo();
-        QCOMPARE(stage.text(), u"teh cat teh"_s);
-        QCOMPARE(walk->word(), u"teh"_s);
-    }
-
-    void anAddedWordThatCannotBeTakenOutStaysAdded()
-    {
-        const Stage stage;
-        stage.setText(u"Qxzville sayd"_s);
-        const auto walk = stage.walk();
-        walk->add();
-        QVERIFY(QFile::remove(stage.folder.custom()));
-        QVERIFY(QDir().mkdir(stage.folder.custom())); // in its place
-        QVERIFY(failureOf([&] { walk->undo(); }).contains(u"custom.dic"_s));
-        QCOMPARE(walk->addedWords().size(), 1);
-        QCOMPARE(walk->word(), u"sayd"_s);
-        QVERIFY(walk->canUndo());
-    }
-
-    // The world around it
-
-    void aTextThatAProgramChangesIsNotTouchedAtOldOffsets_data() { addKinds(); }
-    void aTextThatAProgramChangesIsNotTouchedAtOldOffsets()
-    {
-        QFETCH(QString, kind);
-        const Stage stage(kind);
-        stage.setText(u"teh cat sayd"_s);
-        const auto walk = stage.walk();
-        walk->change(u"the"_s);
-        QCOMPARE(walk->word(), u"sayd"_s);
-        stage.setText(u"A new text sayd hte end"_s);
-        QCOMPARE(failureOf([&] { walk->change(u"said"_s); }), TextChanged);
-        QCOMPARE(stage.text(), u"A new text sayd hte end"_s);
-        QCOMPARE(walk->word(), u"sayd"_s);
-        QVERIFY(!walk->canUndo()); // of a text that is gone
-        walk->change(u"said"_s);
-        QCOMPARE(stage.text(), u"A new text said hte end"_s);
-        QCOMPARE(walk->word(), u"hte"_s);
-    }
-
-    void aTextThatBecomesEmptyEndsTheWalk()
-    {
-        const Stage stage;
-        stage.setText(u"The cat sayd"_s);
-        const auto walk = stage.walk();
-        stage.setText(QString());
-        QCOMPARE(failureOf([&] { walk->ignore(); }), TextChanged);
-        QVERIFY(!walk->isAtWord());
-    }
-
-    void aHandlerThatMakesYetAnotherTextIsFollowed()
-    {
-        const Stage stage;
-        stage.setText(u"teh cat sayd"_s);
-        TextBox* line = stage.line();
-        const Subscription louder = line->Change.subscribe([line] { line->SetText(line->Text().toUpper()); });
-        const auto walk = stage.walk();
-        walk->change(u"the"_s);
-        QCOMPARE(stage.text(), u"THE CAT SAYD"_s);
-        QCOMPARE(walk->word(), u"SAYD"_s);
-        QCOMPARE(stage.selected(), u"SAYD"_s);
-        QVERIFY(!walk->canUndo());
-    }
-
-    void aBoxThatDiesEndsTheWalk_data() { addKinds(); }
-    void aBoxThatDiesEndsTheWalk()
-    {
-        QFETCH(QString, kind);
-        const Stage stage(kind);
-        stage.setText(u"Qxzville teh sayd"_s);
-        const auto walk = stage.walk();
-        walk->add();
-        delete stage.box;
-        QVERIFY(!walk->isAtWord());
-        QVERIFY(!walk->canUndo());
-        QVERIFY(!walk->canChange());
-        QCOMPARE(walk->shownAt(), QRect());
-        walk->change(u"the"_s);
-        walk->changeAll(u"the"_s);
-        walk->ignore();
-        walk->ignoreAll();
-        walk->add();
-        walk->undo();
-        QVERIFY(!walk->textBox());
-        QCOMPARE(walk->addedWords().size(), 1); // it stands in the dictionary
-        QCOMPARE(stage.folder.customWords(), QByteArray("Qxzville\n"));
     }
 };
 

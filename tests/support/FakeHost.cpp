@@ -508,7 +508,9 @@ std::unique_ptr<Uploader> FakeHost::newUploader()
 tvTableCollectionPtr FakeHost::newTableCollection()
 {
     m_state->called(QStringLiteral("new tvTableCollection"));
-    return std::make_shared<FakeCollection>();
+    const auto collection = std::make_shared<FakeCollection>();
+    m_state->madeCollection = collection;
+    return collection;
 }
 
 std::shared_ptr<NibrsModuleService> FakeHost::createNibrsModule(const QString& className)

@@ -7,9 +7,11 @@
 #include <QHash>
 #include <QMap>
 #include <QSet>
+#include <QTemporaryDir>
 
 #include <functional>
 #include <map>
+#include <memory>
 
 namespace tavrin::test {
 
@@ -67,6 +69,12 @@ struct FakeHostState
     std::function<void(const QString&, qint64, qint64)> duringTransfer;
     /// Makes the downloaders of a test that needs odd ones; without it they copy real files.
     std::function<std::unique_ptr<Downloader>()> makeDownloader;
+    /// Whether uploads tell how far they are.
+    bool uploadTellsProgress = true;
+    /// The collection that was made last, which a control has before its first record.
+    std::weak_ptr<FakeCollection> madeCollection;
+    /// Where downloaded copies lie; made with the first.
+    std::unique_ptr<QTemporaryDir> copies;
     QStringList addedWords;
     QList<QPair<QString, QString>> nibrsCodes;
     /// Without it the host has no component of the name "NIBRS.Singletons".

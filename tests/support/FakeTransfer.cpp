@@ -68,13 +68,15 @@ public:
     }
 
 private:
-    static QString temporaryCopy(const QString& path)
+    QString temporaryCopy(const QString& path) const
     {
         const QFileInfo file(localPath(path));
         if (!file.exists())
             return path;
-        QTemporaryDir folder;
-        folder.setAutoRemove(false);
+        if (!state()->copies)
+            state()->copies = std::make_unique<QTemporaryDir>();
+        QTemporaryDir folder(state()->copies->filePath(QStringLiteral("copy")));
+        folder.setAutoRemove(false); // it goes with all the others
         const QString copy = folder.filePath(QStringLiteral("copy.tmp"));
         copyFile(file.filePath(), copy);
         return copy;
@@ -97,7 +99,8 @@ public:
         const qint64 total = state()->uploadTotal.value_or(std::max<qint64>(QFileInfo(source).size(), 2));
         for (const qint64 written : {total / 2, total}) {
             step(source, written, total);
-            UploadProgress.raise(source, written, total);
+            if (state()->uploadTellsProgress)
+                UploadProgress.raise(source, written, total);
         }
         if (QFileInfo::exists(source)) {
             const QString target = localPath(destination);

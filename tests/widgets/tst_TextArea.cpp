@@ -5,9 +5,12 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDropEvent>
+#include <QImage>
 #include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QMimeData>
+
+#include <optional>
 
 using namespace Qt::StringLiterals;
 using tavrin::TextArea;
@@ -43,6 +46,16 @@ public:
         QApplication::clipboard()->setText(text);
         press(QKeySequence::Paste);
     }
+    void paste(const QMimeData& data)
+    {
+        auto* copy = new QMimeData; // which the clipboard takes
+        for (const QString& format : data.formats())
+            copy->setData(format, data.data(format));
+        if (data.hasImage())
+            copy->setImageData(data.imageData());
+        QApplication::clipboard()->setMimeData(copy);
+        press(QKeySequence::Paste);
+    }
     void commit(const QString& text)
     {
         QInputMethodEvent event;
@@ -72,6 +85,22 @@ class tst_TextArea : public tavrin::test::TestCase
 {
     Q_OBJECT
 
+private:
+    std::optional<Stage> m_stage;
+
+protected:
+    void init() override
+    {
+        failOnUnexpectedWarnings();
+        m_stage.emplace();
+        QVERIFY(m_stage->isReady());
+    }
+    void cleanup() override
+    {
+        m_stage.reset();
+        TestCase::cleanup();
+    }
+
 private Q_SLOTS:
     // What it holds
 
@@ -90,96 +119,119 @@ private Q_SLOTS:
     void anUnchangedTextComesBackAsItCame()
     {
         QFETCH(QString, text);
-        Stage stage;
-        stage.area->SetText(text);
-        QCOMPARE(stage.area->Text(), text);
+        m_stage->area->SetText(text);
+        QCOMPARE(m_stage->area->Text(), text);
     }
 
     void aChangedTextHasOneKindOfLineEndsAndKeepsItsBlanks()
     {
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.area->SetText(u"one\ntwo\u00A02\r\nthree"_s);
-        stage.press(QKeySequence::MoveToEndOfDocument);
-        stage.press(Qt::Key_Return);
-        stage.press(Qt::Key_Return, Qt::ShiftModifier);
-        stage.type(u"x"_s);
-        QCOMPARE(stage.area->Text(), u"one\r\ntwo\u00A02\r\nthree\r\n\r\nx"_s);
+        m_stage->area->SetText(u"one\ntwo\u00A02\r\nthree"_s);
+        m_stage->press(QKeySequence::MoveToEndOfDocument);
+        m_stage->press(Qt::Key_Return);
+        m_stage->press(Qt::Key_Return, Qt::ShiftModifier);
+        m_stage->type(u"x"_s);
+        QCOMPARE(m_stage->area->Text(), u"one\r\ntwo\u00A02\r\nthree\r\n\r\nx"_s);
     }
 
     void undoingAllChangesBringsTheVeryTextBack()
     {
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.area->SetText(u"one\ntwo"_s);
-        stage.type(u"abc"_s);
-        QCOMPARE(stage.area->Text(), u"abcone\r\ntwo"_s);
-        stage.press(QKeySequence::Undo);
-        QCOMPARE(stage.area->Text(), u"one\ntwo"_s);
+        m_stage->area->SetText(u"one\ntwo"_s);
+        m_stage->type(u"abc"_s);
+        QCOMPARE(m_stage->area->Text(), u"abcone\r\ntwo"_s);
+        m_stage->press(QKeySequence::Undo);
+        QCOMPARE(m_stage->area->Text(), u"one\ntwo"_s);
     }
 
     void theTextBeforeCannotBeUndoneInto()
     {
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.area->SetText(u"of another row"_s);
-        stage.type(u"x"_s);
-        stage.area->SetText(u"of this row"_s);
-        stage.press(QKeySequence::Undo);
-        QCOMPARE(stage.area->Text(), u"of this row"_s);
+        m_stage->area->SetText(u"of another row"_s);
+        m_stage->type(u"x"_s);
+        m_stage->area->SetText(u"of this row"_s);
+        m_stage->press(QKeySequence::Undo);
+        QCOMPARE(m_stage->area->Text(), u"of this row"_s);
+    }
+
+    void whatWasUndoneCanBeRedone()
+    {
+        m_stage->area->SetText(u"one\ntwo"_s);
+        m_stage->type(u"x"_s);
+        m_stage->press(QKeySequence::Undo);
+        m_stage->press(QKeySequence::Redo);
+        QCOMPARE(m_stage->area->Text(), u"xone\r\ntwo"_s);
+    }
+
+    void theCaretStandsAtTheStartOfANewText()
+    {
+        m_stage->area->SetText(u"one\ntwo"_s);
+        m_stage->press(QKeySequence::MoveToEndOfDocument);
+        m_stage->area->SetText(u"one\ntwo"_s);
+        m_stage->type(u"x"_s);
+        QCOMPARE(m_stage->area->Text(), u"xone\r\ntwo"_s);
+    }
+
+    void whatIsNoTextIsNotTakenIn()
+    {
+        QMimeData picture;
+        picture.setImageData(QImage(4, 4, QImage::Format_RGB32));
+        m_stage->area->SetText(u"one"_s);
+        m_stage->press(QKeySequence::SelectAll);
+        m_stage->paste(picture);
+        QCOMPARE(m_stage->area->Text(), u"one"_s);
+    }
+
+    void aPastedTextComesWithoutItsFormat()
+    {
+        QMimeData formatted;
+        formatted.setHtml(u"<b>bold</b>"_s);
+        formatted.setText(u"bold"_s);
+        m_stage->paste(formatted);
+        QCOMPARE(m_stage->area->Text(), u"bold"_s);
+        QVERIFY(!m_stage->area->textCursor().charFormat().font().bold());
     }
 
     void tabLeavesTheBox()
     {
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.press(Qt::Key_Tab);
-        QVERIFY(stage.other->hasFocus());
-        QCOMPARE(stage.area->Text(), QString());
+        m_stage->press(Qt::Key_Tab);
+        QVERIFY(m_stage->other->hasFocus());
+        QCOMPARE(m_stage->area->Text(), QString());
     }
 
     // The limit
 
     void typingStopsAtTheLimit()
     {
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.area->SetMaxLength(5);
-        stage.type(u"abcdefg"_s);
-        QCOMPARE(stage.area->Text(), u"abcde"_s);
-        stage.press(Qt::Key_Backspace);
-        stage.type(u"XY"_s);
-        QCOMPARE(stage.area->Text(), u"abcdX"_s);
+        m_stage->area->SetMaxLength(5);
+        m_stage->type(u"abcdefg"_s);
+        QCOMPARE(m_stage->area->Text(), u"abcde"_s);
+        m_stage->press(Qt::Key_Backspace);
+        m_stage->type(u"XY"_s);
+        QCOMPARE(m_stage->area->Text(), u"abcdX"_s);
     }
 
     void aLineEndCountsAsTheTwoUnitsThatAreKept()
     {
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.area->SetMaxLength(4);
-        stage.type(u"abc"_s);
-        stage.press(Qt::Key_Return); // one unit is left
-        QCOMPARE(stage.area->Text(), u"abc"_s);
-        stage.press(Qt::Key_Backspace);
-        stage.press(Qt::Key_Return);
-        QCOMPARE(stage.area->Text(), u"ab\r\n"_s);
-        stage.type(u"x"_s);
-        QCOMPARE(stage.area->Text(), u"ab\r\n"_s);
+        m_stage->area->SetMaxLength(4);
+        m_stage->type(u"abc"_s);
+        m_stage->press(Qt::Key_Return); // one unit is left
+        QCOMPARE(m_stage->area->Text(), u"abc"_s);
+        m_stage->press(Qt::Key_Backspace);
+        m_stage->press(Qt::Key_Return);
+        QCOMPARE(m_stage->area->Text(), u"ab\r\n"_s);
+        m_stage->type(u"x"_s);
+        QCOMPARE(m_stage->area->Text(), u"ab\r\n"_s);
     }
 
     void aSelectionMakesRoomForWhatReplacesIt()
     {
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.area->SetMaxLength(5);
-        stage.type(u"abcde"_s);
-        stage.press(Qt::Key_Left, Qt::ShiftModifier);
-        stage.press(Qt::Key_Left, Qt::ShiftModifier);
-        stage.type(u"X"_s);
-        QCOMPARE(stage.area->Text(), u"abcX"_s);
-        stage.press(QKeySequence::SelectAll);
-        stage.paste(u"123456"_s);
-        QCOMPARE(stage.area->Text(), u"12345"_s);
+        m_stage->area->SetMaxLength(5);
+        m_stage->type(u"abcde"_s);
+        m_stage->press(Qt::Key_Left, Qt::ShiftModifier);
+        m_stage->press(Qt::Key_Left, Qt::ShiftModifier);
+        m_stage->type(u"X"_s);
+        QCOMPARE(m_stage->area->Text(), u"abcX"_s);
+        m_stage->press(QKeySequence::SelectAll);
+        m_stage->paste(u"123456"_s);
+        QCOMPARE(m_stage->area->Text(), u"12345"_s);
     }
 
     void aPastedTextIsCutAtTheLimit_data()
@@ -196,67 +248,114 @@ private Q_SLOTS:
     {
         QFETCH(QString, pasted);
         QFETCH(QString, expected);
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.area->SetMaxLength(5);
-        stage.type(u"ab"_s);
-        stage.paste(pasted);
-        QCOMPARE(stage.area->Text(), expected);
-        stage.press(QKeySequence::Undo);
-        QCOMPARE(stage.area->Text(), u"ab"_s);
+        m_stage->area->SetMaxLength(5);
+        m_stage->type(u"ab"_s);
+        m_stage->paste(pasted);
+        QCOMPARE(m_stage->area->Text(), expected);
+        m_stage->press(QKeySequence::Undo);
+        QCOMPARE(m_stage->area->Text(), u"ab"_s);
     }
 
     void aDroppedTextIsCutAtTheLimit()
     {
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.area->SetMaxLength(5);
-        stage.drop(u"abcdefg"_s);
-        QCOMPARE(stage.area->Text(), u"abcde"_s);
+        m_stage->area->SetMaxLength(5);
+        m_stage->drop(u"abcdefg"_s);
+        QCOMPARE(m_stage->area->Text(), u"abcde"_s);
     }
 
     void aTextOfAnInputMethodIsCutAtTheLimit()
     {
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.area->SetMaxLength(3);
-        stage.commit(u"\u6587\u5B57"_s);
-        stage.commit(u"\u6587\u5B57"_s);
-        QCOMPARE(stage.area->Text(), u"\u6587\u5B57\u6587"_s);
-        stage.commit(u"\u6587"_s);
-        QCOMPARE(stage.area->Text(), u"\u6587\u5B57\u6587"_s);
+        m_stage->area->SetMaxLength(3);
+        m_stage->commit(u"\u6587\u5B57"_s);
+        m_stage->commit(u"\u6587\u5B57"_s);
+        QCOMPARE(m_stage->area->Text(), u"\u6587\u5B57\u6587"_s);
+        m_stage->commit(u"\u6587"_s);
+        QCOMPARE(m_stage->area->Text(), u"\u6587\u5B57\u6587"_s);
+    }
+
+    void whatAnInputMethodReplacesMakesRoom()
+    {
+        m_stage->area->SetMaxLength(3);
+        m_stage->type(u"abc"_s);
+        QInputMethodEvent event;
+        event.setCommitString(u"XYZ"_s, -2, 2);
+        QApplication::sendEvent(m_stage->area, &event);
+        QCOMPARE(m_stage->area->Text(), u"aXY"_s);
+    }
+
+    void withoutALimitAnyLengthIsTaken()
+    {
+        QCOMPARE(m_stage->area->MaxLength(), 0);
+        m_stage->area->SetMaxLength(2);
+        m_stage->area->SetMaxLength(0);
+        m_stage->paste(QString(40000, u'x'));
+        m_stage->type(u"y"_s);
+        QCOMPARE(m_stage->area->Text().size(), 40001);
+    }
+
+    void aSelectionStaysWhenNothingOfWhatIsPastedFits()
+    {
+        m_stage->area->SetMaxLength(3);
+        m_stage->type(u"abc"_s);
+        m_stage->press(Qt::Key_Left, Qt::ShiftModifier);
+        m_stage->paste(u"\U0001F4CE"_s);
+        QCOMPARE(m_stage->area->Text(), u"abc"_s);
+        QCOMPARE(m_stage->area->textCursor().selectedText(), u"c"_s);
+    }
+
+    void aCharacterOfTheThirdLevelIsTextAndNoCommand()
+    {
+        m_stage->area->SetMaxLength(1);
+        const auto press = [&] {
+            QKeyEvent key(QEvent::KeyPress, Qt::Key_At, Qt::ControlModifier | Qt::AltModifier, u"@"_s);
+            QApplication::sendEvent(m_stage->area, &key);
+        };
+        press();
+        QCOMPARE(m_stage->area->Text(), u"@"_s);
+        press();
+        QCOMPARE(m_stage->area->Text(), u"@"_s);
+    }
+
+    void aTextThatIsReadOnlyCanBeCopiedButNotChanged()
+    {
+        m_stage->area->SetText(u"abc"_s);
+        m_stage->area->setReadOnly(true);
+        m_stage->type(u"x"_s);
+        m_stage->press(Qt::Key_Return);
+        m_stage->press(Qt::Key_Delete);
+        m_stage->drop(u"x"_s);
+        m_stage->press(QKeySequence::SelectAll);
+        m_stage->press(QKeySequence::Copy);
+        QCOMPARE(m_stage->area->Text(), u"abc"_s);
+        QCOMPARE(QApplication::clipboard()->text(), u"abc"_s);
     }
 
     void aLongerTextStandsWholeAndCanOnlyBecomeShorter()
     {
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.area->SetMaxLength(5);
-        stage.area->SetText(u"abcdefgh"_s);
-        QCOMPARE(stage.area->Text(), u"abcdefgh"_s);
-        stage.type(u"x"_s);
-        stage.paste(u"xy"_s);
-        stage.commit(u"x"_s);
-        stage.press(Qt::Key_Return);
-        QCOMPARE(stage.area->Text(), u"abcdefgh"_s);
-        stage.press(Qt::Key_Delete);
-        stage.type(u"x"_s);
-        QCOMPARE(stage.area->Text(), u"bcdefgh"_s);
-        stage.press(QKeySequence::Undo);
-        QCOMPARE(stage.area->Text(), u"abcdefgh"_s);
+        m_stage->area->SetMaxLength(5);
+        m_stage->area->SetText(u"abcdefgh"_s);
+        QCOMPARE(m_stage->area->Text(), u"abcdefgh"_s);
+        m_stage->type(u"x"_s);
+        m_stage->paste(u"xy"_s);
+        m_stage->commit(u"x"_s);
+        m_stage->press(Qt::Key_Return);
+        QCOMPARE(m_stage->area->Text(), u"abcdefgh"_s);
+        m_stage->press(Qt::Key_Delete);
+        m_stage->type(u"x"_s);
+        QCOMPARE(m_stage->area->Text(), u"bcdefgh"_s);
+        m_stage->press(QKeySequence::Undo);
+        QCOMPARE(m_stage->area->Text(), u"abcdefgh"_s);
     }
 
     void commandsWorkAtTheLimit()
     {
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.area->SetMaxLength(3);
-        stage.type(u"abc"_s);
-        stage.press(QKeySequence::SelectAll);
-        stage.press(QKeySequence::Copy);
+        m_stage->area->SetMaxLength(3);
+        m_stage->type(u"abc"_s);
+        m_stage->press(QKeySequence::SelectAll);
+        m_stage->press(QKeySequence::Copy);
         QCOMPARE(QApplication::clipboard()->text(), u"abc"_s);
-        stage.press(QKeySequence::Cut);
-        QCOMPARE(stage.area->Text(), QString());
+        m_stage->press(QKeySequence::Cut);
+        QCOMPARE(m_stage->area->Text(), QString());
     }
 };
 

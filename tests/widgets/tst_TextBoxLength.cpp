@@ -6,6 +6,8 @@
 #include <QClipboard>
 #include <QInputMethodEvent>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 using tavrin::Subscription;
 using tavrin::TextBox;
@@ -56,124 +58,123 @@ class tst_TextBoxLength : public tavrin::test::TestCase
 {
     Q_OBJECT
 
+private:
+    std::optional<Stage> m_stage;
+
+protected:
+    void init() override
+    {
+        failOnUnexpectedWarnings();
+        m_stage.emplace();
+        QVERIFY(m_stage->isReady());
+    }
+    void cleanup() override
+    {
+        m_stage.reset();
+        TestCase::cleanup();
+    }
+
 private Q_SLOTS:
     void withoutALimitAnyLengthIsTaken()
     {
-        Stage stage;
-        QVERIFY(stage.isReady());
-        QCOMPARE(stage.box->MaxLength(), 0);
-        stage.box->SetMaxLength(0);
+        QCOMPARE(m_stage->box->MaxLength(), 0);
+        m_stage->box->SetMaxLength(0);
         const QString longest(40000, u'x');
-        stage.box->SetText(longest);
-        QCOMPARE(stage.box->Text(), longest);
-        stage.type(u"y"_s);
-        QCOMPARE(stage.box->Text().size(), 40001);
+        m_stage->box->SetText(longest);
+        QCOMPARE(m_stage->box->Text(), longest);
+        m_stage->type(u"y"_s);
+        QCOMPARE(m_stage->box->Text().size(), 40001);
     }
 
     void aTextOfARecordStandsWholeBeforeThereIsALimit()
     {
-        Stage stage;
-        QVERIFY(stage.isReady());
         const QString longest(40000, u'x');
-        stage.box->SetText(longest);
-        QCOMPARE(stage.box->Text(), longest);
-        QCOMPARE(stage.told, QStringList{longest});
-        stage.box->SetMaxLength(5);
-        QCOMPARE(stage.box->Text(), longest);
-        QCOMPARE(stage.told.size(), 1);
+        m_stage->box->SetText(longest);
+        QCOMPARE(m_stage->box->Text(), longest);
+        QCOMPARE(m_stage->told, QStringList{longest});
+        m_stage->box->SetMaxLength(5);
+        QCOMPARE(m_stage->box->Text(), longest);
+        QCOMPARE(m_stage->told.size(), 1);
     }
 
     void typingStopsAtTheLimit()
     {
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.box->SetMaxLength(5);
-        stage.type(u"abcdefg"_s);
-        QCOMPARE(stage.box->Text(), u"abcde"_s);
+        m_stage->box->SetMaxLength(5);
+        m_stage->type(u"abcdefg"_s);
+        QCOMPARE(m_stage->box->Text(), u"abcde"_s);
     }
 
     void aPastedTextIsCutAtTheLimit()
     {
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.box->SetMaxLength(5);
-        stage.type(u"ab"_s);
-        stage.paste(u"cdefg"_s);
-        QCOMPARE(stage.box->Text(), u"abcde"_s);
+        m_stage->box->SetMaxLength(5);
+        m_stage->type(u"ab"_s);
+        m_stage->paste(u"cdefg"_s);
+        QCOMPARE(m_stage->box->Text(), u"abcde"_s);
     }
 
     void aLongerTextStandsWholeAndTellsOnce()
     {
-        Stage stage;
-        stage.box->SetText(LongText);
-        stage.box->SetMaxLength(10);
-        QCOMPARE(stage.box->Text(), LongText);
-        stage.box->SetText(LongText + u'g'); // a limit that was set before cuts nothing either
-        QCOMPARE(stage.box->Text(), LongText + u'g');
-        QCOMPARE(stage.told, QStringList({LongText, LongText + u'g'}));
-        QCOMPARE(stage.box->MaxLength(), 10);
+        m_stage->box->SetText(LongText);
+        m_stage->box->SetMaxLength(10);
+        QCOMPARE(m_stage->box->Text(), LongText);
+        m_stage->box->SetText(LongText + u'g'); // a limit that was set before cuts nothing either
+        QCOMPARE(m_stage->box->Text(), LongText + u'g');
+        QCOMPARE(m_stage->told, QStringList({LongText, LongText + u'g'}));
+        QCOMPARE(m_stage->box->MaxLength(), 10);
     }
 
     void aLongerTextTakesNothingInUntilItIsShorterThanTheLimit()
     {
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.box->SetText(LongText);
-        stage.box->SetMaxLength(10);
-        stage.type(u"X"_s);
-        stage.paste(u"XY"_s);
-        QCOMPARE(stage.box->Text(), LongText);
-        stage.press(Qt::Key_Backspace);
-        stage.type(u"X"_s); // not even what was taken away
-        QCOMPARE(stage.box->Text(), LongText.left(15));
+        m_stage->box->SetText(LongText);
+        m_stage->box->SetMaxLength(10);
+        m_stage->type(u"X"_s);
+        m_stage->paste(u"XY"_s);
+        QCOMPARE(m_stage->box->Text(), LongText);
+        m_stage->press(Qt::Key_Backspace);
+        m_stage->type(u"X"_s); // not even what was taken away
+        QCOMPARE(m_stage->box->Text(), LongText.left(15));
         for (int i = 0; i < 7; ++i)
-            stage.press(Qt::Key_Backspace);
-        stage.type(u"XYZ"_s);
-        QCOMPARE(stage.box->Text(), u"01234567XY"_s);
+            m_stage->press(Qt::Key_Backspace);
+        m_stage->type(u"XYZ"_s);
+        QCOMPARE(m_stage->box->Text(), u"01234567XY"_s);
     }
 
     void anInputMethodAddsNothingToALongerText()
     {
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.box->SetText(LongText);
-        stage.box->SetMaxLength(10);
+        m_stage->box->SetText(LongText);
+        m_stage->box->SetMaxLength(10);
         QInputMethodEvent commit;
         commit.setCommitString(u"\u6587"_s);
-        QApplication::sendEvent(stage.box, &commit);
-        QCOMPARE(stage.box->Text(), LongText);
+        QApplication::sendEvent(m_stage->box, &commit);
+        QCOMPARE(m_stage->box->Text(), LongText);
     }
 
     void whatWasTakenFromALongerTextComesBackByUndoing()
     {
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.box->SetText(LongText);
-        stage.box->SetMaxLength(10);
-        stage.press(QKeySequence::SelectAll);
-        stage.press(Qt::Key_Delete);
-        QCOMPARE(stage.box->Text(), QString());
-        stage.type(u"new"_s);
-        while (stage.box->isUndoAvailable())
-            stage.press(QKeySequence::Undo);
-        QCOMPARE(stage.box->Text(), LongText);
-        stage.press(Qt::Key_End); // away from the selection, which came back too
-        stage.type(u"X"_s);
-        QCOMPARE(stage.box->Text(), LongText);
+        m_stage->box->SetText(LongText);
+        m_stage->box->SetMaxLength(10);
+        m_stage->press(QKeySequence::SelectAll);
+        m_stage->press(Qt::Key_Delete);
+        QCOMPARE(m_stage->box->Text(), QString());
+        m_stage->type(u"new"_s);
+        while (m_stage->box->isUndoAvailable())
+            m_stage->press(QKeySequence::Undo);
+        QCOMPARE(m_stage->box->Text(), LongText);
+        m_stage->press(Qt::Key_End); // away from the selection, which came back too
+        m_stage->type(u"X"_s);
+        QCOMPARE(m_stage->box->Text(), LongText);
     }
 
     void theNextTextHasTheLimitAgain()
     {
-        Stage stage;
-        QVERIFY(stage.isReady());
-        stage.box->SetMaxLength(10);
-        stage.box->SetText(LongText);
-        stage.box->SetText(u"01234567"_s);
-        stage.type(u"XYZ"_s);
-        QCOMPARE(stage.box->Text(), u"01234567XY"_s);
-        stage.box->SetMaxLength(12);
-        stage.type(u"XYZ"_s);
-        QCOMPARE(stage.box->Text(), u"01234567XYXY"_s);
+        m_stage->box->SetMaxLength(10);
+        m_stage->box->SetText(LongText);
+        m_stage->box->SetText(u"01234567"_s);
+        m_stage->type(u"XYZ"_s);
+        QCOMPARE(m_stage->box->Text(), u"01234567XY"_s);
+        m_stage->box->SetMaxLength(12);
+        m_stage->type(u"XYZ"_s);
+        QCOMPARE(m_stage->box->Text(), u"01234567XYXY"_s);
     }
 };
 

@@ -23,6 +23,7 @@ struct Site
     {
         Options options;
         options.database = folder.filePath(QStringLiteral("records.sqlite"));
+        options.workstationFolder = folder.filePath(QStringLiteral("workstation"));
         if (!form.isEmpty()) {
             QFile file(folder.filePath(formName));
             if (file.open(QIODevice::WriteOnly))

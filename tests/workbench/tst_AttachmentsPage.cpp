@@ -102,6 +102,47 @@ private Q_SLOTS:
         QCOMPARE(site.boxes.texts(), QStringList());
     }
 
+    void anOpenedFileShowsUnderItsNameAndASecondOpeningReplacesTheCopy()
+    {
+        const QTemporaryDir temporary;
+        const QByteArray before = qgetenv("TMPDIR");
+        const auto restore = qScopeGuard([&before] {
+            if (before.isNull())
+                qunsetenv("TMPDIR");
+            else
+                qputenv("TMPDIR", before);
+        });
+        AttachmentsSite site;
+        qputenv("TMPDIR", QFile::encodeName(temporary.path()));
+        const FakeShell shell;
+        site.openPage();
+        site.add({site.makeText(u"notes.txt"_s)});
+        site.list()->setFocus();
+        QTest::keyClick(site.list(), Qt::Key_Return);
+        QCOMPARE(shell.opened().size(), 1);
+        const QString copy = shell.opened().constFirst();
+        QCOMPARE(QFileInfo(copy).fileName(), u"notes.txt"_s);
+        QVERIFY(copy.startsWith(temporary.path() + u'/'));
+        QFile first(copy); // as a program that shows it
+        QVERIFY(first.open(QIODevice::ReadOnly));
+
+        QTest::keyClick(site.list(), Qt::Key_Return);
+        QCOMPARE(shell.opened(), QStringList({copy, copy}));
+        const QDir folder(QFileInfo(copy).path());
+        QCOMPARE(folder.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+                 QStringList{u"notes.txt"_s});
+        QCOMPARE(first.readAll(), QByteArray("seen"));
+        QFile second(copy);
+        QVERIFY(second.open(QIODevice::ReadOnly));
+        QCOMPARE(second.readAll(), QByteArray("seen"));
+
+        QVERIFY(site.window->save());
+        site.close();
+        site.workspace.reset(); // the end of the program
+        QVERIFY(QDir(temporary.path()).isEmpty());
+        QCOMPARE(site.boxes.texts(), QStringList());
+    }
+
     void theCoverBesideTheTitleFollowsTheListOfTheSameRecord()
     {
         AttachmentsSite site;

@@ -64,7 +64,11 @@ private Q_SLOTS:
         QTest::newRow("missing value") << QStringList{QStringLiteral("--db")} << QStringLiteral("--db");
         QTest::newRow("stray argument")
             << QStringList{QStringLiteral("file.sqlite")} << QStringLiteral("file.sqlite");
-        for (const char* option : {"--db", "--tour", "--forms", "--data", "--user"})
+        QTest::newRow("elsewhere of nowhere")
+            << QStringList{QStringLiteral("--tour-elsewhere"), QStringLiteral("--tour"),
+                           QStringLiteral("pictures")}
+            << QStringLiteral("--tour-elsewhere");
+        for (const char* option : {"--db", "--tour", "--forms", "--data", "--user", "--workstation"})
             QTest::addRow("empty value of %s", option)
                 << QStringList{QString::fromLatin1(option), QString()} << QString::fromLatin1(option);
     }
@@ -84,6 +88,7 @@ private Q_SLOTS:
         const Outcome help = start({QStringLiteral("--help")});
         QCOMPARE(help.exitCode, 0);
         QVERIFY(help.out.contains(QStringLiteral("--tour")));
+        QVERIFY(!help.out.contains(QStringLiteral("--tour-elsewhere"))); // not for a person
         QVERIFY2(help.out.contains(QStringLiteral("/records.sqlite")), qPrintable(help.out));
         const Outcome version = start({QStringLiteral("--version")});
         QCOMPARE(version.exitCode, 0);
