@@ -57,6 +57,7 @@ void HunspellEngine::CheckWindow(QWidget* textBox)
             m_walk.reset();
     });
 
+    m_speller->refreshCustomWords(); // another control or program may have added some
     const auto walk = std::make_shared<SpellingWalk>(textBox, m_speller);
     if (!*alive) // a handler of the box has closed the form at the first mark
         return;

@@ -59,6 +59,15 @@ void HunspellSpeller::setCustomDictionary(const QString& path)
     applyCustomWords();
 }
 
+void HunspellSpeller::refreshCustomWords()
+{
+    try {
+        if (m_custom && m_custom->refresh())
+            applyCustomWords();
+    } catch (const Error&) { // NOLINT(bugprone-empty-catch): the words stay
+    }
+}
+
 void HunspellSpeller::applyCustomWords()
 {
     m_answers.clear();

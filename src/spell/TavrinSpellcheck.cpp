@@ -32,8 +32,12 @@ const QString ErrorTitle = QStringLiteral("Error");
 const QString MainDictionary = QStringLiteral("vssp_ae.dct");
 const QString CustomDictionaryFile = QStringLiteral("custom.dic");
 
+/// A host that names no folder must not have its files looked for in the folder that happens to be the
+/// working one.
 QString pathOf(const QString& folder, const QString& name)
 {
+    if (folder.isEmpty())
+        throw Error(QStringLiteral("The host names no folder for the spelling dictionaries"));
     return QDir::toNativeSeparators(QDir(folder).filePath(name));
 }
 
@@ -111,7 +115,6 @@ bool TavrinSpellcheck::checkText(QObject* txt)
         return false;
     vsSpellCheck->SetAllowAdd(mayAdd);
     vsSpellCheck->SetShowDialog(true);
-    m_addedWords.clear();
     vsSpellCheck->CheckWindow(box.hWnd());
     if (!self)
         return false;
@@ -201,6 +204,7 @@ void TavrinSpellcheck::SyncCustomDictionary()
 void TavrinSpellcheck::vsSpellCheck_CheckEnded(int abandoned)
 {
     m_completed = abandoned == 0;
+    m_addedWords.clear(); // with the dialog goes the way to take them back
 }
 
 void TavrinSpellcheck::vsSpellCheck_UserAction(int code)

@@ -83,7 +83,7 @@ private:
         QString word;
         std::unique_ptr<tvCustomDictionary> dictionary; // that added it
     };
-    std::vector<AddedWord> m_addedWords; // of the last check
+    std::vector<AddedWord> m_addedWords; // of the check that runs
 };
 
 } // namespace tavrin

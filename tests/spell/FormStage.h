@@ -15,7 +15,6 @@
 
 namespace tavrin::test {
 
-
 /// Boxes that do something while the first of them is open.
 class ActingBoxes
 {

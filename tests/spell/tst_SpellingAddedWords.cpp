@@ -149,8 +149,8 @@ private Q_SLOTS:
         FormStage stage;
         QVERIFY(stage.show());
         stage.host.state().failures.emplace(u"AddWord"_s, Error(u"no database"_s));
-        const Person person(
-            {Person::click("cmdAdd"), Person::click("cmdUndo"), Person::click("cmdIgnore"), Person::click("cmdIgnore")});
+        const Person person({Person::click("cmdAdd"), Person::click("cmdUndo"), Person::click("cmdIgnore"),
+                             Person::click("cmdIgnore")});
         QVERIFY(stage.check());
         QVERIFY(person.isDone());
         QVERIFY(!stage.log().contains(u"TakeBack"_s));
@@ -162,8 +162,8 @@ private Q_SLOTS:
         FormStage stage;
         QVERIFY(stage.show());
         stage.host.state().failures.emplace(u"TakeBack"_s, Error(u"no database"_s));
-        const Person person(
-            {Person::click("cmdAdd"), Person::click("cmdUndo"), Person::click("cmdIgnore"), Person::click("cmdIgnore")});
+        const Person person({Person::click("cmdAdd"), Person::click("cmdUndo"), Person::click("cmdIgnore"),
+                             Person::click("cmdIgnore")});
         QVERIFY(stage.check());
         QVERIFY(person.isDone());
         QCOMPARE(stage.boxes.texts(), QStringList(u"Error removing word from database: no database"_s));

@@ -231,6 +231,7 @@ public:
     }
     int GetErrorNumber(int code) override
     {
+        state()->given << QStringLiteral("GetErrorNumber %1").arg(code);
         asked(QStringLiteral("GetErrorNumber"));
         return 1000 + code;
     }
