@@ -5,6 +5,8 @@
 #include <QSet>
 #include <QStringDecoder>
 
+#include <algorithm>
+
 namespace tavrin::CustomWords {
 
 namespace {
@@ -72,6 +74,21 @@ QString requireWord(const QString& word)
     const QString shown = normal.size() > ShownLength ? normal.left(ShownLength) + QChar(0x2026) : normal;
     throw Error(
         QStringLiteral("The word \"%1\" cannot be added to the custom dictionary: %2.").arg(shown, flaw));
+}
+
+void requireText(const QString& path, const QByteArray& content)
+{
+    const auto isControl = [](char c) {
+        return (c >= 0 && c < ' ' && c != '\t' && c != '\r' && c != '\n') || c == 0x7F;
+    };
+    bool isBinary = content.contains('\0');
+    if (!isBinary && std::any_of(content.begin(), content.end(), isControl)) {
+        QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+        const QString decoded = decoder.decode(content);
+        isBinary = decoder.hasError();
+    }
+    if (isBinary)
+        throw Error(QStringLiteral("The file %1 is no text").arg(path));
 }
 
 QStringList parse(const QByteArray& content)

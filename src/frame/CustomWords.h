@@ -22,6 +22,13 @@ QString flawOf(const QString& word);
 /// The normal form. Raises an `Error` with a text for a person when the word cannot be added.
 QString requireWord(const QString& word);
 
+/// Bytes of the longest file that is read.
+inline constexpr qint64 LongestFile = qint64(16) << 20;
+
+/// Raises an `Error` that names the file when its content is binary: it holds zeros, or other control
+/// characters in what is not UTF-8 either.
+void requireText(const QString& path, const QByteArray& content);
+
 /// The words of a file's content, in its order, in normal form, each once. Lines that are no words are
 /// passed over.
 QStringList parse(const QByteArray& content);

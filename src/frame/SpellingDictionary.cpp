@@ -13,9 +13,9 @@ namespace tavrin {
 
 namespace {
 
-constexpr char Mark[] = "TVBoundControls spelling dictionary 1";
+constexpr char Mark[] = "TVBoundControls spelling dictionary 2";
 /// Lines of the header, its empty last one left out.
-constexpr qsizetype HeaderLines = 6;
+constexpr qsizetype HeaderLines = 7;
 /// A list may hold more words than it states, but not so many that the count means nothing.
 constexpr qint64 MostWordsPerStated = 2;
 
@@ -110,11 +110,17 @@ void checkWordCount(const QByteArray& wordList)
         fail(QStringLiteral("the words are %1 by their count and %2 by their lines").arg(stated).arg(held));
 }
 
+QByteArray timeText(const QDateTime& time)
+{
+    return time.toUTC().toString(Qt::ISODateWithMs).toLatin1();
+}
+
 QByteArray headerOf(const SpellingDictionary& dictionary)
 {
     QByteArray header = QByteArray(Mark) + '\n';
     header += "name " + dictionary.Name.toUtf8() + '\n';
-    header += "changed " + dictionary.Changed.toUTC().toString(Qt::ISODateWithMs).toLatin1() + '\n';
+    header += "rules-changed " + timeText(dictionary.RulesChanged) + '\n';
+    header += "words-changed " + timeText(dictionary.WordsChanged) + '\n';
     header += "affix " + QByteArray::number(dictionary.AffixRules.size()) + '\n';
     header += "words " + QByteArray::number(dictionary.WordList.size()) + '\n';
     QCryptographicHash hash(QCryptographicHash::Sha256);
@@ -131,6 +137,11 @@ QByteArray valueOf(const QByteArray& line, const char* keyword)
     if (!line.startsWith(beginning))
         fail(QStringLiteral("it is damaged"));
     return line.mid(beginning.size());
+}
+
+QDateTime timeOf(const QByteArray& line, const char* keyword)
+{
+    return QDateTime::fromString(QString::fromLatin1(valueOf(line, keyword)), Qt::ISODateWithMs);
 }
 
 qint64 lengthOf(const QByteArray& line, const char* keyword)
@@ -184,10 +195,10 @@ SpellingDictionary unpackSpellingDictionary(const QByteArray& content)
         fail(QStringLiteral("it is damaged"));
     SpellingDictionary dictionary;
     dictionary.Name = QString::fromUtf8(valueOf(lines.at(1), "name"));
-    dictionary.Changed =
-        QDateTime::fromString(QString::fromLatin1(valueOf(lines.at(2), "changed")), Qt::ISODateWithMs);
-    const qint64 affixLength = lengthOf(lines.at(3), "affix");
-    const qint64 wordsLength = lengthOf(lines.at(4), "words");
+    dictionary.RulesChanged = timeOf(lines.at(2), "rules-changed");
+    dictionary.WordsChanged = timeOf(lines.at(3), "words-changed");
+    const qint64 affixLength = lengthOf(lines.at(4), "affix");
+    const qint64 wordsLength = lengthOf(lines.at(5), "words");
     if (content.size() < headerLength + affixLength + wordsLength)
         fail(QStringLiteral("its end is missing"));
     dictionary.AffixRules = content.mid(headerLength, affixLength);

@@ -12,12 +12,14 @@ struct SpellingDictionary
 {
     /// Of the installed dictionary, as in "en_US".
     QString Name;
-    /// When the newer of its two files was last changed; UTC, in milliseconds.
-    QDateTime Changed;
+    /// When the ".aff" file was last changed; UTC, in milliseconds.
+    QDateTime RulesChanged;
     /// Content of the installed ".aff" file.
     QByteArray AffixRules;
     /// Content of the installed ".dic" file.
     QByteArray WordList;
+    /// When the ".dic" file was last changed; UTC, in milliseconds.
+    QDateTime WordsChanged = {};
 };
 
 /// Raises an `Error` that says what is wrong when the rules or the word list is empty, cut off, no text, of

@@ -7,8 +7,6 @@
 
 #include <QFileInfo>
 
-#include <algorithm>
-
 namespace tavrin {
 
 namespace {
@@ -23,28 +21,33 @@ QString wordsPath(const QString& source)
     return source + QStringLiteral(".dic");
 }
 
-QDateTime changeOf(const QString& path)
+/// A file of the installed dictionary.
+struct Installed
 {
-    const QFileInfo info(path);
-    if (!info.exists())
-        throw Error(QStringLiteral("The installed spelling dictionary %1 is missing").arg(path));
-    return info.lastModified().toUTC();
-}
+    QDateTime changed;
+    qint64 size = 0;
 
-/// Without the files' content.
-SpellingDictionary describe(const QString& source)
-{
-    SpellingDictionary dictionary;
-    dictionary.Name = QFileInfo(rulesPath(source)).completeBaseName();
-    dictionary.Changed = std::max(changeOf(rulesPath(source)), changeOf(wordsPath(source)));
-    return dictionary;
-}
+    explicit Installed(const QString& path)
+    {
+        const QFileInfo info(path);
+        if (!info.exists())
+            throw Error(QStringLiteral("The installed spelling dictionary %1 is missing").arg(path));
+        changed = info.lastModified().toUTC();
+        size = info.size();
+    }
+    /// A package that is being installed puts one file there before the other, so each counts for itself.
+    bool isNewerThan(const QDateTime& present, qint64 presentSize) const
+    {
+        return !present.isValid() || changed > present || (changed == present && size != presentSize);
+    }
+};
 
-bool isUpToDate(const QString& file, const SpellingDictionary& installed)
+bool isUpToDate(const QString& file, const QString& name, const Installed& rules, const Installed& words)
 {
     try {
         const SpellingDictionary present = readSpellingDictionary(file);
-        return present.Name == installed.Name && present.Changed >= installed.Changed;
+        return present.Name == name && !rules.isNewerThan(present.RulesChanged, present.AffixRules.size()) &&
+               !words.isNewerThan(present.WordsChanged, present.WordList.size());
     } catch (const Error&) {
         return false; // missing or damaged: to be written
     }
@@ -54,9 +57,14 @@ bool isUpToDate(const QString& file, const SpellingDictionary& installed)
 
 void refreshSpellingDictionary(const QString& file, const QString& source)
 {
-    // The time is taken before the content: a file that changes in between is taken again the next time.
-    SpellingDictionary installed = describe(source);
-    if (isUpToDate(file, installed))
+    // The times are taken before the content: a file that changes in between is taken again the next time.
+    const Installed rules(rulesPath(source));
+    const Installed words(wordsPath(source));
+    SpellingDictionary installed;
+    installed.Name = QFileInfo(rulesPath(source)).completeBaseName();
+    installed.RulesChanged = rules.changed;
+    installed.WordsChanged = words.changed;
+    if (isUpToDate(file, installed.Name, rules, words))
         return;
     installed.AffixRules = readFile(rulesPath(source), LongestDictionaryFile);
     installed.WordList = readFile(wordsPath(source), LongestDictionaryFile);

@@ -17,15 +17,34 @@
 #include "host/StoreUploader.h"
 #include "host/Thumbnails.h"
 
+#include <QCryptographicHash>
 #include <QFileInfo>
+#include <QStandardPaths>
 
 namespace tavrin {
+
+namespace {
+
+/// Two databases must not take each other's custom words away.
+QString workstationFolder(const ReferenceHostOptions& options, const Database& database)
+{
+    if (!options.WorkstationFolder.isEmpty())
+        return options.WorkstationFolder;
+    constexpr int length = 16; // digits that tell the databases of a workstation apart
+    const QString path = QFileInfo(database.path()).absoluteFilePath();
+    const QByteArray hash = QCryptographicHash::hash(path.toUtf8(), QCryptographicHash::Sha256).toHex();
+    return QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) +
+           QStringLiteral("/dictionaries/") + QString::fromLatin1(hash.left(length));
+}
+
+} // namespace
 
 struct ReferenceHost::Services
 {
     Services(Database& database, const ReferenceHostOptions& options)
         : lists(std::make_shared<HostListsHolder>())
-        , environment(options.WorkstationFolder, options.DownloadsFolder, options.InstalledDictionary)
+        , environment(workstationFolder(options, database), options.DownloadsFolder,
+                      options.InstalledDictionary)
         , hostServices(*lists, database, environment)
         , session(*lists, options.UserId)
         , listFilling(*lists)

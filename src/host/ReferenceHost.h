@@ -24,7 +24,8 @@ struct ReferenceHostOptions
 {
     /// Sign-on name of the person at the workstation.
     QString UserId;
-    /// The workstation's folder; "" takes the platform's place for the data of applications.
+    /// The workstation's folder; "" takes one for this database in the platform's place for the data of
+    /// applications: the custom words in it are one database's.
     QString WorkstationFolder;
     /// "" takes the platform's own.
     QString DownloadsFolder;

@@ -18,12 +18,12 @@ bool isAlphanumeric(QChar c)
 
 bool isOfHostName(QChar c)
 {
-    return isAlphanumeric(c) || c == u'.' || c == u'-';
+    return c.isLetterOrNumber() || c == u'.' || c == u'-';
 }
 
 bool isOfMailName(QChar c)
 {
-    return isOfHostName(c) || c == u'_' || c == u'+' || c == u'%';
+    return isOfHostName(c) || c.isMark() || isApostrophe(c.unicode()) || QStringView(u"_+%&=~").contains(c);
 }
 
 template <typename Belongs>
@@ -52,29 +52,90 @@ bool startsWith(QStringView text, qsizetype at, qsizetype end, QStringView what)
     return end - at >= what.size() && text.sliced(at, what.size()).compare(what, Qt::CaseInsensitive) == 0;
 }
 
-FoundWord mailAddress(QStringView text, qsizetype from, qsizetype at, qsizetype end)
+/// The "'s" of the genitive behind an address is no word.
+qsizetype behindGenitive(QStringView text, qsizetype at, qsizetype end)
 {
-    const qsizetype start = beginning(text, from, at, isOfMailName);
-    const qsizetype behind = ending(text, at + 1, end, isOfHostName);
-    const bool isAddress =
-        start < at && text.at(at - 1) != u'.' && behind > at + 1 && isAlphanumeric(text.at(at + 1));
-    return isAddress ? between(start, behind) : FoundWord{};
+    const bool isGenitive = at + 1 < end && isApostrophe(text.at(at).unicode()) &&
+                            text.at(at + 1).toLower() == u's' &&
+                            (at + 2 == end || !text.at(at + 2).isLetterOrNumber());
+    return isGenitive ? at + 2 : at;
 }
 
-/// A name of the web is told from a full stop without a blank behind it by the last part alone.
-FoundWord hostName(QStringView text, qsizetype from, qsizetype dot, qsizetype end)
+FoundWord mailAddress(QStringView text, qsizetype from, qsizetype at, qsizetype end)
 {
-    static constexpr QStringView domains[] = {u".com", u".org", u".net", u".gov", u".edu", u".mil"};
-    const auto domain = std::find_if(std::begin(domains), std::end(domains),
-                                     [&](QStringView name) { return startsWith(text, dot, end, name); });
-    if (domain == std::end(domains) || dot == from || !isAlphanumeric(text.at(dot - 1)))
+    static constexpr QStringView scheme = u"mailto:";
+    qsizetype start = beginning(text, from, at, isOfMailName);
+    const qsizetype behind = ending(text, at + 1, end, isOfHostName);
+    const bool isAddress = start < at && text.at(at - 1) != u'.' &&
+                           !isApostrophe(text.at(at - 1).unicode()) && behind > at + 1 &&
+                           text.at(at + 1).isLetterOrNumber();
+    if (!isAddress)
         return {};
-    const qsizetype behind = dot + domain->size();
-    const bool isWhole = behind == end || !isLetterOrDigit(at(text, behind).Code);
-    if (!isWhole)
-        return {};
-    const qsizetype start = beginning(text, from, dot, isOfHostName);
-    return between(start, behind < end && text.at(behind) == u'/' ? end : behind);
+    if (start - from >= scheme.size() && startsWith(text, start - scheme.size(), start, scheme))
+        start -= scheme.size();
+    return between(start, behindGenitive(text, behind, end));
+}
+
+template <std::size_t Count>
+bool isOneOf(const QStringView (&names)[Count], QStringView name, Qt::CaseSensitivity sensitivity)
+{
+    return std::any_of(std::begin(names), std::end(names),
+                       [&](QStringView one) { return name.compare(one, sensitivity) == 0; });
+}
+
+/// Whether a part of a name behind a dot is a domain that stands at the end of names of the web.
+bool isTopDomain(QStringView label, bool isSure)
+{
+    static constexpr QStringView generic[] = {u"com", u"org", u"net",  u"gov",
+                                              u"edu", u"mil", u"info", u"biz"};
+    static constexpr QStringView countries[] = {
+        u"us", u"uk", u"ca", u"au", u"nz", u"ie", u"eu", u"de", u"fr", u"es", u"nl", u"ch", u"se", u"dk",
+        u"fi", u"pl", u"pt", u"jp", u"cn", u"mx", u"br", u"za", u"ru", u"io", u"co", u"tv", u"ai"};
+    // Words of a text too: with one dot alone before them they end a name only when a path follows.
+    static constexpr QStringView words[] = {u"it", u"in", u"is", u"no",  u"at",  u"be",
+                                            u"me", u"to", u"so", u"app", u"dev", u"site"};
+    constexpr qsizetype longest = 4;
+    if (label.isEmpty() || label.size() > longest)
+        return false;
+    return isOneOf(generic, label, Qt::CaseInsensitive) || isOneOf(countries, label, Qt::CaseSensitive) ||
+           (isSure && isOneOf(words, label, Qt::CaseSensitive));
+}
+
+/// Where an address goes on with a port, a path, a question or a place in the page, as far as the end.
+qsizetype behindPath(QStringView text, qsizetype at, qsizetype end)
+{
+    if (at >= end)
+        return at;
+    const QChar sign = text.at(at);
+    const bool hasMore = at + 1 < end;
+    const bool goesOn = sign == u'/' ||
+                        (sign == u':' && hasMore && isAsciiDigit(text.at(at + 1).unicode())) ||
+                        (sign == u'#' && hasMore && isAlphanumeric(text.at(at + 1))) ||
+                        (sign == u'?' && text.sliced(at, end - at).contains(u'='));
+    return goesOn ? end : behindGenitive(text, at, end);
+}
+
+/// The name of the web in a run of letters, digits, dots and hyphens. It is told from a full stop without a
+/// blank behind it by its last part alone.
+FoundWord hostName(QStringView text, const FoundWord& run, qsizetype end)
+{
+    qsizetype start = run.Offset;
+    while (start < run.end() && !text.at(start).isLetterOrNumber())
+        ++start;
+    const qsizetype firstDot = text.indexOf(u'.', start);
+    qsizetype behind = run.end();
+    while (behind > start) {
+        const qsizetype dot = text.first(behind).lastIndexOf(u'.');
+        if (dot <= start)
+            return {};
+        const QStringView label = text.sliced(dot + 1, behind - dot - 1);
+        const bool hasPath = behind < end && text.at(behind) == u'/';
+        const bool isSure = hasPath || firstDot < dot;
+        if (text.at(dot - 1).isLetterOrNumber() && isTopDomain(label, isSure))
+            return between(start, behindPath(text, behind, end));
+        behind = dot;
+    }
+    return {};
 }
 
 FoundWord addressAt(QStringView text, qsizetype from, qsizetype anchor, qsizetype end)
@@ -88,8 +149,6 @@ FoundWord addressAt(QStringView text, qsizetype from, qsizetype anchor, qsizetyp
             return start < anchor ? between(start, end) : FoundWord{};
         }
         return {};
-    case u'.':
-        return hostName(text, from, anchor, end);
     case u'w':
     case u'W':
         if (startsWith(text, anchor, end, u"www.") &&
@@ -105,12 +164,23 @@ FoundWord addressAt(QStringView text, qsizetype from, qsizetype anchor, qsizetyp
 
 FoundWord findAddress(QStringView text, qsizetype from, qsizetype end)
 {
+    FoundWord run{from, 0}; // what a name of the web may stand in
+    FoundWord name;
     for (qsizetype anchor = from; anchor < end; ++anchor) {
+        if (name.Length > 0 && anchor >= run.end() && text.at(anchor) != u'@')
+            return name;
+        if (text.at(anchor) == u'.' && anchor >= run.end()) {
+            // Each run is looked at once, or a text of dots takes the square of its length.
+            run.Offset = beginning(text, from, anchor, isOfHostName);
+            run.Length = ending(text, anchor, end, isOfHostName) - run.Offset;
+            name = hostName(text, run, end);
+        }
+        // A mail address or a scheme that the run belongs to goes before.
         const FoundWord address = addressAt(text, from, anchor, end);
         if (address.Length > 0)
             return address;
     }
-    return {end, 0};
+    return name.Length > 0 ? name : FoundWord{end, 0};
 }
 
 } // namespace tavrin

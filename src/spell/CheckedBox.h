@@ -3,6 +3,7 @@
 #include "spell/WordFinder.h"
 
 #include <QList>
+#include <QObject>
 #include <QRect>
 #include <QString>
 

@@ -1,74 +1,16 @@
 #include "spell/CustomDictionary.h"
 
-#include "base/Error.h"
 #include "base/FileReader.h"
-#include "base/FileWriter.h"
+#include "frame/CustomWordFile.h"
 #include "frame/CustomWords.h"
 
-#include <QDeadlineTimer>
 #include <QFile>
-#include <QThread>
 
-#include <cerrno>
-#include <sys/file.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace tavrin {
 
 namespace {
-
-constexpr qint64 LongestFile = qint64(16) << 20;
-/// Another program holds the file for as long as it takes to write a line.
-constexpr int PatienceMs = 2000;
-constexpr unsigned long PauseMs = 20;
-
-[[noreturn]] void raiseNotWritten(const QString& path, const SystemError& error)
-{
-    const QString reason = error.Code == EINVAL    ? QStringLiteral("it is no regular file")
-                           : error.Code == ETXTBSY ? QStringLiteral("another program is using it")
-                                                   : error.Description;
-    throw Error(QStringLiteral("The file %1 could not be written: %2").arg(path, reason));
-}
-
-bool isStillAt(const Descriptor& file, const QByteArray& path)
-{
-    struct stat own = {};
-    struct stat named = {};
-    return ::fstat(file.number(), &own) == 0 && ::stat(path.constData(), &named) == 0 &&
-           own.st_dev == named.st_dev && own.st_ino == named.st_ino;
-}
-
-/// The file, locked. A program that replaced it meanwhile makes it another file, which is then opened anew.
-Descriptor openLocked(const QString& path)
-{
-    const QByteArray name = QFile::encodeName(path);
-    const QDeadlineTimer deadline(PatienceMs);
-    do {
-        Descriptor file = openAt(AT_FDCWD, name, O_RDWR | O_APPEND | O_NONBLOCK | O_NOCTTY);
-        if (::flock(file.number(), LOCK_EX | LOCK_NB) != 0) {
-            if (errno != EWOULDBLOCK && errno != EINTR)
-                return file; // this file system has no locks
-        } else if (isStillAt(file, name)) {
-            return file;
-        }
-        QThread::msleep(PauseMs);
-    } while (!deadline.hasExpired());
-    throw SystemError(ETXTBSY);
-}
-
-void append(const Descriptor& file, qint64 length, const QByteArray& line)
-{
-    try {
-        writeAll(file, line.constData(), line.size());
-        flush(file);
-    } catch (const SystemError&) {
-        // Half a line would join the next word that is added.
-        if (::ftruncate(file.number(), length) != 0)
-            throw SystemError::last();
-        throw;
-    }
-}
 
 /// The content without the lines that say this word.
 QByteArray without(const QByteArray& content, const QString& word)
@@ -90,8 +32,37 @@ QByteArray without(const QByteArray& content, const QString& word)
 CustomDictionary::CustomDictionary(const QString& path)
     : m_path(path)
 {
-    const QStringList words = CustomWords::parse(readFile(path, LongestFile));
+    read();
+}
+
+CustomDictionary::Stamp CustomDictionary::Stamp::of(const QString& path)
+{
+    struct stat status = {};
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+        return {};
+    return {status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+}
+
+void CustomDictionary::read()
+{
+    // The stamp is taken before the content: a file that changes in between is read again the next time.
+    m_stamp = Stamp::of(m_path);
+    if (m_stamp == Stamp()) {
+        setWords({});
+        return;
+    }
+    const QByteArray content = readFile(m_path, CustomWords::LongestFile);
+    CustomWords::requireText(m_path, content);
+    const QStringList words = CustomWords::parse(content);
     setWords(QSet<QString>(words.begin(), words.end()));
+}
+
+bool CustomDictionary::refresh()
+{
+    if (Stamp::of(m_path) == m_stamp)
+        return false;
+    read();
+    return true;
 }
 
 void CustomDictionary::setWords(QSet<QString> words)
@@ -111,34 +82,27 @@ bool CustomDictionary::knows(const QString& word) const
     return m_words.contains(word.left(1).toLower() + word.mid(1)) && word.at(0).isUpper();
 }
 
-void CustomDictionary::add(const QString& word)
+bool CustomDictionary::add(const QString& word)
 {
-    try {
-        const Descriptor file = openLocked(m_path);
-        const QByteArray content = readContent(file, LongestFile);
-        if (!CustomWords::parse(content).contains(word)) {
-            const bool isOpenLine = !content.isEmpty() && !content.endsWith('\n');
-            append(file, content.size(), (isOpenLine ? "\n" : "") + word.toUtf8() + '\n');
-        }
-    } catch (const SystemError& error) {
-        raiseNotWritten(m_path, error);
+    CustomWordFile file(m_path);
+    const QByteArray content = file.content();
+    const bool isNew = !CustomWords::parse(content).contains(word);
+    if (isNew) {
+        const bool isOpenLine = !content.isEmpty() && !content.endsWith('\n');
+        file.append((isOpenLine ? "\n" : "") + word.toUtf8() + '\n');
     }
     m_words.insert(word);
     m_capitals.insert(word.toUpper());
+    return isNew;
 }
 
 void CustomDictionary::remove(const QString& word)
 {
-    try {
-        // Held until the new file stands, so that no line of another program gets lost.
-        const Descriptor file = openLocked(m_path);
-        const QByteArray content = readContent(file, LongestFile);
-        const QByteArray kept = without(content, word);
-        if (kept != content)
-            replaceFile(m_path, kept);
-    } catch (const SystemError& error) {
-        raiseNotWritten(m_path, error);
-    }
+    CustomWordFile file(m_path); // held until the new file stands
+    const QByteArray content = file.content();
+    const QByteArray kept = without(content, word);
+    if (kept != content)
+        file.replace(kept);
     m_words.remove(word);
     setWords(std::move(m_words));
 }

@@ -53,16 +53,26 @@ void HunspellEngine::CheckWindow(QWidget* textBox)
     const std::shared_ptr<bool> alive = m_alive; // the engine may die with its form while the dialog is open
     const auto end = qScopeGuard([&] {
         boxesUnderCheck().remove(textBox);
-        if (*alive) {
+        if (*alive)
             m_walk.reset();
-            m_told.reset();
-        }
     });
 
+    m_speller->refreshCustomWords(); // another control or program may have added some
     const auto walk = std::make_shared<SpellingWalk>(textBox, m_speller);
+    if (!*alive) // a handler of the box has closed the form at the first mark
+        return;
     m_walk = walk;
+    const Subscription added = walk->WordAdded.subscribe([this, alive] {
+        int code = WordAdded;
+        if (*alive)
+            UserAction.raise(code);
+    });
+    const Subscription takenBack = walk->WordTakenBack.subscribe([this, alive](const QString& word) {
+        if (*alive)
+            WordTakenBack.raise(word);
+    });
     const bool completed = askPerson(walk);
-    if (!*alive || !tellAddedWords(*walk))
+    if (!*alive)
         return;
     m_walk.reset();
     int abandoned = completed ? 0 : 1;
@@ -81,39 +91,18 @@ bool HunspellEngine::askPerson(const std::shared_ptr<SpellingWalk>& walk)
     return alive && !alive->Canceled() && walk->textBox();
 }
 
-/// False when a handler has ended the engine.
-bool HunspellEngine::tellAddedWords(const SpellingWalk& walk)
-{
-    const std::shared_ptr<bool> alive = m_alive;
-    for (const SpellingWalk::AddedWord& word : walk.addedWords()) {
-        m_told = word;
-        int code = WordAdded;
-        UserAction.raise(code);
-        if (!*alive)
-            return false;
-    }
-    m_told.reset();
-    return true;
-}
-
 QString HunspellEngine::CheckedText() const
 {
-    if (m_told)
-        return m_told->text;
     return m_walk ? m_walk->text() : QString();
 }
 
 qsizetype HunspellEngine::BadWordStart() const
 {
-    if (m_told)
-        return m_told->place.Offset;
     return m_walk ? m_walk->place().Offset : 0;
 }
 
 qsizetype HunspellEngine::BadWordLength() const
 {
-    if (m_told)
-        return m_told->place.Length;
     return m_walk ? m_walk->place().Length : 0;
 }
 

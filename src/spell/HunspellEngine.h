@@ -17,10 +17,9 @@ class HunspellSpeller;
 /// cancels it or the text box dies; what was changed until then stays changed. A box that is read-only or
 /// disabled is checked, and its text is not changed. Without the dialog a check has nothing to do, and ends.
 ///
-/// `UserAction` with `WordAdded` is raised behind the dialog, when the check ends, once for each word that
-/// was added and not taken back: until then "Undo Last" takes an added word out again, and nobody has been
-/// told of it. The custom dictionary's file has the word at once. What is at issue during the event is the
-/// place of the word. It is raised before `CheckEnded`, also after a cancelled check.
+/// `UserAction` with `WordAdded` is raised when the word stands in the custom dictionary's file, before the
+/// dialog goes on. For as long as it is open "Undo Last" takes an added word out of the file again, which
+/// raises `WordTakenBack`; a word that somebody else had written there stays, and nothing is raised.
 class HunspellEngine final : public SpellingEngine
 {
 public:
@@ -45,13 +44,11 @@ public:
 
 private:
     bool askPerson(const std::shared_ptr<SpellingWalk>& walk);
-    bool tellAddedWords(const SpellingWalk& walk);
 
     std::shared_ptr<HunspellSpeller> m_speller; // shared with a check that outlives the engine
     std::shared_ptr<bool> m_alive;
     std::shared_ptr<const SpellingWalk> m_walk; // while a check runs
     QPointer<frmSpelling> m_dialog;
-    std::optional<SpellingWalk::AddedWord> m_told; // during `UserAction`
     bool m_allowAdd = false;
     bool m_showDialog = false;
 };

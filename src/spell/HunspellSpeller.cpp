@@ -59,6 +59,15 @@ void HunspellSpeller::setCustomDictionary(const QString& path)
     applyCustomWords();
 }
 
+void HunspellSpeller::refreshCustomWords()
+{
+    try {
+        if (m_custom && m_custom->refresh())
+            applyCustomWords();
+    } catch (const Error&) { // NOLINT(bugprone-empty-catch): the words stay
+    }
+}
+
 void HunspellSpeller::applyCustomWords()
 {
     m_answers.clear();
@@ -116,15 +125,16 @@ void HunspellSpeller::forgetIgnored()
     m_ignored.clear();
 }
 
-void HunspellSpeller::add(const QString& word)
+bool HunspellSpeller::add(const QString& word)
 {
     if (!m_custom)
         throw Error(QStringLiteral("No custom dictionary is open"));
     const QString normal = CustomWords::requireWord(word);
-    m_custom->add(normal);
+    const bool isNew = m_custom->add(normal);
     m_answers.clear();
     if (m_main)
         m_main->addWord(normal);
+    return isNew;
 }
 
 void HunspellSpeller::removeAdded(const QString& word)

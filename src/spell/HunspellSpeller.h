@@ -34,11 +34,15 @@ public:
     /// then no custom dictionary. The main dictionary may come later.
     void setCustomDictionary(const QString& path);
 
+    /// Reads the custom words again if somebody has changed the file. When it cannot be read, the words stay
+    /// as they are.
+    void refreshCustomWords();
+
     bool isCorrect(const QString& word) override;
     QStringList suggestions(const QString& word) override;
     void ignoreAll(const QString& word) override;
     void forgetIgnored() override;
-    void add(const QString& word) override;
+    bool add(const QString& word) override;
     void removeAdded(const QString& word) override;
 
 private:

@@ -77,8 +77,25 @@ qsizetype endOfWord(const QString& text, qsizetype to, qsizetype limit)
 
 } // namespace
 
+QString shownWord(const QString& word)
+{
+    if (word.size() <= LongestWordShown)
+        return word;
+    constexpr qsizetype beginning = 100;
+    constexpr qsizetype ending = 30;
+    const bool cutsBefore = word.at(beginning - 1).isHighSurrogate();
+    const bool cutsBehind = word.at(word.size() - ending).isLowSurrogate();
+    return word.first(beginning - (cutsBefore ? 1 : 0)) + Ellipsis + word.last(ending - (cutsBehind ? 1 : 0));
+}
+
 Sentence sentenceAround(const QString& text, const FoundWord& word)
 {
+    if (word.Length > LongestWordShown) {
+        constexpr qsizetype lookedAt = 2 * MostOnOneSide;
+        const QString shown = shownWord(text.mid(word.Offset, word.Length));
+        const QString before = text.first(word.Offset).last(std::min(word.Offset, lookedAt));
+        return sentenceAround(before + shown + text.mid(word.end(), lookedAt), {before.size(), shown.size()});
+    }
     Bounds bounds = sentenceBounds(text, word);
     const bool isCutBefore = word.Offset - bounds.start > MostOnOneSide;
     const bool isCutBehind = bounds.end - word.end() > MostOnOneSide;

@@ -13,8 +13,14 @@ struct Sentence
     FoundWord Word; ///< where it stands in `Text`
 };
 
-/// The sentence of a text that holds the word. A long one is cut at a blank on both sides of the word, with
-/// "…" at the cut.
+/// UTF-16 units of the longest word that is shown whole.
+inline constexpr qsizetype LongestWordShown = 200;
+
+/// A word as it is shown: of one that is too long its beginning and its end, with "…" between them.
+QString shownWord(const QString& word);
+
+/// The sentence of a text that holds the word, as `shownWord` says. A long one is cut at a blank on both
+/// sides of the word, with "…" at the cut.
 Sentence sentenceAround(const QString& text, const FoundWord& word);
 
 } // namespace tavrin

@@ -22,9 +22,10 @@ public:
     /// To be called when a check begins.
     virtual void forgetIgnored() = 0;
 
-    /// Adds the word to the custom dictionary's file. It is right from now on. Raises an `Error` when it is
-    /// no word, there is no custom dictionary, or the file cannot be written; the word then stays wrong.
-    virtual void add(const QString& word) = 0;
+    /// Adds the word to the custom dictionary's file. It is right from now on. False when the file held it
+    /// already. Raises an `Error` when it is no word, there is no custom dictionary, or the file cannot be
+    /// written; the word then stays wrong.
+    virtual bool add(const QString& word) = 0;
     /// Takes a word out of the custom dictionary's file again. A word that is not in it is no failure.
     /// Raises an `Error` when the file cannot be written; the word then stays right.
     virtual void removeAdded(const QString& word) = 0;

@@ -47,6 +47,9 @@ public:
     /// The person has done something in the dialog; the action's code. What is at issue then is still the
     /// word acted upon.
     Event<int&> UserAction;
+    /// During the dialog the person has taken it back that this word was added; it is out of the custom
+    /// dictionary's file again.
+    Event<const QString&> WordTakenBack;
 };
 
 } // namespace tavrin

@@ -49,6 +49,7 @@ void SpellingWalk::decided(std::variant<Changed, Ignored, Added> what, qsizetype
 
 void SpellingWalk::requireSameText()
 {
+    m_note.clear();
     if (!m_widget || m_box->text() == m_text)
         return;
     adoptText();
@@ -166,8 +167,25 @@ void SpellingWalk::add()
     requireSameText();
     if (!isAtWord())
         return;
-    m_speller->add(word());
-    decided(Added{}, m_place.end());
+    const QString added = word();
+    const bool isNew = m_speller->add(added);
+    m_history.push_back({m_place, added, Added{isNew}});
+    WordAdded.raise(); // a box may open: whatever stands around the walk may die, and time passes
+    keepAdded(added);
+    requireSameText();
+    if (isAtWord())
+        findFrom(m_place.end());
+}
+
+/// A program that brought the file up to date before all were told of the word has dropped its line.
+void SpellingWalk::keepAdded(const QString& word)
+{
+    auto* added = m_history.empty() ? nullptr : std::get_if<Added>(&m_history.back().what);
+    try {
+        if (m_speller->add(word) && added)
+            added->isNew = true;
+    } catch (const Error&) { // NOLINT(bugprone-empty-catch): it was added once, which counts
+    }
 }
 
 void SpellingWalk::undo()
@@ -176,20 +194,31 @@ void SpellingWalk::undo()
     if (!canUndo())
         return;
     const Decision last = m_history.back();
-    if (std::holds_alternative<Added>(last.what))
-        m_speller->removeAdded(last.word); // when it fails the decision stays
-    m_history.pop_back();
+    const auto* added = std::get_if<Added>(&last.what);
+    // When it fails the decision stays.
+    if (added && added->isNew)
+        m_speller->removeAdded(last.word);
     if (const auto* change = std::get_if<Changed>(&last.what))
         takeBack(*change);
+    else
+        m_history.pop_back();
     tellIgnored();
     if (m_widget) {
         m_place = last.place;
         findFrom(std::min(last.place.Offset, m_text.size()));
     }
+    if (added && added->isNew)
+        WordTakenBack.raise(last.word);
+    else if (added)
+        m_note = QStringLiteral("\"%1\" stays in the custom dictionary: it is there from elsewhere.")
+                     .arg(last.word);
 }
 
+/// Also takes the decision out of the history, unless the box refuses.
 void SpellingWalk::takeBack(const Changed& change)
 {
+    if (!canChange())
+        throw Error(QStringLiteral("The text of this box cannot be changed."));
     QList<FoundWord> words = change.words; // where the replacements stand now
     for (qsizetype i = 0; i < words.size(); ++i) {
         words[i].Offset += i * (change.after.size() - change.before.size());
@@ -203,9 +232,16 @@ void SpellingWalk::takeBack(const Changed& change)
     }
     if (m_widget && m_box->text() == m_text)
         m_box->replace(words, change.before);
-    if (m_widget)
-        m_text = m_box->text();
-    if (m_text != wanted)
+    if (!m_widget)
+        return;
+    const QString now = m_box->text();
+    if (now == m_text) {
+        m_box->select(m_place);
+        throw Error(QStringLiteral("The box does not take this text."));
+    }
+    m_text = now;
+    m_history.pop_back();
+    if (now != wanted)
         forgetChanges();
 }
 

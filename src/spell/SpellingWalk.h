@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Event.h"
 #include "spell/CheckedBox.h"
 #include "spell/Speller.h"
 
@@ -59,12 +60,21 @@ public:
     void ignore();
     /// Takes the word for right in this check. Nothing is written.
     void ignoreAll();
-    /// Adds the word to the custom dictionary's file.
+    /// Adds the word to the custom dictionary's file, and raises `WordAdded`.
     void add();
 
     bool canUndo() const { return m_widget && !m_history.empty(); }
-    /// Takes the last decision back and stands at its word again.
+    /// Takes the last decision back and stands at its word again. A word that it takes out of the custom
+    /// dictionary's file again raises `WordTakenBack`; one that somebody else has written there stays, and is
+    /// right: the walk then stands at the next wrong word.
     void undo();
+    /// What the person should know of the last decision or of its taking back; "" mostly.
+    const QString& note() const { return m_note; }
+
+    /// The file has the word, which is still at issue.
+    Event<> WordAdded;
+    /// The word is out of the file again.
+    Event<const QString&> WordTakenBack;
 
     /// A word that was added and not taken back.
     struct AddedWord
@@ -89,6 +99,7 @@ private:
     };
     struct Added
     {
+        bool isNew = true; // else somebody else has written it into the file
     };
     struct Decision
     {
@@ -104,6 +115,7 @@ private:
     QList<FoundWord> sameWords() const;
     QStringList wrongWordsOf(const QString& text) const;
     void requireRoom(qsizetype more) const;
+    void keepAdded(const QString& word);
     void requireSameText();
     void adoptText();
     void forgetChanges();
@@ -116,6 +128,7 @@ private:
     QString m_text;
     FoundWord m_place;
     bool m_isAtWord = false;
+    QString m_note;
     std::vector<Decision> m_history;
 };
 

@@ -9,11 +9,16 @@
 #include "frame/control_frame/Trace.h"
 #include "frame/desktop/Desktop.h"
 #include "frame/host_contracts/Host.h"
+#include "frame/host_contracts/RemovableWord.h"
 #include "modInstanceCounter.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QPainter>
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace tavrin {
 
@@ -27,8 +32,12 @@ const QString ErrorTitle = QStringLiteral("Error");
 const QString MainDictionary = QStringLiteral("vssp_ae.dct");
 const QString CustomDictionaryFile = QStringLiteral("custom.dic");
 
+/// A host that names no folder must not have its files looked for in the folder that happens to be the
+/// working one.
 QString pathOf(const QString& folder, const QString& name)
 {
+    if (folder.isEmpty())
+        throw Error(QStringLiteral("The host names no folder for the spelling dictionaries"));
     return QDir::toNativeSeparators(QDir(folder).filePath(name));
 }
 
@@ -55,6 +64,8 @@ TavrinSpellcheck::TavrinSpellcheck(QWidget* parent, const ControlSite& site)
     m_checkEnded =
         vsSpellCheck->CheckEnded.subscribe([this](int& abandoned) { vsSpellCheck_CheckEnded(abandoned); });
     m_userAction = vsSpellCheck->UserAction.subscribe([this](int& code) { vsSpellCheck_UserAction(code); });
+    m_wordTakenBack =
+        vsSpellCheck->WordTakenBack.subscribe([this](const QString& word) { takeBackWord(word); });
     setFixedSize(Side, Side); // a hidden control hears of no resize
     begin();
 }
@@ -86,8 +97,8 @@ bool TavrinSpellcheck::checkText(QObject* txt)
 {
     const QPointer<TavrinSpellcheck> self(this);
     const LateTextBox box(txt);
-    if (!m_initialized)
-        initialize();
+    if (!m_initialized && !initialize())
+        return false;
     if (m_loadFailed) {
         desktop().messageBoxes->tell(
             this,
@@ -96,9 +107,13 @@ bool TavrinSpellcheck::checkText(QObject* txt)
             BoxIcon::Critical, ErrorTitle);
         return false;
     }
-    continueOnError([&] { box.SetFocus(); });
-    vsSpellCheck->SetAllowAdd(
-        currentHost().session().HasPermission(QStringLiteral("_Global"), RightToAddWords));
+    continueOnError([&] { box.SetFocus(); }); // a field that loses the focus may close the form
+    if (!self)
+        return false;
+    const bool mayAdd = currentHost().session().HasPermission(QStringLiteral("_Global"), RightToAddWords);
+    if (!self)
+        return false;
+    vsSpellCheck->SetAllowAdd(mayAdd);
     vsSpellCheck->SetShowDialog(true);
     vsSpellCheck->CheckWindow(box.hWnd());
     if (!self)
@@ -111,8 +126,10 @@ bool TavrinSpellcheck::checkText(QObject* txt)
     return m_completed;
 }
 
-void TavrinSpellcheck::initialize()
+/// False when the control has died meanwhile: the host works, and boxes are open.
+bool TavrinSpellcheck::initialize()
 {
+    const QPointer<TavrinSpellcheck> self(this);
     ++modInstanceCounter::InstanceCount;
     if (modInstanceCounter::InstanceCount == 1) {
         TAVRIN_TRACE_LINE(QStringLiteral("Syncing custom dictionary (first instance)"));
@@ -121,46 +138,65 @@ void TavrinSpellcheck::initialize()
         TAVRIN_TRACE_LINE(QStringLiteral("Not syncing custom dictionary (instance #%1)")
                               .arg(modInstanceCounter::InstanceCount));
     }
+    if (!self)
+        return false;
     loadDictionaries();
+    if (!self)
+        return false;
     m_initialized = true;
+    return true;
 }
 
 void TavrinSpellcheck::loadDictionaries()
 {
+    const QPointer<TavrinSpellcheck> self(this);
     // The file on the disk serves when there is no newer one to be had.
     continueOnError([] { currentHost().environment().RefreshSupportFile(MainDictionary); });
     try {
-        Environment& environment = currentHost().environment();
-        const QString folder = environment.GetDictionaryFolder();
-        const QString main = pathOf(folder, MainDictionary);
-        if (!QFileInfo(main).isFile())
-            throw Error(QStringLiteral("Could not find spell-checking dictionary file '%1'").arg(main),
-                        environment.GetErrorNumber(NoSupportFile));
-        vsSpellCheck->SetMainDictionaryPath(main);
-        const QString custom = pathOf(folder, CustomDictionaryFile);
-        if (!QFileInfo(custom).isFile())
-            replaceFile(custom, QByteArray());
-        vsSpellCheck->SetCustomDictionaryPath(custom);
+        takeDictionaries();
     } catch (...) {
         desktop().messageBoxes->tell(
-            this,
+            self,
             Error::fromCurrentException().Description +
                 QStringLiteral("\r\n\r\nThere was a problem loading the spell-check dictionary. The file may "
                                "be missing or locked by another application or user."),
             BoxIcon::Critical, ErrorTitle);
-        m_loadFailed = true;
+        if (self)
+            m_loadFailed = true;
     }
+}
+
+void TavrinSpellcheck::takeDictionaries()
+{
+    const QPointer<TavrinSpellcheck> self(this);
+    Environment& environment = currentHost().environment();
+    const QString folder = environment.GetDictionaryFolder();
+    if (!self)
+        return;
+    const QString main = pathOf(folder, MainDictionary);
+    if (!QFileInfo(main).isFile())
+        throw Error(QStringLiteral("Could not find spell-checking dictionary file '%1'").arg(main),
+                    environment.GetErrorNumber(NoSupportFile));
+    vsSpellCheck->SetMainDictionaryPath(main);
+    const QString custom = pathOf(folder, CustomDictionaryFile);
+    if (!QFileInfo(custom).isFile())
+        replaceFile(custom, QByteArray());
+    vsSpellCheck->SetCustomDictionaryPath(custom);
 }
 
 void TavrinSpellcheck::SyncCustomDictionary()
 {
+    const QPointer<TavrinSpellcheck> self(this);
     try {
         currentHost().hostServices().SyncCustomDictionaryFile();
+        if (!self)
+            return;
         vsSpellCheck->SetCustomDictionaryPath(QString());
-        vsSpellCheck->SetCustomDictionaryPath(
-            pathOf(currentHost().environment().GetDictionaryFolder(), CustomDictionaryFile));
+        const QString folder = currentHost().environment().GetDictionaryFolder();
+        if (self)
+            vsSpellCheck->SetCustomDictionaryPath(pathOf(folder, CustomDictionaryFile));
     } catch (...) {
-        showWithCancel(this,
+        showWithCancel(self,
                        QStringLiteral("Error synchronizing custom spell-check dictionary from database: "));
     }
 }
@@ -168,6 +204,7 @@ void TavrinSpellcheck::SyncCustomDictionary()
 void TavrinSpellcheck::vsSpellCheck_CheckEnded(int abandoned)
 {
     m_completed = abandoned == 0;
+    m_addedWords.clear(); // with the dialog goes the way to take them back
 }
 
 void TavrinSpellcheck::vsSpellCheck_UserAction(int code)
@@ -178,12 +215,33 @@ void TavrinSpellcheck::vsSpellCheck_UserAction(int code)
 
 void TavrinSpellcheck::addWord()
 {
+    const QPointer<TavrinSpellcheck> self(this);
     try {
         const QString word =
             vsSpellCheck->CheckedText().mid(vsSpellCheck->BadWordStart(), vsSpellCheck->BadWordLength());
-        currentHost().newCustomDictionary()->AddWord(word);
+        auto dictionary = currentHost().newCustomDictionary();
+        dictionary->AddWord(word);
+        if (self)
+            m_addedWords.push_back({word, std::move(dictionary)});
     } catch (...) {
-        showWithCancel(this, QStringLiteral("Error adding word to database: "));
+        showWithCancel(self, QStringLiteral("Error adding word to database: "));
+    }
+}
+
+void TavrinSpellcheck::takeBackWord(const QString& word)
+{
+    const auto added = std::find_if(m_addedWords.rbegin(), m_addedWords.rend(),
+                                    [&](const AddedWord& one) { return one.word == word; });
+    if (added == m_addedWords.rend())
+        return; // the database never had it
+    const QPointer<TavrinSpellcheck> self(this);
+    const auto dictionary = std::move(added->dictionary);
+    m_addedWords.erase(std::next(added).base());
+    try {
+        if (auto* removable = dynamic_cast<RemovableWord*>(dictionary.get()))
+            removable->TakeBack();
+    } catch (...) {
+        showWithCancel(self, QStringLiteral("Error removing word from database: "));
     }
 }
 

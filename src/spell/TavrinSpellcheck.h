@@ -5,10 +5,12 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace tavrin {
 
 class SpellingEngine;
+class tvCustomDictionary;
 
 using SpellingEngineFactory = std::function<std::unique_ptr<SpellingEngine>()>;
 
@@ -61,18 +63,27 @@ protected:
 
 private:
     bool checkText(QObject* txt);
-    void initialize();
+    bool initialize();
     void loadDictionaries();
+    void takeDictionaries();
     void vsSpellCheck_CheckEnded(int abandoned);
     void vsSpellCheck_UserAction(int code);
     void addWord();
+    void takeBackWord(const QString& word);
 
     std::unique_ptr<SpellingEngine> vsSpellCheck;
     Subscription m_checkEnded;
     Subscription m_userAction;
+    Subscription m_wordTakenBack;
     bool m_initialized = false;
     bool m_loadFailed = false;
     bool m_completed = false;
+    struct AddedWord
+    {
+        QString word;
+        std::unique_ptr<tvCustomDictionary> dictionary; // that added it
+    };
+    std::vector<AddedWord> m_addedWords; // of the check that runs
 };
 
 } // namespace tavrin

@@ -4,10 +4,61 @@
 #include "spell/WordCharacters.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace tavrin {
 
 using namespace WordCharacters;
+
+namespace {
+
+/// Whether letters behind the digits of a number are its unit, or an ending as in "1990s". Ordinals are words
+/// that the dictionary knows.
+bool isUnit(QStringView letters)
+{
+    static constexpr QStringView units[] = {
+        u"s",    u"mm",  u"cm",   u"km", u"in",  u"ft",  u"yd",  u"yds", u"mi",  u"oz",  u"lb",  u"lbs",
+        u"mg",   u"kg",  u"ml",   u"cc", u"mph", u"kph", u"mpg", u"am",  u"pm",  u"hr",  u"hrs", u"min",
+        u"mins", u"sec", u"secs", u"ms", u"wk",  u"wks", u"mo",  u"mos", u"yr",  u"yrs", u"yo",  u"yoa",
+        u"ga",   u"cal", u"gal",  u"kb", u"mb",  u"gb",  u"tb",  u"hz",  u"khz", u"mhz", u"ghz", u"wd",
+        u"dr",   u"px",  u"ct",   u"pc", u"pk",  u"kw",  u"kv",  u"hp",  u"mw"};
+    constexpr qsizetype longest = 4;
+    return letters.size() == 1 ||
+           (letters.size() <= longest &&
+            std::any_of(std::begin(units), std::end(units), [letters](QStringView unit) {
+                return letters.compare(unit, Qt::CaseInsensitive) == 0;
+            }));
+}
+
+/// Digits with a unit or a single letter behind them, or with an x between them as in "4x4".
+bool isMeasure(QStringView word)
+{
+    const auto isDigitHere = [](QChar c) { return isAsciiDigit(c.unicode()); };
+    const auto isLetterHere = [](QChar c) { return isAsciiLetter(c.unicode()); };
+    const auto letters = std::find_if_not(word.begin(), word.end(), isDigitHere);
+    const auto behind = std::find_if_not(letters, word.end(), isLetterHere);
+    if (letters == word.begin() || letters == behind)
+        return false;
+    const QStringView unit(letters, behind);
+    if (behind == word.end())
+        return isUnit(unit);
+    return unit.compare(u"x", Qt::CaseInsensitive) == 0 && std::all_of(behind, word.end(), isDigitHere);
+}
+
+/// A Roman number in capitals with the ending of an ordinal, as in "XVIIth".
+bool isRomanOrdinal(QStringView word)
+{
+    constexpr qsizetype ending = 2;
+    if (word.size() <= ending)
+        return false;
+    const QStringView digits = word.chopped(ending);
+    const QStringView last = word.last(ending);
+    return (last == u"st" || last == u"nd" || last == u"rd" || last == u"th") &&
+           std::all_of(digits.begin(), digits.end(),
+                       [](QChar c) { return QStringView(u"IVXLCDM").contains(c); });
+}
+
+} // namespace
 
 WordFinder::WordFinder(QStringView text, qsizetype from)
     : m_text(text)
@@ -112,13 +163,15 @@ FoundWord WordFinder::segmentOf(const FoundWord& atom)
     return {atom.Offset, cut > 0 ? m_segmented.Offset + cut - atom.Offset : atom.Length};
 }
 
-/// Numbers, and words wholly in capitals with a digit; the "'s" behind them does not count.
+/// Numbers, also with a unit, and words wholly in capitals with a digit; the "'s" behind them does not count.
 bool WordFinder::isPassedOver(const FoundWord& atom) const
 {
     QStringView word = m_text.sliced(atom.Offset, atom.Length);
     if (word.size() > 2 && (word.last(1) == u"s" || word.last(1) == u"S") &&
         isApostrophe(word.at(word.size() - 2).unicode()))
         word.chop(2);
+    if (isMeasure(word) || isRomanOrdinal(word))
+        return true;
     bool hasDigit = false;
     for (qsizetype i = 0; i < word.size();) {
         const Character character = at(word, i);

@@ -21,10 +21,11 @@ struct FoundWord
 /// Walks through the words of a text that spelling is a matter of, in time that grows with the text alone.
 ///
 /// Words are those of Unicode. An apostrophe (' or U+2019) or a hyphen between two letters belongs to the
-/// word; accents and combining marks do too. Passed over are numbers, web and mail addresses, and words
-/// wholly in capitals that hold a digit, as those on plates and case numbers; what a hyphen joins to such a
-/// word is a word by itself. A word of any length is found: how long a word the dictionaries look at is
-/// theirs to say.
+/// word; accents and combining marks do too. A dot, a slash and an underscore part words. Passed over are
+/// numbers, also with a unit or an ending as in "9mm" and "1990s", web and mail addresses, and words wholly
+/// in capitals that hold a digit, as those on plates and case numbers; what a hyphen joins to such a word is
+/// a word by itself. A word of any length is found: how long a word the dictionaries look at is theirs to
+/// say.
 ///
 ///     WordFinder words(text);
 ///     while (const auto word = words.next())

@@ -17,6 +17,7 @@
 #include <QTextEdit>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -59,6 +60,21 @@ QColor markColor(const QPalette& palette, QPalette::ColorRole ground)
 int linesHeight(const QWidget& widget, int lines)
 {
     return widget.fontMetrics().lineSpacing() * lines;
+}
+
+/// The text with places to break where a word, as the path of a file, is wider than the label.
+QString withBreaks(const QString& text, const QLabel& label)
+{
+    constexpr QChar invisibleBreak(0x200B);
+    constexpr qsizetype step = 20; // units of a word that is too wide
+    QStringList words = text.split(u' ');
+    for (QString& word : words) {
+        if (label.fontMetrics().horizontalAdvance(word) < label.width())
+            continue;
+        for (qsizetype i = word.size() - word.size() % step; i > 0; i -= step)
+            word.insert(i, invisibleBreak);
+    }
+    return words.join(u' ');
 }
 
 /// Where a window of `size` may stand on the screen without covering the word: where it is when it can stay
@@ -244,6 +260,8 @@ void frmSpelling::decide(const std::function<void(SpellingWalk&)>& decision)
         hide();
     else if (!staysAtWord)
         showWord(); // else what the person has typed stays too
+    if (failure.isEmpty())
+        failure = walk->note();
     if (!failure.isEmpty())
         showMessage(failure);
 }
@@ -294,7 +312,10 @@ void frmSpelling::showSuggestions()
     lstSuggestions->setCurrentRow(hasSome && canChange ? 0 : -1);
     lstSuggestions->setEnabled(hasSome && canChange);
     txtChangeTo->setEnabled(canChange);
-    txtChangeTo->SetText(hasSome ? suggestions.first() : word);
+    // Cut, it would be written in place of the word.
+    const bool fits = word.size() <= LongestWordShown;
+    txtChangeTo->setPlaceholderText(fits ? QString() : QStringLiteral("Too long to be shown"));
+    txtChangeTo->SetText(hasSome ? suggestions.first() : fits ? word : QString());
     txtChangeTo->selectAll();
 
     if (lstSuggestions->isEnabled())
@@ -317,7 +338,7 @@ void frmSpelling::enableButtons()
 void frmSpelling::announceWord()
 {
     const QString sentence = txtSentence->toPlainText();
-    lblSentence->setAccessibleName(lblSentence->text() + u' ' + m_walk->word());
+    lblSentence->setAccessibleName(lblSentence->text() + u' ' + shownWord(m_walk->word()));
     txtChangeTo->setAccessibleDescription(lblSentence->accessibleName() + QStringLiteral(". ") + sentence);
     lstSuggestions->setAccessibleDescription(txtChangeTo->accessibleDescription());
     QAccessibleEvent announcement(lblSentence, QAccessible::Alert);
@@ -326,7 +347,10 @@ void frmSpelling::announceWord()
 
 void frmSpelling::showMessage(const QString& text)
 {
-    lblMessage->setText(text);
+    lblMessage->setText(withBreaks(text, *lblMessage));
+    // Nobody can act on half a reason; the buttons that are pressed most stay where they are.
+    lblMessage->setFixedHeight(
+        std::max(linesHeight(*lblMessage, MessageLines), lblMessage->heightForWidth(lblMessage->width())));
     if (text.isEmpty())
         return;
     QAccessibleEvent announcement(lblMessage, QAccessible::Alert);

@@ -22,7 +22,8 @@ const QByteArray Words = "3\nhouse/S\ncaf\xC3\xA9\nword/S\n";
 
 SpellingDictionary small()
 {
-    return {u"en_US"_s, QDateTime(QDate(2026, 3, 4), QTime(5, 6, 7, 8), Qt::UTC), Rules, Words};
+    return {u"en_US"_s, QDateTime(QDate(2026, 3, 4), QTime(5, 6, 7, 8), Qt::UTC), Rules, Words,
+            QDateTime(QDate(2026, 3, 5), QTime(6, 7, 8, 9), Qt::UTC)};
 }
 
 QString flawOf(const QByteArray& rules, const QByteArray& words)
@@ -40,9 +41,10 @@ private Q_SLOTS:
     void theFormOfTheFileStays()
     {
         const QByteArray content = packSpellingDictionary(small());
-        QVERIFY(content.startsWith("TVBoundControls spelling dictionary 1\n"
+        QVERIFY(content.startsWith("TVBoundControls spelling dictionary 2\n"
                                    "name en_US\n"
-                                   "changed 2026-03-04T05:06:07.008Z\n"
+                                   "rules-changed 2026-03-04T05:06:07.008Z\n"
+                                   "words-changed 2026-03-05T06:07:08.009Z\n"
                                    "affix 84\n"
                                    "words 23\n"
                                    "sha256 "));
@@ -53,7 +55,8 @@ private Q_SLOTS:
     {
         const SpellingDictionary back = unpackSpellingDictionary(packSpellingDictionary(small()));
         QCOMPARE(back.Name, u"en_US"_s);
-        QCOMPARE(back.Changed, small().Changed);
+        QCOMPARE(back.RulesChanged, small().RulesChanged);
+        QCOMPARE(back.WordsChanged, small().WordsChanged);
         QCOMPARE(back.AffixRules, Rules);
         QCOMPARE(back.WordList, Words);
     }

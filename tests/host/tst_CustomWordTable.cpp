@@ -1,7 +1,10 @@
 #include "HostCase.h"
+#include "base/Descriptor.h"
 #include "frame/CustomWords.h"
+#include "frame/host_contracts/RemovableWord.h"
 #include "support/TestFiles.h"
 
+#include <sys/file.h>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -44,6 +47,87 @@ private Q_SLOTS:
         m_host->hostServices().SyncCustomDictionaryFile();
         QCOMPARE(contentOf(fileOfWords()), QByteArray());
         QCOMPARE(filesIn(path("station")), QStringList(u"custom.dic"_s));
+    }
+
+    void aSyncWaitsForTheProgramThatAppends()
+    {
+        add(u"perpwalk"_s);
+        writeFile(fileOfWords(), "local\n");
+        const Descriptor adder = openAt(AT_FDCWD, QFile::encodeName(fileOfWords()), O_RDWR | O_APPEND);
+        QCOMPARE(::flock(adder.number(), LOCK_EX), 0); // as the engine does before it appends
+        QCOMPARE(errorOf([this] { m_host->hostServices().SyncCustomDictionaryFile(); }),
+                 u"The file %1 could not be written: another program is using it"_s.arg(fileOfWords()));
+        QCOMPARE(contentOf(fileOfWords()), QByteArray("local\n"));
+        QCOMPARE(::flock(adder.number(), LOCK_UN), 0);
+        m_host->hostServices().SyncCustomDictionaryFile();
+        QCOMPARE(contentOf(fileOfWords()), QByteArray("perpwalk\n"));
+    }
+
+    void aSyncReplacesTheFileAndNeverWritesItOver()
+    {
+        writeFile(fileOfWords(), "local\n");
+        QFile reader(fileOfWords());
+        QVERIFY(reader.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
+        add(u"perpwalk"_s);
+        m_host->hostServices().SyncCustomDictionaryFile();
+        QCOMPARE(contentOf(fileOfWords()), QByteArray("perpwalk\n"));
+        QCOMPARE(reader.readAll(), QByteArray("local\n")); // who has the old one open still sees it whole
+    }
+
+    void aSyncFollowsALinkAndLeavesIt()
+    {
+        const QString shared = path("shared.dic");
+        writeFile(shared, "local\n");
+        QVERIFY(QDir().mkpath(path("station")));
+        QVERIFY(QFile::link(shared, fileOfWords()));
+        add(u"perpwalk"_s);
+        m_host->hostServices().SyncCustomDictionaryFile();
+        QVERIFY(QFileInfo(fileOfWords()).isSymLink());
+        QCOMPARE(contentOf(shared), QByteArray("perpwalk\n"));
+    }
+
+    void rowsThatAreNoWordsStayOutOfTheFile()
+    {
+        execute("INSERT INTO custom_word (word) VALUES ('one' || char(10) || 'two'), ('bad/word'), (''), "
+                "('cafe' || char(769)), ('good')");
+        add(u"café"_s);
+        m_host->hostServices().SyncCustomDictionaryFile();
+        QCOMPARE(contentOf(fileOfWords()), QByteArray("caf\xC3\xA9\ngood\n"));
+    }
+
+    void aWordThatWasAddedByMistakeIsTakenBack()
+    {
+        add(u"perpwalk"_s);
+        const auto mistake = m_host->newCustomDictionary();
+        mistake->AddWord(u"mistaek"_s);
+        auto* removable = dynamic_cast<RemovableWord*>(mistake.get());
+        QVERIFY(removable);
+        removable->TakeBack();
+        QCOMPARE(wordsInDatabase(), QStringList(u"perpwalk"_s));
+        removable->TakeBack(); // there is nothing more to take back
+        QCOMPARE(wordsInDatabase(), QStringList(u"perpwalk"_s));
+    }
+
+    void aWordThatTheListHeldBeforeIsNotTakenBack()
+    {
+        add(u"perpwalk"_s);
+        const auto again = m_host->newCustomDictionary();
+        again->AddWord(u"perpwalk"_s);
+        dynamic_cast<RemovableWord&>(*again).TakeBack();
+        QCOMPARE(wordsInDatabase(), QStringList(u"perpwalk"_s));
+    }
+
+    void aTakingBackThatFailsIsToldAndCanBeTriedAgain()
+    {
+        const auto mistake = m_host->newCustomDictionary();
+        mistake->AddWord(u"mistaek"_s);
+        auto& removable = dynamic_cast<RemovableWord&>(*mistake);
+        QVERIFY(QFile::rename(path("records.db"), path("moved.db")));
+        const QString text = errorOf([&] { removable.TakeBack(); });
+        QVERIFY2(text.contains(path("records.db")), qPrintable(text));
+        QVERIFY(QFile::rename(path("moved.db"), path("records.db")));
+        removable.TakeBack();
+        QCOMPARE(wordsInDatabase(), QStringList());
     }
 
     void theListOutlivesTheProgram()

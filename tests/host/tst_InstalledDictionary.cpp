@@ -129,6 +129,41 @@ private Q_SLOTS:
         QCOMPARE(readSpellingDictionary(m_file).AffixRules, QByteArray("SET UTF-8\nTRY a\n"));
     }
 
+    /// A package that is being installed puts one file there before the other.
+    void wordsThatChangeLaterButNotBeyondTheRulesAreTaken()
+    {
+        install("1\nhouse\n", Monday);
+        setChanged(m_source + u".aff"_s, Tuesday);
+        refresh();
+        QCOMPARE(wordsInFile(), QByteArray("1\nhouse\n"));
+        install("1\ntrees\n", Tuesday);
+        setChanged(m_source + u".aff"_s, Tuesday);
+        refresh();
+        QCOMPARE(wordsInFile(), QByteArray("1\ntrees\n"));
+    }
+
+    void wordsOfAnotherLengthAreTakenThoughTheirTimeIsTheSame()
+    {
+        install("1\nhouse\n", Monday);
+        refresh();
+        install("1\nhouses\n", Monday);
+        refresh();
+        QCOMPARE(wordsInFile(), QByteArray("1\nhouses\n"));
+    }
+
+    void aRefreshedFileIsReplacedAndNeverWrittenOver()
+    {
+        install("1\nhouse\n", Monday);
+        refresh();
+        QFile reader(m_file);
+        QVERIFY(reader.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
+        const QByteArray before = contentOf(m_file);
+        install("1\ntree\n", Tuesday);
+        refresh();
+        QCOMPARE(wordsInFile(), QByteArray("1\ntree\n"));
+        QCOMPARE(reader.readAll(), before); // who has the old one open still sees it whole
+    }
+
     void anOlderInstalledDictionaryIsNotTaken()
     {
         install("1\nhouse\n", Tuesday);

@@ -5,6 +5,9 @@
 #include "support/FakeDropdown.h"
 #include "widgets/GridCombo.h"
 
+#include <QScopeGuard>
+
+using namespace Qt::StringLiterals;
 using namespace tavrin;
 using namespace tavrin::test;
 
@@ -321,6 +324,27 @@ private Q_SLOTS:
             text = error.Description;
         }
         QCOMPARE(text, QStringLiteral("The Downloads folder %1 cannot be made").arg(path("down")));
+    }
+
+    /// The custom words in it are one database's.
+    void withoutAFolderNamedEachDatabaseHasOneOfItsOwn()
+    {
+        const QByteArray before = qgetenv("XDG_DATA_HOME");
+        qputenv("XDG_DATA_HOME", path("data").toUtf8());
+        const auto restore = qScopeGuard([&] { qputenv("XDG_DATA_HOME", before); });
+        const auto otherDatabase = Database::open(path("other.db"));
+        const ReferenceHostOptions options{u"admin"_s, {}, path("down")};
+        ReferenceHost here(*m_database, options);
+        ReferenceHost there(*otherDatabase, options);
+        ReferenceHost hereAgain(*m_database, options);
+        const QString folder = here.environment().GetDictionaryFolder();
+        QVERIFY2(folder.startsWith(path("data")), qPrintable(folder));
+        QVERIFY(folder != there.environment().GetDictionaryFolder());
+        QCOMPARE(hereAgain.environment().GetDictionaryFolder(), folder);
+        here.newCustomDictionary()->AddWord(u"perpwalk"_s);
+        here.hostServices().SyncCustomDictionaryFile();
+        there.hostServices().SyncCustomDictionaryFile();
+        QCOMPARE(contentOf(folder + u"/custom.dic"_s), QByteArray("perpwalk\n"));
     }
 
     void aWorkstationFolderThatCannotBeMadeIsNamed()

@@ -261,8 +261,8 @@ private Q_SLOTS:
     {
         speller().add(u"perpwalk"_s);
         const QString none = m_customPath + u".none"_s;
-        QCOMPARE(failureOf([&] { speller().setCustomDictionary(none); }),
-                 u"The file %1 could not be read: No such file or directory"_s.arg(none));
+        QVERIFY(QDir().mkdir(none));
+        QVERIFY(failureOf([&] { speller().setCustomDictionary(none); }).contains(none));
         QVERIFY(!speller().isCorrect(u"perpwalk"_s));
         QCOMPARE(failureOf([&] { speller().add(u"perpwalk"_s); }), u"No custom dictionary is open"_s);
     }
@@ -379,7 +379,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, rules);
         QFETCH(QByteArray, words);
         putFile(m_mainPath,
-                packSpellingDictionary({u"small"_s, installedDictionary().Changed, rules, words}));
+                packSpellingDictionary({u"small"_s, installedDictionary().RulesChanged, rules, words}));
         HunspellSpeller fresh;
         fresh.setMainDictionary(m_mainPath);
         fresh.setCustomDictionary(m_customPath);

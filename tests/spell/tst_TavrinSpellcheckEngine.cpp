@@ -170,12 +170,12 @@ private Q_SLOTS:
         Stage stage;
         QVERIFY(stage.show());
         QVERIFY(QFile::remove(stage.folder.custom()));
-        stage.host.state().failures.emplace(u"SyncCustomDictionaryFile"_s, Error(u"no host"_s));
         const auto control = stage.newControl();
         stage.line->SetText(u"teh end"_s);
         const Person person({Person::click("cmdIgnore")});
         QVERIFY(control->CheckSpellingWithResult(stage.line));
         QVERIFY(person.isDone());
+        QCOMPARE(stage.boxes.texts(), QStringList());
         QVERIFY(QFile::exists(stage.folder.custom()));
         QCOMPARE(stage.folder.customWords(), QByteArray());
     }

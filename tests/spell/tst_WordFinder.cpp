@@ -75,6 +75,11 @@ private Q_SLOTS:
         row("script without blanks", u"漢字"_s, {u"漢"_s, u"字"_s});
 
         row("numbers", u"3 3.14 1,000 12:30 6'2 50% 1990's"_s, {});
+        row("numbers with an ending", u"1990s the 80s' 1970s's 10K 12b"_s, {u"the"_s});
+        row("numbers with a unit", u"9mm 10pm 50lbs 3.5mm 35mph 4x4 2X4 12yo .22cal 4wd"_s, {});
+        row("Roman ordinals", u"XVIIth IInd Vth"_s, {});
+        row("numbers with other letters", u"22th 9mmx 50lsb th IIIx 1a1a"_s,
+            {u"22th"_s, u"9mmx"_s, u"50lsb"_s, u"th"_s, u"IIIx"_s, u"1a1a"_s});
         row("ordinals", u"1st 22nd"_s, {u"1st"_s, u"22nd"_s});
         row("capitals with digits", u"ABC123 9MM F-150 26-004711 K9 K9's"_s, {u"F"_s});
         row("capitals without digits", u"ROBERY DUI"_s, {u"ROBERY"_s, u"DUI"_s});
@@ -90,6 +95,23 @@ private Q_SLOTS:
             {u"and"_s, u"or"_s, u"Ask"_s, u"command"_s});
         row("mail address", u"Mail:jon.o_x+y@exampel.co.uk, please"_s, {u"Mail"_s, u"please"_s});
         row("two mail addresses", u"a@bb.cc,dd@ee.ff"_s, {});
+        row("mail address with accents", u"to josé.ñu@exampel.com."_s, {u"to"_s});
+        row("mail address with an apostrophe", u"o'brien@exampel.com O\u2019Brien@exampel.com"_s, {});
+        row("mail address in quotes", u"'jonn@exampel.com' sayd"_s, {u"sayd"_s});
+        row("mail address that owns", u"Jonn@marlow.gov's exampel.com\u2019s"_s, {});
+        row("scheme of mail", u"see mailto:jonn@exampel.com"_s, {u"see"_s});
+        row("domain of a mail address", u"jonn.smiht.com@exampel.com"_s, {});
+        row("domains of countries", u"exampel.co.uk marlow.us www2.ci.marlow.ca.us"_s, {});
+        row("domain with a path", u"sherif.info/recrods shreiff.it/pagge"_s, {});
+        row("domain with a port, a question, a place",
+            u"exampel.com:8080/pagge exampel.com?qx=zz exampel.com#toop"_s, {});
+        row("domain at the end of a sentence", u"at exampel.com. Then; (exampel.org)"_s,
+            {u"at"_s, u"Then"_s});
+        row("domain before a word", u"exampel.com:sayd exampel.com?sayd"_s, {u"sayd"_s, u"sayd"_s});
+        row("full stops that are none of a domain",
+            u"fledd.it Fledd.No ran.He tolld.So St.Louis e.g. U.S.A."_s,
+            {u"fledd"_s, u"it"_s, u"Fledd"_s, u"No"_s, u"ran"_s, u"He"_s, u"tolld"_s, u"So"_s, u"St"_s,
+             u"Louis"_s, u"e"_s, u"g"_s, u"U"_s, u"S"_s, u"A"_s});
         row("sign alone", u"@ hom @home me@ x@@y"_s, {u"hom"_s, u"home"_s, u"me"_s, u"x"_s, u"y"_s});
     }
     void theWordsOfATextAreFound()
@@ -142,6 +164,8 @@ private Q_SLOTS:
         QTest::newRow("dots") << u"a."_s << total / 2;
         QTest::newRow("signs") << u"a@.@"_s << total / 4;
         QTest::newRow("domains") << u".com"_s << qsizetype(-1);
+        QTest::newRow("parts of a name") << u"ab.us."_s << qsizetype(-1);
+        QTest::newRow("names that end") << u"a.com,"_s << qsizetype(0);
         QTest::newRow("colons") << u"a:/"_s << total / 3;
         QTest::newRow("marks") << u"\u0301"_s << qsizetype(0);
         QTest::newRow("soft hyphens") << u"\u00AD"_s << qsizetype(0);

@@ -3,6 +3,7 @@
 #include "FakeRecorder.h"
 #include "FakeTransfer.h"
 #include "base/Variant.h"
+#include "frame/host_contracts/RemovableWord.h"
 #include "widgets/DropdownTarget.h"
 #include "widgets/GridCombo.h"
 
@@ -230,6 +231,7 @@ public:
     }
     int GetErrorNumber(int code) override
     {
+        state()->given << QStringLiteral("GetErrorNumber %1").arg(code);
         asked(QStringLiteral("GetErrorNumber"));
         return 1000 + code;
     }
@@ -341,12 +343,20 @@ public:
     }
 };
 
-class FakeDictionary final : public tvCustomDictionary, Recorder
+class FakeDictionary final : public tvCustomDictionary, public RemovableWord, Recorder
 {
 public:
     using Recorder::Recorder;
 
-    void AddWord(const QString& word) override { asked(QStringLiteral("AddWord")).addedWords << word; }
+    void AddWord(const QString& word) override
+    {
+        asked(QStringLiteral("AddWord")).addedWords << word;
+        m_word = word;
+    }
+    void TakeBack() override { asked(QStringLiteral("TakeBack")).addedWords.removeOne(m_word); }
+
+private:
+    QString m_word;
 };
 
 class FakeNibrsModule final : public NibrsModuleService, Recorder
