@@ -38,23 +38,6 @@ auto evaluate(const QString& expression, Evaluate&& body)
     }
 }
 
-void collectText(pugi::xml_node top, QByteArray& bytes)
-{
-    for (pugi::xml_node node = top; node;) {
-        if (node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata)
-            bytes += node.value();
-        if (const pugi::xml_node child = node.first_child()) {
-            node = child;
-            continue;
-        }
-        while (node != top && !node.next_sibling())
-            node = node.parent();
-        if (node == top)
-            return;
-        node = node.next_sibling();
-    }
-}
-
 std::shared_ptr<State> makeDraft()
 {
     auto state = std::make_shared<State>(std::make_shared<Tree>());
@@ -134,9 +117,9 @@ QString XmlNode::text() const
         return fromBytes(node.value());
     if (!only.next_sibling() && only.type() == pugi::node_pcdata)
         return fromBytes(only.value());
-    QByteArray bytes;
-    collectText(node, bytes);
-    return fromBytes(bytes.constData());
+    std::string bytes;
+    xml::collectText(node, bytes);
+    return fromBytes(bytes.c_str());
 }
 
 void XmlNode::setText(const QString& text)
@@ -149,6 +132,7 @@ void XmlNode::setText(const QString& text)
         if (!m_state->forwards.empty())
             xml::forgetBelow(node, m_state->forwards.back().nodes);
     }
+    m_tree->search.drop();
     node.remove_children();
     if (!text.isEmpty())
         node.append_child(pugi::node_pcdata).set_value(toBytes(text).constData());
@@ -166,7 +150,7 @@ bool XmlNode::hasAttribute(const QString& name) const
 
 void XmlNode::setAttribute(const QString& name, const QString& value)
 {
-    pugi::xml_node node = writable();
+    pugi::xml_node node = writable(); // its searches keep no attributes
     const QByteArray key = toBytes(name);
     pugi::xml_attribute attribute = node.attribute(key.constData());
     if (!attribute)
@@ -206,6 +190,7 @@ XmlNode XmlNode::appendChild(const XmlNode& child) const
             throw Error(QStringLiteral("An XML node cannot be appended below itself"));
     }
     pugi::xml_node parent = writable();
+    m_tree->search.drop();
     if (child.m_state == m_state) {
         child.resolved(); // the tree may just have been copied
         parent.append_move(pugi::xml_node(child.m_node));
@@ -228,7 +213,9 @@ XmlNode XmlNode::appendChild(const XmlNode& child) const
 
 XmlNode XmlNode::appendElement(const QString& name, const QString& text) const
 {
-    pugi::xml_node element = writable().append_child(toBytes(name).constData());
+    pugi::xml_node parent = writable();
+    m_tree->search.drop();
+    pugi::xml_node element = parent.append_child(toBytes(name).constData());
     if (!text.isEmpty())
         element.append_child(pugi::node_pcdata).set_value(toBytes(text).constData());
     return sibling(element);
@@ -250,10 +237,24 @@ XmlNode XmlNode::cloneNode(bool deep) const
     return {draft, draft->tree, copy.internal_object()};
 }
 
+bool XmlNode::search(const QString& expression, XmlNodeList& list) const
+{
+    const std::optional<SearchPlan> plan = SearchPlan::parse(toBytes(expression).toStdString());
+    std::optional<xml::Nodes> found =
+        plan ? m_tree->search.select(*plan, pugi::xml_node(m_node)) : std::nullopt;
+    if (found)
+        list.m_nodes = std::move(*found);
+    return found.has_value();
+}
+
 XmlNodeList XmlNode::selectNodes(const QString& expression) const
 {
     XmlNodeList list;
     const pugi::xml_node context = resolved();
+    list.m_state = m_state;
+    list.m_tree = m_tree;
+    if (context && search(expression, list))
+        return list;
     evaluate(expression, [&](const pugi::xpath_query& query) {
         pugi::xpath_node_set found = query.evaluate_node_set(context);
         found.sort();
@@ -264,8 +265,6 @@ XmlNodeList XmlNode::selectNodes(const QString& expression) const
             list.m_nodes.push_back(entry.node().internal_object());
         }
     });
-    list.m_state = m_state;
-    list.m_tree = m_tree;
     return list;
 }
 
@@ -376,6 +375,11 @@ void XmlDocument::setProperty(const QString& name, const QVariant& value)
 QVariant XmlDocument::property(const QString& name) const
 {
     return m_state->properties.value(name);
+}
+
+std::size_t XmlDocument::searchMemory() const
+{
+    return m_state->tree->search.memory();
 }
 
 bool XmlDocument::sharesTreeWith(const XmlDocument& other) const

@@ -21,6 +21,7 @@ struct Tree;  // the nodes
 
 class XmlDocument;
 class XmlNodeList;
+class XmlNodes;
 
 /// One node of an XML document, shared by reference: copies name the same node.
 ///
@@ -63,6 +64,10 @@ public:
     /// not valid, or that does not select nodes (attributes do not count), raises an `Error` that quotes it.
     /// Texts are compared as they stand; `translate`, `substring` and `string-length` count bytes of UTF-8,
     /// so their alphabets must be ASCII.
+    ///
+    /// Expressions of one element name and one condition, as searches build them, are evaluated over the
+    /// records' texts laid end to end, which the first such search of a tree gathers and the next change of
+    /// its elements or texts drops. What they select is the same.
     XmlNodeList selectNodes(const QString& expression) const;
     /// The first of them in document order; null when there is none.
     XmlNode selectSingleNode(const QString& expression) const;
@@ -75,6 +80,7 @@ public:
 private:
     friend class XmlDocument;
     friend class XmlNodeList;
+    friend class XmlNodes;
     friend struct xml::State;
 
     XmlNode(std::shared_ptr<xml::State> state, std::shared_ptr<xml::Tree> tree, pugi::xml_node_struct* node);
@@ -82,6 +88,8 @@ private:
     pugi::xml_node resolved() const;
     pugi::xml_node writable() const;
     pugi::xml_node leaveTree(pugi::xml_node node) const;
+    /// By columns, where the expression is of the family that `SearchPlan` knows.
+    bool search(const QString& expression, XmlNodeList& list) const;
     XmlNode sibling(pugi::xml_node node) const;
 
     // Mutable: a handle follows its node into another tree when it is next used.
@@ -125,6 +133,7 @@ public:
 
 private:
     friend class XmlNode;
+    friend class XmlNodes;
     std::shared_ptr<xml::State> m_state;
     std::shared_ptr<xml::Tree> m_tree;
     std::vector<pugi::xml_node_struct*> m_nodes;
@@ -168,6 +177,9 @@ public:
     void setProperty(const QString& name, const QVariant& value);
     QVariant property(const QString& name) const;
 
+    /// What searches keep beside the tree to be fast, in bytes; all documents that share the tree share it.
+    /// For tests and figures.
+    std::size_t searchMemory() const;
     /// True while both read the same tree in memory. For tests and figures about memory.
     bool sharesTreeWith(const XmlDocument& other) const;
 

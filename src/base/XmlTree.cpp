@@ -145,6 +145,23 @@ pugi::xml_node samePlace(pugi::xml_node node, const pugi::xml_document& copy)
     return place;
 }
 
+void collectText(pugi::xml_node top, std::string& text)
+{
+    for (pugi::xml_node node = top; node;) {
+        if (node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata)
+            text += node.value();
+        if (const pugi::xml_node child = node.first_child()) {
+            node = child;
+            continue;
+        }
+        while (node != top && !node.next_sibling())
+            node = node.parent();
+        if (node == top)
+            return;
+        node = node.next_sibling();
+    }
+}
+
 QByteArray toBytes(const QString& text)
 {
     const auto special = [](QChar character) { return character.isNull() || character.isSurrogate(); };

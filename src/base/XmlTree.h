@@ -1,6 +1,8 @@
 #pragma once
 
-// Private to XmlDocument.cpp, XmlTree.cpp: the only two files that name pugixml.
+// Private to XmlDocument.cpp, XmlTree.cpp, XmlSearch.cpp: the only ones that name pugixml.
+
+#include "XmlSearch.h"
 
 #include <QByteArray>
 #include <QMap>
@@ -9,6 +11,7 @@
 #include <pugixml.hpp>
 
 #include <memory>
+#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -19,6 +22,7 @@ namespace tavrin::xml {
 struct Tree
 {
     pugi::xml_document dom;
+    XmlSearch search; // of all documents that share the tree
     int documents = 0;
     bool left = false;
 
@@ -61,6 +65,9 @@ void forgetBelow(pugi::xml_node top, NodeMap& map);
 
 /// The node at the same place in a copy of its tree.
 pugi::xml_node samePlace(pugi::xml_node node, const pugi::xml_document& copy);
+
+/// Appends the texts of the node and of everything below it, in document order.
+void collectText(pugi::xml_node top, std::string& text);
 
 /// UTF-8, in which a NUL and a lone surrogate have a form of their own that no parsed text can hold: so
 /// they can be searched for, and are found nowhere.

@@ -91,13 +91,9 @@ QString QuoteLiteral(const QString& text)
     return concatenation(pieces);
 }
 
-std::vector<XmlNode> NodeListToCollection(const XmlNodeList& nodes)
+XmlNodes NodeListToCollection(XmlNodeList nodes)
 {
-    std::vector<XmlNode> collection;
-    collection.reserve(nodes.size());
-    for (const XmlNode& node : nodes)
-        collection.push_back(node);
-    return collection;
+    return XmlNodes(std::move(nodes));
 }
 
 } // namespace tavrin::XmlUtils

@@ -1,11 +1,9 @@
 #pragma once
 
-#include "base/XmlDocument.h"
+#include "base/XmlNodes.h"
 
 #include <QString>
 #include <QStringList>
-
-#include <vector>
 
 /// Builds XPath 1.0 predicate text. A field expression is XPath and goes in as it is: an element's name, a
 /// function call, the result of `UpperCaseExpression`. Only texts are quoted.
@@ -29,6 +27,6 @@ QString UpperCaseExpression(const QString& field);
 /// The XPath literal for a text: in apostrophes, or a `concat` call when the text holds an apostrophe.
 QString QuoteLiteral(const QString& text);
 /// A new collection of the same nodes in the same order.
-std::vector<XmlNode> NodeListToCollection(const XmlNodeList& nodes);
+XmlNodes NodeListToCollection(XmlNodeList nodes);
 
 } // namespace tavrin::XmlUtils

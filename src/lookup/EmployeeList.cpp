@@ -6,8 +6,6 @@
 #include "frame/modUtils.h"
 #include "widgets/PictureSurface.h"
 
-#include <algorithm>
-
 namespace tavrin {
 
 namespace {
@@ -30,14 +28,12 @@ NumberedList::Shape employeeShape()
             }};
 }
 
-/// Touches nothing but its arguments: whoever is asked may delete the picker and its list.
-bool excludes(const EmployeeList::Filter& filter, const XmlNode& employee)
+/// 0 for a text that is no number.
+qint32 officerNumber(const XmlNode& employee)
 {
     bool isNumber = false;
     const double officerNo = employee.childElement(QStringLiteral("OfficerNo")).text().toDouble(&isNumber);
-    bool exclude = false;
-    filter(isNumber ? ToLong(officerNo) : 0, exclude);
-    return exclude;
+    return isNumber ? ToLong(officerNo) : 0;
 }
 
 } // namespace
@@ -52,18 +48,26 @@ QString EmployeeList::k9HandlersOnly()
     return QStringLiteral("IsK9Handler='True'");
 }
 
-std::vector<XmlNode> EmployeeList::filtered(std::vector<XmlNode> employees, const Filter& filter)
+XmlNodes EmployeeList::filtered(XmlNodes employees, const Filter& filter)
 {
-    std::erase_if(employees, [&filter](const XmlNode& employee) { return excludes(filter, employee); });
+    // Touches nothing but what is here: whoever is asked may delete the picker and its list.
+    const auto numbers = employees.childNumbers(QStringLiteral("OfficerNo"));
+    auto number = numbers.begin();
+    employees.removeIf([&](const XmlNode& employee) {
+        const std::optional<qint32> plain = *number++;
+        bool exclude = false;
+        filter(plain ? *plain : officerNumber(employee), exclude);
+        return exclude;
+    });
     return employees;
 }
 
-std::vector<XmlNode> EmployeeList::search(const QString& query, SearchOptions options, bool k9HandlersOnly,
-                                          const Filter& filter)
+XmlNodes EmployeeList::search(const QString& query, SearchOptions options, bool k9HandlersOnly,
+                              const Filter& filter)
 {
     if (k9HandlersOnly)
         options.restriction = EmployeeList::k9HandlersOnly();
-    std::vector<XmlNode> employees = NumberedList::search(query, options);
+    XmlNodes employees = NumberedList::search(query, options);
     return filter ? filtered(std::move(employees), filter) : employees;
 }
 

@@ -20,12 +20,11 @@ public:
     static QString k9HandlersOnly();
     /// Those of the employees whom the filter does not exclude. It is asked once for each. Raises error 6 for
     /// a number outside 32 bits.
-    static std::vector<XmlNode> filtered(std::vector<XmlNode> employees, const Filter& filter);
+    static XmlNodes filtered(XmlNodes employees, const Filter& filter);
 
     /// The search of both pickers: handlers of dogs only, if so wanted, and less those whom the filter
     /// excludes, if there is one.
-    std::vector<XmlNode> search(const QString& query, SearchOptions options, bool k9HandlersOnly,
-                                const Filter& filter);
+    XmlNodes search(const QString& query, SearchOptions options, bool k9HandlersOnly, const Filter& filter);
 
     /// Officer id and name with the match marked, and the badge in a column of its own. The picture has its
     /// font already.

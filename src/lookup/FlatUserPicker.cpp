@@ -69,8 +69,7 @@ void FlatUserPicker::search(const QString& query, Suggestions& results)
 {
     const SearchOptions options = searchOptions(m_includeInactive);
     results = m_list.SearchUsers(query, options);
-    const Suggestions teams = m_list.SearchTeams(query, options);
-    results.insert(results.end(), teams.begin(), teams.end());
+    results.append(m_list.SearchTeams(query, options));
 }
 
 void FlatUserPicker::drawRow(PictureSurface& picture, const XmlNode& item, const QString& query,

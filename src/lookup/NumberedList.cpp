@@ -51,7 +51,7 @@ SearchTerms NumberedList::terms(const QString& query, const SearchOptions& optio
     return terms;
 }
 
-std::vector<XmlNode> NumberedList::search(const QString& query, const SearchOptions& options)
+XmlNodes NumberedList::search(const QString& query, const SearchOptions& options)
 {
     return terms(query, options).select(document(), m_shape.Record);
 }

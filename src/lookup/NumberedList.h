@@ -46,7 +46,7 @@ public:
     /// The record of this number, which goes into the expression as it stands; a null node for none. Raises
     /// an `Error` when that makes no valid expression.
     XmlNode find(const QVariant& number);
-    std::vector<XmlNode> search(const QString& query, const SearchOptions& options);
+    XmlNodes search(const QString& query, const SearchOptions& options);
     /// The conditions of a search. Used values without a text strike out nothing.
     SearchTerms terms(const QString& query, const SearchOptions& options) const;
 

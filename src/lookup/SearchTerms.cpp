@@ -17,7 +17,7 @@ QString SearchTerms::expression(const QString& record) const
                : record + QLatin1Char('[') + XmlUtils::AndExpression(conditions) + QLatin1Char(']');
 }
 
-std::vector<XmlNode> SearchTerms::select(const XmlDocument& list, const QString& record) const
+XmlNodes SearchTerms::select(const XmlDocument& list, const QString& record) const
 {
     const QString wanted = expression(record);
     const XmlNode root = list.documentElement();

@@ -1,11 +1,9 @@
 #pragma once
 
-#include "base/XmlDocument.h"
+#include "base/XmlNodes.h"
 
 #include <QString>
 #include <QStringList>
-
-#include <vector>
 
 namespace tavrin {
 
@@ -23,7 +21,7 @@ struct SearchTerms
     QString expression(const QString& record) const;
     /// The records that the conditions leave, in the list's order; without conditions all children of the
     /// list's root.
-    std::vector<XmlNode> select(const XmlDocument& list, const QString& record) const;
+    XmlNodes select(const XmlDocument& list, const QString& record) const;
 };
 
 /// The text with each letter that has one single capital in upper case. Half a character stays as it is, so

@@ -144,12 +144,12 @@ SearchTerms UserTeamList::teamTerms(const QString& query, const SearchOptions& o
     return terms;
 }
 
-std::vector<XmlNode> UserTeamList::SearchUsers(const QString& query, const SearchOptions& options)
+XmlNodes UserTeamList::SearchUsers(const QString& query, const SearchOptions& options)
 {
     return userTerms(query, options).select(usersDocument(), UserRecord);
 }
 
-std::vector<XmlNode> UserTeamList::SearchTeams(const QString& query, const SearchOptions& options)
+XmlNodes UserTeamList::SearchTeams(const QString& query, const SearchOptions& options)
 {
     if (!currentHost().session().FieldExists(QStringLiteral("Personnel"), QStringLiteral("Employee"),
                                              QStringLiteral("DeptTeamNo")))

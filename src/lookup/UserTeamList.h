@@ -39,9 +39,9 @@ public:
     /// The conditions of a search of either list.
     static SearchTerms userTerms(const QString& query, const SearchOptions& options);
     static SearchTerms teamTerms(const QString& query, const SearchOptions& options);
-    std::vector<XmlNode> SearchUsers(const QString& query, const SearchOptions& options);
+    XmlNodes SearchUsers(const QString& query, const SearchOptions& options);
     /// None where the host's employees have no team.
-    std::vector<XmlNode> SearchTeams(const QString& query, const SearchOptions& options);
+    XmlNodes SearchTeams(const QString& query, const SearchOptions& options);
 
     /// The name with the match marked, and the kind in grey below it.
     void drawRow(PictureSurface& picture, const Font& font, const XmlNode& item, const QString& query,

@@ -3,7 +3,7 @@
 #include "SharedFont.h"
 #include "TextBox.h"
 #include "base/Twips.h"
-#include "base/XmlDocument.h"
+#include "base/XmlNodes.h"
 
 #include <memory>
 #include <vector>
@@ -14,7 +14,7 @@ class PictureSurface;
 class SuggestionPopup;
 
 /// The result of a search: XML nodes in their order.
-using Suggestions = std::vector<XmlNode>;
+using Suggestions = XmlNodes;
 
 /// A text box that suggests: what `AutoCompleteTextBox` and `AutoCompleteComboBox` have in common.
 ///

@@ -5,6 +5,7 @@
 using namespace Qt::StringLiterals;
 using tavrin::XmlDocument;
 using tavrin::XmlNode;
+using tavrin::XmlNodes;
 namespace XmlUtils = tavrin::XmlUtils;
 
 namespace {
@@ -213,7 +214,7 @@ private Q_SLOTS:
     {
         const XmlDocument document = people();
         const auto list = document.selectNodes(u"List/Person"_s);
-        const std::vector<XmlNode> collection = XmlUtils::NodeListToCollection(list);
+        const XmlNodes collection = XmlUtils::NodeListToCollection(list);
         QCOMPARE(collection.size(), list.size());
         for (std::size_t i = 0; i < list.size(); ++i)
             QCOMPARE(collection.at(i), list.at(i));

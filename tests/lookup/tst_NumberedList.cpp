@@ -3,6 +3,8 @@
 #include "lookup/EmployeeList.h"
 #include "support/TestCase.h"
 
+#include <array>
+
 using namespace tavrin;
 using namespace Qt::StringLiterals;
 using tavrin::test::FakeHost;
@@ -28,7 +30,7 @@ QString expressionOf(const QString& query, const SearchOptions& options)
     return list.terms(query, options).expression(u"Employee"_s);
 }
 
-QStringList idsOf(const NumberedList& list, const std::vector<XmlNode>& items)
+QStringList idsOf(const NumberedList& list, const XmlNodes& items)
 {
     QStringList ids;
     for (const XmlNode& item : items)
@@ -279,6 +281,21 @@ private Q_SLOTS:
         QCOMPARE(list.longText(XmlNode()), QString());
     }
 
+    void twelvePickersOfOneFormShareTheTreeAndWhatSearchesKeepBesideIt()
+    {
+        Site site;
+        const XmlDocument& employees = site.host.state().employees;
+        std::size_t memory = 0;
+        std::array<EmployeeList, 12> lists;
+        for (EmployeeList& list : lists) {
+            QCOMPARE(idsOf(list, list.search(u"ad"_s, {})), QStringList({u"A11"_s, u"F16"_s}));
+            memory = memory == 0 ? employees.searchMemory() : memory;
+            QVERIFY(list.document().sharesTreeWith(employees));
+            QCOMPARE(employees.searchMemory(), memory);
+        }
+        QVERIFY(memory > 0);
+    }
+
     // The host's filter
 
     void theFilterIsAskedOnceForEachRecordInOrderWithAFreshAnswer()
@@ -286,7 +303,7 @@ private Q_SLOTS:
         const Site site;
         EmployeeList list;
         QList<qint32> asked;
-        const std::vector<XmlNode> kept =
+        const XmlNodes kept =
             list.filtered(list.search({}, {.ListAll = true}), [&](qint32 officerNo, bool& exclude) {
                 QVERIFY(!exclude);
                 asked << officerNo;
@@ -319,7 +336,7 @@ private Q_SLOTS:
         std::optional<qint32> asked;
         int raised = 0;
         try {
-            EmployeeList().filtered({document.documentElement().childElement(u"Employee"_s)},
+            EmployeeList().filtered(XmlNodes(document.documentElement().childNodes()),
                                     [&](qint32 officerNo, bool&) { asked = officerNo; });
         } catch (const Error& overflow) {
             raised = overflow.Number;

@@ -50,7 +50,7 @@ QString teamsExpression(const QString& query, const SearchOptions& options)
     return UserTeamList::teamTerms(query, options).expression(u"TableCode"_s);
 }
 
-QStringList idsOf(const std::vector<XmlNode>& items, const QString& key)
+QStringList idsOf(const XmlNodes& items, const QString& key)
 {
     QStringList ids;
     for (const XmlNode& item : items)
