@@ -5,8 +5,6 @@
 #include <QSet>
 #include <QStringDecoder>
 
-#include <algorithm>
-
 namespace tavrin::CustomWords {
 
 namespace {
@@ -78,16 +76,7 @@ QString requireWord(const QString& word)
 
 void requireText(const QString& path, const QByteArray& content)
 {
-    const auto isControl = [](char c) {
-        return (c >= 0 && c < ' ' && c != '\t' && c != '\r' && c != '\n') || c == 0x7F;
-    };
-    bool isBinary = content.contains('\0');
-    if (!isBinary && std::any_of(content.begin(), content.end(), isControl)) {
-        QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-        const QString decoded = decoder.decode(content);
-        isBinary = decoder.hasError();
-    }
-    if (isBinary)
+    if (content.contains('\0'))
         throw Error(QStringLiteral("The file %1 is no text").arg(path));
 }
 

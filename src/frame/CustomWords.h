@@ -25,8 +25,8 @@ QString requireWord(const QString& word);
 /// Bytes of the longest file that is read.
 inline constexpr qint64 LongestFile = qint64(16) << 20;
 
-/// Raises an `Error` that names the file when its content is binary: it holds zeros, or other control
-/// characters in what is not UTF-8 either.
+/// Raises an `Error` that names the file when its content is binary: it holds zeros. Of a text with other
+/// faults the good lines count.
 void requireText(const QString& path, const QByteArray& content);
 
 /// The words of a file's content, in its order, in normal form, each once. Lines that are no words are

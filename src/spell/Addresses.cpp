@@ -95,7 +95,7 @@ bool isTopDomain(QStringView label, bool isSure)
     static constexpr QStringView words[] = {u"it", u"in", u"is", u"no",  u"at",  u"be",
                                             u"me", u"to", u"so", u"app", u"dev", u"site"};
     constexpr qsizetype longest = 4;
-    if (label.isEmpty() || label.size() > longest)
+    if (label.size() < 2 || label.size() > longest)
         return false;
     return isOneOf(generic, label, Qt::CaseInsensitive) || isOneOf(countries, label, Qt::CaseSensitive) ||
            (isSure && isOneOf(words, label, Qt::CaseSensitive));

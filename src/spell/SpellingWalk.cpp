@@ -259,18 +259,4 @@ void SpellingWalk::tellIgnored()
     }
 }
 
-QList<SpellingWalk::AddedWord> SpellingWalk::addedWords() const
-{
-    QList<AddedWord> words;
-    for (const Decision& decision : m_history) {
-        if (!std::holds_alternative<Added>(decision.what))
-            continue;
-        // All that the walk has changed since stands behind the word; a program may have changed more.
-        const FoundWord& place = decision.place;
-        const bool isThere = m_text.mid(place.Offset, place.Length) == decision.word;
-        words << (isThere ? AddedWord{m_text, place} : AddedWord{decision.word, {0, decision.word.size()}});
-    }
-    return words;
-}
-
 } // namespace tavrin

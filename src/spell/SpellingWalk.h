@@ -76,15 +76,6 @@ public:
     /// The word is out of the file again.
     Event<const QString&> WordTakenBack;
 
-    /// A word that was added and not taken back.
-    struct AddedWord
-    {
-        QString text; ///< that it stands in
-        FoundWord place;
-    };
-    /// In their order.
-    QList<AddedWord> addedWords() const;
-
 private:
     struct Changed
     {

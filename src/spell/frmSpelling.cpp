@@ -348,6 +348,7 @@ void frmSpelling::announceWord()
 void frmSpelling::showMessage(const QString& text)
 {
     lblMessage->setText(withBreaks(text, *lblMessage));
+    lblMessage->setMinimumHeight(0); // which the height for a width is never below
     // Nobody can act on half a reason; the buttons that are pressed most stay where they are.
     lblMessage->setFixedHeight(
         std::max(linesHeight(*lblMessage, MessageLines), lblMessage->heightForWidth(lblMessage->width())));

@@ -130,7 +130,8 @@ private Q_SLOTS:
         QTest::newRow("a line with a control character") << QByteArray("fi\x01ve\n") << true;
         QTest::newRow("zeros") << QByteArray("one\n\0two\n", 9) << false;
         QTest::newRow("UTF-16") << QByteArray("o\0n\0e\0", 6) << false;
-        QTest::newRow("picture") << QByteArray("\x89PNG\r\n\x1A\n") << false;
+        QTest::newRow("picture") << QByteArray("\x89PNG\r\n\x1A\n\0\0\0\rIHDR", 16) << false;
+        QTest::newRow("broken lines") << QByteArray("fi\x01ve\n\xFF\xFE\none\n") << true;
     }
     void aBinaryFileIsNoText()
     {

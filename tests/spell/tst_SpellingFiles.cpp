@@ -55,15 +55,17 @@ private Q_SLOTS:
         const auto other = stage.newControl();
         stage.line->SetText(u"Qxzville sayd"_s);
         stage.area->SetText(u"Qxzville sayd"_s);
-        const Person person({[&](const Dialog& dialog) {
-                                 // A second workbench of this workstation is quicker.
-                                 putFile(stage.folder.custom(), "Qxzville\n");
-                                 dialog.click("cmdAdd");
-                                 return true;
-                             },
-                             Person::click("cmdUndo"), Person::click("cmdIgnore")});
-        QVERIFY(other->CheckSpellingWithResult(stage.line));
-        QVERIFY(person.isDone());
+        {
+            const Person person({[&](const Dialog& dialog) {
+                                     // A second workbench of this workstation is quicker.
+                                     putFile(stage.folder.custom(), "Qxzville\n");
+                                     dialog.click("cmdAdd");
+                                     return true;
+                                 },
+                                 Person::click("cmdUndo"), Person::click("cmdIgnore")});
+            QVERIFY(other->CheckSpellingWithResult(stage.line));
+            QVERIFY(person.isDone());
+        }
         QCOMPARE(stage.folder.customWords(), QByteArray("Qxzville\n"));
         const Person next({Person::click("cmdIgnore")}); // at "sayd" alone
         QVERIFY(control->CheckSpellingWithResult(stage.area));

@@ -26,7 +26,7 @@ public:
     QStringList suggestions(const QString&) override { return {}; }
     void ignoreAll(const QString&) override {}
     void forgetIgnored() override {}
-    void add(const QString&) override {}
+    bool add(const QString&) override { return true; }
     void removeAdded(const QString&) override {}
 
     QList<bool> asked;

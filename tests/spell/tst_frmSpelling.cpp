@@ -240,7 +240,6 @@ private Q_SLOTS:
         dialog.click("cmdUndo");
         QCOMPARE(stage.folder.customWords(), QByteArray());
         QCOMPARE(dialog.marked(), u"Qxzville"_s);
-        QVERIFY(stage.walk->addedWords().isEmpty());
     }
 
     void aRefusedChangeIsToldAndWhatWasTypedStays()

@@ -80,7 +80,7 @@ private Q_SLOTS:
         QVERIFY(roomOf(*label).width() <= label->width());
         QCOMPARE(label->width(), before.width());
         QCOMPARE(dialog.button("cmdIgnore")->pos(), button); // it stays below the mouse
-        QVERIFY(stage.form->rect().contains(label->geometry()));
+        QTRY_VERIFY(stage.form->rect().contains(label->geometry()));
         dialog.click("cmdIgnore");
         QTRY_COMPARE(label->size(), before);
     }
