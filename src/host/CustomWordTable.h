@@ -7,8 +7,8 @@
 namespace tavrin {
 
 /// Rewrites a workstation's file of custom words from the database's list, whole or not at all, and under the
-/// lock of those who append to it. Rows that are no words are left out. Raises an `Error` when the list cannot
-/// be read or the file not be written; the file then stands as it was.
+/// lock of those who append to it. Rows that are no words are left out. Raises an `Error` when the list
+/// cannot be read or the file not be written; the file then stands as it was.
 void writeCustomWords(Database& database, const QString& path);
 
 /// Adds words to the database's list.

@@ -9,8 +9,9 @@ namespace tavrin {
 ///
 /// The file is written, whole or not at all, when it is missing, damaged, made from another dictionary, or
 /// older than the installed one. The times compared are those of each of the two installed files, then and
-/// now, so the workstation's clock does not matter; of two with the same time the lengths are compared. Raises an `Error` that names the file at fault when the installed
-/// dictionary is missing or damaged, or the file cannot be written; it then stands as it was.
+/// now, so the workstation's clock does not matter; of two with the same time the lengths are compared.
+/// Raises an `Error` that names the file at fault when the installed dictionary is missing or damaged, or the
+/// file cannot be written; it then stands as it was.
 void refreshSpellingDictionary(const QString& file, const QString& source);
 
 } // namespace tavrin
