@@ -50,29 +50,30 @@ void HunspellEngine::CheckWindow(QWidget* textBox)
     if (m_walk || boxesUnderCheck().contains(textBox))
         throw Error(QStringLiteral("A spell check is already under way."));
     boxesUnderCheck().insert(textBox);
-    const std::shared_ptr<bool> alive = m_alive; // the engine may die with its form while the dialog is open
+    // The engine may die with its form while the dialog is open.
+    const auto isGone = [alive = m_alive] { return !*alive; };
     const auto end = qScopeGuard([&] {
         boxesUnderCheck().remove(textBox);
-        if (*alive)
+        if (!isGone())
             m_walk.reset();
     });
 
     m_speller->refreshCustomWords(); // another control or program may have added some
     const auto walk = std::make_shared<SpellingWalk>(textBox, m_speller);
-    if (!*alive) // a handler of the box has closed the form at the first mark
+    if (isGone()) // a handler of the box has closed the form at the first mark
         return;
     m_walk = walk;
-    const Subscription added = walk->WordAdded.subscribe([this, alive] {
+    const Subscription added = walk->WordAdded.subscribe([this, isGone] {
         int code = WordAdded;
-        if (*alive)
+        if (!isGone())
             UserAction.raise(code);
     });
-    const Subscription takenBack = walk->WordTakenBack.subscribe([this, alive](const QString& word) {
-        if (*alive)
+    const Subscription takenBack = walk->WordTakenBack.subscribe([this, isGone](const QString& word) {
+        if (!isGone())
             WordTakenBack.raise(word);
     });
     const bool completed = askPerson(walk);
-    if (!*alive)
+    if (isGone())
         return;
     m_walk.reset();
     int abandoned = completed ? 0 : 1;

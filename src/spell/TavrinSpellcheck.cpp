@@ -95,7 +95,7 @@ bool TavrinSpellcheck::CheckSpellingWithResult(QObject* txt)
 
 bool TavrinSpellcheck::checkText(QObject* txt)
 {
-    const QPointer<TavrinSpellcheck> self(this);
+    const auto isGone = [self = QPointer<TavrinSpellcheck>(this)] { return self.isNull(); };
     const LateTextBox box(txt);
     if (!m_initialized && !initialize())
         return false;
@@ -108,15 +108,15 @@ bool TavrinSpellcheck::checkText(QObject* txt)
         return false;
     }
     continueOnError([&] { box.SetFocus(); }); // a field that loses the focus may close the form
-    if (!self)
+    if (isGone())
         return false;
     const bool mayAdd = currentHost().session().HasPermission(QStringLiteral("_Global"), RightToAddWords);
-    if (!self)
+    if (isGone())
         return false;
     vsSpellCheck->SetAllowAdd(mayAdd);
     vsSpellCheck->SetShowDialog(true);
     vsSpellCheck->CheckWindow(box.hWnd());
-    if (!self)
+    if (isGone())
         return false;
     // A box that died during its check has no selection to be reset.
     if (txt && !box.isAlive())

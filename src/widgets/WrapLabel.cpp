@@ -26,6 +26,11 @@ void WrapLabel::SetCaption(const QString& caption)
 
 int WrapLabel::heightForWidth(int width) const
 {
+    return heightAt(width);
+}
+
+int WrapLabel::heightAt(int width) const
+{
     QTextLayout layout;
     return static_cast<int>(std::ceil(layOut(layout, width)));
 }
@@ -55,7 +60,7 @@ void WrapLabel::resizeEvent(QResizeEvent* event)
 
 void WrapLabel::fit()
 {
-    resize(width(), heightForWidth(width()));
+    resize(width(), heightAt(width()));
 }
 
 qreal WrapLabel::layOut(QTextLayout& layout, int width) const

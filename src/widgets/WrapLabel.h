@@ -29,6 +29,7 @@ protected:
 
 private:
     void fit();
+    int heightAt(int width) const;
     qreal layOut(QTextLayout& layout, int width) const;
 };
 
