@@ -34,7 +34,7 @@ enum Matching
 /// What the person has typed.
 QString queryOf(int64_t matching)
 {
-    return matching == Nobody        ? QStringLiteral("zzzz")
+    return matching == Nobody        ? QStringLiteral("nerson") // of letters that the texts hold
            : matching == Twenty      ? QStringLiteral("needle")
            : matching == TwoThousand ? QStringLiteral("thread")
                                      : QStringLiteral("person");

@@ -77,8 +77,8 @@ std::string_view SearchColumn::text(std::size_t row) const
 
 std::size_t SearchColumn::memory() const
 {
-    std::size_t bytes = m_texts.capacity() + m_ends.capacity() * sizeof(std::size_t) + rows() / 8 +
-                        m_numbers.capacity() * sizeof(double) + m_codes.capacity();
+    std::size_t bytes = sizeof(*this) + m_texts.capacity() + m_ends.capacity() * sizeof(std::size_t) +
+                        rows() / 8 + m_numbers.capacity() * sizeof(double) + m_codes.capacity();
     for (const FurtherText& further : m_further)
         bytes += sizeof(further) + further.text.capacity();
     return bytes;

@@ -82,8 +82,8 @@ struct SearchPlan
     std::string record;
     SearchCondition condition;
 
-    /// Nothing for an expression that is not of the family, that is not valid, or that nests so deep that it
-    /// may not be valid.
+    /// Nothing for an expression that is not of the family, that is not valid, that nests so deep that it may
+    /// not be valid, or that reads more texts than columns are worth keeping for.
     static std::optional<SearchPlan> parse(std::string_view expression);
 };
 

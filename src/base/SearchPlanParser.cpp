@@ -13,6 +13,10 @@ using Kind = SearchCondition::Kind;
 constexpr int MostDepth = 1000;
 /// Parentheses and calls within one another; the parser recurses.
 constexpr int MostNested = 60;
+/// What columns are kept for: an expression that reads more would fill the memory with them.
+constexpr std::size_t MostTexts = 32;
+constexpr std::size_t MostParts = 16;
+constexpr std::size_t LongestLiterals = 256; // of one text, in bytes: they stand in each of its rows
 
 bool isDigit(char character)
 {
@@ -23,6 +27,27 @@ bool startsName(char character)
 {
     return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
            character == '_';
+}
+
+bool isModest(const RecordText& text)
+{
+    std::size_t literals = 0;
+    for (const RecordText::Part& part : text.parts)
+        literals += part.literal.size();
+    return text.parts.size() <= MostParts && literals <= LongestLiterals;
+}
+
+/// Whether few and modest texts are read, beside those in `texts`, which gets them.
+bool readsLittle(const SearchCondition& condition, std::vector<RecordText>& texts)
+{
+    if (!condition.text.parts.empty() &&
+        std::find(texts.begin(), texts.end(), condition.text) == texts.end()) {
+        texts.push_back(condition.text);
+        if (texts.size() > MostTexts || !isModest(condition.text))
+            return false;
+    }
+    return std::all_of(condition.members.begin(), condition.members.end(),
+                       [&](const SearchCondition& member) { return readsLittle(member, texts); });
 }
 
 bool continuesName(char character)
@@ -100,6 +125,9 @@ std::optional<SearchPlan> SearchPlanParser::plan()
         return std::nullopt;
     skipBlanks();
     if (!m_rest.empty())
+        return std::nullopt;
+    std::vector<RecordText> texts;
+    if (!readsLittle(*found, texts))
         return std::nullopt;
     plan.condition = std::move(*found);
     return plan;

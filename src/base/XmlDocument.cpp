@@ -176,8 +176,7 @@ XmlNodeList XmlNode::childNodes() const
 
 XmlNode XmlNode::childElement(const QString& name) const
 {
-    const pugi::xml_node child = resolved().child(toBytes(name).constData());
-    return sibling(child);
+    return sibling(xml::childElement(resolved(), toBytes(name).constData()));
 }
 
 XmlNode XmlNode::appendChild(const XmlNode& child) const

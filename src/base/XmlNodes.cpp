@@ -88,7 +88,8 @@ std::vector<std::optional<qint32>> XmlNodes::childNumbers(const QString& name) c
         const auto texts = nodes.size() >= ManyNodes ? run.tree->search.texts(nodes, key) : std::nullopt;
         for (std::size_t i = 0; i < nodes.size(); ++i) {
             const pugi::xml_node node(nodes[i]);
-            numbers.push_back(plainNumber(texts ? (*texts)[i] : plainText(node.child(key.c_str()))));
+            numbers.push_back(
+                plainNumber(texts ? (*texts)[i] : plainText(xml::childElement(node, key.c_str()))));
         }
     }
     return numbers;

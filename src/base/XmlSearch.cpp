@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <numeric>
 #include <utility>
 
 namespace tavrin::xml {
@@ -80,19 +81,22 @@ public:
             }
         }
         m_found.resize(m_names.size());
+        m_lengths.resize(m_names.size());
     }
 
     void add(pugi::xml_node record)
     {
         std::fill(m_found.begin(), m_found.end(), pugi::xml_node());
+        std::fill(m_lengths.begin(), m_lengths.end(), 0);
         m_memory += NodeMemory;
         for (const pugi::xml_node child : record.children())
             note(child);
         for (std::size_t i = 0; i < m_texts.size(); ++i)
             endRow(m_texts[i], m_columns[i]);
+        m_memory = std::accumulate(m_lengths.begin(), m_lengths.end(), m_memory);
     }
 
-    /// Of the records, in the tree: their nodes and what was read of their texts.
+    /// Of the records, in the tree: their nodes and those of their texts that were read, each once.
     std::size_t memory() const { return m_memory; }
 
     std::vector<SearchColumn> columns()
@@ -139,12 +143,15 @@ private:
     {
         bool hasText = false;
         for (const RecordText::Part& part : text.parts) {
-            const pugi::xml_node child =
-                part.child.empty() ? pugi::xml_node() : m_found[indexOf(part.child.c_str())];
-            hasText = hasText || child;
-            const std::string_view piece = part.child.empty() ? part.literal : textOf(child);
+            if (part.child.empty()) {
+                column.append(part.literal, part.fold);
+                continue;
+            }
+            const std::size_t index = indexOf(part.child.c_str());
+            const std::string_view piece = textOf(m_found[index]);
+            hasText = hasText || m_found[index];
+            m_lengths[index] = piece.size();
             column.append(piece, part.fold);
-            m_memory += piece.size();
         }
         column.endRow(hasText);
     }
@@ -166,6 +173,7 @@ private:
     std::vector<SearchColumn> m_columns;
     std::vector<std::string> m_names;
     std::vector<pugi::xml_node> m_found; // of the record at work, by name
+    std::vector<std::size_t> m_lengths;  // of the texts of these that were read
     std::string m_text;
     std::size_t m_memory = 0;
 };

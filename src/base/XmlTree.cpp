@@ -145,6 +145,13 @@ pugi::xml_node samePlace(pugi::xml_node node, const pugi::xml_document& copy)
     return place;
 }
 
+pugi::xml_node childElement(pugi::xml_node parent, const char* name)
+{
+    return parent.find_child([name](pugi::xml_node child) {
+        return child.type() == pugi::node_element && std::strcmp(child.name(), name) == 0;
+    });
+}
+
 void collectText(pugi::xml_node top, std::string& text)
 {
     for (pugi::xml_node node = top; node;) {

@@ -66,6 +66,10 @@ void forgetBelow(pugi::xml_node top, NodeMap& map);
 /// The node at the same place in a copy of its tree.
 pugi::xml_node samePlace(pugi::xml_node node, const pugi::xml_document& copy);
 
+/// The first child that is an element of this name; `pugi::xml_node::child` also takes a processing
+/// instruction.
+pugi::xml_node childElement(pugi::xml_node parent, const char* name);
+
 /// Appends the texts of the node and of everything below it, in document order.
 void collectText(pugi::xml_node top, std::string& text);
 
