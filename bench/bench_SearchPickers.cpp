@@ -4,7 +4,6 @@
 
 #include "Ratios.h"
 #include "base/XmlDocument.h"
-#include "lookup/EmployeeList.h"
 #include "lookup/EmployeePicker.h"
 #include "support/FakeHost.h"
 #include "widgets/AutoCompleteComboBox.h"
@@ -269,19 +268,6 @@ void Proxy(benchmark::State& state)
     state.counters["matches"] = filter.rowCount();
 }
 
-/// The XPath evaluation of the same search alone.
-void SelectNodes(benchmark::State& state)
-{
-    const XmlDocument document = listOf(employeesOf(static_cast<int>(state.range(0))));
-    const XmlNode root = document.documentElement();
-    const EmployeeList list;
-    const QString expression = list.terms(queryOf(state.range(1)), {}).expression(QStringLiteral("Employee"));
-    std::size_t matches = 0;
-    for (auto _ : state)
-        state.SetIterationTime(seconds([&] { matches = root.selectNodes(expression).size(); }));
-    state.counters["matches"] = static_cast<double>(matches);
-}
-
 /// A search with a follower of `Filter` that does nothing; its rival has no follower.
 void Filter(benchmark::State& state)
 {
@@ -363,14 +349,6 @@ public:
             if (name.rfind("Filter/", 0) == 0)
                 printRatio(name, "Filter_None" + name.substr(6));
         }
-        std::printf("\nShare of the time that is not the XPath evaluation\n");
-        for (const auto& [name, time] : m_times) {
-            if (name.rfind("Search/", 0) != 0)
-                continue;
-            const auto alone = m_times.find("SelectNodes" + name.substr(6));
-            if (alone != m_times.end())
-                std::printf("  %-56s %7.1f %%\n", name.c_str(), 100 * (time - alone->second) / time);
-        }
     }
 
 private:
@@ -401,7 +379,6 @@ BENCHMARK(Memory)
 BENCHMARK(Search)->Apply(timeSearches)->UseManualTime();
 BENCHMARK(Completer)->Apply(timeSearches)->UseManualTime();
 BENCHMARK(Proxy)->Apply(timeSearches)->UseManualTime();
-BENCHMARK(SelectNodes)->Apply(timeSearches)->UseManualTime();
 BENCHMARK(Filter)->Arg(100000)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(Filter_None)->Arg(100000)->UseManualTime()->Unit(benchmark::kMillisecond);
 

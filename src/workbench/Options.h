@@ -22,7 +22,7 @@ struct Options
     /// Where downloads go; "" takes the platform's place.
     QString downloadsFolder;
     /// Where the workstation keeps its dictionaries; "" takes the person's own place for the data of
-    /// applications.
+    /// applications, where each database has its own custom words.
     QString workstationFolder;
     /// The part of the tour that another workstation sees, on `database`; the tour itself starts it.
     bool isTourElsewhere = false;
