@@ -1,5 +1,6 @@
 #include "MultiValue.h"
 
+#include "ValueRows.h"
 #include "base/Error.h"
 #include "base/Guard.h"
 #include "base/Variant.h"
@@ -18,6 +19,7 @@
 #include <QScopeGuard>
 
 #include <algorithm>
+#include <utility>
 
 namespace tavrin {
 
@@ -49,65 +51,6 @@ void designLink(TextLink& link, const char* name, QLatin1Char sign, const char* 
     link.resize(std::max(link.width(), own), link.height());
 }
 
-/// Whether a field counts when a row is asked for being empty.
-bool isContent(const tvFieldPtr& field, const QString& valueField)
-{
-    const QString name = field->Name();
-    const auto is = [&name](const QString& other) { return name.compare(other, Qt::CaseInsensitive) == 0; };
-    return !is(QStringLiteral("LastUpdated")) && !is(QStringLiteral("DateEntered")) && !is(valueField) &&
-           !std::dynamic_pointer_cast<tvLinkField>(field) && !field->IsKey();
-}
-
-/// Whether a row behind those of the values holds nothing but the value that it had.
-bool isRowEmpty(tvTableRow& row, const QString& valueField)
-{
-    const int count = row.FieldCount();
-    for (int i = 1; i <= count; ++i) {
-        const tvFieldPtr field = row.Item(i);
-        if (isContent(field, valueField) && !IsNull(field->Value()))
-            return false;
-    }
-    return true;
-}
-
-/// Writes the values into the rows. `line` gets the number of the statement that runs.
-void writeValues(const QVariantList& values, const QString& fieldName, tvTableCollection& rows, int& line)
-{
-    const auto at = [&line](int number) {
-        line = number;
-        return true;
-    };
-    const auto count = static_cast<qint32>(values.size());
-    while (at(1010) && rows.Count() < count) {
-        at(1020);
-        rows.AddNew();
-    }
-    for (qint32 i = 1; i <= count; ++i) {
-        at(1030);
-        fieldOf(*rows.Item(i), fieldName)->SetValue(values.at(i - 1));
-    }
-    if (at(1040) && rows.Count() != 0) {
-        at(1050);
-        tvTableRowPtr last = rows.Item(rows.Count());
-        while (at(1060) && rows.Count() > count && isRowEmpty(*last, fieldName)) {
-            at(1070);
-            rows.SetPosition(ToInteger(rows.Count()));
-            at(1080);
-            rows.RemoveCurrent(false);
-            if (at(1090) && rows.Count() == 0)
-                break;
-            at(1100);
-            last = rows.Item(rows.Count());
-        }
-    }
-    at(1110);
-    const qint32 left = rows.Count();
-    for (qint32 i = count + 1; i <= left; ++i) {
-        at(1120);
-        fieldOf(*rows.Item(i), fieldName)->SetValue(Null());
-    }
-}
-
 } // namespace
 
 MultiValue::MultiValue(QWidget* parent, const ControlSite& site)
@@ -136,8 +79,7 @@ MultiValue::MultiValue(QWidget* parent, const ControlSite& site)
 
 MultiValue::~MultiValue()
 {
-    if (m_dialog)
-        m_dialog->reject();
+    withdrawDialog();
 }
 
 // Properties
@@ -172,10 +114,9 @@ void MultiValue::BoundControl_FillControl(const BoundBinding* binding, const QVa
                    line = 1000;
                    if (!binding || !rows)
                        return;
-                   if (m_dialog)
-                       m_dialog->reject(); // its choices are of the record before
+                   withdrawDialog();
                    const auto showState = qScopeGuard([this] { lstValues_Click(); });
-                   // Half a list must not be taken for the whole one: a save would remove the other codes.
+                   // Half a list must not be taken for the whole one, neither by a save nor by the person.
                    auto forget = qScopeGuard([this] { forgetRecord(); });
                    line = 1010;
                    m_binding = *binding;
@@ -190,10 +131,10 @@ void MultiValue::BoundControl_FillControl(const BoundBinding* binding, const QVa
                            m_values.append(value);
                        line = 1030;
                    }
-                   m_fillFailed = false;
-                   forget.dismiss();
                    line = 1060;
                    RebuildList();
+                   m_fillFailed = false;
+                   forget.dismiss();
                });
 }
 
@@ -285,8 +226,14 @@ void MultiValue::lnkAdd_Click()
     }
     m_dialog = dialog;
     dialog->ShowModal(this);
-    if (self)
+    if (self && m_dialog == dialog) // no fill has withdrawn it
         addChosen(dialog);
+}
+
+void MultiValue::withdrawDialog()
+{
+    if (const QPointer<frmMultiValueSelect> dialog = std::exchange(m_dialog, nullptr))
+        dialog->reject();
 }
 
 void MultiValue::addChosen(const QPointer<frmMultiValueSelect>& dialog)
@@ -328,9 +275,9 @@ void MultiValue::removeSelected()
 
 // Keys
 
-void MultiValue::UserControl_KeyDown(int& keyCode, int)
+void MultiValue::UserControl_KeyDown(int& keyCode, int shift)
 {
-    if (keyCode != KeyCode::Delete || lstValues->ListIndex() < 0)
+    if (keyCode != KeyCode::Delete || shift != 0 || lstValues->ListIndex() < 0)
         return;
     keyCode = 0;
     removeSelected();
@@ -338,10 +285,14 @@ void MultiValue::UserControl_KeyDown(int& keyCode, int)
 
 bool MultiValue::previewKey(QKeyEvent& event)
 {
-    if (keyCodeOf(event) != KeyCode::Delete || lstValues->ListIndex() < 0)
+    const bool isDelete =
+        keyCodeOf(event) == KeyCode::Delete && (event.modifiers() & ~Qt::KeypadModifier) == 0;
+    // One that is held down must not do to one value after the other, and then to the form, what was meant
+    // for one value.
+    if (!isDelete || (lstValues->ListIndex() < 0 && !event.isAutoRepeat()))
         return false;
     event.accept();
-    if (event.type() == QEvent::ShortcutOverride)
+    if (event.type() == QEvent::ShortcutOverride || event.isAutoRepeat())
         return true; // a shortcut of the form must not take the key
     int keyCode = KeyCode::Delete;
     guard("UserControl_KeyDown", [&] { UserControl_KeyDown(keyCode, shiftStateOf(event.modifiers())); });

@@ -33,9 +33,9 @@ class frmMultiValueSelect;
 ///     record->save();
 ///
 /// A failure of the host inside a contract call, and at construction, reaches the caller. One inside an
-/// action of the person goes to the application's handler of unhandled errors. A fill that cannot read all
-/// rows leaves an empty list, to which nothing can be added and which a save refuses to write, so that no
-/// code of the record is lost; the next fill ends that.
+/// action of the person goes to the application's handler of unhandled errors. A fill that fails leaves an
+/// empty list, to which nothing can be added and which a save refuses to write, so that no code of the record
+/// is lost; the next fill ends that.
 class MultiValue final : public UserControl, public BoundControl
 {
     Q_OBJECT
@@ -62,8 +62,8 @@ public:
     QSize minimumSizeHint() const override;
 
 Q_SIGNALS:
-    /// After every pass through the dialog, also one that the person left without "Done". A slot must not
-    /// let an exception out; it may delete the control.
+    /// After every pass through the dialog, also one that the person left without "Done", but not one that a
+    /// fill has ended. A slot must not let an exception out; it may delete the control.
     void ValueAdded();
     /// After a value was removed. A slot must not let an exception out; it may delete the control.
     void ValueRemoved();
@@ -87,6 +87,8 @@ private:
     void lnkAdd_Click();
     void lnkDelete_Click();
     void addChosen(const QPointer<frmMultiValueSelect>& dialog);
+    /// Closes the dialog, whose choices are of the record before, and leaves them out.
+    void withdrawDialog();
     void removeSelected();
     /// A record that could not be read leaves no values, and is not written.
     void forgetRecord();
@@ -102,7 +104,7 @@ private:
     QVariantList m_values;
     bool m_fillFailed = false;
     qint64 m_themeKey = 0;                  // of the palette that the background was shaded from
-    QPointer<frmMultiValueSelect> m_dialog; // while it is open
+    QPointer<frmMultiValueSelect> m_dialog; // while the person is asked
     std::vector<Subscription> m_subscriptions;
 };
 

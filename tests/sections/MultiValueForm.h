@@ -103,6 +103,11 @@ struct MultiValueForm
     {
         QTest::keyClick(window.windowHandle(), key, modifiers);
     }
+    /// A repeat of a key that is held down.
+    void repeat(Qt::Key key)
+    {
+        QTest::simulateEvent(window.windowHandle(), true, key, {}, QString(), true, -1);
+    }
     void click(const QWidget* widget)
     {
         QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {},

@@ -12,6 +12,7 @@
 #include <QAction>
 
 #include <algorithm>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;
@@ -345,29 +346,90 @@ private Q_SLOTS:
         QCOMPARE(dialogCount(), 0);
     }
 
-    void aFillWhileTheDialogIsOpenLeavesItsChoicesOut_data()
+    void aFillWhileTheDialogIsOpenClosesItAndRaisesNoEvent_data()
     {
         QTest::addColumn<bool>("confirmed");
         QTest::newRow("still asking") << false;
         QTest::newRow("confirmed already") << true;
     }
-    void aFillWhileTheDialogIsOpenLeavesItsChoicesOut()
+    void aFillWhileTheDialogIsOpenClosesItAndRaisesNoEvent()
     {
         QFETCH(bool, confirmed);
         MultiValueForm form;
         QVERIFY(form.isReady());
         form.fill({12});
+        {
+            const NextModal modal([&](QWidget& window) {
+                if (confirmed)
+                    answer(window, {0, 1}, true);
+                form.fill({13}); // the record before is gone
+                QVERIFY(!window.isVisible());
+                form.host.state().log.clear();
+            });
+            form.click(form.add);
+            QVERIFY(modal.came());
+        }
+        QCOMPARE(form.values(), QVariantList({13}));
+        QCOMPARE(form.entries(), QStringList({u"Knife"_s}));
+        QCOMPARE(form.take(), QStringList()); // nobody has added anything to this record
+        QCOMPARE(form.host.state().log, QStringList());
+        QCOMPARE(dialogCount(), 0);
+        const NextModal again([](QWidget& window) { answer(window, {0}, true); });
+        form.click(form.add); // and the next pass counts
+        QVERIFY(again.came());
+        QCOMPARE(form.take(), QStringList({u"ValueAdded 2"_s}));
+        QCOMPARE(form.values(), QVariantList({13, 11}));
+    }
+
+    void aFillThatFailsWhileTheDialogIsOpenClosesItToo()
+    {
+        MultiValueForm form;
+        QVERIFY(form.isReady());
+        form.fill({12});
         const NextModal modal([&](QWidget& window) {
-            if (confirmed)
-                answer(window, {0, 1}, true);
-            form.fill({13}); // the record before is gone
+            form.host.failWith(Error(u"no table"_s));
+            QVERIFY_THROWS_EXCEPTION(Error, form.fill({13}));
+            form.host.failWith({});
             QVERIFY(!window.isVisible());
         });
         form.click(form.add);
         QVERIFY(modal.came());
-        QCOMPARE(form.values(), QVariantList({13}));
-        QCOMPARE(form.entries(), QStringList({u"Knife"_s}));
-        QCOMPARE(form.take(), QStringList({u"ValueAdded 1"_s}));
+        QCOMPARE(form.control->Count(), 0);
+        QCOMPARE(form.take(), QStringList());
+    }
+
+    void aFillWithoutRowsLeavesTheDialogOpen()
+    {
+        MultiValueForm form;
+        QVERIFY(form.isReady());
+        form.fill({12});
+        const NextModal modal([&](QWidget& window) {
+            form.contract().FillControl(&form.binding, {}, nullptr);
+            QVERIFY(window.isVisible());
+            answer(window, {0}, true);
+        });
+        form.click(form.add);
+        QVERIFY(modal.came());
+        QCOMPARE(form.take(), QStringList({u"ValueAdded 2"_s}));
+    }
+
+    void aPassThatAFillHasEndedLeavesTheOneBehindItAlone()
+    {
+        MultiValueForm form;
+        QVERIFY(form.isReady());
+        form.fill({12});
+        std::optional<NextModal> second;
+        const NextModal first([&](QWidget&) {
+            form.fill({13});
+            second.emplace([](QWidget& window) { answer(window, {1}, true); });
+            form.add->click(); // before the call that has shown the first one is over
+        });
+        form.click(form.add);
+        QVERIFY(first.came());
+        QVERIFY(second && second->came());
+        QCOMPARE(form.take(), QStringList({u"ValueAdded 2"_s})); // once
+        QCOMPARE(form.values(), QVariantList({13, 12}));
+        QCOMPARE(dialogCount(), 0);
     }
 
     void theControlOrItsWindowMayDieWhileTheDialogIsOpen_data()
@@ -504,6 +566,95 @@ private Q_SLOTS:
         QVERIFY(form.add->hasFocus());
         form.press(Qt::Key_Delete);
         QCOMPARE(form.values(), QVariantList({11}));
+    }
+
+    void aDeleteThatIsHeldDownRemovesOneValueOnly()
+    {
+        MultiValueForm form;
+        QVERIFY(form.isReady());
+        form.fill({11, 12, 13});
+        form.list->SetListIndex(2);
+        QAction deleteRecord;
+        deleteRecord.setShortcut(QKeySequence(Qt::Key_Delete));
+        form.window.addAction(&deleteRecord);
+        const QSignalSpy triggered(&deleteRecord, &QAction::triggered);
+        form.press(Qt::Key_Delete);
+        for (int i = 0; i < 4; ++i)
+            form.repeat(Qt::Key_Delete);
+        QCOMPARE(form.take(), QStringList({u"ValueRemoved 2"_s}));
+        QCOMPARE(form.values(), QVariantList({11, 12}));
+        form.fill({11});
+        form.list->SetListIndex(0);
+        form.press(Qt::Key_Delete); // the last one goes
+        form.repeat(Qt::Key_Delete);
+        QCOMPARE(form.take(), QStringList({u"ValueRemoved 0"_s}));
+        QCOMPARE(triggered.size(), 0); // nor do the repeats reach the form
+        form.fill({11, 12});
+        form.list->SetListIndex(0);
+        form.press(Qt::Key_Delete); // each press of its own counts
+        form.press(Qt::Key_Delete);
+        QCOMPARE(form.take(), QStringList({u"ValueRemoved 1"_s, u"ValueRemoved 0"_s}));
+    }
+
+    void aDeleteThatIsHeldDownOnALinkRemovesOneValueOnly()
+    {
+        MultiValueForm form;
+        QVERIFY(form.isReady());
+        form.fill({11, 12, 13});
+        form.list->SetListIndex(0);
+        form.press(Qt::Key_Tab);
+        QVERIFY(form.add->hasFocus());
+        form.press(Qt::Key_Delete);
+        form.repeat(Qt::Key_Delete);
+        QCOMPARE(form.values(), QVariantList({12, 13}));
+    }
+
+    void deleteWithAnotherKeyRemovesNothingAndIsTheForms_data()
+    {
+        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+        QTest::newRow("Ctrl") << Qt::KeyboardModifiers(Qt::ControlModifier);
+        QTest::newRow("Shift") << Qt::KeyboardModifiers(Qt::ShiftModifier);
+        QTest::newRow("Alt") << Qt::KeyboardModifiers(Qt::AltModifier);
+        QTest::newRow("Meta") << Qt::KeyboardModifiers(Qt::MetaModifier);
+        QTest::newRow("Ctrl and Shift") << (Qt::ControlModifier | Qt::ShiftModifier);
+        QTest::newRow("Ctrl, of the keypad") << (Qt::ControlModifier | Qt::KeypadModifier);
+    }
+    void deleteWithAnotherKeyRemovesNothingAndIsTheForms()
+    {
+        QFETCH(Qt::KeyboardModifiers, modifiers);
+        MultiValueForm form;
+        QVERIFY(form.isReady());
+        form.fill({11, 12});
+        form.list->SetListIndex(0);
+        form.press(Qt::Key_Delete, modifiers);
+        QCOMPARE(form.take(), QStringList());
+        QCOMPARE(form.values(), QVariantList({11, 12}));
+        QAction deleteRecord;
+        deleteRecord.setShortcut(QKeyCombination(modifiers & ~Qt::KeypadModifier, Qt::Key_Delete));
+        form.window.addAction(&deleteRecord);
+        const QSignalSpy triggered(&deleteRecord, &QAction::triggered);
+        form.press(Qt::Key_Delete, modifiers);
+        QCOMPARE(triggered.size(), 1);
+        QCOMPARE(form.take(), QStringList());
+        form.press(Qt::Key_Delete, Qt::KeypadModifier); // the keypad's own Delete is one like the other
+        QCOMPARE(form.take(), QStringList({u"ValueRemoved 1"_s}));
+    }
+
+    void theListIsBuiltAndTheNextValueSelectedBeforeValueRemovedIsRaised()
+    {
+        MultiValueForm form;
+        QVERIFY(form.isReady());
+        form.fill({11, 12, 13});
+        form.list->SetListIndex(1);
+        form.host.state().log.clear();
+        QStringList seen;
+        connect(form.control, &MultiValue::ValueRemoved, &form.window, [&] {
+            seen << form.host.state().log << form.entries() << QString::number(form.list->ListIndex())
+                 << (form.remove->isEnabled() ? u"minus"_s : u"no minus"_s);
+        });
+        form.press(Qt::Key_Delete);
+        QCOMPARE(seen, QStringList({u"new TableCodeCache"_s, u"GetDescription 302"_s, u"GetDescription 302"_s,
+                                    u"ShadeColor"_s, u"Handgun"_s, u"Knife"_s, u"0"_s, u"minus"_s}));
     }
 
     void aShortcutOfTheFormDoesNotTakeTheDeleteKey()

@@ -1,6 +1,7 @@
 #include "base/Error.h"
 #include "base/Variant.h"
 #include "sections/MultiValueForm.h"
+#include "support/FailingRecords.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
 
@@ -443,16 +444,60 @@ private Q_SLOTS:
         QCOMPARE(form.take(), QStringList());
     }
 
-    void valuesThatWereReadAreKeptWhereTheListCannotBeBuilt()
+    void whicheverCallOfTheHostFailsInAFillNothingIsShownAndASaveLeavesTheRowsAlone_data()
     {
+        QTest::addColumn<QString>("failing");
+        for (const char* call : {"new TableCodeCache", "GetDescription 302", "ShadeColor"})
+            QTest::newRow(call) << QString::fromLatin1(call);
+    }
+    void whicheverCallOfTheHostFailsInAFillNothingIsShownAndASaveLeavesTheRowsAlone()
+    {
+        QFETCH(QString, failing);
         MultiValueForm form;
-        form.fill({13});
-        form.host.failWith(Error(u"no table"_s));
-        QVERIFY_THROWS_EXCEPTION(Error, form.fill({11, 12}));
-        form.host.failWith({});
-        QCOMPARE(form.values(), QVariantList({11, 12}));
-        form.control->SetEnabled(true);
-        QCOMPARE(form.entries(), QStringList({u"Handgun"_s, u"Rifle"_s}));
+        form.fill({13}); // of another record
+        form.list->SetListIndex(0);
+        form.host.state().failures.insert({failing, Error(u"no table"_s, 61, u"cache"_s)});
+        const auto rows = std::make_shared<NotingRows>(Columns, 3);
+        for (const int row : {1, 3})
+            put(*rows, row, u"WeaponNo"_s, 10 + row);
+        const Error told = errorOf([&] { form.contract().FillControl(&form.binding, {}, rows); });
+        QCOMPARE(told.Number, 61);
+        QCOMPARE(told.Source, u"cache -> MultiValue.BoundControl_FillControl [line 1060]"_s);
+        form.host.state().failures.clear();
+        QCOMPARE(form.control->Count(), 0);
+        QCOMPARE(form.entries(), QStringList()); // half a list is none
+        QVERIFY(!form.remove->isEnabled());
+        rows->take();
+        QVERIFY_THROWS_EXCEPTION(Error, form.contract().SetValue(&form.binding, {}, rows));
+        QCOMPARE(rows->take(), QStringList());
+        form.contract().FillControl(&form.binding, {}, rows);
+        QCOMPARE(form.values(), QVariantList({11, 13}));
+    }
+
+    void whicheverCallOfTheRowsFailsInAFillNothingIsShownAndASaveLeavesThemAlone()
+    {
+        const auto rows = rowsOf({11, 12});
+        RecordCalls calls;
+        const auto failing = std::make_shared<FailingCollection>(rows, calls);
+        int failures = 0;
+        for (bool failed = true; failed; ++failures) {
+            MultiValueForm form;
+            form.fill({13}); // of another record
+            calls.heal();
+            calls.failing = failures + 1;
+            const Error told = errorOf([&] { form.contract().FillControl(&form.binding, {}, failing); });
+            failed = calls.hasFailed();
+            QCOMPARE(told.Number, failed ? RecordCalls::FailureNumber : 0);
+            QCOMPARE(form.control->Count(), failed ? 0 : 2);
+            QCOMPARE(form.entries().size(), form.control->Count());
+            calls.heal();
+            if (failed) {
+                QVERIFY_THROWS_EXCEPTION(Error, form.contract().SetValue(&form.binding, {}, failing));
+                QCOMPARE(calls.made, 0); // it does not even look
+            }
+            QCOMPARE(weaponsOf(*rows), QVariantList({11, 12}));
+        }
+        QCOMPARE(failures, 8); // the count; of each row itself, its field and that field's value; none
     }
 };
 
