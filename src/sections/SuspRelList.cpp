@@ -29,6 +29,7 @@ const QString RelationColumn = QStringLiteral("relationship");
 
 const QString SeqNoField = QStringLiteral("SeqNo");
 const QString RelationNoField = QStringLiteral("RelationNo");
+const QString SuspectsName = QStringLiteral("collection of suspects");
 
 constexpr double NameShare = 0.6;
 constexpr double RelationShare = 0.4;
@@ -143,12 +144,12 @@ SavedProperties SuspRelList::savedProperties()
 
 // The parties' collection
 
-tvTableCollectionPtr SuspRelList::ParseOtherCollectionTag(const tvBusinessObjectPtr& record)
+tvTableCollectionPtr SuspRelList::ParseOtherCollectionTag(const tvBusinessObjectPtr& record, bool& resolved)
 {
     tvTableCollectionPtr collection;
-    const bool resolved = reportInBox(
-        this, QStringLiteral("Error in ") + ambient().DisplayName() + QStringLiteral(": "),
-        QStringLiteral("Error"), [&] { collection = resolveCollectionTag(m_otherCollectionTag, record); });
+    resolved = reportInBox(this, QStringLiteral("Error in ") + ambient().DisplayName() + QStringLiteral(": "),
+                           QStringLiteral("Error"),
+                           [&] { collection = resolveCollectionTag(m_otherCollectionTag, record); });
     return resolved ? collection : currentHost().newTableCollection();
 }
 
@@ -180,7 +181,7 @@ SuspectLinks SuspRelList::linksOf(const tvBusinessObjectPtr& suspect) const
 
 tvTableRowPtr SuspRelList::openSuspect() const
 {
-    tvTableCollection& suspects = required(m_suspects, QStringLiteral("collection of suspects"));
+    tvTableCollection& suspects = required(m_suspects, SuspectsName);
     return suspects.Item(suspects.Position());
 }
 
@@ -199,12 +200,15 @@ std::vector<SuspRelList::Relation> SuspRelList::relationsTo(tvTableCollection& p
 
 void SuspRelList::BoundSection_ReadData(const tvBusinessObjectPtr& record)
 {
+    // Both are about the record before.
+    mnuEdit->close();
     if (m_dialog)
-        m_dialog->reject(); // its parties are of the record before
+        m_dialog->reject();
     const QPointer<SuspRelList> self(this);
-    m_readFailed = true;
+    const int reading = ++m_readings;
+    m_readState = ReadState::Failed;
     const auto forget = qScopeGuard([&self] {
-        if (self && self->m_readFailed)
+        if (self && self->m_readState == ReadState::Failed)
             self->forgetRecord();
     });
     const auto suspect =
@@ -212,8 +216,9 @@ void SuspRelList::BoundSection_ReadData(const tvBusinessObjectPtr& record)
     const auto incident = currentHost().hostServices().GetParentObject(suspect);
     m_suspects = childOf<tvTableCollection>(required(incident, QStringLiteral("incident of the suspect")),
                                             QStringLiteral("Suspects"));
-    const tvTableCollectionPtr parties = ParseOtherCollectionTag(record);
-    if (!self) // somebody closed the form while the message was up
+    bool hasParties = false;
+    const tvTableCollectionPtr parties = ParseOtherCollectionTag(record, hasParties);
+    if (!self || m_readings != reading) // the form was closed, or another record read, below the message
         return;
     followOtherCollection(parties);
     lvwRows->Clear();
@@ -228,7 +233,7 @@ void SuspRelList::BoundSection_ReadData(const tvBusinessObjectPtr& record)
         showTip(true);
     else
         lvwRows->SetSelectedItem(lvwRows->Key(0));
-    m_readFailed = false;
+    m_readState = hasParties ? ReadState::Done : ReadState::WithoutParties;
 }
 
 void SuspRelList::forgetRecord()
@@ -242,15 +247,20 @@ void SuspRelList::forgetRecord()
 
 void SuspRelList::BoundSection_WriteData(const tvBusinessObjectPtr& record)
 {
-    if (m_readFailed)
-        throw Error(
-            QStringLiteral("The relationships of the record could not be read, so none are written."));
+    const Error notRead(
+        QStringLiteral("The relationships of the record could not be read, so none are written."));
+    if (m_readState == ReadState::Failed)
+        throw notRead;
+    required(m_suspects, SuspectsName); // before it touches the record
     const auto suspect =
         childOf<tvBusinessObject>(required(record, QStringLiteral("record")), QStringLiteral("SuspectBO"));
     const QPointer<SuspRelList> self(this);
-    const tvTableCollectionPtr parties = ParseOtherCollectionTag(record);
+    bool hasParties = false;
+    const tvTableCollectionPtr parties = ParseOtherCollectionTag(record, hasParties);
     if (!self)
         return;
+    if (hasParties && m_readState != ReadState::Done)
+        throw notRead; // each of them would count as removed
     followOtherCollection(parties);
     // With copies: a follower of the links may change the list, or close the form.
     const tvTableCollectionPtr suspects = m_suspects;
@@ -266,7 +276,7 @@ void SuspRelList::BoundSection_WriteData(const tvBusinessObjectPtr& record)
         }
     }
     Relations relations;
-    relations.Suspects = required(suspects, QStringLiteral("collection of suspects")).Count();
+    relations.Suspects = suspects->Count();
     relations.Parties = parties->Count();
     relations.Found = found;
     relations.IsRequired = currentHost().session().IsFieldRequired(
@@ -335,8 +345,11 @@ void SuspRelList::UserControl_Resize()
 void SuspRelList::changeEvent(QEvent* event)
 {
     UserControl::changeEvent(event);
-    if (event->type() == QEvent::EnabledChange)
+    if (event->type() == QEvent::EnabledChange) {
         picEmpty->SetFaded(!isEnabled());
+        if (!isEnabled())
+            mnuEdit->close(); // it would take neither key nor mouse any more
+    }
     if (event->type() == QEvent::FontChange)
         guard("UserControl_Resize", [this] { UserControl_Resize(); });
 }

@@ -30,9 +30,9 @@ class frmSuspRel;
 ///     victims->WriteData(record); // raises CompletenessErrorNumber while required ones are missing
 ///
 /// Links are written before completeness is checked; a refused save leaves those that are complete written.
-/// A party's removal leaves its row on the screen until the next read, which does no harm. Behind a read that
-/// has failed the section is empty and a write raises an `Error` before it changes anything, until a record
-/// can be read.
+/// A party's removal leaves its row on the screen until the next read, which does no harm. Before the first
+/// read, and behind one that has failed, the section is empty and a write raises an `Error` before it changes
+/// anything. A read closes the menu and the dialog: both are about the record before.
 class SuspRelList final : public UserControl, public BoundSection
 {
     Q_OBJECT
@@ -53,8 +53,9 @@ public:
     ~SuspRelList() override;
 
     /// Path to the parties' collection: its name in the record, or the name of a child record, a point, and
-    /// its name there; "" by default. Read at each read and write, where a wrong one shows a message and
-    /// leaves an empty section.
+    /// its name there; "" by default. Resolved at each read and write, where a wrong one shows a message and
+    /// leaves an empty section. Behind a read with a wrong one a write with a good one raises an `Error`: the
+    /// section has no rows of its parties.
     QString OtherCollectionTag() const { return m_otherCollectionTag; }
     void SetOtherCollectionTag(const QString& tag);
     /// The word for one party, its first letter in upper case, since it builds the names of records and
@@ -78,6 +79,13 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    enum class ReadState
+    {
+        Never,
+        Failed,
+        WithoutParties, // the tag led nowhere
+        Done
+    };
     struct Relation
     {
         tvTableRowPtr Party;
@@ -88,7 +96,7 @@ private:
     void BoundSection_WriteData(const tvBusinessObjectPtr& record) override;
 
     void build();
-    tvTableCollectionPtr ParseOtherCollectionTag(const tvBusinessObjectPtr& record);
+    tvTableCollectionPtr ParseOtherCollectionTag(const tvBusinessObjectPtr& record, bool& resolved);
     void followOtherCollection(tvTableCollectionPtr collection);
     void m_otherCollection_ItemRemoved(const QVariant& keyValue);
     SuspectLinks linksOf(const tvBusinessObjectPtr& suspect) const;
@@ -123,7 +131,8 @@ private:
     QString m_otherCollectionTag;
     QString m_otherItemName;
     QString m_otherItemSeqName;
-    bool m_readFailed = false;
+    ReadState m_readState = ReadState::Never;
+    int m_readings = 0;
     QPointer<frmSuspRel> m_dialog; // while it is open
     Subscription m_itemRemoved;
     std::vector<Subscription> m_subscriptions;

@@ -114,13 +114,10 @@ tvTableRowPtr SuspectLinks::add()
     return links().Item(links().Position());
 }
 
-void SuspectLinks::takeBack(const tvTableRowPtr& row)
+void SuspectLinks::takeBack(qint32 index)
 {
     tvTableCollection& rows = links();
-    qint32 index = rows.Count();
-    while (index > 0 && rows.Item(index) != row)
-        --index;
-    if (index > 0) {
+    if (rows.Count() == index) { // else it was not added, or nobody can tell where it is by now
         rows.SetPosition(ToInteger(index));
         rows.RemoveCurrent(false);
     }
@@ -137,9 +134,10 @@ void SuspectLinks::relate(tvTableRow& party, const tvTableCollectionPtr& suspect
         return;
     }
     Session& session = currentHost().session();
-    const tvTableRowPtr row = add();
     // A row that lacks a number would be saved with the next record, and lead nowhere.
-    auto undo = qScopeGuard([&] { continueOnError([&] { takeBack(row); }); });
+    const qint32 index = m_count + 1;
+    auto undo = qScopeGuard([&] { continueOnError([&] { takeBack(index); }); });
+    const tvTableRowPtr row = add();
     tvTableCollection& all = required(suspects, QStringLiteral("collection of suspects"));
     fieldOf(*row, m_fieldName)->SetValue(session.MakeFieldReference(partyNo));
     fieldOf(*row, seqNo)->SetValue(session.MakeFieldReference(fieldOf(*all.Item(all.Position()), seqNo)));

@@ -48,7 +48,8 @@ private:
     qint32 locate(const QVariant& value);
     qint32 walkOnTo(const QVariant& value);
     void startAnew();
-    void takeBack(const tvTableRowPtr& row);
+    /// Removes the row that was added last.
+    void takeBack(qint32 index);
 
     tvBusinessObjectPtr m_suspect;
     QString m_collectionName;

@@ -126,6 +126,63 @@ private Q_SLOTS:
         QVERIFY(!form.menu->isVisible());
     }
 
+    void theMenuClosesWithTheRowsItWasOpenedFor_data()
+    {
+        QTest::addColumn<bool>("byKey");
+        QTest::addColumn<bool>("fails");
+        QTest::newRow("mouse") << false << false;
+        QTest::newRow("key") << true << false;
+        QTest::newRow("mouse, a read that fails") << false << true;
+        QTest::newRow("key, a read that fails") << true << true;
+    }
+    void theMenuClosesWithTheRowsItWasOpenedFor()
+    {
+        QFETCH(bool, byKey);
+        QFETCH(bool, fails);
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        QVERIFY(form.show());
+        if (byKey)
+            openByKey(form);
+        else
+            form.rightClick(form.placeOfRow(0));
+        QVERIFY(form.menu->isVisible());
+        // Another suspect.
+        const auto before =
+            std::exchange(form.links, std::make_shared<tavrin::test::FakeCollection>(QStringList{
+                                          u"LinkNo"_s, u"VictimSeqNo"_s, u"SeqNo"_s, u"RelationNo"_s}));
+        form.addLink(3, 3);
+        form.suspectBO->setItem(u"SuspectVictims"_s, fails ? nullptr : form.links);
+        try {
+            form.read();
+            QVERIFY(!fails);
+        } catch (const Error&) {
+            QVERIFY(fails);
+        }
+        QVERIFY(!form.menu->isVisible());
+        QVERIFY(!QApplication::activePopupWidget());
+        const QStringList rows = form.rows();
+        QCOMPARE(rows, fails ? QStringList() : QStringList{u"key_3/3/Cedar, Cy/Stranger"_s});
+        form.remove->setEnabled(true);                          // as it was when the menu opened
+        QTest::keyClick(form.window.windowHandle(), Qt::Key_R); // meant for the menu
+        QCOMPARE(form.rows(), rows);
+        QCOMPARE(before->Count(), 2);
+    }
+
+    void aSectionThatIsDisabledClosesItsMenu()
+    {
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        QVERIFY(form.show());
+        form.rightClick(form.placeOfRow(0));
+        QVERIFY(form.menu->isVisible());
+        form.section->SetEnabled(false);
+        QVERIFY(!form.menu->isVisible());
+        QVERIFY(!QApplication::activePopupWidget());
+    }
+
     // Remove
 
     void removingTakesTheSelectedRowAndTheTipComesBehindTheLast()
@@ -269,6 +326,31 @@ private Q_SLOTS:
         QVERIFY(next.came());
         QCOMPARE(form.rows(), QStringList());
         QVERIFY(form.tip->isVisible());
+    }
+
+    void theRecordOfAnotherSuspectThatIsReadWhileTheDialogIsOpenKeepsItsLinks()
+    {
+        SuspectForm form;
+        form.addSuspect(8, u"Nolan, Bea"_s);
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        QVERIFY(form.show());
+        const NextModal next([&](QWidget& dialog) {
+            combo(dialog, "cboRelationship").SetListIndex(1); // of Cedar to Moss
+            QTest::keyClick(dialog.windowHandle(), Qt::Key_Return);
+            form.links = std::make_shared<tavrin::test::FakeCollection>(
+                QStringList{u"LinkNo"_s, u"VictimSeqNo"_s, u"SeqNo"_s, u"RelationNo"_s});
+            form.suspectBO->setItem(u"SuspectVictims"_s, form.links);
+            form.addLink(1, 2);
+            form.suspects->SetPosition(2);
+            form.read();
+        });
+        openByKey(form);
+        QTest::keyClick(form.menu, Qt::Key_A);
+        QVERIFY(next.came());
+        QCOMPARE(form.rows(), QStringList{u"key_1/2/Ash, Ann/Neighbor"_s});
+        form.write();
+        QCOMPARE(form.linkTexts(), QStringList{u"1  \"2\""_s});
     }
 
     void aRowWhoseTextsCannotBeReadIsNotAdded()
