@@ -16,6 +16,7 @@
 #include "widgets/TextBox.h"
 #include "widgets/TextLink.h"
 
+#include <QMenu>
 #include <QScopeGuard>
 #include <QScopedValueRollback>
 
@@ -59,6 +60,7 @@ LatLong::LatLong(QWidget* parent, const ControlSite& site)
     makeConstituents();
     nameConstituents();
     connectConstituents();
+    buildMenu();
     layOut();
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     resize(sizeHint());
@@ -149,6 +151,8 @@ void LatLong::connectConstituents()
 void LatLong::BoundSection_ReadData(const tvBusinessObjectPtr& bo)
 {
     reportInBox(this, failurePrefix("BoundSection_ReadData"), ErrorTitle, [&] {
+        if (m_openMenu)
+            m_openMenu->close(); // it is about the coordinates before
         m_bo = bo;
         m_isShown = false;
         const QPointer<LatLong> self(this); // a follower of the record may delete the control
@@ -193,7 +197,7 @@ void LatLong::RefreshDisplay()
     txtLat->SetText(latitude);
     txtLong->SetText(longitude);
     showChoice(onSave ? OnSave : Manual);
-    openBoxes(optGeocodeOnSave[Manual]->Value());
+    openBoxes();
     grpGeocoding->show();
     m_isShown = true;
     if (onSave)
@@ -205,14 +209,13 @@ void LatLong::RefreshDisplay()
 void LatLong::ShowNothing()
 {
     continueOnError([this] { txtLat->SetText(QString()); }, [this] { txtLong->SetText(QString()); },
-                    [this] { showChoice({}); }, [this] { openBoxes(false); }, [this] { showWarning(false); });
+                    [this] { showChoice({}); }, [this] { openBoxes(); }, [this] { showWarning(false); });
 }
 
 void LatLong::showChoice(std::optional<int> index)
 {
     // Turning an option on raises its click, which must neither write to the record nor refresh again.
     const QScopedValueRollback refreshing(m_refreshing, true);
-    m_choice = index;
     if (index) {
         optGeocodeOnSave[*index]->SetValue(true);
         return;
@@ -221,8 +224,9 @@ void LatLong::showChoice(std::optional<int> index)
         option->SetValue(false);
 }
 
-void LatLong::openBoxes(bool open)
+void LatLong::openBoxes()
 {
+    const bool open = optGeocodeOnSave[Manual]->Value();
     for (TextBox* box : {txtLat, txtLong}) {
         box->setEnabled(open);
         box->SetBackColor(open ? SystemColor::WindowBackground : SystemColor::ButtonFace);
@@ -245,7 +249,7 @@ void LatLong::refreshWarning(tvTableRow& row)
 void LatLong::showWarning(bool show)
 {
     if (!show && window()->focusWidget() == lnkViewDetails) // it would go to whatever is next on the form
-        optGeocodeOnSave[m_choice.value_or(OnSave)]->setFocus();
+        optGeocodeOnSave[optGeocodeOnSave[Manual]->Value() ? Manual : OnSave]->setFocus();
     grpWarning->setVisible(show);
 }
 
@@ -257,17 +261,15 @@ void LatLong::optGeocodeOnSave_Click(int index)
         if (m_refreshing || !m_bo)
             return;
         const QPointer<LatLong> self(this); // a follower of the record may delete the control
-        try {
-            fieldOf(*locationOf(m_bo), QStringLiteral("GeocodeOnSave"))->SetValue(index == OnSave);
-        } catch (...) {
-            if (self)
-                showChoice(m_choice); // so that it can be clicked again
-            throw;
-        }
-        if (!self)
-            return;
-        m_choice = index;
-        RefreshDisplay();
+        // A record that refuses it does not turn the option back: the next write tries it again, with the
+        // coordinates that the person has typed until then.
+        const auto followOption = qScopeGuard([&self] {
+            if (self && self->m_isShown)
+                self->openBoxes();
+        });
+        fieldOf(*locationOf(m_bo), QStringLiteral("GeocodeOnSave"))->SetValue(index == OnSave);
+        if (self)
+            RefreshDisplay();
     });
 }
 

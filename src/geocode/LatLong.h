@@ -3,8 +3,12 @@
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Contracts.h"
 
+#include <QPointer>
+
 #include <optional>
 #include <vector>
+
+class QMenu;
 
 namespace tavrin {
 
@@ -13,6 +17,8 @@ class FlatOptionButton;
 class FontIconLabel;
 class GroupBox;
 class Label;
+class MenuItem;
+class PopupMenu;
 class TextBox;
 class TextLink;
 
@@ -34,7 +40,10 @@ class TextLink;
 /// fills, and writes "GeocodeOnSave", "Latitude" and "Longitude". It has no properties and raises no events.
 ///
 /// It always has the size of its contents. A failure is told in a box, and its routine then ends normally.
-/// Behind a read that has failed it shows nothing and writes nothing until a record can be read.
+/// Behind a read that has failed it shows nothing and writes nothing until a record can be read. An option
+/// that the record has refused stays as the person has clicked it, and the next write tries it again.
+///
+/// The coordinates can be copied from its context menu also while they cannot be typed over.
 class LatLong final : public UserControl, public BoundSection
 {
     Q_OBJECT
@@ -51,13 +60,16 @@ public:
 
 protected:
     void UserControl_Resize() override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     /// Shows the record, and keeps it for the person's clicks. A new row is set to coordinates from its
     /// address.
     void BoundSection_ReadData(const tvBusinessObjectPtr& bo) override;
-    /// Writes the person's choice, and in manual mode the coordinates as texts. Nothing while no record has
-    /// been read.
+    /// Writes the person's choice, and in manual mode the coordinates as texts. While no record has been
+    /// read, and behind a read that has failed, a box tells that nothing is written.
     void BoundSection_WriteData(const tvBusinessObjectPtr& bo) override;
 
     void RefreshDisplay();
@@ -65,11 +77,19 @@ private:
     void ShowNothing();
     /// `index` of the option that is on; none for neither.
     void showChoice(std::optional<int> index);
-    void openBoxes(bool open);
+    /// Opens the boxes in manual mode, and closes them otherwise.
+    void openBoxes();
     void refreshWarning(tvTableRow& row);
     void showWarning(bool show);
     void optGeocodeOnSave_Click(int index);
     void lnkViewDetails_Click();
+
+    // The context menu: LatLongMenu.cpp
+    void buildMenu();
+    void openMenu(QWidget& widget, const QPoint& place);
+    void mnuCopyCoordinates_Click();
+    /// The coordinates as they show; "" when there are none.
+    QString shownCoordinates() const;
 
     void makeConstituents();
     void nameConstituents();
@@ -89,9 +109,11 @@ private:
     BoxShape* shpWarning;
     FontIconLabel* lblWarning;
     TextLink* lnkViewDetails;
+    PopupMenu* mnuCoordinates = nullptr;
+    MenuItem* mnuCopyCoordinates = nullptr;
+    QPointer<QMenu> m_openMenu;
     FontPtr m_font;
     std::vector<Subscription> m_subscriptions;
-    std::optional<int> m_choice; // index of the option that the record has been seen to hold
     bool m_refreshing = false;
     bool m_isShown = false; // the record that was read last
 };

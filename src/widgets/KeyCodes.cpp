@@ -55,4 +55,10 @@ int shiftStateOf(Qt::KeyboardModifiers modifiers)
            (modifiers.testFlag(Qt::AltModifier) ? ShiftState::Alt : 0);
 }
 
+bool isMenuKey(const QKeyEvent& event)
+{
+    return event.key() == Qt::Key_Menu ||
+           (event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier);
+}
+
 } // namespace tavrin

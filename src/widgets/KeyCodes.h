@@ -34,5 +34,7 @@ inline constexpr int Alt = 4;
 /// The key code of a key: letters and digits have their own character, keys without a code give 0.
 int keyCodeOf(const QKeyEvent& event);
 int shiftStateOf(Qt::KeyboardModifiers modifiers);
+/// Whether it is the key of the context menu, or Shift+F10.
+bool isMenuKey(const QKeyEvent& event);
 
 } // namespace tavrin

@@ -127,9 +127,7 @@ void ListView::keyPressEvent(QKeyEvent* event)
         event->accept();
         return;
     }
-    const bool opensMenu = event->key() == Qt::Key_Menu ||
-                           (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier);
-    if (opensMenu) {
+    if (isMenuKey(*event)) {
         event->accept();
         if (!event->isAutoRepeat())
             openMenuByKey();

@@ -1,4 +1,5 @@
 #include "LatLongStage.h"
+#include "support/FailingRecords.h"
 #include "support/Unhandled.h"
 
 using namespace Qt::StringLiterals;
@@ -522,7 +523,7 @@ private Q_SLOTS:
         QCOMPARE(location.written, QStringList());
     }
 
-    void anOptionThatWasRefusedIsOffAgainAndCanBeClickedAgain_data()
+    void anOptionThatWasRefusedStaysAsClickedAndTheNextSaveTriesItAgain_data()
     {
         QTest::addColumn<bool>("onSave");
         QTest::addColumn<bool>("byKey");
@@ -531,7 +532,7 @@ private Q_SLOTS:
         QTest::newRow("to manual, arrow key") << true << true;
         QTest::newRow("to on save, arrow key") << false << true;
     }
-    void anOptionThatWasRefusedIsOffAgainAndCanBeClickedAgain()
+    void anOptionThatWasRefusedStaysAsClickedAndTheNextSaveTriesItAgain()
     {
         QFETCH(bool, onSave);
         QFETCH(bool, byKey);
@@ -552,31 +553,77 @@ private Q_SLOTS:
         }
         QTRY_COMPARE(stage.boxes.shown().size(), 1);
         checkFailure(stage, u"optGeocodeOnSave_Click"_s, u"no GeocodeOnSave"_s);
-        QCOMPARE(stage.mode(), onSave ? OnSaveMode : ManualMode);
-        QCOMPARE(stage.lat()->Text(), onSave ? QString() : u"45"_s); // what was typed is still there
+        QCOMPARE(stage.mode(), onSave ? ManualMode : OnSaveMode); // with the boxes open in manual mode only
+        QCOMPARE(stage.lat()->Text(), onSave ? QString() : u"45"_s);
         QCOMPARE(location.written, QStringList());
-        location.failing.clear();
-        stage.click(stage.option(other));
-        QCOMPARE(location.written, QStringList{onSave ? u"GeocodeOnSave=False"_s : u"GeocodeOnSave=True"_s});
+        stage.write(location); // refused once more
+        checkFailure(stage, u"BoundSection_WriteData"_s, u"no GeocodeOnSave"_s);
         QCOMPARE(stage.mode(), onSave ? ManualMode : OnSaveMode);
+        QCOMPARE(location.written, QStringList());
+        if (onSave) {
+            stage.click(stage.lat());
+            stage.press(Qt::Key_7);
+        }
+        location.failing.clear();
+        stage.write(location);
+        QCOMPARE(location.written,
+                 onSave ? QStringList({u"GeocodeOnSave=False"_s, u"Latitude=7"_s, u"Longitude="_s})
+                        : QStringList({u"GeocodeOnSave=True"_s}));
         QVERIFY(stage.boxes.shown().isEmpty());
     }
 
-    void afterAChoiceThatWasWrittenAndCouldNotBeShownARefusalGoesBackToThatChoice()
+    void aRefusedOptionIsTriedAgainByAClickOfTheOtherAndBack()
     {
         LatLongStage stage;
         QVERIFY(stage.isReady());
         LocationRecord location;
+        location.put("GeocodeOnSave", true);
+        stage.read(location);
+        location.failing = u"GeocodeOnSave"_s;
+        stage.click(stage.option(0));
+        stage.boxes.take();
+        location.failing.clear();
+        stage.click(stage.option(0)); // it is on, so this is no click of it
+        QCOMPARE(location.written, QStringList());
+        stage.click(stage.option(1));
+        stage.click(stage.option(0));
+        QCOMPARE(location.written, QStringList({u"GeocodeOnSave=True"_s, u"GeocodeOnSave=False"_s}));
+        QCOMPARE(stage.mode(), ManualMode);
+    }
+
+    void anOptionThatWasWrittenAndCouldNotBeShownStaysAsClickedToo()
+    {
+        LatLongStage stage;
+        QVERIFY(stage.isReady());
+        LocationRecord location;
+        location.put("Latitude", u"44"_s);
         stage.read(location);
         location.failing = u"Latitude"_s; // it is read behind the write
         stage.click(stage.option(1));
         checkFailure(stage, u"optGeocodeOnSave_Click"_s, u"no Latitude"_s);
         QCOMPARE(location.written, QStringList{u"GeocodeOnSave=True"_s});
+        QCOMPARE(stage.mode(), OnSaveMode);
         location.failing = u"GeocodeOnSave"_s;
         stage.click(stage.option(0));
         checkFailure(stage, u"optGeocodeOnSave_Click"_s, u"no GeocodeOnSave"_s);
-        QVERIFY(stage.option(1)->Value());
-        QVERIFY(!stage.option(0)->Value());
+        QCOMPARE(stage.mode(), ManualMode);
+        QCOMPARE(stage.lat()->Text(), u"44"_s);
+    }
+
+    void behindAReadThatFailedARefusedOptionOpensNothing()
+    {
+        LatLongStage stage;
+        QVERIFY(stage.isReady());
+        LocationRecord location;
+        location.failing = u"GeocodeOnSave"_s;
+        stage.read(location);
+        stage.click(stage.option(0));
+        QCOMPARE(stage.boxes.take().size(), 2);
+        QVERIFY(stage.option(0)->Value());
+        QVERIFY(!stage.lat()->isEnabled() && !stage.lon()->isEnabled());
+        stage.write(location); // nothing has been read yet
+        checkFailure(stage, u"BoundSection_WriteData"_s,
+                     u"No coordinates have been read, so none are written."_s);
     }
 
     // One record's values never reach another
@@ -633,6 +680,63 @@ private Q_SLOTS:
         QCOMPARE(location.written, QStringList({u"GeocodeOnSave=False"_s, u"GeocodeOnSave=False"_s,
                                                 u"Latitude=55"_s, u"Longitude=-5"_s}));
         QVERIFY(stage.boxes.shown().isEmpty());
+    }
+
+    void whicheverCallOfTheRecordFailsInAReadNothingOfAnotherRecordIsShownOrWritten_data()
+    {
+        QTest::addColumn<bool>("onSave");
+        QTest::addColumn<bool>("isNew");
+        QTest::newRow("on save") << true << false;
+        QTest::newRow("manual") << false << false;
+        QTest::newRow("new") << true << true;
+    }
+    void whicheverCallOfTheRecordFailsInAReadNothingOfAnotherRecordIsShownOrWritten()
+    {
+        QFETCH(bool, onSave);
+        QFETCH(bool, isNew);
+        int failures = 0;
+        int withoutWarning = 0;
+        for (bool failed = true; failed; ++failures) {
+            LatLongStage stage;
+            LocationRecord before;
+            before.put("GeocodeOnSave", !onSave);
+            before.put("Latitude", u"44"_s);
+            before.put("Longitude", u"-121"_s);
+            stage.read(before);
+            LocationRecord location(isNew);
+            location.put("GeocodeOnSave", onSave);
+            location.put("GeocodeStatus", 1);
+            location.put("Latitude", u"55"_s);
+            location.put("Longitude", u"-5"_s);
+            RecordCalls calls;
+            const auto record = std::make_shared<FailingRecord>(location.record, calls);
+            calls.failing = failures + 1;
+            stage.section().ReadData(record);
+            failed = calls.hasFailed();
+            calls.heal();
+            QCOMPARE(stage.boxes.take().size(), failed ? 1 : 0);
+            location.written.clear();
+            const QStringList shown{stage.lat()->Text(), stage.lon()->Text(), stage.mode()};
+            stage.section().WriteData(record);
+            if (failed && shown.first().isEmpty()) {
+                QCOMPARE(shown, QStringList({QString(), QString(), u"both options or none"_s}));
+                QVERIFY(!stage.lat()->isEnabled() && !stage.lon()->isEnabled());
+                QCOMPARE(stage.boxes.take().size(), 1);
+                QCOMPARE(location.written, QStringList());
+            } else {
+                // Nothing but the warning could not be worked out: the coordinates are this record's.
+                withoutWarning += failed ? 1 : 0;
+                QCOMPARE(shown, QStringList({u"55"_s, u"-5"_s, onSave ? OnSaveMode : ManualMode}));
+                QCOMPARE(stage.boxes.take().size(), 0);
+                QCOMPARE(location.written, onSave ? QStringList{u"GeocodeOnSave=True"_s}
+                                                  : QStringList({u"GeocodeOnSave=False"_s, u"Latitude=55"_s,
+                                                                 u"Longitude=-5"_s}));
+            }
+            QCOMPARE(stage.warning().isEmpty(), failed || isNew || !onSave);
+            QCOMPARE(before.written, QStringList());
+        }
+        QVERIFY2(failures > 8, qPrintable(QString::number(failures)));
+        QCOMPARE(withoutWarning > 0, onSave);
     }
 
     void aRecordThatCannotBeFoundLeavesNothingOfTheOneBefore()

@@ -117,6 +117,12 @@ const State States[] = {
          form.read(geocoded(0, 0.75));
          form.focus("lnkViewDetails");
      }},
+    {"menu", false,
+     [](Form& form) {
+         form.read(geocoded(0, 1.0));
+         form.focus("optGeocodeOnSave1");
+         QTest::keyClick(form.window.windowHandle(), Qt::Key_Menu);
+     }},
     {"notfound", false,
      [](Form& form) {
          form.read(recordWith({{"GeocodeOnSave", true}, {"GeocodeStatus", 1}}));

@@ -1,0 +1,85 @@
+#include "LatLong.h"
+#include "base/Guard.h"
+#include "widgets/KeyCodes.h"
+#include "widgets/PopupMenu.h"
+#include "widgets/TextBox.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+
+namespace tavrin {
+
+void LatLong::buildMenu()
+{
+    mnuCoordinates = new PopupMenu(QStringLiteral("Coordinates"), this);
+    mnuCoordinates->setObjectName(QStringLiteral("mnuCoordinates"));
+    // 'C' is the one of "Copy" in the menu of a box.
+    mnuCopyCoordinates = mnuCoordinates->AddItem(QStringLiteral("Copy coordinates"), u'o');
+    mnuCopyCoordinates->setObjectName(QStringLiteral("mnuCopyCoordinates"));
+    m_subscriptions.push_back(mnuCopyCoordinates->Click.subscribe([this] { mnuCopyCoordinates_Click(); }));
+    for (TextBox* box : {txtLat, txtLong})
+        box->installEventFilter(this); // for its context menu
+}
+
+QString LatLong::shownCoordinates() const
+{
+    QStringList texts{txtLat->Text(), txtLong->Text()};
+    texts.removeAll(QString());
+    return texts.join(QStringLiteral(", "));
+}
+
+void LatLong::mnuCopyCoordinates_Click()
+{
+    QApplication::clipboard()->setText(shownCoordinates());
+}
+
+void LatLong::openMenu(QWidget& widget, const QPoint& place)
+{
+    mnuCopyCoordinates->setEnabled(!shownCoordinates().isEmpty());
+    m_openMenu = mnuCoordinates;
+    auto* box = qobject_cast<TextBox*>(&widget);
+    if (box && box->isEnabled()) {
+        m_openMenu = box->createStandardContextMenu();
+        m_openMenu->setAttribute(Qt::WA_DeleteOnClose);
+        m_openMenu->addSeparator();
+        m_openMenu->addAction(mnuCopyCoordinates);
+    }
+    m_openMenu->popup(widget.mapToGlobal(place));
+}
+
+void LatLong::contextMenuEvent(QContextMenuEvent* event)
+{
+    event->accept();
+    if (event->reason() != QContextMenuEvent::Keyboard) // the press of that key has opened it already
+        guard("LatLong_ContextMenu", [&] { openMenu(*this, event->pos()); });
+}
+
+bool LatLong::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() != QEvent::ContextMenu || (watched != txtLat && watched != txtLong))
+        return UserControl::eventFilter(watched, event);
+    const auto& request = *static_cast<QContextMenuEvent*>(event);
+    event->accept();
+    if (request.reason() != QContextMenuEvent::Keyboard)
+        guard("LatLong_ContextMenu", [&] { openMenu(*static_cast<QWidget*>(watched), request.pos()); });
+    return true;
+}
+
+void LatLong::keyPressEvent(QKeyEvent* event)
+{
+    if (!isMenuKey(*event)) {
+        UserControl::keyPressEvent(event);
+        return;
+    }
+    event->accept();
+    if (event->isAutoRepeat())
+        return;
+    guard("LatLong_ContextMenu", [this] {
+        QWidget* holder = QApplication::focusWidget();
+        QWidget& widget = holder && isAncestorOf(holder) ? *holder : *this;
+        openMenu(widget, widget.rect().bottomLeft());
+    });
+}
+
+} // namespace tavrin
