@@ -59,6 +59,59 @@ struct FocusStage
     QLineEdit* editB;
 };
 
+/// Three probes that note the focus in journals of their own, and a box that belongs to none of them.
+struct FocusRound
+{
+    static constexpr int Places = 4; ///< the three probes, and the box outside
+
+    FocusRound()
+    {
+        window.resize(300, 300);
+        for (int i = 0; i < Places; ++i) {
+            QWidget* parent = &window;
+            if (i < Places - 1) {
+                probes << new ProbeControl(&window);
+                probes.last()->setGeometry(0, i * 60, 100, 50);
+                parent = probes.last();
+            }
+            edits << new QLineEdit(parent);
+        }
+        edits.last()->move(0, 200);
+        window.show();
+        window.activateWindow();
+    }
+    bool isReady() { return QTest::qWaitForWindowActive(&window); }
+    /// The focus is there, and nobody has noted anything.
+    void start(int place)
+    {
+        for (ProbeControl* probe : probes)
+            probe->during = nullptr;
+        edits.at(place)->setFocus();
+        for (ProbeControl* probe : probes)
+            probe->take();
+    }
+    QStringList focusEvents(int probe)
+    {
+        static const QRegularExpression focus(u"^(Enter|Exit)Focus$"_s);
+        return probes.at(probe)->journal().filter(focus);
+    }
+    /// Enter and exit alternate, beginning with the one that is due, and the last says where the focus is.
+    bool alternates(int probe, bool wasInside)
+    {
+        bool inside = wasInside;
+        for (const QString& event : focusEvents(probe)) {
+            if ((event == u"EnterFocus"_s) == inside)
+                return false;
+            inside = !inside;
+        }
+        return inside == edits.at(probe)->hasFocus();
+    }
+
+    QWidget window;
+    QList<ProbeControl*> probes;
+    QList<QLineEdit*> edits;
+};
+
 } // namespace
 
 class tst_UserControl : public tavrin::test::TestCase
@@ -313,6 +366,122 @@ private Q_SLOTS:
         stage.journal.clear();
         to->setFocus();
         QCOMPARE(std::exchange(stage.journal, {}), QStringList({u"ExitFocus"_s, u"EnterFocus"_s}));
+    }
+
+    void aFocusThatAFollowerHasSentBackBeforeTheControlsHeardOfItIsNoFocus()
+    {
+        FocusRound* round = nullptr;
+        int sentBack = 0;
+        QObject host;
+        // Before the controls, and so told before them.
+        connect(qApp, &QApplication::focusChanged, &host, [&](const QWidget*, const QWidget* now) {
+            if (round && now == round->edits.at(1)) {
+                ++sentBack;
+                round->edits.at(0)->setFocus();
+            }
+        });
+        FocusRound stage;
+        QVERIFY(stage.isReady());
+        stage.start(0);
+        round = &stage;
+        stage.edits.at(1)->setFocus();
+        QCOMPARE(sentBack, 1);
+        QVERIFY(stage.edits.at(0)->hasFocus());
+        QCOMPARE(stage.focusEvents(0), QStringList()); // it never left
+        QCOMPARE(stage.focusEvents(1), QStringList()); // it never came
+        stage.edits.at(3)->setFocus();
+        QCOMPARE(stage.focusEvents(0), QStringList({u"ExitFocus"_s}));
+        stage.edits.at(1)->setFocus(); // sent on to the first once more, from outside
+        QCOMPARE(stage.focusEvents(0), QStringList({u"ExitFocus"_s, u"EnterFocus"_s}));
+        QCOMPARE(stage.focusEvents(1), QStringList());
+        round = nullptr;
+    }
+
+    void anExitThatTakesTheFocusBackLetsItEnterNobodyElse_data()
+    {
+        QTest::addColumn<int>("from");
+        QTest::addColumn<int>("to");
+        QTest::newRow("from the one made first") << 0 << 1;
+        QTest::newRow("from the one made later") << 1 << 0;
+    }
+    void anExitThatTakesTheFocusBackLetsItEnterNobodyElse()
+    {
+        QFETCH(int, from);
+        QFETCH(int, to);
+        FocusRound stage;
+        QVERIFY(stage.isReady());
+        stage.start(from);
+        stage.probes.at(from)->during = [&](const QString& event) {
+            if (event == u"ExitFocus"_s)
+                stage.edits.at(from)->setFocus();
+        };
+        stage.edits.at(to)->setFocus();
+        QVERIFY(stage.edits.at(from)->hasFocus());
+        QCOMPARE(stage.focusEvents(from), QStringList({u"ExitFocus"_s, u"EnterFocus"_s}));
+        QCOMPARE(stage.focusEvents(to), QStringList());
+        stage.probes.at(from)->during = nullptr;
+    }
+
+    void enterAndExitAlternateWhoeverSendsTheFocusOn()
+    {
+        FocusRound stage;
+        QVERIFY(stage.isReady());
+        constexpr int Places = FocusRound::Places;
+        constexpr int Turns = 2 * (Places - 1) * Places * Places * Places;
+        for (int turn = 0; turn < Turns; ++turn) {
+            const int from = turn % Places;
+            const int to = turn / Places % Places;
+            const int target = turn / (Places * Places) % Places;
+            const int sender = turn / (Places * Places * Places) % (Places - 1);
+            const QString event = turn < Turns / 2 ? u"EnterFocus"_s : u"ExitFocus"_s;
+            stage.start(from);
+            stage.probes.at(sender)->during = [&, sent = false](const QString& told) mutable {
+                if (told == event && !std::exchange(sent, true))
+                    stage.edits.at(target)->setFocus();
+            };
+            stage.edits.at(to)->setFocus();
+            for (int probe = 0; probe < stage.probes.size(); ++probe) {
+                const QString told = stage.focusEvents(probe).join(u", "_s);
+                QVERIFY2(
+                    stage.alternates(probe, probe == from),
+                    qPrintable(u"from %1 to %2, %3 of %4 sends it to %5: %6 hears %7"_s.arg(from).arg(to).arg(
+                        event, QString::number(sender), QString::number(target), QString::number(probe),
+                        told)));
+            }
+        }
+        stage.start(3);
+    }
+
+    void minimisingAndRestoringTheWindowHidesAndShowsNoControl()
+    {
+        QWidget window;
+        auto* control = new ProbeControl(&window);
+        auto* edit = new QLineEdit(control);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        edit->setFocus();
+        struct : QObject
+        {
+            int hides = 0;
+            int shows = 0;
+            bool eventFilter(QObject*, QEvent* event) override
+            {
+                hides += event->type() == QEvent::Hide && event->spontaneous();
+                shows += event->type() == QEvent::Show && event->spontaneous();
+                return false;
+            }
+        } platform;
+        control->installEventFilter(&platform);
+        control->take();
+        window.showMinimized();
+        QTRY_COMPARE(platform.hides, 1); // the window system's hide, not the form's
+        window.showNormal();
+        QTRY_COMPARE(platform.shows, 1);
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QTRY_VERIFY(edit->hasFocus());
+        QCOMPARE(control->take(), QStringList());
     }
 
     void aFailingExitDoesNotKeepTheOtherControlFromTheFocus()

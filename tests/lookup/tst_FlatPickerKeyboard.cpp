@@ -1,5 +1,6 @@
 #include "FlatPickerForm.h"
 #include "base/Variant.h"
+#include "support/Keys.h"
 #include "support/TestCase.h"
 
 #include <QAccessible>
@@ -9,6 +10,7 @@ using namespace tavrin;
 using namespace Qt::StringLiterals;
 using tavrin::test::EmployeeForm;
 using tavrin::test::Journal;
+using tavrin::test::PeopleSite;
 using tavrin::test::UserForm;
 
 namespace {
@@ -139,6 +141,51 @@ private Q_SLOTS:
         form.picker->SetValue(Ann);
         form.press(Qt::Key_O, Qt::AltModifier);
         QCOMPARE(QApplication::focusWidget(), form.picker);
+    }
+
+    void aPickerThatTheHostSendsTheFocusBackToKeepsItAndTheOtherNeverHasIt()
+    {
+        PeopleSite site;
+        QWidget window;
+        QLineEdit other(&window);
+        FlatEmployeePicker* first = nullptr;
+        FlatEmployeePicker* second = nullptr;
+        int sentBack = 0;
+        QObject host;
+        // The host listens before there are pickers, and so is told before them: the first is required.
+        connect(qApp, &QApplication::focusChanged, &host, [&](const QWidget*, const QWidget* now) {
+            if (first && second && now && second->isAncestorOf(now) && IsNull(first->Value())) {
+                ++sentBack;
+                first->setFocus();
+            }
+        });
+        first = new FlatEmployeePicker(&window);
+        second = new FlatEmployeePicker(&window);
+        second->move(0, 100);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        const auto colorOf = [](QWidget* picker) { return picker->findChild<BoxShape*>()->BackColor(); };
+        const Color normal = tavrin::test::colorSet(10).BackColor;
+        const Color focused = tavrin::test::colorSet(30).BackColor;
+
+        first->setFocus();
+        second->setFocus();
+        QCOMPARE(sentBack, 1);
+        auto* firstBox = first->findChild<AutoCompleteTextBox*>();
+        QVERIFY(firstBox->hasFocus());
+        QCOMPARE(colorOf(first), focused);
+        QCOMPARE(colorOf(second), normal);
+        tavrin::test::typeInto(window.windowHandle(), u"smith"_s);
+        QCOMPARE(first->TypedText(), u"smith"_s);
+        QTest::keyClick(window.windowHandle(), Qt::Key_Return);
+        QCOMPARE(first->Value(), QVariant(12.0));
+        second->setFocus(); // now it may
+        QCOMPARE(sentBack, 1);
+        QVERIFY(second->findChild<AutoCompleteTextBox*>()->hasFocus());
+        QCOMPARE(colorOf(first), normal);
+        QCOMPARE(colorOf(second), focused);
+        first = nullptr;
     }
 
     // Choosing

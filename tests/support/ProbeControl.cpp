@@ -21,6 +21,8 @@ ProbeControl::~ProbeControl()
 void ProbeControl::note(const QString& what)
 {
     *m_journal << what;
+    if (during)
+        during(what);
     if (failing.contains(what))
         throw Error(what + QStringLiteral(" failed"));
 }

@@ -7,6 +7,8 @@
 #include <QMap>
 #include <QStringList>
 
+#include <functional>
+
 namespace tavrin::test {
 
 /// A control that notes its life and has three saved properties, "First", "Second" and "Third": a number, a
@@ -29,6 +31,8 @@ public:
     Color third;
     /// The key code that `KeyDown` swallows.
     int swallowedKey = -1;
+    /// Called inside each event, behind the note.
+    std::function<void(const QString& what)> during;
 
     /// Makes the events and properties of these names raise an `Error`.
     QStringList failing;

@@ -34,7 +34,7 @@ UserControl::~UserControl()
 void UserControl::begin()
 {
     m_focusConnection = connectGuarded(qApp, &QApplication::focusChanged, this, "UserControl_Focus",
-                                       [this](const QWidget*, const QWidget* now) { focusMoved(now); });
+                                       [this] { focusMoved(); });
     connectGuarded(this, &QObject::objectNameChanged, this, "UserControl_AmbientChanged",
                    [this] { ambientChanged(QStringLiteral("DisplayName")); });
     watchContainer();
@@ -176,8 +176,8 @@ void UserControl::showEvent(QShowEvent* event)
         return;
     guard("UserControl_Show", [this] { UserControl_Show(); });
     // A constituent may have kept the focus while it was hidden.
-    if (const QWidget* focus = QApplication::focusWidget())
-        guard("UserControl_Focus", [&] { focusMoved(focus); });
+    if (QApplication::focusWidget())
+        guard("UserControl_Focus", [this] { focusMoved(); });
 }
 
 void UserControl::hideEvent(QHideEvent* event)
@@ -230,31 +230,40 @@ void UserControl::mouseReleaseEvent(QMouseEvent* event)
     });
 }
 
-void UserControl::focusMoved(const QWidget* now)
+void UserControl::focusMoved()
 {
+    // Where the focus is, and not what the signal says of it: whoever was told before may have moved it on.
+    const QWidget* now = QApplication::focusWidget();
     // Another program or another window takes the focus for a while; nothing in the active window takes it
     // for good.
     const bool isElsewhere = now ? now->window() != window() : QApplication::activeWindow() != window();
     if (isElsewhere)
         return;
-    const bool inside = now && (now == this || isAncestorOf(now));
-    if (!inside) {
+    if (!containsFocus()) {
         leaveFocus();
         return;
     }
     if (m_focusInside)
         return;
-    m_focusInside = true;
     // The focus leaves the other controls first, whichever of them Qt tells first.
     const QList<UserControl*> others = controlsWithFocus;
-    controlsWithFocus.append(this);
     const QPointer<UserControl> self(this);
     for (UserControl* other : others) {
         if (controlsWithFocus.contains(other))
-            guard("UserControl_Focus", [&] { other->focusMoved(now); });
+            guard("UserControl_Focus", [other] { other->focusMoved(); });
     }
-    if (self && m_focusInside)
-        UserControl_EnterFocus();
+    // One of them may have kept it, or this one has entered meanwhile.
+    if (!self || m_focusInside || !containsFocus())
+        return;
+    m_focusInside = true;
+    controlsWithFocus.append(this);
+    UserControl_EnterFocus();
+}
+
+bool UserControl::containsFocus() const
+{
+    const QWidget* now = QApplication::focusWidget();
+    return now && (now == this || isAncestorOf(now));
 }
 
 void UserControl::leaveFocus()

@@ -100,7 +100,8 @@ protected:
     /// `propertyName` is "DisplayName", "Font", "BackColor" or "ScaleUnits".
     virtual void UserControl_AmbientChanged(const QString& propertyName);
     /// The focus came into the control or one of its constituents. Another program or a dialog that has the
-    /// focus for a while does not count as leaving.
+    /// focus for a while does not count as leaving, and a focus that somebody has sent on meanwhile does not
+    /// count as coming. Enter and exit alternate, also when one of them moves the focus.
     virtual void UserControl_EnterFocus() {}
     virtual void UserControl_ExitFocus() {}
     /// The frame itself lost the focus.
@@ -120,7 +121,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void focusMoved(const QWidget* now);
+    void focusMoved();
+    bool containsFocus() const;
     void leaveFocus();
     bool watchContainer();
     void ambientChanged(const QString& propertyName);
