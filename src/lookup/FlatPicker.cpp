@@ -230,7 +230,7 @@ void FlatPicker::UserControl_AmbientChanged(const QString& propertyName)
 {
     if (propertyName == QLatin1String("DisplayName"))
         showDisplayName();
-    SetFrameBackColor(ambient().BackColor());
+    TakeContainerBackColor();
 }
 
 void FlatPicker::changeEvent(QEvent* event)
@@ -299,7 +299,7 @@ void FlatPicker::applyColors()
     grpDropDownButton->SetBackColor(set.BackColor);
     lblCaption->SetForeColor(set.ForeColor);
     shpBorder->SetBackColor(set.BackColor);
-    SetFrameBackColor(ContainerBackColor());
+    TakeContainerBackColor();
     acTextBox->SetPlaceholder(isEnabled() ? PlaceholderText : QString());
 }
 

@@ -141,15 +141,14 @@ void TavrinDropdown::cboItems_Click()
 void TavrinDropdown::UserControl_InitProperties()
 {
     trapAndGoOn(
-        typeName(), QStringLiteral("InitProperties"), [this] { SetFrameBackColor(ContainerBackColor()); },
+        typeName(), QStringLiteral("InitProperties"), [this] { TakeContainerBackColor(); },
         [this] { SetFont(ambient().Font()); }, [this] { SetTableNumber(Tables::None); },
         [this] { Size(UsualWidth, 0); }, [this] { LayoutControls(); });
 }
 
 void TavrinDropdown::UserControl_ReadProperties(const PropertyBag& bag)
 {
-    trapAndGoOn(typeName(), QStringLiteral("ReadProperties"),
-                [this] { SetFrameBackColor(ContainerBackColor()); });
+    trapAndGoOn(typeName(), QStringLiteral("ReadProperties"), [this] { TakeContainerBackColor(); });
     UserControl::UserControl_ReadProperties(bag);
     m_listOutdated = true;
 }
@@ -157,7 +156,7 @@ void TavrinDropdown::UserControl_ReadProperties(const PropertyBag& bag)
 void TavrinDropdown::UserControl_AmbientChanged(const QString& propertyName)
 {
     if (propertyName == QLatin1String("BackColor"))
-        SetFrameBackColor(ContainerBackColor());
+        TakeContainerBackColor();
 }
 
 void TavrinDropdown::UserControl_Show()

@@ -309,6 +309,12 @@ bool MultiValue::eventFilter(QObject* watched, QEvent* event)
 
 // Look
 
+void MultiValue::UserControl_AmbientChanged(const QString& propertyName)
+{
+    if (propertyName == QLatin1String("BackColor"))
+        applyBackColor();
+}
+
 void MultiValue::changeEvent(QEvent* event)
 {
     UserControl::changeEvent(event);

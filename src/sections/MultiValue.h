@@ -73,6 +73,7 @@ protected:
     bool trapsPropertyErrors() const override { return false; }
     void UserControl_InitProperties() override;
     void UserControl_Resize() override;
+    void UserControl_AmbientChanged(const QString& propertyName) override;
     void UserControl_KeyDown(int& keyCode, int shift) override;
     void changeEvent(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QWindow>
 
@@ -311,6 +312,131 @@ private Q_SLOTS:
         QCOMPARE(control->take().filter(u"AmbientChanged"_s), QStringList(u"AmbientChanged "_s + name));
         window.setProperty("Unrelated", 5);
         QCOMPARE(control->take(), QStringList());
+    }
+
+    void theColourIsFollowedWhereverItComesFrom()
+    {
+        QWidget window;
+        QWidget other;
+        auto* outer = new QWidget(&window);
+        auto* container = new QWidget(outer);
+        auto* control = new ProbeControl(container);
+        window.show();
+        control->take();
+        const auto told = [control] { return control->take().filter(u"AmbientChanged"_s); };
+        const QStringList once{u"AmbientChanged BackColor"_s};
+        const auto windowOf = [](const QColor& color) {
+            QPalette palette;
+            palette.setColor(QPalette::Window, color);
+            return palette;
+        };
+
+        window.setPalette(windowOf(Qt::red));
+        QCOMPARE(told(), once);
+        QCOMPARE(control->ambient().BackColor(), Color::rgb(255, 0, 0));
+        window.setPalette(windowOf(Qt::red));
+        QCOMPARE(told(), QStringList()); // it is the same
+        container->setPalette(windowOf(Qt::green));
+        QCOMPARE(told(), QStringList()); // it is looked through
+        window.setPalette(windowOf(Qt::blue));
+        QCOMPARE(told(), once);
+        outer->setProperty("BackColor", QColor(1, 2, 3));
+        QCOMPARE(told(), once);
+        QCOMPARE(control->ambient().BackColor(), Color::rgb(1, 2, 3));
+        container->setProperty("BackColor", 0x30201);
+        QCOMPARE(told(), once);
+        outer->setProperty("BackColor", QColor(7, 8, 9));
+        QCOMPARE(told(), QStringList());
+        container->setProperty("BackColor", QVariant());
+        QCOMPARE(told(), once);
+        QCOMPARE(control->ambient().BackColor(), Color::rgb(7, 8, 9));
+
+        other.setPalette(windowOf(Qt::yellow));
+        container->setParent(&other);
+        QCOMPARE(told(), once);
+        QCOMPARE(control->ambient().BackColor(), Color::rgb(255, 255, 0));
+        window.setPalette(windowOf(Qt::cyan));
+        outer->setProperty("BackColor", QColor(4, 5, 6));
+        QCOMPARE(told(), QStringList()); // it stands there no more
+        other.setPalette(windowOf(Qt::magenta));
+        QCOMPARE(told(), once);
+    }
+
+    void anotherThemeTellsItsColourAlthoughItIsStillTheSystems()
+    {
+        const QPalette before = QApplication::palette();
+        const auto restore = qScopeGuard([&before] { QApplication::setPalette(before); });
+        QWidget window;
+        auto* control = new ProbeControl(&window);
+        window.show();
+        control->take();
+        QApplication::setPalette(QPalette(QColor(40, 50, 60)));
+        QTRY_COMPARE(control->journal().filter(u"AmbientChanged"_s),
+                     QStringList({u"AmbientChanged BackColor"_s}));
+        QCOMPARE(control->ambient().BackColor(), tavrin::SystemColor::ButtonFace);
+    }
+
+    void aFollowerOfAnAmbientValueMayDeleteTheControl_data()
+    {
+        QTest::addColumn<int>("cause");
+        QTest::newRow("colour") << 0;
+        QTest::newRow("font") << 1;
+        QTest::newRow("colour further down") << 2;
+        QTest::newRow("another place of the container") << 3;
+    }
+    void aFollowerOfAnAmbientValueMayDeleteTheControl()
+    {
+        QFETCH(int, cause);
+        QWidget window;
+        QWidget other;
+        other.setProperty("BackColor", QColor(7, 8, 9));
+        auto* container = new QWidget(&window);
+        QPointer<ProbeControl> control(new ProbeControl(container));
+        auto* second = new ProbeControl(container);
+        control->during = [&control](const QString& what) {
+            if (what.startsWith(u"AmbientChanged"_s))
+                delete control;
+        };
+        if (cause == 0)
+            container->setProperty("BackColor", QColor(1, 2, 3));
+        else if (cause == 1)
+            container->setFont(QFont(u"Tavrin Sans"_s, 31));
+        else if (cause == 2)
+            window.setProperty("BackColor", QColor(1, 2, 3));
+        else
+            container->setParent(&other);
+        QVERIFY(!control);
+        QCOMPARE(second->take().filter(u"AmbientChanged"_s).size(), 1);
+    }
+
+    void aFrameThatTakesTheContainersColourLetsItBeSeen()
+    {
+        QWidget window;
+        window.resize(60, 40);
+        auto* container = new QWidget(&window);
+        container->resize(60, 40);
+        auto* control = new ProbeControl(container);
+        control->resize(20, 20);
+        const auto seen = [&window] { return window.grab().toImage().pixelColor(5, 5); };
+        const auto windowOf = [](const QColor& color) {
+            QPalette palette;
+            palette.setColor(QPalette::Window, color);
+            return palette;
+        };
+        window.setPalette(windowOf(Qt::red));
+        container->setPalette(windowOf(Qt::green));
+        control->TakeContainerBackColor();
+        QCOMPARE(control->FrameBackColor(), Color::rgb(255, 0, 0));
+        QCOMPARE(seen(), QColor(Qt::red));
+        container->setAutoFillBackground(true); // of which Qt tells nobody
+        QCOMPARE(seen(), QColor(Qt::green));
+        container->setProperty("BackColor", QColor(1, 2, 3)); // what is offered is taken at its word
+        control->TakeContainerBackColor();
+        QCOMPARE(control->FrameBackColor(), Color::rgb(1, 2, 3));
+        QCOMPARE(seen(), QColor(1, 2, 3));
+        container->setProperty("BackColor", QVariant());
+        control->TakeContainerBackColor();
+        QCOMPARE(seen(), QColor(Qt::green));
     }
 
     void ambientChangedFollowsTheControlToAnotherContainer()

@@ -1,6 +1,10 @@
 #include "FlatPickerForm.h"
 #include "base/Variant.h"
+#include "frame/control_frame/ContainerColor.h"
 #include "support/TestCase.h"
+
+#include <QScopeGuard>
+#include <QTabWidget>
 
 using namespace tavrin;
 using namespace Qt::StringLiterals;
@@ -119,6 +123,62 @@ private Q_SLOTS:
         QCOMPARE(picker.FrameBackColor(), frame);
         form.setProperty("BackColor", QVariant::fromValue(Color::rgb(7, 8, 9)));
         QCOMPARE(picker.FrameBackColor(), Color::rgb(7, 8, 9)); // and follows it
+    }
+
+    void onAColouredContainerItIsNoPatch_data()
+    {
+        QTest::addColumn<QColor>("window");
+        QTest::addColumn<bool>("onATab");
+        QTest::addColumn<QVariant>("property");
+        const QColor yellow(250, 240, 10);
+        const QColor face = QApplication::palette().color(QPalette::Window);
+        QTest::newRow("a palette") << yellow << false << QVariant();
+        QTest::newRow("an ordinary tab page") << face << true << QVariant();
+        QTest::newRow("a tab page on a palette") << yellow << true << QVariant();
+        QTest::newRow("a colour of Qt") << face << false << QVariant(yellow);
+        QTest::newRow("a number") << face << false << QVariant(0x30201);
+    }
+    void onAColouredContainerItIsNoPatch()
+    {
+        QFETCH(QColor, window);
+        QFETCH(bool, onATab);
+        QFETCH(QVariant, property);
+        PeopleSite site;
+        QWidget form;
+        form.resize(700, 400);
+        QPalette palette;
+        palette.setColor(QPalette::Window, window);
+        form.setPalette(palette);
+        QWidget* page = &form;
+        if (onATab) {
+            auto* tabs = new QTabWidget(&form);
+            tabs->resize(690, 390);
+            page = new QWidget;
+            tabs->addTab(page, u"Page"_s);
+        }
+        page->setProperty("BackColor", property);
+        auto* picker = new FlatEmployeePicker(page);
+        picker->move(30, 30);
+        picker->SetCaption(u"Officer"_s);
+        form.show();
+        const QImage seen = form.grab().toImage();
+        const auto at = [&](const QPoint& inPage) { return seen.pixelColor(page->mapTo(&form, inPage)); };
+        const QColor beside = colorOf(property) ? colorOf(property)->resolve(palette) : at(QPoint(10, 10));
+        const QRect place = picker->geometry();
+        QCOMPARE(at(place.topRight() - QPoint(2, -2)), beside); // right of the caption
+        QCOMPARE(picker->FrameBackColor().resolve(QApplication::palette()), beside);
+    }
+
+    void theThemesColourIsFollowedByAPickerOnAFormOfTheTheme()
+    {
+        const QPalette before = QApplication::palette();
+        const auto restore = qScopeGuard([&before] { QApplication::setPalette(before); });
+        UserForm form;
+        QVERIFY(form.isReady());
+        const QColor dark(40, 50, 60);
+        QApplication::setPalette(QPalette(dark));
+        QTRY_COMPARE(form.picker->palette().color(QPalette::Window), dark);
+        QCOMPARE(form.picker->FrameBackColor(), SystemColor::ButtonFace);
     }
 
     // Glyph

@@ -178,7 +178,24 @@ private Q_SLOTS:
         const QPalette before = QApplication::palette();
         const auto restore = qScopeGuard([&before] { QApplication::setPalette(before); });
         QApplication::setPalette(QPalette(QColor(40, 50, 60)));
-        QTRY_COMPARE(form.host.state().log, QStringList({u"ShadeColor"_s})); // once
+        QTRY_COMPARE(form.host.state().log, QStringList({u"ShadeColor"_s}));
+        QCoreApplication::processEvents();
+        QCOMPARE(form.host.state().log.size(), 1); // once
+    }
+
+    void aContainerOfAnotherColourShadesAnew()
+    {
+        FakeHost host;
+        const HostInstallation installation(host);
+        QWidget window;
+        auto* container = new QWidget(&window);
+        const auto* control = new MultiValue(container);
+        QPalette palette;
+        palette.setColor(QPalette::Window, QColor(200, 100, 50));
+        window.setPalette(palette);
+        QCOMPARE(control->FrameBackColor(), Color::rgb(80, 40, 20));
+        container->setProperty("BackColor", QColor(100, 50, 200));
+        QCOMPARE(control->FrameBackColor(), Color::rgb(40, 20, 80));
     }
 
     void clickingPlusBeforeTheFirstFillTellsThePersonOnce()

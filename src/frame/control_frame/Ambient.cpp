@@ -1,5 +1,7 @@
 #include "Ambient.h"
 
+#include "ContainerColor.h"
+
 #include <QVariant>
 #include <QWidget>
 
@@ -44,8 +46,7 @@ FontPtr Ambient::Font() const
 Color Ambient::BackColor() const
 {
     const QWidget* container = m_control.parentWidget();
-    const QVariant own = container ? container->property("BackColor") : QVariant();
-    return own.canConvert<Color>() ? own.value<Color>() : SystemColor::ButtonFace;
+    return container ? shownBackColor(*container) : SystemColor::ButtonFace;
 }
 
 QString Ambient::ScaleUnits() const

@@ -20,6 +20,7 @@ public:
     /// The name that the designer gave the instance.
     QString DisplayName() const;
     FontPtr Font() const;
+    /// The container's property "BackColor", else the colour that it shows; the button face without one.
     Color BackColor() const;
     /// Name of the container's unit of length: the container's property "ScaleUnits", else "Twip".
     QString ScaleUnits() const;

@@ -1,5 +1,6 @@
 #include "Extender.h"
 
+#include "ContainerColor.h"
 #include "UserControl.h"
 #include "base/Error.h"
 #include "frame/host_contracts/Host.h"
@@ -8,13 +9,17 @@
 
 namespace tavrin {
 
+bool Container::HasBackColor() const
+{
+    return m_widget && colorOf(m_widget->property("BackColor"));
+}
+
 Color Container::BackColor() const
 {
-    const QVariant color = m_widget ? m_widget->property("BackColor") : QVariant();
-    if (!color.canConvert<Color>())
+    if (!HasBackColor())
         throw Error(QStringLiteral("Object doesn't support this property or method"),
                     Error::NoSuchMemberNumber);
-    return color.value<Color>();
+    return *colorOf(m_widget->property("BackColor"));
 }
 
 namespace {

@@ -15,6 +15,8 @@ public:
     {
     }
 
+    /// Whether it offers a property "BackColor": a `Color`, a `QColor` or a number.
+    bool HasBackColor() const;
     /// The container's property "BackColor". Raises error 438 when it has none.
     Color BackColor() const;
     QWidget* widget() const { return m_widget; }

@@ -1,11 +1,11 @@
 #include "UserControl.h"
 
+#include "ContainerWatch.h"
 #include "FailurePolicy.h"
 #include "base/Guard.h"
 #include "widgets/KeyCodes.h"
 
 #include <QApplication>
-#include <QDynamicPropertyChangeEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 
@@ -37,7 +37,8 @@ void UserControl::begin()
                                        [this] { focusMoved(); });
     connectGuarded(this, &QObject::objectNameChanged, this, "UserControl_AmbientChanged",
                    [this] { ambientChanged(QStringLiteral("DisplayName")); });
-    watchContainer();
+    m_containerWatch =
+        std::make_unique<ContainerWatch>(*this, [this](const QString& name) { containerChanged(name); });
     if (const PropertyBag* saved = std::exchange(m_saved, nullptr))
         UserControl_ReadProperties(*saved);
     else
@@ -97,6 +98,14 @@ void UserControl::SetFrameBackColor(Color color)
     own.setColor(QPalette::Window, color.resolve(QApplication::palette()));
     setPalette(own);
     setAutoFillBackground(true);
+}
+
+void UserControl::TakeContainerBackColor()
+{
+    SetFrameBackColor(ContainerBackColor());
+    // What a container without the property shows need not be one colour: a style may draw it, and it may be
+    // looked through. So nothing is drawn over it.
+    setAutoFillBackground(m_extender.Container().HasBackColor());
 }
 
 Color UserControl::ContainerBackColor() const
@@ -282,41 +291,18 @@ void UserControl::ambientChanged(const QString& propertyName)
         UserControl_AmbientChanged(propertyName);
 }
 
+void UserControl::containerChanged(const QString& propertyName)
+{
+    guard("UserControl_AmbientChanged", [&] { ambientChanged(propertyName); });
+}
+
 bool UserControl::event(QEvent* event)
 {
-    if (event->type() == QEvent::ParentChange && watchContainer()) {
+    if (event->type() == QEvent::ParentChange && m_containerWatch && m_containerWatch->follow()) {
         for (const char* name : {"Font", "BackColor", "ScaleUnits"})
-            guard("UserControl_AmbientChanged", [&] { ambientChanged(QString::fromLatin1(name)); });
+            containerChanged(QString::fromLatin1(name));
     }
     return QWidget::event(event);
-}
-
-bool UserControl::watchContainer()
-{
-    if (m_watchedContainer == parentWidget())
-        return false;
-    if (m_watchedContainer)
-        m_watchedContainer->removeEventFilter(this);
-    m_watchedContainer = parentWidget();
-    if (m_watchedContainer)
-        m_watchedContainer->installEventFilter(this);
-    return true;
-}
-
-bool UserControl::eventFilter(QObject* watched, QEvent* event)
-{
-    if (watched != m_watchedContainer)
-        return QWidget::eventFilter(watched, event);
-    QByteArray name;
-    if (event->type() == QEvent::FontChange)
-        name = "Font";
-    else if (event->type() == QEvent::PaletteChange)
-        name = "BackColor";
-    else if (event->type() == QEvent::DynamicPropertyChange)
-        name = static_cast<QDynamicPropertyChangeEvent*>(event)->propertyName();
-    if (name == "Font" || name == "BackColor" || name == "ScaleUnits")
-        guard("UserControl_AmbientChanged", [&] { ambientChanged(QString::fromLatin1(name)); });
-    return QWidget::eventFilter(watched, event);
 }
 
 } // namespace tavrin

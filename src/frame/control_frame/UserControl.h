@@ -9,7 +9,11 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <memory>
+
 namespace tavrin {
+
+class ContainerWatch;
 
 /// What a container gives a control at its birth.
 struct ControlSite
@@ -61,6 +65,8 @@ public:
     void SetFrameBackColor(Color color);
     /// The container's property "BackColor"; the ambient one when the container has none.
     Color ContainerBackColor() const;
+    /// The frame has that colour; where the container offers none, the container itself is seen.
+    void TakeContainerBackColor();
     /// The constituents.
     QList<QWidget*> Controls() const;
 
@@ -118,13 +124,12 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     bool event(QEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void focusMoved();
     bool containsFocus() const;
     void leaveFocus();
-    bool watchContainer();
+    void containerChanged(const QString& propertyName);
     void ambientChanged(const QString& propertyName);
     void propertyStep(const QString& routine, const std::function<void()>& statement) const;
 
@@ -132,7 +137,7 @@ private:
     Ambient m_ambient;
     Extender m_extender;
     QMetaObject::Connection m_focusConnection;
-    QPointer<QObject> m_watchedContainer;
+    std::unique_ptr<ContainerWatch> m_containerWatch;
     Color m_frameBackColor = SystemColor::ButtonFace;
     bool m_begun = false;
     bool m_focusInside = false;
