@@ -1,0 +1,670 @@
+#include "base/Variant.h"
+#include "component/ClassRegister.h"
+#include "frame/modUtils.h"
+#include "lookup/AgencyForm.h"
+#include "lookup/FlatPickerForm.h"
+#include "lookup/NibrsOffensePicker.h"
+#include "sections/MultiValueForm.h"
+#include "support/TestCase.h"
+#include "widgets/DropDownList.h"
+#include "widgets/FlatDropdown.h"
+
+#include <QSignalSpy>
+
+using namespace tavrin;
+using namespace Qt::StringLiterals;
+using tavrin::test::FakeHost;
+
+namespace {
+
+constexpr TableNumber Weapons = tavrin::test::WeaponTable;
+constexpr TableNumber Races = 312;
+
+/// A host that knows something of everything.
+void fillHost(FakeHost& host)
+{
+    tavrin::test::fillPeople(host);
+    tavrin::test::setAgencies(host);
+    host.setTable(Weapons, tavrin::test::weapons());
+    host.setTable(Races, {{u"W"_s, u"White"_s, 23}, {u"B"_s, u"Black"_s, 24}});
+    host.state().offenses = tavrin::test::xmlOf(
+        u"<Offenses><Offense><OffenseNo>31</OffenseNo><OffenseId>13A</OffenseId>"
+        "<Description>Assault</Description><ActiveFlag>1</ActiveFlag></Offense>"
+        "<Offense><OffenseNo>32</OffenseNo><OffenseId>13B</OffenseId>"
+        "<Description>Battery</Description><ActiveFlag>0</ActiveFlag></Offense></Offenses>"_s);
+    host.state().nibrsCodes = {{u"13A"_s, u"Aggravated Assault"_s}, {u"09A"_s, u"Murder"_s}};
+}
+
+/// One control on a form that is shown.
+struct Stage
+{
+    explicit Stage(const QString& name)
+        : installation(host)
+    {
+        fillHost(host);
+        modUtils::ReleaseNibrsModule();
+        window.resize(900, 400);
+        control = publicControls().create(u"TVBoundControls."_s + name, &window, {u"control"_s});
+        control->resize(500, 100);
+        window.show();
+    }
+    ~Stage() { modUtils::ReleaseNibrsModule(); }
+    Stage(const Stage&) = delete;
+    Stage& operator=(const Stage&) = delete;
+
+    template <typename Constituent>
+    Constituent& part(const char* name) const
+    {
+        return *control->findChild<Constituent*>(QString::fromLatin1(name));
+    }
+    TavrinControl& contract() const { return *dynamic_cast<TavrinControl*>(control); }
+
+    FakeHost host;
+    HostInstallation installation;
+    QWidget window;
+    UserControl* control;
+};
+
+/// Something that can be seen of a control.
+using Look = std::function<QVariant(const Stage&)>;
+
+/// What a property decides besides its own value.
+struct Dependent
+{
+    enum When
+    {
+        BeforeReport,
+        BehindReport
+    };
+    const char* name;
+    Look look;
+    When when = BeforeReport;
+};
+
+/// One setter, and what one sees in the followers of the events that it raises.
+struct Setter
+{
+    const char* control;
+    const char* property;
+    QVariant first;
+    QVariant second;
+    std::vector<Dependent> dependents = {};
+    /// The reports and events of a put, in their order.
+    QStringList events = {QString::fromLatin1(property)};
+    std::function<void(const Stage&)> prepare = {};
+};
+
+// Values
+
+QVariant color(quint32 value)
+{
+    return QVariant::fromValue(Color(value));
+}
+
+QVariant fontOf(double size)
+{
+    const auto font = std::make_shared<Font>();
+    font->SetSize(size);
+    return QVariant::fromValue(FontPtr(font));
+}
+
+QVariant icon(int side)
+{
+    QImage image(side, side, QImage::Format_ARGB32);
+    image.fill(Qt::red);
+    return image;
+}
+
+// Looks
+
+template <typename Constituent>
+Look backColorOf(const char* name)
+{
+    return [=](const Stage& stage) { return color(stage.part<Constituent>(name).BackColor().value()); };
+}
+
+template <typename Constituent>
+Look foreColorOf(const char* name)
+{
+    return [=](const Stage& stage) { return color(stage.part<Constituent>(name).ForeColor().value()); };
+}
+
+template <typename Constituent>
+Look fontSizeOf(const char* name)
+{
+    return [=](const Stage& stage) { return stage.part<Constituent>(name).Font()->Size(); };
+}
+
+Look enabled(const char* name)
+{
+    return [=](const Stage& stage) { return stage.part<QWidget>(name).isEnabled(); };
+}
+
+Look hidden(const char* name)
+{
+    return [=](const Stage& stage) { return stage.part<QWidget>(name).isHidden(); };
+}
+
+Look placeOf(const char* name)
+{
+    return [=](const Stage& stage) { return stage.part<QWidget>(name).geometry(); };
+}
+
+Look captionOf(const char* label)
+{
+    return [=](const Stage& stage) { return stage.part<Label>(label).Caption(); };
+}
+
+Look property(const char* name)
+{
+    return [=](const Stage& stage) { return stage.control->property(name); };
+}
+
+QVariant frameHeight(const Stage& stage)
+{
+    return stage.control->height();
+}
+
+QVariant frameEnabled(const Stage& stage)
+{
+    return stage.control->isEnabled();
+}
+
+/// How many entries a search for everything finds.
+QVariant found(const Stage& stage)
+{
+    Suggestions results;
+    stage.control->findChild<SearchBox*>()->SearchRequested.raise(QString(), results);
+    return static_cast<int>(results.size());
+}
+
+QVariant agencies(const Stage& stage)
+{
+    return stage.part<GridComboBox>("tdbcValues").Array().UpperBound();
+}
+
+QVariant agenciesBesideAUsedOne(const Stage& stage)
+{
+    stage.contract().SetValue(Null(), tavrin::test::usedValues({10}));
+    return agencies(stage);
+}
+
+/// The entries after the control was hidden and shown, which is when its list is built.
+QVariant entriesOnceShown(const Stage& stage)
+{
+    stage.control->hide();
+    stage.control->show();
+    const auto& items = stage.part<FlatDropdown>("cboItems");
+    QStringList texts;
+    for (int i = 0; i < items.ListCount(); ++i)
+        texts << items.List(i);
+    return texts;
+}
+
+// The table
+
+const QStringList ChangeThenValue{u"Change"_s, u"Value"_s};
+
+std::function<void(const Stage&)> put(const char* name, const QVariant& value)
+{
+    return [=](const Stage& stage) { stage.control->setProperty(name, value); };
+}
+
+std::vector<Setter> textAndDropDownSetters()
+{
+    return {
+        {"AutoCompleteField",
+         "Enabled",
+         true,
+         false,
+         {{"the box", enabled("txtSearch")}, {"the list", enabled("lstMatches")}}},
+        {"AutoCompleteField", "TableNo", Weapons, Races},
+        {"AutoCompleteField", "IncludeInactiveValues", false, true},
+        // The colours follow the report.
+        {"AutoCompleteField",
+         "Value",
+         Null(),
+         12,
+         {{"background", backColorOf<TextBox>("txtSearch"), Dependent::BehindReport},
+          {"text's colour", foreColorOf<TextBox>("txtSearch"), Dependent::BehindReport}},
+         {u"Value"_s},
+         [](const Stage& stage) { stage.control->setProperty("ForeColor", color(0x123456)); }},
+        {"AutoCompleteField",
+         "Text",
+         u"one"_s,
+         u"two"_s,
+         {{"the box", [](const Stage& stage) { return stage.part<TextBox>("txtSearch").Text(); }}}},
+        {"AutoCompleteField",
+         "BackColor",
+         color(1),
+         color(2),
+         {{"the box", backColorOf<TextBox>("txtSearch")}}},
+        {"AutoCompleteField",
+         "ForeColor",
+         color(1),
+         color(2),
+         {{"the box", foreColorOf<TextBox>("txtSearch")}}},
+
+        {"TavrinDropdown",
+         "Font",
+         fontOf(9),
+         fontOf(24),
+         {{"height", frameHeight}, {"the box", fontSizeOf<FlatDropdown>("cboItems")}}},
+        {"TavrinDropdown",
+         "Icon",
+         icon(8),
+         icon(12),
+         {{"the box", [](const Stage& stage) { return stage.part<FlatDropdown>("cboItems").Icon(); }}}},
+        {"TavrinDropdown", "TableNumber", Weapons, Races, {{"entries once shown", entriesOnceShown}}},
+        // The selection that the setter changes reports as well, and raises Change.
+        {"TavrinDropdown",
+         "Value",
+         Null(),
+         24,
+         {{"row", [](const Stage& stage) { return stage.part<FlatDropdown>("cboItems").ListIndex(); }}},
+         {u"Value"_s, u"Change"_s, u"Value"_s},
+         [](const Stage& stage) {
+             stage.control->setProperty("TableNumber", Races);
+             entriesOnceShown(stage);
+         }},
+
+        {"NibrsOffensePicker",
+         "Enabled",
+         true,
+         false,
+         {{"the frame", frameEnabled}, {"the box", enabled("cboNibrsCode")}}},
+        {"NibrsOffensePicker",
+         "Value",
+         Null(),
+         u"09A"_s,
+         {{"text", property("Text")}, {"whether it is Null", property("ValueIsNull")}},
+         ChangeThenValue},
+        {"NibrsOffensePicker",
+         "Font",
+         fontOf(9),
+         fontOf(24),
+         {{"height", frameHeight}, {"the box", fontSizeOf<FlatDropdown>("cboNibrsCode")}}},
+        {"NibrsOffensePicker",
+         "ForeColor",
+         color(1),
+         color(2),
+         {{"the box", foreColorOf<FlatDropdown>("cboNibrsCode")}}},
+        {"NibrsOffensePicker",
+         "BackColor",
+         color(1),
+         color(2),
+         {{"the box", backColorOf<FlatDropdown>("cboNibrsCode")}}},
+    };
+}
+
+std::vector<Setter> agencySetters()
+{
+    return {
+        {"AgencyPicker",
+         "BackColor",
+         color(1),
+         color(2),
+         {{"the combo", backColorOf<GridComboBox>("tdbcValues")}}},
+        {"AgencyPicker",
+         "ForeColor",
+         color(1),
+         color(2),
+         {{"the combo", foreColorOf<GridComboBox>("tdbcValues")}}},
+        {"AgencyPicker",
+         "Font",
+         fontOf(9),
+         fontOf(24),
+         {{"height", frameHeight},
+          {"the combo", fontSizeOf<GridComboBox>("tdbcValues")},
+          {"the label", fontSizeOf<Label>("lblDescription")}}},
+        // Nothing is reported: a put is the host's contract.
+        {"AgencyPicker",
+         "Value",
+         10,
+         30,
+         {{"the label", captionOf("lblDescription")},
+          {"long text", property("FullText")},
+          {"short text", property("ShortText")}},
+         {u"Change"_s},
+         put("Value", 10)},
+        {"AgencyPicker", "Enabled", true, false, {{"the combo", enabled("tdbcValues")}}},
+        {"AgencyPicker",
+         "ShowName",
+         true,
+         false,
+         {{"the label", hidden("lblDescription")}, {"the combo", placeOf("tdbcValues")}}},
+        {"AgencyPicker", "ListAllAgencies", false, true, {{"rows", agencies}}},
+        {"AgencyPicker",
+         "RemoveUsedValues",
+         false,
+         true,
+         {{"rows of the next record", agenciesBesideAUsedOne}}},
+    };
+}
+
+/// What both combo pickers have.
+std::vector<Setter> comboSetters(const char* control, const QVariant& value, const char* listAll)
+{
+    return {
+        {control, "BackColor", color(1), color(2), {{"the box", backColorOf<SearchBox>("acComboBox")}}},
+        {control, "ForeColor", color(1), color(2), {{"the box", foreColorOf<SearchBox>("acComboBox")}}},
+        {control,
+         "Font",
+         fontOf(9),
+         fontOf(24),
+         {{"height", frameHeight},
+          {"the box", fontSizeOf<SearchBox>("acComboBox")},
+          {"the label", fontSizeOf<Label>("lblDescription")}}},
+        {control,
+         "Value",
+         Null(),
+         value,
+         {{"the label", captionOf("lblDescription")},
+          {"the box", [](const Stage& stage) { return stage.part<SearchBox>("acComboBox").Text(); }}},
+         ChangeThenValue},
+        {control,
+         "Enabled",
+         true,
+         false,
+         {{"the box", enabled("acComboBox")},
+          {"its hint",
+           [](const Stage& stage) { return stage.part<SearchBox>("acComboBox").Placeholder(); }}}},
+        {control,
+         "ShowName",
+         true,
+         false,
+         {{"the label", hidden("lblDescription")}, {"the box", placeOf("acComboBox")}}},
+        {control, listAll, false, true, {{"the next search", found}}},
+    };
+}
+
+/// What both flat pickers have.
+std::vector<Setter> flatSetters(const char* control, const QVariant& value)
+{
+    return {
+        {control,
+         "Caption",
+         QString(),
+         u"Officer"_s,
+         {{"the label", captionOf("lblCaption")}, {"height", frameHeight}}},
+        {control,
+         "Required",
+         false,
+         true,
+         {{"the label", captionOf("lblCaption")}},
+         {u"Required"_s},
+         put("Caption", u"Officer"_s)},
+        {control, "BackColor", color(1), color(2), {{"the box", backColorOf<SearchBox>("acTextBox")}}},
+        {control, "ForeColor", color(1), color(2), {{"the box", foreColorOf<SearchBox>("acTextBox")}}},
+        {control,
+         "Font",
+         fontOf(9),
+         fontOf(24),
+         {{"height", frameHeight},
+          {"the box", fontSizeOf<SearchBox>("acTextBox")},
+          {"the tag", fontSizeOf<Tag>("tagName")}}},
+        {control,
+         "Value",
+         Null(),
+         value,
+         {{"the tag", hidden("tagName")},
+          {"the box", placeOf("acTextBox")},
+          {"the sign", [](const Stage& stage) { return stage.part<Link>("lnkDropDown").Symbol(); }}},
+         ChangeThenValue},
+        {control,
+         "Enabled",
+         true,
+         false,
+         {{"the frame", frameEnabled},
+          {"the colour", backColorOf<BoxShape>("shpBorder")},
+          {"the hint", [](const Stage& stage) { return stage.part<SearchBox>("acTextBox").Placeholder(); }}}},
+        {control,
+         "ShowName",
+         true,
+         false,
+         {{"the tag", hidden("tagName")}, {"the box", placeOf("acTextBox")}},
+         {u"ShowName"_s},
+         put("Value", value)},
+    };
+}
+
+std::vector<Setter> sectionSetters()
+{
+    return {
+        {"MultiValue", "Enabled", true, false, {{"the frame", frameEnabled}}},
+        {"SuspRelList", "OtherCollectionTag", u"One"_s, u"Two"_s},
+        {"SuspRelList", "OtherItemName", u"One"_s, u"Two"_s},
+        {"SuspRelList", "OtherItemSeqName", u"One"_s, u"Two"_s},
+        {"SuspRelList", "Enabled", true, false, {{"the frame", frameEnabled}}},
+    };
+}
+
+std::vector<Setter> makeSetters()
+{
+    std::vector<Setter> all = textAndDropDownSetters();
+    const auto add = [&all](std::vector<Setter> more) { all.insert(all.end(), more.begin(), more.end()); };
+    add(agencySetters());
+    const Dependent nextSearch{"the next search", found};
+    add(comboSetters("EmployeePicker", 11, "ListAllEmployees"));
+    add(comboSetters("OffensePicker", 31, "ListAllOffenses"));
+    add(flatSetters("FlatEmployeePicker", 11));
+    add(flatSetters("FlatUserPicker", u"user:asmith"_s));
+    add({{"EmployeePicker", "K9HandlersOnly", false, true, {nextSearch}},
+         {"FlatEmployeePicker", "K9HandlersOnly", false, true, {nextSearch}},
+         {"FlatEmployeePicker", "ListAllEmployees", false, true, {nextSearch}},
+         {"FlatUserPicker", "IncludeInactive", false, true, {nextSearch}}});
+    const auto use = [](const QVariant& value) {
+        return [value](const Stage& stage) {
+            stage.contract().SetValue(Null(), tavrin::test::usedValues({value}));
+        };
+    };
+    const auto removeUsed = [&](const char* control, const QVariant& used) {
+        return Setter{control,      "RemoveUsedValues",      false,    true,
+                      {nextSearch}, {u"RemoveUsedValues"_s}, use(used)};
+    };
+    add({removeUsed("EmployeePicker", 11), removeUsed("OffensePicker", 31),
+         removeUsed("FlatEmployeePicker", 11), removeUsed("FlatUserPicker", u"user:asmith"_s)});
+    add(sectionSetters());
+    return all;
+}
+
+const std::vector<Setter>& setters()
+{
+    static const std::vector<Setter> all = makeSetters();
+    return all;
+}
+
+/// The property, and then its dependents.
+QVariantList lookAt(const Stage& stage, const Setter& setter)
+{
+    QVariantList seen{stage.control->property(setter.property)};
+    for (const Dependent& dependent : setter.dependents)
+        seen << dependent.look(stage);
+    return seen;
+}
+
+/// Looks at the control inside each event that reaches its followers.
+class Follower : public QObject
+{
+    Q_OBJECT
+
+public:
+    Follower(const Stage& stage, const Setter& setter)
+        : m_stage(stage)
+        , m_setter(setter)
+    {
+        connect(stage.control, &UserControl::PropertyChanged, this, &Follower::follow);
+        for (const char* signal : {"Change()", "ItemSelect()"}) {
+            const QMetaObject& meta = *stage.control->metaObject();
+            const int index = meta.indexOfSignal(signal);
+            if (index >= 0)
+                connect(stage.control, meta.method(index), this,
+                        staticMetaObject.method(staticMetaObject.indexOfSlot(signal)));
+        }
+    }
+
+    QStringList events;
+    QList<QVariantList> seen;
+
+public Q_SLOTS:
+    void Change() { follow(u"Change"_s); }
+    void ItemSelect() { follow(u"ItemSelect"_s); }
+
+private:
+    void follow(const QString& event)
+    {
+        if (std::exchange(m_isLooking, true))
+            return; // what the look itself causes
+        events << event;
+        seen << lookAt(m_stage, m_setter);
+        m_isLooking = false;
+    }
+
+    const Stage& m_stage;
+    const Setter& m_setter;
+    bool m_isLooking = false;
+};
+
+QString textOf(const QVariant& value)
+{
+    QString text;
+    QDebug(&text) << value;
+    return text;
+}
+
+} // namespace
+
+/// Every setter of every control, with what a follower sees of the control inside the events that it raises.
+class tst_PropertyReports : public tavrin::test::TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void noSetterOfAControlIsLeftOut()
+    {
+        QStringList declared;
+        for (const QString& className : publicControls().classNames()) {
+            const Stage stage(className.section(u'.', -1));
+            const QMetaObject& meta = *stage.control->metaObject();
+            for (int i = UserControl::staticMetaObject.propertyCount(); i < meta.propertyCount(); ++i) {
+                if (meta.property(i).isWritable())
+                    declared << stage.control->typeName() + u'.' + QLatin1String(meta.property(i).name());
+            }
+        }
+        QStringList listed;
+        for (const Setter& setter : setters())
+            listed << QLatin1String(setter.control) + u'.' + QLatin1String(setter.property);
+        declared.sort();
+        listed.sort();
+        QCOMPARE(listed, declared);
+        QCOMPARE(publicControls().classNames().size(), 14);
+    }
+
+    void aFollowerSeesWhatTheEventTells_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<bool>("back");
+        for (int row = 0; row < static_cast<int>(setters().size()); ++row) {
+            const Setter& setter = setters()[static_cast<size_t>(row)];
+            QTest::addRow("%s.%s", setter.control, setter.property) << row << false;
+            QTest::addRow("%s.%s back", setter.control, setter.property) << row << true;
+        }
+    }
+    void aFollowerSeesWhatTheEventTells()
+    {
+        QFETCH(int, row);
+        QFETCH(bool, back);
+        const Setter& setter = setters()[static_cast<size_t>(row)];
+        Stage stage(QString::fromLatin1(setter.control));
+        if (setter.prepare)
+            setter.prepare(stage);
+        const QVariant& from = back ? setter.second : setter.first;
+        const QVariant& to = back ? setter.first : setter.second;
+        // What it looks like when nothing is under way.
+        const auto settled = [&](const QVariant& value) {
+            stage.control->setProperty(setter.property, value);
+            return lookAt(stage, setter);
+        };
+        settled(from);
+        const QVariantList after = settled(to);
+        const QVariantList before = settled(from);
+        QVERIFY2(SameValue(after.first(), to) || after.first() == to, qPrintable(textOf(after.first())));
+
+        const Follower follower(stage, setter);
+        stage.control->setProperty(setter.property, to);
+        QCOMPARE(lookAt(stage, setter), after);
+        QCOMPARE(follower.events, setter.events);
+        for (qsizetype event = 0; event < follower.events.size(); ++event) {
+            const QVariantList& seen = follower.seen.at(event);
+            QCOMPARE(seen.first(), after.first());
+            for (size_t i = 0; i < setter.dependents.size(); ++i) {
+                const Dependent& dependent = setter.dependents[i];
+                const auto place = static_cast<qsizetype>(i) + 1;
+                QVERIFY2(before.at(place) != after.at(place), dependent.name); // else the row says nothing
+                const bool isDue = dependent.when == Dependent::BeforeReport;
+                const QVariant& expected = isDue ? after.at(place) : before.at(place);
+                QVERIFY2(seen.at(place) == expected,
+                         qPrintable(u"%1 in %2: %3 and not %4"_s.arg(
+                             QLatin1String(dependent.name), follower.events.at(event), textOf(seen.at(place)),
+                             textOf(expected))));
+            }
+        }
+    }
+
+    void aTextFieldsListIsClosedBeforeItReportsThatItIsDisabled()
+    {
+        Stage stage(u"AutoCompleteField"_s);
+        stage.control->setProperty("TableNo", Weapons);
+        auto& list = stage.part<DropDownList>("lstMatches");
+        QTest::keyClicks(&stage.part<TextBox>("txtSearch"), u"rifle"_s);
+        QTRY_VERIFY(list.IsOpen());
+        QStringList reports;
+        connect(stage.control, &UserControl::PropertyChanged, stage.control,
+                [&](const QString& key) { reports << key + (list.IsOpen() ? u" open"_s : u" closed"_s); });
+        stage.control->setProperty("Enabled", false);
+        QCOMPARE(reports, QStringList({u"Enabled closed"_s}));
+    }
+
+    void aTextFieldsListIsLoadedBehindTheReport_data()
+    {
+        QTest::addColumn<QByteArray>("property");
+        QTest::addColumn<QVariant>("value");
+        QTest::newRow("table") << QByteArray("TableNo") << QVariant(Races);
+        QTest::newRow("inactive values") << QByteArray("IncludeInactiveValues") << QVariant(true);
+    }
+    void aTextFieldsListIsLoadedBehindTheReport()
+    {
+        QFETCH(QByteArray, property);
+        QFETCH(QVariant, value);
+        Stage stage(u"AutoCompleteField"_s);
+        stage.control->setProperty("TableNo", Weapons);
+        QStringList& log = stage.host.state().log;
+        log.clear();
+        QStringList asked;
+        connect(stage.control, &UserControl::PropertyChanged, stage.control,
+                [&](const QString& key) { asked << key << log; });
+        stage.control->setProperty(property.constData(), value);
+        QCOMPARE(asked, QStringList({QString::fromLatin1(property)})); // and nothing asked yet
+        const TableNumber table = stage.control->property("TableNo").toInt();
+        QCOMPARE(log.filter(u"GetTableValues"_s), QStringList({u"GetTableValues %1"_s.arg(table)}));
+    }
+
+    void aListOfValuesIsRebuiltBehindItsReport()
+    {
+        tavrin::test::MultiValueForm form;
+        form.fill({11, 12});
+        QStringList reports;
+        QStringList& log = form.host.state().log;
+        connect(form.control, &UserControl::PropertyChanged, &form.window, [&](const QString& key) {
+            reports << u"%1 %2 %3"_s.arg(key, form.control->isEnabled() ? u"enabled"_s : u"disabled"_s,
+                                         log.isEmpty() ? u"first"_s : log.join(u", "_s));
+        });
+        log.clear();
+        form.control->SetEnabled(false);
+        QCOMPARE(reports, QStringList({u"Enabled disabled first"_s}));
+        QVERIFY(log.join(u' ').contains(u"GetDescription"_s));
+    }
+};
+
+TAVRIN_TEST_MAIN(tst_PropertyReports)
+#include "tst_PropertyReports.moc"
