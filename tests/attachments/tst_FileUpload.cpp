@@ -145,6 +145,47 @@ private Q_SLOTS:
                  qPrintable(stage.told.first()));
     }
 
+    void whoIsToldOfTheEndFindsTheLineFinished()
+    {
+        Stage stage;
+        stage.line->SetFile(stage.file(u"a.txt"_s));
+        QStringList seen;
+        const Subscription keep = stage.line->UploadComplete.subscribe([&](const UploadedFile&) {
+            seen << QString::number(stage.line->Status()) + stage.icon() +
+                        stage.line->accessibleDescription();
+        });
+        stage.line->Start();
+        QCOMPARE(seen, QStringList{u"2successUploaded"_s});
+    }
+
+    void whoIsToldOfTheEndMayDeleteTheLine()
+    {
+        Stage stage;
+        stage.line->SetFile(stage.file(u"a.txt"_s));
+        const Subscription keep =
+            stage.line->UploadComplete.subscribe([&](const UploadedFile&) { delete stage.line.data(); });
+        stage.line->Start();
+        QVERIFY(stage.line.isNull());
+        QCOMPARE(stage.told.size(), 1);
+        QVERIFY(stage.told.first().startsWith(u"complete "_s));
+    }
+
+    void whoIsToldOfAFailureFindsTheLineFailedAndMayDeleteIt()
+    {
+        Stage stage;
+        const QString path = stage.file(u"a.txt"_s);
+        stage.line->SetFile(path);
+        stage.host.state().transferFailures.insert(path, u"The disk is full."_s);
+        QStringList seen;
+        const Subscription keep = stage.line->UploadFailed.subscribe([&](const QString&) {
+            seen << QString::number(stage.line->Status()) + stage.icon() + stage.reason();
+            delete stage.line.data();
+        });
+        stage.line->Start();
+        QCOMPARE(seen, QStringList{u"3errorThe disk is full."_s});
+        QVERIFY(stage.line.isNull());
+    }
+
     void theBarStaysAsItIsAtTheEnd()
     {
         Stage stage;

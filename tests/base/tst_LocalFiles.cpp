@@ -361,6 +361,17 @@ private Q_SLOTS:
         QCOMPARE(entriesOf(folder.path()), QStringList{u".hidden"_s});
     }
 
+    void aFileWithThePrefixFurtherInItsNameIsNotSwept()
+    {
+        const QTemporaryDir folder;
+        const QStringList names{u"a"_s + QLatin1String(TemporaryPrefix) + u"abc"_s,
+                                u"report"_s + QLatin1String(TemporaryPrefix)};
+        for (const QString& name : names)
+            put(folder.filePath(name), "whole");
+        LocalFiles::sweepTemporaries(folder.path());
+        QCOMPARE(entriesOf(folder.path()), names);
+    }
+
     void aNameIsMadeUsable_data()
     {
         QTest::addColumn<QString>("name");
