@@ -196,13 +196,11 @@ void Attachments::mnuDownloadAll_Click()
     reportInBox(this, QStringLiteral("Attachments were not downloaded: "), Title, [this] { downloadAll(); });
 }
 
-/// A folder of this name, or of a like one that the disk takes, that is not there yet. There is room for the
-/// ending that the folder has while it is filled.
+/// A folder of this name, or of a like one that the disk takes, that is not there yet.
 static QString newFolder(const QString& downloads, const QString& name)
 {
-    constexpr qsizetype roomForEnding = 5; // "_TEMP"
     constexpr qsizetype roomForNumber = 16;
-    constexpr qsizetype longest = LocalFiles::LongestFileName - roomForEnding;
+    constexpr qsizetype longest = frmDownloadFolderPrompt::LongestOnDisk;
     const QDir folder(downloads);
     const auto freeFor = [&](qsizetype bytes) {
         return modUtils::UniqueFileName(folder.filePath(LocalFiles::usableFileName(name, bytes)));

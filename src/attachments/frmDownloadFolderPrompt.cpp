@@ -7,6 +7,7 @@
 #include "widgets/TextBox.h"
 
 #include <QAccessible>
+#include <QFile>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -26,6 +27,24 @@ QString invalidCharactersText()
 {
     return QStringLiteral("Folder name cannot contain any of the following characters: ") +
            modUtils::InvalidNameCharacters();
+}
+
+/// How many characters must go from the end of the name until the disk takes it.
+qsizetype excessOf(QString name)
+{
+    qsizetype excess = 0;
+    while (QFile::encodeName(name).size() > frmDownloadFolderPrompt::LongestOnDisk) {
+        name.chop(name.size() > 1 && name.back().isLowSurrogate() ? 2 : 1);
+        ++excess;
+    }
+    return excess;
+}
+
+QString tooLongText(qsizetype excess)
+{
+    return excess == 1
+               ? QStringLiteral("Folder name is too long. Please shorten it by 1 character.")
+               : QStringLiteral("Folder name is too long. Please shorten it by %1 characters.").arg(excess);
 }
 
 QLabel* newLabel(QWidget* form, const char* name, const QString& text)
@@ -149,6 +168,8 @@ void frmDownloadFolderPrompt::Validate()
             throw Error(QStringLiteral("Please enter a folder name."));
         if (!modUtils::IsValidFolderName(name))
             throw Error(invalidCharactersText());
+        if (const qsizetype excess = excessOf(name))
+            throw Error(tooLongText(excess));
     } catch (...) {
         txtFolderName->setFocus();
         throw;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/LocalFiles.h"
 #include "widgets/Form.h"
 
 class QLabel;
@@ -17,12 +18,17 @@ class TextBox;
 ///     prompt->ShowModal(this);
 ///     const QString name = prompt ? prompt->FolderName() : QString();
 ///
-/// It looks at the name only; whether the disk takes it shows when the folder is made.
+/// It looks at the name only, its length on the disk included; whether the disk takes it shows when the
+/// folder is made.
 class frmDownloadFolderPrompt final : public Form
 {
     Q_OBJECT
 
 public:
+    /// Bytes of the longest name in its UTF-8 form: the folder is filled under the name with "_TEMP" behind
+    /// it.
+    static constexpr qsizetype LongestOnDisk = LocalFiles::LongestFileName - 5;
+
     explicit frmDownloadFolderPrompt(QWidget* parent = nullptr);
     ~frmDownloadFolderPrompt() override;
 

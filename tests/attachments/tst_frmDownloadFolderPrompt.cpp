@@ -136,6 +136,18 @@ private Q_SLOTS:
         for (const QChar character : modUtils::InvalidNameCharacters())
             QTest::newRow(qPrintable(u"with %1"_s.arg(character)))
                 << u"a%1b"_s.arg(character) << CannotContain;
+        const auto tooLong = [](const QString& excess) {
+            return u"Folder name is too long. Please shorten it by %1."_s.arg(excess);
+        };
+        QTest::newRow("251 bytes") << QString(251, u'x') << tooLong(u"1 character"_s);
+        QTest::newRow("255 bytes") << QString(255, u'x') << tooLong(u"5 characters"_s);
+        QTest::newRow("252 bytes of 84 units")
+            << QString(84, QChar(0x20AC)) << tooLong(u"1 character"_s); // three bytes each
+        QTest::newRow("765 bytes of 255 units")
+            << QString(255, QChar(0x20AC)) << tooLong(u"172 characters"_s);
+        QTest::newRow("pairs") << u"\U0001F600"_s.repeated(64)
+                               << tooLong(u"2 characters"_s); // four bytes each
+        QTest::newRow("too long, with ?") << QString(255, u'?') << CannotContain;
     }
     void aNameThatIsRefusedKeepsThePromptOpen()
     {
@@ -179,8 +191,24 @@ private Q_SLOTS:
         QVERIFY(stage.show());
         stage.txtFolderName->SetText(QString(300, u'x'));
         QCOMPARE(stage.txtFolderName->Text().size(), 255);
+        stage.prompt.hide();
+    }
+
+    void aNameAsLongAsTheDiskTakesItIsTaken_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("250 bytes") << QString(250, u'x');
+        QTest::newRow("249 bytes of 83 units") << QString(83, QChar(0x20AC));
+        QTest::newRow("248 bytes of 62 pairs") << u"\U0001F600"_s.repeated(62);
+    }
+    void aNameAsLongAsTheDiskTakesItIsTaken()
+    {
+        QFETCH(QString, name);
+        Stage stage(name);
+        QVERIFY(stage.show());
         stage.press(Qt::Key_Return);
-        QCOMPARE(stage.prompt.FolderName(), QString(255, u'x'));
+        QVERIFY(!stage.prompt.isVisible());
+        QCOMPARE(stage.prompt.FolderName(), name);
     }
 
     void theTabKeyGoesFromTheNameToCancel()
