@@ -158,7 +158,7 @@ void Attachments::BoundSection_ReadData(const tvBusinessObjectPtr& record)
         RefreshList();
         SelectRow(m_attachments->Position());
     } catch (...) {
-        if (self && !shownRow())
+        if (self && !m_shownRow)
             EnableDetails(false); // the pane still shows the record before
         throw;
     }
@@ -176,11 +176,8 @@ void Attachments::follow(tvTableCollectionPtr attachments)
             m_attachments_ItemRemovedEx(nRemovedIndex, objItem);
         });
     m_attachments = std::move(attachments);
-}
-
-tvTableRowPtr Attachments::currentRow() const
-{
-    return m_attachments->Item(m_attachments->Position());
+    m_shownRow = nullptr; // a row of another collection may have its key
+    ++m_detailsTurn;
 }
 
 // The cover

@@ -37,6 +37,10 @@ class TextLink;
 ///
 /// A file is in the store as soon as it is added; its row reaches the database with the record. Removing a
 /// row leaves the file in the store.
+///
+/// The host may move the collection's position and change its rows while the section shows them: what the
+/// person types, ticks, opens and removes is the row that the pane shows, as long as it is in the collection.
+/// Rows that the host itself adds, removes or renames come into sight with the next `ReadData`.
 class Attachments final : public UserControl, public BoundSection
 {
     Q_OBJECT
@@ -71,7 +75,6 @@ private:
     void placeConstituents();
     void follow(tvTableCollectionPtr attachments);
     void m_attachments_ItemRemovedEx(qint32 nRemovedIndex, const tvTableRowPtr& objItem);
-    tvTableRowPtr currentRow() const;
 
     // The list: AttachmentsList.cpp
     void SetupList();
@@ -85,14 +88,19 @@ private:
     void UpdateCount();
     void LayoutCountLabels();
     void lvwFiles_ItemClick(qint32 index);
+    /// Shows the row at `index` after the texts of the one before are saved.
+    void takeLine(qint32 index);
 
     // The details pane: AttachmentsDetails.cpp
     /// Makes what stands in `fraDetails`, in tab order, at its place, with its names and events.
     void buildDetails();
     void nameDetails();
     void placeDetails();
-    /// The current row while the pane shows it; nullptr without one, and after one that could not be shown.
+    /// The row that the pane shows, wherever the host has moved the position; nullptr without one, when it
+    /// has left the collection, and after one that could not be shown.
     tvTableRowPtr shownRow() const;
+    /// Its index, counted from 1; 0 where there is none.
+    qint32 shownIndex() const;
     void ShowDetails();
     void fillTexts(const tvTableRowPtr& row);
     void fitFilename();
@@ -164,9 +172,9 @@ private:
     QHash<QString, QIcon> imglIcons;
     QHash<QString, QIcon> ImageList;
 
-    tvTableCollectionPtr m_attachments;   // never nullptr
-    std::weak_ptr<tvTableRow> m_shownRow; // whose texts stand in both boxes
-    quint64 m_detailsTurn = 0;            // how often the pane has been shown: the newest preview stays
+    tvTableCollectionPtr m_attachments; // never nullptr
+    tvTableRowPtr m_shownRow;           // whose texts stand in both boxes; nullptr for those of none
+    quint64 m_detailsTurn = 0;          // how often collection or row have changed: the newest preview stays
     Timer m_contextMenuTimer;
     Twips m_menuLeft = 0; // where the menu opens, inside the list
     Twips m_menuTop = 0;

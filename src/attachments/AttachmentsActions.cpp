@@ -160,7 +160,9 @@ void Attachments::ShowUpdating(bool busy)
 void Attachments::OpenCurrentFile()
 {
     try {
-        const tvTableRowPtr row = currentRow();
+        const tvTableRowPtr row = shownRow();
+        if (!row) // another record may have been bound while the menu was open
+            return;
         const QString source = modAttachments::GetAttachmentPath(*row);
         const QString name = modAttachments::GetAttachmentDisplayName(*row);
         ShellOpenFile(DownloadToTemp(source, name));

@@ -129,16 +129,21 @@ QObject* Attachments::CommentsTextBox() const
 
 // The row
 
+qint32 Attachments::shownIndex() const
+{
+    return indexOf(*m_attachments, m_shownRow);
+}
+
 tvTableRowPtr Attachments::shownRow() const
 {
-    const tvTableRowPtr shown = m_shownRow.lock();
-    return shown && m_attachments->Count() != 0 && currentRow() == shown ? shown : nullptr;
+    const qint32 index = shownIndex();
+    return index == 0 ? nullptr : m_attachments->Item(index);
 }
 
 void Attachments::ShowDetails()
 {
     EnableDetails(m_attachments->Count() >= 1);
-    m_shownRow.reset(); // until both boxes hold the texts of one row
+    m_shownRow = nullptr; // until both boxes hold the texts of one row
     ++m_detailsTurn;
     if (m_attachments->Count() == 0) {
         lblFilename->SetCaption(QString());
@@ -151,7 +156,7 @@ void Attachments::ShowDetails()
         picNoThumbnail->hide();
         return;
     }
-    const tvTableRowPtr row = currentRow();
+    const tvTableRowPtr row = m_attachments->Item(m_attachments->Position());
     try {
         fillTexts(row);
     } catch (...) {
@@ -161,9 +166,10 @@ void Attachments::ShowDetails()
     const bool isImage = modAttachments::IsImageAttachment(*row);
     chkDefault->setVisible(isImage);
     const QPointer<Attachments> self(this); // a follower of the cover may delete the control
+    const quint64 turn = m_detailsTurn;
     chkDefault->SetValue(m_attachments->CurrentIsPrimary() && isImage ? CheckBox::Checked
                                                                       : CheckBox::Unchecked);
-    if (self && shownRow() == row) // and may bind another record
+    if (self && turn == m_detailsTurn) // and may bind another record
         showThumbnail(*row);
 }
 
@@ -200,7 +206,7 @@ void Attachments::showThumbnail(tvTableRow& row)
     const auto onScreen = [density](Twips length) { return static_cast<Twips>(length * density); };
     QImage thumbnail = modAttachments::GetAttachmentThumbnail(row, onScreen(widthOf(*imgThumbnail)),
                                                               onScreen(heightOf(*imgThumbnail)));
-    if (!self || turn != m_detailsTurn || m_shownRow.lock().get() != &row)
+    if (!self || turn != m_detailsTurn)
         return;
     if (thumbnail.isNull()) {
         ShowFileKind(row);
@@ -262,21 +268,23 @@ void Attachments::txtDescription_Change()
     const tvFieldPtr field = fieldOf(*row, Description);
     if (ToText(field->Value()) == txtDescription->Text())
         return;
-    const QPointer<Attachments> self(this);
+    const QPointer<Attachments> self(this); // a follower may delete the control, or bind another record
+    const quint64 turn = m_detailsTurn;
     field->SetValue(txtDescription->Text());
-    if (self && shownRow() == row) // a follower may bind another record
+    if (self && turn == m_detailsTurn && shownIndex() != 0)
         UpdateRow(*row);
 }
 
 void Attachments::chkDefault_Click()
 {
-    const tvTableRowPtr row = shownRow();
-    if (!row || chkDefault->isHidden()) // of a file that is no image, which the host may have made the cover
+    const qint32 index = shownIndex();
+    if (index == 0 ||
+        chkDefault->isHidden()) // of a file that is no image, which the host may have made the cover
         return;
     const tvTableCollectionPtr attachments = m_attachments; // a follower of the cover may bind another record
     if (chkDefault->Value() == CheckBox::Checked)
-        attachments->SetPrimaryValue(fieldOf(*row, attachments->KeyColumn())->Value());
-    else if (attachments->Position() == attachments->PrimaryIndex())
+        attachments->SetPrimaryValue(fieldOf(*attachments->Item(index), attachments->KeyColumn())->Value());
+    else if (index == attachments->PrimaryIndex())
         attachments->SetPrimaryValue(Null());
 }
 

@@ -183,22 +183,28 @@ void Attachments::lvwFiles_ItemClick(qint32 index)
 {
     const QPointer<Attachments> self(this);
     const bool done = reportInBox(this, QStringLiteral("Unexpected error handling item click: "),
-                                  QStringLiteral("Attachments"), [&] {
-                                      if (index == m_attachments->Position())
-                                          return;
-                                      const tvTableCollectionPtr attachments = m_attachments;
-                                      SaveDetails();
-                                      // A follower of the fields may delete the control or bind another
-                                      // record.
-                                      if (!self || attachments != m_attachments)
-                                          return;
-                                      UpdateRow(*currentRow());
-                                      m_attachments->SetPosition(ToInteger(index));
-                                      SelectRow(index);
-                                  });
+                                  QStringLiteral("Attachments"), [&] { takeLine(index); });
     // The line that is selected is the one whose details show, so that nobody types into another row.
     if (!done && self)
         lvwFiles->SetSelectedItem(lvwFiles->DropHighlight());
+}
+
+void Attachments::takeLine(qint32 index)
+{
+    const tvTableCollectionPtr attachments = m_attachments;
+    if (index == shownIndex()) {
+        if (index != attachments->Position()) // the host has moved it
+            attachments->SetPosition(ToInteger(index));
+        return;
+    }
+    const QPointer<Attachments> self(this); // a follower of the fields may delete the control
+    SaveDetails();
+    if (!self || attachments != m_attachments) // or bind another record
+        return;
+    if (const tvTableRowPtr left = shownRow())
+        UpdateRow(*left);
+    attachments->SetPosition(ToInteger(index));
+    SelectRow(index);
 }
 
 // Layout

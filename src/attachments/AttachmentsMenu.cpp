@@ -1,4 +1,5 @@
 #include "Attachments.h"
+#include "base/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "widgets/CheckBox.h"
 #include "widgets/KeyCodes.h"
@@ -106,28 +107,28 @@ void Attachments::ShowContextMenu()
 
 void Attachments::mnuOpen_Click()
 {
-    reportInBox(this, QStringLiteral("Unexpected error opening attachment: "), Title, [this] {
-        if (shownRow()) // another record may have been bound while the menu was open
-            OpenCurrentFile();
-    });
+    reportInBox(this, QStringLiteral("Unexpected error opening attachment: "), Title,
+                [this] { OpenCurrentFile(); });
 }
 
 void Attachments::mnuRemove_Click()
 {
     const QPointer<Attachments> self(this); // a follower of the rows may delete the control
     reportInBox(this, QStringLiteral("Unexpected error removing attachment: "), Title, [&] {
-        const tvTableRowPtr row = shownRow();
-        if (!row)
+        const qint32 index = shownIndex();
+        if (index == 0)
             return;                                             // nobody removes what does not show
         const tvTableCollectionPtr attachments = m_attachments; // a follower may bind another record
         const auto isBound = [&] { return self && attachments == m_attachments; };
         try {
+            if (index != attachments->Position()) // the host may have moved it
+                attachments->SetPosition(ToInteger(index));
             attachments->RemoveCurrent(false);
             if (isBound())
                 RefreshList();
         } catch (...) {
             // The row may be gone although a follower failed. One that stays keeps the texts typed for it.
-            if (isBound() && shownRow() != row)
+            if (isBound() && shownIndex() == 0)
                 continueOnError([&] { RefreshList(); }, [&] { SelectRow(m_attachments->Position()); });
             throw;
         }
@@ -141,7 +142,7 @@ void Attachments::mnuRemove_Click()
 void Attachments::lvwFiles_DblClick()
 {
     reportInBox(this, QString(), Title, [this] {
-        if (lvwFiles->DropHighlight() && shownRow())
+        if (lvwFiles->DropHighlight())
             OpenCurrentFile();
     });
 }

@@ -85,6 +85,9 @@ public:
     }
     qint32 PrimaryIndex() const override { return m_rows.PrimaryIndex(); }
 
+    /// From now on each call that gives a row makes an object for it.
+    void makeRowsAnew() { m_rows.makesRowsAnew = true; }
+
     const QList<bool>& removedImmediately() const { return m_rows.removedImmediately; }
 
     /// What was made the primary value, call by call.

@@ -54,12 +54,18 @@ tvTableRowPtr FakeCollection::AddNew()
 {
     Add(NewItem());
     m_position = static_cast<qint16>(Count());
-    return m_rows.last();
+    return given(m_rows.last());
+}
+
+tvTableRowPtr FakeCollection::given(const tvTableRowPtr& row) const
+{
+    return makesRowsAnew ? std::make_shared<FakeRowView>(row) : row;
 }
 
 void FakeCollection::Add(const tvTableRowPtr& row)
 {
-    m_rows << row;
+    const auto view = std::dynamic_pointer_cast<FakeRowView>(row);
+    m_rows << (view ? view->row() : row);
     if (m_position == 0)
         m_position = 1;
 }
@@ -69,7 +75,7 @@ tvTableRowPtr FakeCollection::Item(qint32 index)
     ++reads;
     if (index < 1 || index > Count())
         throw Error(QStringLiteral("The collection has no row %1").arg(index));
-    return m_rows.at(index - 1);
+    return given(m_rows.at(index - 1));
 }
 
 QVariant FakeCollection::keyOf(const tvTableRowPtr& row) const

@@ -48,6 +48,26 @@ private:
     bool m_isNew;
 };
 
+/// An object of its own for a row that a collection keeps, as hosts make them that hold their rows otherwise.
+class FakeRowView final : public tvTableRow
+{
+public:
+    explicit FakeRowView(tvTableRowPtr row)
+        : m_row(std::move(row))
+    {
+    }
+
+    HostObjectPtr Item(const QString& name) override { return m_row->Item(name); }
+    tvFieldPtr Item(int index) override { return m_row->Item(index); }
+    int FieldCount() const override { return m_row->FieldCount(); }
+    bool IsNew() const override { return m_row->IsNew(); }
+
+    const tvTableRowPtr& row() const { return m_row; }
+
+private:
+    tvTableRowPtr m_row;
+};
+
 /// A collection whose new rows have the given columns, the first of them the key.
 class FakeCollection final : public tvTableCollection
 {
@@ -74,11 +94,14 @@ public:
     QString itemClass;
     /// How `RemoveCurrent` was asked to remove, call by call.
     QList<bool> removedImmediately;
+    /// Whether each call that gives a row makes an object for it.
+    bool makesRowsAnew = false;
     /// How many times a row was asked for.
     qint64 reads = 0;
 
 private:
     QVariant keyOf(const tvTableRowPtr& row) const;
+    tvTableRowPtr given(const tvTableRowPtr& row) const;
 
     QStringList m_columns;
     QList<tvTableRowPtr> m_rows;

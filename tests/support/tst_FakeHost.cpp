@@ -1,5 +1,6 @@
 #include "FakeDropdown.h"
 #include "FakeHost.h"
+#include "FakeRecords.h"
 #include "TestCase.h"
 #include "base/Error.h"
 #include "base/Variant.h"
@@ -40,6 +41,27 @@ private Q_SLOTS:
         host.listFilling().FillTableCombo(Tables::Team, combo, false, 2, false);
         QCOMPARE(combo.ListCount(), 3);
         QCOMPARE(combo.ItemData(combo.ListIndex()), 2);
+    }
+
+    void aCollectionCanMakeAnObjectForARowAtEachCall()
+    {
+        FakeCollection rows;
+        const tvTableRowPtr kept = rows.AddNew();
+        QCOMPARE(rows.Item(1), kept);
+        rows.makesRowsAnew = true;
+        fieldOf(*rows.AddNew(), QStringLiteral("SeqNo"))->SetValue(7);
+        const tvTableRowPtr row = rows.Item(2);
+        QVERIFY(row != rows.Item(2));
+        QCOMPARE(fieldOf(*rows.Item(2), QStringLiteral("SeqNo"))->Value(), QVariant(7));
+
+        rows.SetPosition(1);
+        rows.RemoveCurrent(false); // the object stands for its row wherever that stands
+        fieldOf(*row, QStringLiteral("SeqNo"))->SetValue(8);
+        QCOMPARE(fieldOf(*rows.Item(1), QStringLiteral("SeqNo"))->Value(), QVariant(8));
+        rows.RemoveCurrent(false);
+        rows.Add(row);
+        QCOMPARE(rows.Count(), 1);
+        QCOMPARE(fieldOf(*rows.Item(1), QStringLiteral("SeqNo"))->Value(), QVariant(8));
     }
 
     void theExtraTellsRequiredFieldsApart()

@@ -37,6 +37,9 @@ class tvBusinessObject : public HostObject
 public:
     /// The child of this name: a row, a collection, another record, or in a row a field.
     /// nullptr when there is none; the caller tests that. Names compare without case.
+    ///
+    /// A collection is the same object at each call while its record is open: sections that share it hear of
+    /// each other by its events. All else may be made at each call.
     virtual HostObjectPtr Item(const QString& name) = 0;
 
     /// The name of the record's class, such as "tvIncidentBO"; sections with rights of their own find their
@@ -66,6 +69,10 @@ class tvLinkField : public tvField
 };
 
 /// One row of a table.
+///
+/// Rows are told apart by the value of their key column, not by their objects, of which a host may make one
+/// at each call. Each object stands for its row as long as somebody holds it, wherever the row stands in its
+/// collection, and keeps the row's values also when the row has been removed.
 class tvTableRow : public tvBusinessObject
 {
 public:
@@ -113,7 +120,9 @@ public:
     virtual tvTableRowPtr NewItem() = 0;
     /// Appends a new empty row, makes it current and returns it.
     virtual tvTableRowPtr AddNew() = 0;
-    /// Appends a row made by `NewItem`.
+    /// Appends a row made by `NewItem`, or one that `RemoveCurrent` has taken out: that one keeps its key
+    /// where no other row has it by now, and is the saved row again if it was. Raises an `Error` for a
+    /// removed row that it does not take, such as one that a save has deleted in between.
     virtual void Add(const tvTableRowPtr& row) = 0;
     /// Removes the row at `Position`, then raises `ItemRemoved` and `ItemRemovedEx`. With `immediately` the
     /// row leaves the database at once, else with the next save.
@@ -142,6 +151,13 @@ public:
     /// Key value of the primary row, Null when there is none any more.
     Event<const QVariant&> PrimaryStatusChanged;
 };
+
+/// Whether both stand for one row of the collection: they are one object, or have one key other than Null.
+bool isSameRow(const tvTableCollection& rows, const tvTableRowPtr& one, const tvTableRowPtr& other);
+
+/// Where the row stands in the collection, counted from 1; 0 when it is not there. Looks at the current row
+/// first. nullptr stands nowhere.
+qint32 indexOf(tvTableCollection& rows, const tvTableRowPtr& row);
 
 } // namespace tavrin
 
