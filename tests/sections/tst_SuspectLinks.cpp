@@ -1,6 +1,7 @@
 #include "base/Error.h"
 #include "base/Variant.h"
 #include "sections/SuspectLinks.h"
+#include "support/FakeHost.h"
 #include "support/FakeRecords.h"
 #include "support/TestCase.h"
 
@@ -157,6 +158,30 @@ private Q_SLOTS:
         QCOMPARE(stage.rows->Count(), 1);
         QCOMPARE(links.find(5), stage.rows->Item(1));
         QCOMPARE(stage.rows->removedImmediately, QList<bool>({false, false}));
+    }
+
+    void aLinkThatCannotBeCompletedIsTakenBack_data()
+    {
+        QTest::addColumn<bool>("makesRowsAnew");
+        QTest::newRow("a host that keeps its rows") << false;
+        QTest::newRow("a host that makes rows anew") << true;
+    }
+    void aLinkThatCannotBeCompletedIsTakenBack()
+    {
+        QFETCH(bool, makesRowsAnew);
+        tavrin::test::FakeHost host;
+        const HostInstallation installation(host);
+        const Stage stage;
+        stage.rows->numbersRows = true;
+        stage.rows->makesRowsAnew = makesRowsAnew;
+        stage.add(1);
+        FakeCollection parties({u"SeqNo"_s});
+        const tvTableRowPtr party = parties.AddNew();
+        fieldOf(*party, u"SeqNo"_s)->SetValue(2);
+        SuspectLinks links = stage.links();
+        QVERIFY_THROWS_EXCEPTION(Error, links.relate(*party, nullptr, u"3"_s)); // no suspects
+        QCOMPARE(stage.rows->Count(), 1);
+        QVERIFY(stage.walked(1));
     }
 
     void aRowBeyondTheRangeOfAPositionCannotBeRemoved()

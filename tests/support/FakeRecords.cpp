@@ -47,6 +47,8 @@ tvTableRowPtr FakeCollection::NewItem()
     QList<tvFieldPtr> fields;
     for (const QString& column : m_columns)
         fields << std::make_shared<FakeField>(column, Null(), fields.isEmpty());
+    if (numbersRows)
+        fields.first()->SetValue(++m_lastNumber);
     return std::make_shared<FakeRow>(fields);
 }
 

@@ -96,6 +96,8 @@ public:
     QList<bool> removedImmediately;
     /// Whether each call that gives a row makes an object for it.
     bool makesRowsAnew = false;
+    /// Whether a new row has a key, the next number.
+    bool numbersRows = false;
     /// How many times a row was asked for.
     qint64 reads = 0;
 
@@ -106,6 +108,7 @@ private:
     QStringList m_columns;
     QList<tvTableRowPtr> m_rows;
     qint16 m_position = 0;
+    qint32 m_lastNumber = 0;
     QVariant m_primary = QVariant::fromValue(nullptr);
 };
 

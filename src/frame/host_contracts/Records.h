@@ -38,8 +38,8 @@ public:
     /// The child of this name: a row, a collection, another record, or in a row a field.
     /// nullptr when there is none; the caller tests that. Names compare without case.
     ///
-    /// A collection is the same object at each call while its record is open: sections that share it hear of
-    /// each other by its events. All else may be made at each call.
+    /// A collection that several sections show, such as the attachments, is the same object at each call
+    /// while its record is open: they hear of each other by its events. All else may be made at each call.
     virtual HostObjectPtr Item(const QString& name) = 0;
 
     /// The name of the record's class, such as "tvIncidentBO"; sections with rights of their own find their
