@@ -152,6 +152,7 @@ void Attachments::BoundSection_ReadData(const tvBusinessObjectPtr& record)
     m_canAdd = canAdd;
     m_canDelete = canDelete;
     follow(attachments);
+    m_record = record;
     const QPointer<Attachments> self(this); // a follower of the cover may delete the control
     try {
         UpdateMenus();

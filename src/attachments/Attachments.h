@@ -131,7 +131,9 @@ private:
     void AddFiles(const QStringList& files);
     void uploadAndAdd(const QStringList& paths);
     static void AddUploadedFile(tvTableCollection& attachments, const UploadedFile& uploaded);
+    static void addMissing(tvTableCollection& attachments, const QList<UploadedFile>& files);
     void showAdded();
+    void tellUploadedFor(const QString& record, const QList<UploadedFile>& files);
     void ShowUpdating(bool busy);
     void OpenCurrentFile();
     /// The path of the copy, which bears the file's own name.
@@ -172,6 +174,7 @@ private:
     QHash<QString, QIcon> imglIcons;
     QHash<QString, QIcon> ImageList;
 
+    tvBusinessObjectPtr m_record;       // that the rows belong to; nullptr before the first
     tvTableCollectionPtr m_attachments; // never nullptr
     tvTableRowPtr m_shownRow;           // whose texts stand in both boxes; nullptr for those of none
     quint64 m_detailsTurn = 0;          // how often collection or row have changed: the newest preview stays

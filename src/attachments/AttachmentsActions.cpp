@@ -1,10 +1,12 @@
 #include "Attachments.h"
+#include "ModuleKey.h"
 #include "PrimaryRule.h"
 #include "SelectedFiles.h"
 #include "ShellReasons.h"
 #include "TemporaryCopy.h"
 #include "base/Error.h"
 #include "base/LocalFiles.h"
+#include "base/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/desktop/Desktop.h"
 #include "frame/host_contracts/Host.h"
@@ -21,6 +23,7 @@
 #include <QFileInfo>
 #include <QPointer>
 #include <QScopeGuard>
+#include <QSet>
 
 namespace tavrin {
 
@@ -95,6 +98,11 @@ void Attachments::uploadAndAdd(const QStringList& paths)
         return;
     // The files are this record's, whatever the host binds while they are uploaded.
     const tvTableCollectionPtr attachments = m_attachments;
+    const tvBusinessObjectPtr record = m_record;
+    const QString caption = captionOf(*window());
+    const auto isBound = [&] {
+        return self && (attachments == m_attachments || isSameRecord(record, m_record));
+    };
     auto* dialog = new frmUploadTask;
     const QPointer<frmUploadTask> alive = dialog;
     const auto unload = qScopeGuard([&alive] { delete alive.data(); });
@@ -106,15 +114,46 @@ void Attachments::uploadAndAdd(const QStringList& paths)
     const QList<UploadedFile> files = dialog->UploadedFiles(); // a follower of the rows may close the form
     for (const UploadedFile& uploaded : files) {
         currentHost().hostServices().NotifyFileUploaded();
-        AddUploadedFile(*attachments, uploaded);
+        const tvTableCollectionPtr rows = isBound() ? m_attachments : attachments; // as it has been read last
+        AddUploadedFile(*rows, uploaded);
     }
+    if (isBound() && attachments != m_attachments)
+        addMissing(*tvTableCollectionPtr(m_attachments), files);
     delete alive.data();
+    if (isBound())
+        showAdded();
     if (!self)
         return;
-    if (attachments == m_attachments)
-        showAdded();
-    if (self)
-        ShowUpdating(false);
+    ShowUpdating(false);
+    if (!isBound() && !files.isEmpty())
+        tellUploadedFor(caption, files);
+}
+
+/// Adds those files that reached the record before it was read anew, and that it therefore does not list.
+void Attachments::addMissing(tvTableCollection& attachments, const QList<UploadedFile>& files)
+{
+    QSet<QString> listed;
+    for (const tvTableRowPtr& row : attachments)
+        listed << ToText(fieldOf(*row, QStringLiteral("FileName"))->Value());
+    for (const UploadedFile& uploaded : files) {
+        if (!listed.contains(uploaded.Filename))
+            AddUploadedFile(attachments, uploaded);
+    }
+}
+
+/// Nobody sees whether the record that has been left keeps its new rows.
+void Attachments::tellUploadedFor(const QString& record, const QList<UploadedFile>& files)
+{
+    QStringList names;
+    for (const UploadedFile& uploaded : files)
+        names << uploaded.OriginalFilename;
+    desktop().messageBoxes->tell(
+        this,
+        QStringLiteral("Another record was opened here while files were uploaded for \"%1\". They are in the "
+                       "attachments folder. Open \"%1\" again and add those that it does not list:"
+                       "\r\n\r\n%2")
+            .arg(record, names.join(QStringLiteral("\r\n"))),
+        BoxIcon::Exclamation, Title);
 }
 
 void Attachments::showAdded()

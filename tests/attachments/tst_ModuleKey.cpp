@@ -1,11 +1,30 @@
 #include "attachments/ModuleKey.h"
 #include "base/Error.h"
+#include "base/Variant.h"
 #include "support/FakeRecords.h"
 #include "support/TestCase.h"
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;
+using tavrin::test::FakeField;
 using tavrin::test::FakeRecord;
+
+namespace {
+
+/// A record whose main row has a plain column and these key columns; none without a key.
+tvBusinessObjectPtr recordWith(const QString& className, const QVariantList& key)
+{
+    const auto record = std::make_shared<FakeRecord>();
+    record->className = className;
+    QList<tvFieldPtr> fields{std::make_shared<FakeField>(u"Summary"_s, className)};
+    for (const QVariant& part : key)
+        fields << std::make_shared<FakeField>(u"Key%1"_s.arg(fields.size()), part, true);
+    if (!key.isEmpty())
+        record->setItem(GetModuleKeyFromBO(record), std::make_shared<tavrin::test::FakeRow>(fields));
+    return record;
+}
+
+} // namespace
 
 class tst_ModuleKey : public tavrin::test::TestCase
 {
@@ -61,6 +80,45 @@ private Q_SLOTS:
         } catch (const Error& error) {
             QCOMPARE(error.Number, 91);
         }
+    }
+
+    void recordsAreTheSameByTheirObjectOrByClassAndKey_data()
+    {
+        QTest::addColumn<QString>("otherClass");
+        QTest::addColumn<QVariantList>("key"); // no main row without one
+        QTest::addColumn<QVariantList>("otherKey");
+        QTest::addColumn<bool>("same");
+        const QString incident = u"tvIncidentBO"_s;
+        const auto row = [](const char* name, const QString& otherClass, const QVariantList& key,
+                            const QVariantList& otherKey,
+                            bool same) { QTest::newRow(name) << otherClass << key << otherKey << same; };
+        row("one key", incident, {7}, {7}, true);
+        row("one key in another type", incident, {7}, {7.0}, true);
+        row("another key", incident, {7}, {8}, false);
+        row("another class", u"tvWarrantBO"_s, {7}, {7}, false);
+        row("no main rows", incident, {}, {}, false);
+        row("one without a main row", incident, {7}, {}, false);
+        row("no keys yet", incident, {Null()}, {Null()}, false);
+        row("one without a key", incident, {7}, {Null()}, false);
+        row("two parts", incident, {7, u"a"_s}, {7, u"a"_s}, true);
+        row("another second part", incident, {7, u"a"_s}, {7, u"b"_s}, false);
+        row("a second part that is missing", incident, {7, u"a"_s}, {7}, false);
+        row("half a key", incident, {7, Null()}, {7, Null()}, false);
+    }
+    void recordsAreTheSameByTheirObjectOrByClassAndKey()
+    {
+        QFETCH(QString, otherClass);
+        QFETCH(QVariantList, key);
+        QFETCH(QVariantList, otherKey);
+        QFETCH(bool, same);
+        const auto one = recordWith(u"tvIncidentBO"_s, key);
+        const auto other = recordWith(otherClass, otherKey);
+        QCOMPARE(isSameRecord(one, other), same);
+        QCOMPARE(isSameRecord(other, one), same);
+        QVERIFY(isSameRecord(one, one));
+        QVERIFY(!isSameRecord(one, nullptr));
+        QVERIFY(!isSameRecord(nullptr, one));
+        QVERIFY(!isSameRecord(nullptr, nullptr));
     }
 };
 
