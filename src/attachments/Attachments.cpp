@@ -72,6 +72,7 @@ void Attachments::build()
     picToolbar = new GroupBox(this);
     lnkAddAttachments = new TextLink(picToolbar);
     Label4 = new Label(picToolbar);
+    buildUndo();
     lblFilename = new Label(this);
     lblCountLabel = new Label(this);
     lblCount = new Label(this);
@@ -154,6 +155,7 @@ void Attachments::BoundSection_ReadData(const tvBusinessObjectPtr& record)
     follow(attachments);
     m_record = record;
     const QPointer<Attachments> self(this); // a follower of the cover may delete the control
+    forgetRemoved();
     try {
         UpdateMenus();
         RefreshList();
@@ -203,6 +205,7 @@ void Attachments::UserControl_Resize()
     };
     continueOnError(
         [&] { setWidth(*lvwFiles, w); }, [&] { ResizeLastColumn(); }, [&] { setWidth(*picToolbar, w); },
+        [&] { placeUndo(); },
         [&] { moveTo(*fraDetails, leftOf(*fraDetails), topOf(*fraDetails), w, h - topOf(*fraDetails)); },
         [&] {
             moveTo(*picNoThumbnail, leftOf(*imgThumbnail) + TwipsPerPixel,

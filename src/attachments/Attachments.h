@@ -1,5 +1,6 @@
 #pragma once
 
+#include "RemovedRow.h"
 #include "UploadedFile.h"
 #include "frame/Timer.h"
 #include "frame/control_frame/UserControl.h"
@@ -26,6 +27,7 @@ class PopupMenu;
 class TextArea;
 class TextBox;
 class TextLink;
+class UndoLine;
 
 /// The files that are attached to a record: a list, the details of the current one, and what a person does
 /// with them.
@@ -36,7 +38,7 @@ class TextLink;
 ///     attachments->WriteData(record); // brings the two text boxes home; all else is in the rows already
 ///
 /// A file is in the store as soon as it is added; its row reaches the database with the record. Removing a
-/// row leaves the file in the store.
+/// row leaves the file in the store. What the person has removed can be put back until the next `ReadData`.
 ///
 /// The host may move the collection's position and change its rows while the section shows them: what the
 /// person types, ticks, opens and removes is the row that the pane shows, as long as it is in the collection.
@@ -127,6 +129,16 @@ private:
     void mnuOpen_Click();
     void mnuRemove_Click();
 
+    // What has been removed: AttachmentsUndo.cpp
+    void buildUndo();
+    void placeUndo();
+    /// Says what was removed last, and hides the line when there is nothing.
+    void showRemoved();
+    void forgetRemoved();
+    void keepRemoved(RemovedRow removed);
+    void undoRemove();
+    void putLastBack();
+
     // What is done with files: AttachmentsActions.cpp
     void AddFiles(const QStringList& files);
     void uploadAndAdd(const QStringList& paths);
@@ -149,6 +161,7 @@ private:
     GroupBox* picToolbar = nullptr;
     TextLink* lnkAddAttachments = nullptr;
     Label* Label4 = nullptr;
+    UndoLine* picUndo = nullptr;
     Label* lblFilename = nullptr;
     Label* lblCountLabel = nullptr;
     Label* lblCount = nullptr;
@@ -178,6 +191,7 @@ private:
     tvTableCollectionPtr m_attachments; // never nullptr
     tvTableRowPtr m_shownRow;           // whose texts stand in both boxes; nullptr for those of none
     quint64 m_detailsTurn = 0;          // how often collection or row have changed: the newest preview stays
+    std::vector<RemovedRow> m_removed;  // by the person, from these attachments
     Timer m_contextMenuTimer;
     Twips m_menuLeft = 0; // where the menu opens, inside the list
     Twips m_menuTop = 0;

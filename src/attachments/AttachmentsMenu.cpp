@@ -1,8 +1,10 @@
 #include "Attachments.h"
+#include "UndoLine.h"
 #include "base/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "widgets/CheckBox.h"
 #include "widgets/KeyCodes.h"
+#include "widgets/Label.h"
 #include "widgets/ListView.h"
 #include "widgets/PopupMenu.h"
 #include "widgets/TextArea.h"
@@ -41,7 +43,8 @@ void Attachments::buildActions()
     for (const auto& [object, name] : names)
         object->setObjectName(QString::fromLatin1(name));
 
-    const QList<QWidget*> stops = {lvwFiles, lnkAddAttachments, chkDefault, txtDescription, txtComment};
+    const QList<QWidget*> stops = {lvwFiles,   lnkAddAttachments, picUndo->link(),
+                                   chkDefault, txtDescription,    txtComment};
     for (qsizetype i = 1; i < stops.size(); ++i)
         setTabOrder(stops.at(i - 1), stops.at(i));
     followActions();
@@ -120,6 +123,7 @@ void Attachments::mnuRemove_Click()
             return;                                             // nobody removes what does not show
         const tvTableCollectionPtr attachments = m_attachments; // a follower may bind another record
         const auto isBound = [&] { return self && attachments == m_attachments; };
+        const RemovedRow removed(*attachments, index, lblFilename->Caption(), txtComment->Text());
         try {
             if (index != attachments->Position()) // the host may have moved it
                 attachments->SetPosition(ToInteger(index));
@@ -129,11 +133,14 @@ void Attachments::mnuRemove_Click()
         } catch (...) {
             // The row may be gone although a follower failed. One that stays keeps the texts typed for it.
             if (isBound() && shownIndex() == 0)
-                continueOnError([&] { RefreshList(); }, [&] { SelectRow(m_attachments->Position()); });
+                continueOnError([&] { keepRemoved(removed); }, [&] { RefreshList(); },
+                                [&] { SelectRow(m_attachments->Position()); });
             throw;
         }
-        if (isBound())
-            SelectRow(m_attachments->Position());
+        if (!isBound())
+            return;
+        keepRemoved(removed);
+        SelectRow(m_attachments->Position());
     });
 }
 

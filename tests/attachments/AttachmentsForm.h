@@ -57,6 +57,8 @@ public:
     }
     void Add(const tvTableRowPtr& row) override
     {
+        if (beforeAdding)
+            beforeAdding(*row);
         const auto key = fieldOf(*row, KeyColumn());
         if (IsNull(key->Value()))
             key->SetValue(++m_last);
@@ -93,6 +95,8 @@ public:
     /// What was made the primary value, call by call.
     QStringList primaries;
     std::optional<Error> removalFailure;
+    /// May refuse a row.
+    std::function<void(tvTableRow&)> beforeAdding;
 
 private:
     mutable FakeCollection m_rows;

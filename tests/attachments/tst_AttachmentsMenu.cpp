@@ -480,6 +480,40 @@ private Q_SLOTS:
         QCOMPARE(form.boxes.shown().size(), 0);
     }
 
+    void aRemovalMayDeleteTheSection_data()
+    {
+        QTest::addColumn<bool>("byKey");
+        QTest::newRow("Delete") << true;
+        QTest::newRow("menu") << false;
+    }
+    void aRemovalMayDeleteTheSection()
+    {
+        QFETCH(bool, byKey);
+        AttachmentsForm form;
+        form.addThree();
+        form.read();
+        QVERIFY(form.show());
+        const tavrin::test::Unhandled unhandled;
+        int removed = 0;
+        const Subscription deleting = form.rows->ItemRemovedEx.subscribe([&](qint32, const tvTableRowPtr&) {
+            ++removed;
+            delete form.section.data();
+        });
+        if (byKey) {
+            form.press(Qt::Key_Delete);
+        } else {
+            openMenu(form, form.placeOfLine(0));
+            form.menu->close();
+            form.item("mnuRemove")
+                ->trigger(); // not from inside an event of the menu, which dies with the section
+        }
+        QVERIFY(form.section.isNull());
+        QCOMPARE(removed, 1);
+        QCOMPARE(form.rows->Count(), 2);
+        QCOMPARE(form.boxes.shown().size(), 0);
+        QCOMPARE(unhandled.texts, QStringList());
+    }
+
     void aRemovalWithoutItsRowIsAnError()
     {
         AttachmentsForm form;

@@ -1,0 +1,85 @@
+#include "Attachments.h"
+#include "RemovedRow.h"
+#include "UndoLine.h"
+#include "frame/control_frame/FailurePolicy.h"
+#include "widgets/GroupBox.h"
+#include "widgets/Label.h"
+#include "widgets/ListView.h"
+
+#include <QPointer>
+
+namespace tavrin {
+
+/// The line lies over the words beside the link, which come back when there is nothing to take back any more.
+void Attachments::buildUndo()
+{
+    picUndo = new UndoLine(*lvwFiles, picToolbar);
+    m_subscriptions.push_back(picUndo->Undo.subscribe([this] { undoRemove(); }));
+}
+
+void Attachments::placeUndo()
+{
+    const QPoint place = Label4->pos();
+    picUndo->setGeometry(place.x(), place.y(), std::max(0, picToolbar->width() - place.x()),
+                         std::max(0, picToolbar->height() - place.y()));
+}
+
+void Attachments::showRemoved()
+{
+    if (m_removed.empty())
+        picUndo->Clear();
+    else
+        picUndo->Tell(m_removed.back().name());
+}
+
+void Attachments::forgetRemoved()
+{
+    m_removed.clear();
+    showRemoved();
+}
+
+void Attachments::keepRemoved(RemovedRow removed)
+{
+    removed.noteRemoval(*m_attachments);
+    m_removed.push_back(std::move(removed));
+    showRemoved();
+}
+
+void Attachments::undoRemove()
+{
+    reportInBox(this, QStringLiteral("Unexpected error putting attachment back: "),
+                QStringLiteral("Attachments"), [this] {
+                    const QPointer<Attachments> self(this); // a follower of the fields may delete the control
+                    const tvTableCollectionPtr attachments = m_attachments;
+                    SaveDetails(); // of the row that shows until now
+                    if (self && attachments == m_attachments && !m_removed.empty())
+                        putLastBack();
+                });
+}
+
+void Attachments::putLastBack()
+{
+    const QPointer<Attachments> self(this);                 // a follower of the rows may delete the control
+    const tvTableCollectionPtr attachments = m_attachments; // or bind another record
+    const auto isBound = [&] { return self && attachments == m_attachments; };
+    RemovedRow removed = m_removed.back();
+    m_removed.pop_back();
+    try {
+        removed.putBack(*attachments);
+    } catch (...) {
+        // The row may be back although a follower failed.
+        if (isBound()) {
+            if (removed.indexIn(*attachments) == 0)
+                m_removed.push_back(removed);
+            continueOnError([this] { showRemoved(); }, [this] { RefreshList(); });
+        }
+        throw;
+    }
+    if (!isBound())
+        return;
+    showRemoved();
+    RefreshList();
+    SelectRow(removed.indexIn(*attachments));
+}
+
+} // namespace tavrin

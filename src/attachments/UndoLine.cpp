@@ -1,0 +1,91 @@
+#include "UndoLine.h"
+
+#include "base/Guard.h"
+#include "widgets/Label.h"
+#include "widgets/Placement.h"
+#include "widgets/TextLink.h"
+
+#include <QAccessible>
+#include <QKeyEvent>
+
+#include <algorithm>
+
+namespace tavrin {
+
+namespace {
+
+constexpr Twips Gap = 90;
+
+} // namespace
+
+UndoLine::UndoLine(QWidget& list, QWidget* parent)
+    : GroupBox(parent)
+    , m_list(list)
+    , lblRemoved(new Label(this))
+    , lnkUndo(new TextLink(this))
+{
+    setObjectName(QStringLiteral("picUndo"));
+    lblRemoved->setObjectName(QStringLiteral("lblRemoved"));
+    lnkUndo->setObjectName(QStringLiteral("lnkUndo"));
+    lblRemoved->SetAutoSize(false);
+    lblRemoved->SetElideMode(Qt::ElideMiddle); // the end says what has become of the name
+    lnkUndo->SetCaption(QStringLiteral("Undo"));
+    lnkUndo->SetForeColor(SystemColor::Highlight);
+    lnkUndo->SetHoverUnderline(true);
+    m_click = lnkUndo->Click.subscribe([this] { Undo.raise(); });
+    m_list.installEventFilter(this);
+    hide();
+}
+
+QWidget* UndoLine::link() const
+{
+    return lnkUndo;
+}
+
+void UndoLine::Tell(const QString& name)
+{
+    lblRemoved->SetCaption(name + QStringLiteral(" removed."));
+    lnkUndo->setAccessibleDescription(QStringLiteral("Puts %1 back").arg(name));
+    layOut();
+    show();
+    raise();
+    QAccessibleEvent announcement(lblRemoved, QAccessible::Alert);
+    QAccessible::updateAccessibility(&announcement);
+}
+
+void UndoLine::Clear()
+{
+    if (lnkUndo->hasFocus())
+        m_list.setFocus(); // it would go to whatever is next on the form
+    hide();
+}
+
+void UndoLine::layOut()
+{
+    const QSize words = lblRemoved->QLabel::sizeHint();
+    const int gap = toPixels(Gap);
+    const int room = std::max(0, width() - gap - lnkUndo->width());
+    lblRemoved->setGeometry(0, 0, std::min(words.width(), room), words.height());
+    lnkUndo->move(lblRemoved->width() + gap, 0);
+}
+
+void UndoLine::resizeEvent(QResizeEvent* event)
+{
+    GroupBox::resizeEvent(event);
+    layOut();
+}
+
+bool UndoLine::eventFilter(QObject* watched, QEvent* event)
+{
+    const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+    if (watched != &m_list || !isKey || isHidden() ||
+        !static_cast<QKeyEvent*>(event)->matches(QKeySequence::Undo))
+        return GroupBox::eventFilter(watched, event);
+    event->accept(); // a shortcut of the form must not take the keys
+    const bool isHeld = static_cast<QKeyEvent*>(event)->isAutoRepeat();
+    if (event->type() == QEvent::KeyPress && !isHeld)
+        guard("UndoLine_Undo", [this] { Undo.raise(); });
+    return true;
+}
+
+} // namespace tavrin
