@@ -19,9 +19,10 @@ void Attachments::buildUndo()
 
 void Attachments::placeUndo()
 {
-    const QPoint place = Label4->pos();
-    picUndo->setGeometry(place.x(), place.y(), std::max(0, picToolbar->width() - place.x()),
-                         std::max(0, picToolbar->height() - place.y()));
+    constexpr Twips indent = 240; // what is said here does not go on from the link's words
+    const QPoint words = Label4->pos();
+    picUndo->setGeometry(words.x(), 0, std::max(0, picToolbar->width() - words.x()), picToolbar->height());
+    picUndo->setContentsMargins(toPixels(indent), words.y(), 0, 0);
 }
 
 void Attachments::showRemoved()

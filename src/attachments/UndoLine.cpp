@@ -64,15 +64,18 @@ void UndoLine::layOut()
 {
     const QSize words = lblRemoved->QLabel::sizeHint();
     const int gap = toPixels(Gap);
-    const int room = std::max(0, width() - gap - lnkUndo->width());
-    lblRemoved->setGeometry(0, 0, std::min(words.width(), room), words.height());
-    lnkUndo->move(lblRemoved->width() + gap, 0);
+    const QRect place = contentsRect();
+    const int room = std::max(0, place.width() - gap - lnkUndo->width());
+    lblRemoved->setGeometry(place.x(), place.y(), std::min(words.width(), room), words.height());
+    lnkUndo->move(lblRemoved->geometry().right() + 1 + gap, place.y());
 }
 
-void UndoLine::resizeEvent(QResizeEvent* event)
+bool UndoLine::event(QEvent* event)
 {
-    GroupBox::resizeEvent(event);
-    layOut();
+    const bool taken = GroupBox::event(event);
+    if (event->type() == QEvent::Resize || event->type() == QEvent::ContentsRectChange)
+        layOut();
+    return taken;
 }
 
 bool UndoLine::eventFilter(QObject* watched, QEvent* event)

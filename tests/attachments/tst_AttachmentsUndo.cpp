@@ -118,7 +118,10 @@ private Q_SLOTS:
         const QRect strip = form.child<GroupBox>("picToolbar")->rect();
         const QRect line = lineOf(form)->geometry();
         QVERIFY(strip.contains(line));
-        QCOMPARE(line.topLeft(), form.child<Label>("Label4")->pos());
+        const auto* words = form.child<Label>("Label4"); // which the line lies over
+        QCOMPARE(line.left(), words->x());
+        QCOMPARE(lineOf(form)->y() + form.child<Label>("lblRemoved")->y(), words->y());
+        QCOMPARE(lineOf(form)->y() + form.child<TextLink>("lnkUndo")->y(), form.link->y());
         QCOMPARE(line.right(), strip.right());
         QVERIFY(!line.intersects(form.link->geometry()));
         const QRect undoLink = form.child<TextLink>("lnkUndo")->geometry();

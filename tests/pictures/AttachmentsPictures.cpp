@@ -173,6 +173,13 @@ const State States[] = {
      }},
     {"document", 3, false, [](Stage& form) { form.open(2); }},
     {"many", 6, false, [](Stage& form) { form.open(5); }},
+    {"removed", 3, true,
+     [](Stage& form) {
+         form.allow();
+         form.open(2);
+         form.list->setFocus();
+         QTest::keyClick(form.window.windowHandle(), Qt::Key_Delete);
+     }},
     {"menu", 3, true,
      [](Stage& form) {
          form.allow();
