@@ -42,6 +42,7 @@ NibrsOffensePicker::NibrsOffensePicker(QWidget* parent, const ControlSite& site)
     , m_font(cboNibrsCode->Font())
 {
     cboNibrsCode->setObjectName(QStringLiteral("cboNibrsCode"));
+    cboNibrsCode->SetFirstChoice(1); // behind "(None)"
     setFocusPolicy(Qt::StrongFocus);
     setFocusProxy(cboNibrsCode);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);

@@ -19,6 +19,7 @@ TavrinDropdown::TavrinDropdown(QWidget* parent, const ControlSite& site)
     , cboItems(new FlatDropdown(this))
 {
     cboItems->setObjectName(QStringLiteral("cboItems"));
+    cboItems->SetFirstChoice(1); // behind "(None)"
     setFocusPolicy(Qt::StrongFocus);
     setFocusProxy(cboItems);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);

@@ -103,7 +103,7 @@ void FlatDropdown::keyPressEvent(QKeyEvent* event)
 {
     const auto modifiers = event->modifiers() & ~Qt::KeypadModifier;
     const bool toggles = togglesList(*event) || (!modifiers && event->key() == Qt::Key_Space);
-    const bool closes = IsOpen() && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter);
+    const bool closes = IsOpen() && isEnterKey(*event);
     if (toggles || closes) {
         toggle();
         event->accept();
@@ -116,6 +116,8 @@ bool FlatDropdown::event(QEvent* event)
 {
     if (IsOpen() && claimsListKey(*event, ListKeys::AllButFunctions))
         return true; // the open list has it, and no shortcut of the window
+    if (copiesText(*event, ListIndex() >= m_firstChoice ? Text() : QString()))
+        return true;
     return DropDownList::event(event);
 }
 

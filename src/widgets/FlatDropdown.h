@@ -12,8 +12,8 @@ namespace tavrin {
 /// below. The person can only pick.
 ///
 /// Arrow keys, Page Up and Down, Home, End and letters select, open or closed; Alt+Down, F4 and Space open
-/// and close, Enter and Escape close. Each selection raises `Click`, by code too; a click on the entry that
-/// is selected already raises it as well. The wheel changes nothing.
+/// and close, Enter and Escape close, Ctrl+C copies the text of the choice. Each selection raises `Click`, by
+/// code too; a click on the entry that is selected already raises it as well. The wheel changes nothing.
 class FlatDropdown : public DropDownList
 {
     Q_OBJECT
@@ -29,6 +29,10 @@ public:
     void AddItem(const QString& text) { AddItem(text, 0); }
     /// Replaces the text of an entry.
     void SetList(int index, const QString& text) { setEntryText(index, text); }
+
+    /// The first entry that is a choice; those before it, such as "(None)", stand for none and are not
+    /// copied. 0 by default.
+    void SetFirstChoice(int index) { m_firstChoice = index; }
 
     /// Shared by reference; the height follows it.
     const FontPtr& Font() const { return m_font.get(); }
@@ -59,6 +63,7 @@ private:
     void toggle();
 
     SharedFont m_font;
+    int m_firstChoice = 0;
     QImage m_icon;
     Color m_backColor = SystemColor::WindowBackground;
     Color m_foreColor = SystemColor::WindowText;

@@ -62,10 +62,12 @@ private:
 /// | Space | opens the list |
 /// | Enter, Tab | take the marked row and close |
 /// | Escape | closes the list; the row stays as it was |
+/// | Ctrl+C | copies the text |
 ///
-/// With the list closed Enter, Escape and Tab are left to the form. A click on a row closes the list first
-/// and then takes the row. The list is a window that never takes the focus; it closes on a press of the mouse
-/// elsewhere, when the box loses the focus, is hidden, disabled or moved, and when its window is left.
+/// Enter and Escape mean an open list whatever the shift state. With the list closed Enter, Escape and Tab
+/// are left to the form. A click on a row closes the list first and then takes the row. The list is a window
+/// that never takes the focus; it closes on a press of the mouse elsewhere, when the box loses the focus, is
+/// hidden, disabled or moved, and when its window is left.
 class GridComboBox final : public QWidget, public GridCombo, private GridTableSource
 {
     Q_OBJECT

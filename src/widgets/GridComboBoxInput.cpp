@@ -113,7 +113,7 @@ bool GridComboBox::answersKey(const QKeyEvent& event)
         toggleList();
         return true;
     }
-    if (!modifiers && answersListKey(key))
+    if (answersListKey(key)) // whatever the shift state
         return true;
     const QPointer<GridComboBox> self(this); // a handler may close the form
     if (!modifiers && moveBy(key)) {
@@ -150,6 +150,8 @@ bool GridComboBox::event(QEvent* event)
 {
     if (ListIsOpen() && claimsListKey(*event, ListKeys::MovingAndEnds))
         return true; // the open list has it, and no shortcut of the window
+    if (copiesText(*event, m_text))
+        return true;
     if (event->type() == QEvent::KeyPress && ListIsOpen()) {
         if (isTabKey(*static_cast<QKeyEvent*>(event))) {
             const QPointer<GridComboBox> self(this);

@@ -1,5 +1,8 @@
 #include "ListKeys.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
+
 #include <algorithm>
 
 namespace tavrin {
@@ -11,14 +14,18 @@ Qt::KeyboardModifiers modifiersOf(const QKeyEvent& event)
     return event.modifiers() & ~Qt::KeypadModifier;
 }
 
+bool closesList(const QKeyEvent& event)
+{
+    return event.key() == Qt::Key_Escape || isEnterKey(event);
+}
+
 bool isListKey(const QKeyEvent& event, ListKeys keys)
 {
+    if (closesList(event))
+        return true;
     if (modifiersOf(event) != Qt::NoModifier)
         return false;
     switch (event.key()) {
-    case Qt::Key_Escape:
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
     case Qt::Key_Down:
     case Qt::Key_Up:
     case Qt::Key_PageDown:
@@ -42,6 +49,11 @@ bool togglesList(const QKeyEvent& event)
            (modifiers == Qt::AltModifier && (key == Qt::Key_Down || key == Qt::Key_Up));
 }
 
+bool isEnterKey(const QKeyEvent& event)
+{
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
 bool isTabKey(const QKeyEvent& event)
 {
     return (event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab) &&
@@ -52,6 +64,17 @@ bool claimsListKey(QEvent& event, ListKeys keys)
 {
     if (event.type() != QEvent::ShortcutOverride || !isListKey(static_cast<const QKeyEvent&>(event), keys))
         return false;
+    event.accept();
+    return true;
+}
+
+bool copiesText(QEvent& event, const QString& text)
+{
+    const bool isKey = event.type() == QEvent::KeyPress || event.type() == QEvent::ShortcutOverride;
+    if (!isKey || text.isEmpty() || !static_cast<QKeyEvent&>(event).matches(QKeySequence::Copy))
+        return false;
+    if (event.type() == QEvent::KeyPress)
+        QGuiApplication::clipboard()->setText(text);
     event.accept();
     return true;
 }

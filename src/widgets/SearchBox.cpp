@@ -203,24 +203,23 @@ bool SearchBox::answersKey(const QKeyEvent& event)
             openByPerson();
         return true;
     }
-    if (event.modifiers() & ~Qt::KeypadModifier)
-        return false;
-    if (!ListIsOpen()) {
-        if (key != Qt::Key_Down)
-            return false;
-        openByPerson();
-        return true;
-    }
-    if (key == Qt::Key_Escape) {
+    if (ListIsOpen() && key == Qt::Key_Escape) {
         CloseList();
         return true;
     }
-    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+    if (ListIsOpen() && isEnterKey(event)) {
         if (canTake())
             take(m_list->highlightedRow());
         return true; // an open list asks for a choice; the form's default button is not meant
     }
-    return m_list->moveHighlight(key);
+    if (event.modifiers() & ~Qt::KeypadModifier)
+        return false;
+    if (ListIsOpen())
+        return m_list->moveHighlight(key);
+    if (key != Qt::Key_Down)
+        return false;
+    openByPerson();
+    return true;
 }
 
 void SearchBox::keyPressEvent(QKeyEvent* event)
@@ -241,7 +240,7 @@ void SearchBox::keyPressEvent(QKeyEvent* event)
     TextBox::keyPressEvent(event);
     if (!self)
         return;
-    if (wasComposing && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
+    if (wasComposing && isEnterKey(*event))
         event->accept(); // it ended the composition; the form's default button is not meant
     answerEdit();
 }

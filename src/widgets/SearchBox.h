@@ -29,10 +29,10 @@ using Suggestions = XmlNodes;
 /// | Enter, Tab | take the highlighted row |
 /// | Escape | closes the list and leaves the text |
 ///
-/// A row is taken only while the text is the one that it was found for. A single match is highlighted by
-/// itself. Emptying the text drops the chosen item; any other text that was typed and not chosen gives way
-/// to the chosen item's when the focus leaves the box. What an input method composes is left alone until it
-/// is there.
+/// Enter and Escape mean an open list whatever the shift state. A row is taken only while the text is the one
+/// that it was found for. A single match is highlighted by itself. Emptying the text drops the chosen item;
+/// any other text that was typed and not chosen gives way to the chosen item's when the focus leaves the box.
+/// What an input method composes is left alone until it is there.
 class SearchBox : public TextBox
 {
     Q_OBJECT

@@ -7,6 +7,8 @@
 #include "support/Unhandled.h"
 #include "widgets/FlatDropdown.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QSignalSpy>
 
 using namespace Qt::StringLiterals;
@@ -216,6 +218,23 @@ private Q_SLOTS:
         QTest::keyClick(Site::box(control), Qt::Key_Down);
         QCOMPARE(site.take(), QStringList({u"Value"_s, u"Change"_s}));
         QCOMPARE(control->Value(), QVariant(23));
+    }
+
+    void theCopyKeyCopiesTheChosenTextAndNotNone()
+    {
+        Site site;
+        auto* control = site.place(Races);
+        site.show();
+        control->setFocus();
+        QApplication::clipboard()->setText(u"before"_s);
+        QTest::keyClick(Site::box(control), Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text(), u"before"_s);
+        control->SetValue(24);
+        site.take();
+        QTest::keyClick(Site::box(control), Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text(), u"Black"_s);
+        QCOMPARE(control->Value(), QVariant(24));
+        QCOMPARE(site.take(), QStringList());
     }
 
     void theHeightIsAlwaysTheWidgets()

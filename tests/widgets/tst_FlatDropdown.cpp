@@ -3,9 +3,12 @@
 #include "support/Unhandled.h"
 #include "widgets/FlatDropdown.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QLineEdit>
 #include <QListView>
 #include <QPointer>
+#include <QShortcut>
 #include <QWheelEvent>
 
 #include <memory>
@@ -318,6 +321,66 @@ private Q_SLOTS:
         QTest::keyClick(stage.box, Qt::Key_Down);
         QCOMPARE(unhandled.texts.size(), 1);
         QCOMPARE(stage.box->ListIndex(), 2);
+    }
+
+    void theCopyKeyCopiesTheChoiceButNotWhatStandsBeforeTheFirstOne()
+    {
+        QWidget window;
+        FlatDropdown box(&window);
+        for (const QString& text : {u"(None)"_s, u"Rifle"_s})
+            box.AddItem(text);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        box.setFocus();
+        QShortcut shortcut(QKeySequence(QKeySequence::Copy), &window);
+        int shortcuts = 0;
+        connect(&shortcut, &QShortcut::activated, this, [&] { ++shortcuts; });
+        QApplication::clipboard()->setText(u"before"_s);
+        QTest::keyClick(&box, Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text(), u"before"_s); // nothing is selected
+        QCOMPARE(shortcuts, 1);
+        for (const bool open : {false, true}) {
+            box.SetListIndex(1);
+            if (open)
+                box.Open();
+            QTest::keyClick(&box, Qt::Key_C, Qt::ControlModifier);
+            QCOMPARE(QApplication::clipboard()->text(), u"Rifle"_s);
+            QCOMPARE(box.IsOpen(), open);
+            QCOMPARE(box.ListIndex(), 1);
+            QCOMPARE(shortcuts, 1);
+            box.Close();
+            box.SetListIndex(0);
+            QTest::keyClick(&box, Qt::Key_C, Qt::ControlModifier);
+            QCOMPARE(QApplication::clipboard()->text(), u"(None)"_s); // a choice like any other
+        }
+        box.SetFirstChoice(1);
+        QApplication::clipboard()->setText(u"before"_s);
+        QTest::keyClick(&box, Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text(), u"before"_s);
+        QCOMPARE(shortcuts, 2);
+    }
+
+    void withTheListOpenEnterAndEscapeAreNoShortcutsWhateverTheShiftState()
+    {
+        QWidget window;
+        FlatDropdown box(&window);
+        box.AddItem(u"Rifle"_s);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        box.setFocus();
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+            QShortcut shortcut(QKeySequence(Qt::CTRL | key), &window);
+            int shortcuts = 0;
+            connect(&shortcut, &QShortcut::activated, this, [&] { ++shortcuts; });
+            box.Open();
+            QTest::keyClick(&box, key, Qt::ControlModifier);
+            QVERIFY(!box.IsOpen());
+            QCOMPARE(shortcuts, 0);
+            QTest::keyClick(&box, key, Qt::ControlModifier);
+            QCOMPARE(shortcuts, 1);
+        }
     }
 };
 

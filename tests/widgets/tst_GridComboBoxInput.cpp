@@ -5,9 +5,11 @@
 #include "support/Unhandled.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QElapsedTimer>
 #include <QHeaderView>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QWheelEvent>
 
 using namespace Qt::StringLiterals;
@@ -23,7 +25,10 @@ public:
     explicit KeyWindow(QWidget& window) { window.installEventFilter(this); }
     bool eventFilter(QObject*, QEvent* event) override
     {
-        if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() != Qt::Key_Control)
+        if (event->type() != QEvent::KeyPress)
+            return false;
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key != Qt::Key_Control && key != Qt::Key_Shift)
             ++keys;
         return false;
     }
@@ -180,6 +185,46 @@ private Q_SLOTS:
         QCOMPARE(left.keys, 3);
     }
 
+    void enterAndEscapeMeanTheOpenListWhateverTheShiftState_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+        const std::pair<const char*, int> keys[] = {
+            {"Escape", Qt::Key_Escape}, {"Enter", Qt::Key_Return}, {"keypad Enter", Qt::Key_Enter}};
+        const std::pair<const char*, Qt::KeyboardModifiers> states[] = {
+            {"alone", Qt::NoModifier},
+            {"Shift", Qt::ShiftModifier},
+            {"Ctrl", Qt::ControlModifier},
+            {"Ctrl+Shift", Qt::ControlModifier | Qt::ShiftModifier}};
+        for (const auto& [name, key] : keys) {
+            for (const auto& [state, modifiers] : states)
+                QTest::addRow("%s, %s", name, state)
+                    << key << (key == Qt::Key_Enter ? modifiers | Qt::KeypadModifier : modifiers);
+        }
+    }
+    void enterAndEscapeMeanTheOpenListWhateverTheShiftState()
+    {
+        QFETCH(int, key);
+        QFETCH(Qt::KeyboardModifiers, modifiers);
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(5);
+        stage.take();
+        QShortcut shortcut(QKeySequence(key | int(modifiers)), stage.window.get());
+        int shortcuts = 0;
+        connect(&shortcut, &QShortcut::activated, this, [&] { ++shortcuts; });
+        const KeyWindow left(*stage.window);
+        stage.combo->OpenList();
+        stage.key(Qt::Key_Down);
+        stage.key(key, modifiers);
+        QVERIFY(!stage.combo->ListIsOpen());
+        QCOMPARE(stage.take(), key == Qt::Key_Escape ? QStringList() : QStringList({u"row 2"_s}));
+        QCOMPARE(left.keys, 0);
+        QCOMPARE(shortcuts, 0);
+        stage.key(key, modifiers); // with the list closed it is the window's
+        QCOMPARE(shortcuts, 1);
+    }
+
     void tabTakesTheMarkedRowAndGoesOn()
     {
         GridStage stage;
@@ -240,6 +285,40 @@ private Q_SLOTS:
         QTest::keyClicks(stage.combo, u"entry 3"_s);
         QVERIFY(!stage.combo->ListIsOpen());
         QCOMPARE(stage.combo->Bookmark(), QVariant(4));
+    }
+
+    void theCopyKeyCopiesTheTextAndIsNoShortcutOfTheWindow_data()
+    {
+        QTest::addColumn<bool>("open");
+        QTest::newRow("closed") << false;
+        QTest::newRow("open") << true;
+    }
+    void theCopyKeyCopiesTheTextAndIsNoShortcutOfTheWindow()
+    {
+        QFETCH(bool, open);
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill({u"Adam"_s, u"Bert"_s, u"Cole"_s});
+        stage.combo->SetBookmark(3);
+        stage.take();
+        QShortcut shortcut(QKeySequence(QKeySequence::Copy), stage.window.get());
+        int shortcuts = 0;
+        connect(&shortcut, &QShortcut::activated, this, [&] { ++shortcuts; });
+        QApplication::clipboard()->setText(u"before"_s);
+        if (open) {
+            stage.combo->OpenList();
+            stage.key(Qt::Key_Down); // only marked
+        }
+        stage.key(Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text(), u"Bert"_s);
+        QCOMPARE(stage.combo->ListIsOpen(), open);
+        QCOMPARE(stage.take(), QStringList());
+        QCOMPARE(shortcuts, 0);
+        stage.combo->CloseList();
+        stage.combo->SetBookmark(1); // the empty row has nothing to copy
+        stage.key(Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text(), u"Bert"_s);
+        QCOMPARE(shortcuts, 1);
     }
 
     void keysWithControlAreLeftToTheForm()

@@ -392,6 +392,34 @@ private Q_SLOTS:
         QCOMPARE(stage.take(), QStringList());
         QCOMPARE(stage.box->Text(), u"item 7"_s);
     }
+
+    void enterAndEscapeMeanTheOpenListWhateverTheShiftState_data()
+    {
+        QTest::addColumn<Qt::KeyboardModifiers>("state");
+        QTest::newRow("Shift") << Qt::KeyboardModifiers(Qt::ShiftModifier);
+        QTest::newRow("Ctrl") << Qt::KeyboardModifiers(Qt::ControlModifier);
+        QTest::newRow("Ctrl+Shift") << Qt::KeyboardModifiers(Qt::ControlModifier | Qt::ShiftModifier);
+    }
+    void enterAndEscapeMeanTheOpenListWhateverTheShiftState()
+    {
+        QFETCH(Qt::KeyboardModifiers, state);
+        for (const int key : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Enter}) {
+            OpenStage stage;
+            QVERIFY(stage.isOpen());
+            const auto keypad = key == Qt::Key_Enter ? Qt::KeypadModifier : Qt::NoModifier;
+            const Qt::KeyboardModifiers modifiers = state | keypad;
+            QShortcut shortcut(QKeySequence(key | int(modifiers)), stage.window);
+            connect(&shortcut, &QShortcut::activated, this, [&] { stage.told << u"shortcut"_s; });
+            stage.key(Qt::Key_Down);
+            stage.key(key, modifiers);
+            QVERIFY(!stage.box->ListIsOpen());
+            QCOMPARE(stage.take(), key == Qt::Key_Escape
+                                       ? QStringList()
+                                       : QStringList({u"chosen item 0"_s, u"picked item 0"_s}));
+            stage.key(key, modifiers); // of the closed list it is the window's
+            QCOMPARE(stage.take(), QStringList{u"shortcut"_s});
+        }
+    }
 };
 
 TAVRIN_TEST_MAIN(tst_SearchBoxList)
