@@ -163,11 +163,22 @@ void FlatPicker::selectionChanged()
 void FlatPicker::lnkDropDown_Click()
 {
     if (!IsNull(m_value))
-        acTextBox->ClearSelection();
+        clearByLink();
     else if (acTextBox->ListIsOpen() && acTextBox->Query().isEmpty())
         acTextBox->CloseList(); // the second click on the sign
     else
         acTextBox->ShowSuggestions(QString());
+}
+
+void FlatPicker::clearByLink()
+{
+    const QPointer<FlatPicker> self(this); // whatever loses the focus may close the form
+    if (!hasFocusInside())
+        setFocus(Qt::MouseFocusReason);
+    // The control itself has the focus while a tag stands in the text box's place; once it is cleared, the
+    // text box takes the focus over.
+    if (self && !IsNull(m_value))
+        acTextBox->ClearSelection();
 }
 
 void FlatPicker::UserControl_KeyDown(int& keyCode, int shift)

@@ -14,7 +14,7 @@ class Tag;
 
 /// The frame of both flat pickers: a caption, and below it a box that changes its colours with its state. In
 /// the box are the search box, a tag with the chosen name, and one link: the drop-down sign while nothing is
-/// chosen, the clear sign otherwise.
+/// chosen, the clear sign otherwise. Either takes the focus into the search box.
 ///
 /// From the keyboard: Down or Alt+Down opens the list. Where the tag has taken the search box's place,
 /// Delete or Backspace clears, and Ctrl+C copies the chosen name.
@@ -96,6 +96,7 @@ private:
     void placeLink(Twips caption, Twips box);
     void placeTextBox(Twips caption, Twips box, Twips innerWidth);
     void lnkDropDown_Click();
+    void clearByLink();
 
     GroupBox* grpDropDownButton;
     Link* lnkDropDown;

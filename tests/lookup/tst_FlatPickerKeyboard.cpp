@@ -5,6 +5,7 @@
 
 #include <QAccessible>
 #include <QClipboard>
+#include <QPointer>
 
 using namespace tavrin;
 using namespace Qt::StringLiterals;
@@ -310,6 +311,113 @@ private Q_SLOTS:
         form.clickLink();
         QVERIFY(IsNull(form.picker->Value()));
         QVERIFY(form.box->hasFocus());
+    }
+
+    void theClearSignTakesTheFocusIntoTheTextBoxWhereverItWas_data()
+    {
+        QTest::addColumn<bool>("showsName");
+        QTest::newRow("with a tag") << true;
+        QTest::newRow("without") << false;
+    }
+    void theClearSignTakesTheFocusIntoTheTextBoxWhereverItWas()
+    {
+        QFETCH(bool, showsName);
+        const auto check = [&](auto& form, const QVariant& value, const QString& typed) {
+            QVERIFY(form.isReady());
+            form.picker->SetShowName(showsName);
+            for (QLineEdit* elsewhere : {form.before, form.after}) {
+                form.picker->SetValue(value);
+                elsewhere->setFocus();
+                Journal journal(form.picker);
+                QTest::mouseClick(form.window.windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                                  form.link->mapTo(&form.window, form.link->rect().center()));
+                QVERIFY(IsNull(form.picker->Value()));
+                QVERIFY(form.box->isVisible());
+                QVERIFY(form.box->hasFocus());
+                QVERIFY(!form.box->ListIsOpen());
+                QCOMPARE(form.shape->BackColor(), tavrin::test::colorSet(30).BackColor);
+                QCOMPARE(journal.entries, QStringList{u"Change"_s});
+                for (const QChar letter : typed)
+                    form.press(Qt::Key(letter.toUpper().unicode()));
+                form.press(Qt::Key_Return); // and the person goes on typing
+                QCOMPARE(form.picker->Value(), value);
+            }
+        };
+        UserForm users;
+        check(users, Ann, u"smith"_s);
+        users.window.hide();
+        EmployeeForm employees;
+        check(employees, 12.0, u"smith"_s);
+    }
+
+    void theClearSignLeavesTheFocusWithATagThatAFollowerPuts()
+    {
+        UserForm form;
+        QVERIFY(form.isReady());
+        form.picker->SetValue(Ann);
+        connect(form.picker, &SearchPicker::Change, this, [&] {
+            if (IsNull(form.picker->Value()))
+                form.picker->SetValue(u"team:3"_s);
+        });
+        form.clickLink();
+        QCOMPARE(form.picker->Value(), QVariant(u"team:3"_s));
+        QCOMPARE(form.tag->Caption(), u"TRAF (team)"_s);
+        QCOMPARE(QApplication::focusWidget(), form.picker);
+    }
+
+    void aFollowerOfTheClearSignMayDeleteThePicker()
+    {
+        UserForm form;
+        QVERIFY(form.isReady());
+        form.picker->SetValue(Ann);
+        QPointer<FlatUserPicker> picker(form.picker);
+        connect(form.picker, &SearchPicker::Change, this, [&] { delete picker.data(); });
+        form.clickLink();
+        QVERIFY(!picker);
+    }
+
+    void whoeverLosesTheFocusToTheClearSignMayClearThePickerItself()
+    {
+        UserForm form;
+        QVERIFY(form.isReady());
+        form.picker->SetValue(Ann);
+        Journal journal(form.picker);
+        connect(form.before, &QLineEdit::editingFinished, this, [&] { form.picker->SetValue(Null()); });
+        form.press(Qt::Key_A);
+        form.clickLink();
+        QVERIFY(IsNull(form.picker->Value()));
+        QVERIFY(form.box->hasFocus());
+        QCOMPARE(journal.entries, QStringList({u"Change"_s, u"Value"_s})); // and nothing is cleared twice
+    }
+
+    // The control holds the focus itself only while it hands it on
+
+    void theFocusThatComesBackToTheControlGoesIntoTheTextBoxAgain_data()
+    {
+        QTest::addColumn<QString>("after");
+        QTest::newRow("a choice and its clearing") << u"choice"_s;
+        QTest::newRow("Tab and back") << u"tab"_s;
+    }
+    void theFocusThatComesBackToTheControlGoesIntoTheTextBoxAgain()
+    {
+        QFETCH(QString, after);
+        UserForm form;
+        QVERIFY(form.isReady());
+        form.type(u"smith"_s);
+        if (after == u"choice") {
+            form.press(Qt::Key_Return);
+            form.press(Qt::Key_Delete);
+        } else {
+            form.press(Qt::Key_Escape);
+            form.press(Qt::Key_Tab);
+            QVERIFY(form.after->hasFocus());
+            form.press(Qt::Key_Backtab, Qt::ShiftModifier);
+        }
+        QVERIFY(form.box->hasFocus());
+        form.picker->setFocus(); // as a form does for the first field at fault
+        QVERIFY(form.box->hasFocus());
+        form.press(Qt::Key_J);
+        QCOMPARE(form.box->Text(), u"j"_s);
     }
 
     void deleteWithAShiftKeyDoesNotClear()
