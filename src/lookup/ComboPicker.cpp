@@ -88,6 +88,8 @@ void ComboPicker::selectionChanged()
 
 void ComboPicker::applyRowFont(PictureSurface& picture)
 {
+    // A plain one first: of the list's, what is not set here would come through, such as italic.
+    picture.SetFont(tavrin::Font(QFont(QString())));
     picture.SetFontName(QStringLiteral("Segoe UI"));
     picture.SetFontSize(9);
     picture.SetFontBold(true);

@@ -35,7 +35,7 @@ protected:
     QString boxText(const XmlNode& item) override;
     void selectionChanged() override;
     void applyFont() override;
-    /// The fixed font of the rows, in bold.
+    /// The fixed font of the rows, in bold, whatever `Font` says.
     static void applyRowFont(PictureSurface& picture);
 
     void UserControl_AmbientChanged(const QString& propertyName) override;

@@ -10,11 +10,15 @@ QColor shownColor(const QWidget& widget, Color color)
     return color.resolve(QApplication::palette(&widget));
 }
 
+QFont wholeFont(QFont font)
+{
+    font.setResolveMask(QFont::AllPropertiesResolved);
+    return font;
+}
+
 QFont wholeFont(const SharedFont& font)
 {
-    QFont whole = font.get()->toQFont();
-    whole.setResolveMask(QFont::AllPropertiesResolved);
-    return whole;
+    return wholeFont(font.get()->toQFont());
 }
 
 void setPlainToolTip(QWidget& widget, const QString& text)

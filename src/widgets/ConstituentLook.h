@@ -14,7 +14,9 @@ namespace tavrin {
 /// The colour to paint with now. A disabled constituent keeps it: whoever disables it says how it looks.
 QColor shownColor(const QWidget& widget, Color color);
 
-/// The font with all that it says, so that a widget takes nothing of it over from its parent.
+/// The font with all that it says, so that a widget takes nothing over from its parent, and a painter nothing
+/// from what it paints on.
+QFont wholeFont(QFont font);
 QFont wholeFont(const SharedFont& font);
 
 /// Shows the text as it stands as the widget's tool tip, also when it looks like markup.

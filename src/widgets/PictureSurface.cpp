@@ -1,5 +1,7 @@
 #include "PictureSurface.h"
 
+#include "ConstituentLook.h"
+
 #include <QApplication>
 #include <QFontInfo>
 #include <QFontMetricsF>
@@ -32,11 +34,16 @@ QColor maskedColor(const QColor& ground, const QColor& mark)
 // RowPicture
 
 RowPicture::RowPicture(const QFont& font, QPaintDevice* device, const QSizeF& pixels)
-    : m_font(font)
+    : m_font(wholeFont(font))
     , m_device(device)
     , m_width(static_cast<Twips>(pixels.width()) * TwipsPerPixel)
     , m_height(static_cast<Twips>(pixels.height()) * TwipsPerPixel)
 {
+}
+
+void RowPicture::SetFont(const Font& font)
+{
+    m_font = wholeFont(font.toQFont());
 }
 
 double RowPicture::FontSize() const

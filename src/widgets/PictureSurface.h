@@ -64,7 +64,7 @@ public:
     void SetCurrentX(Twips x) override { m_x = x; }
     Twips CurrentY() const override { return m_y; }
     void SetCurrentY(Twips y) override { m_y = y; }
-    void SetFont(const Font& font) override { m_font = font.toQFont(); }
+    void SetFont(const Font& font) override;
     void SetFontName(const QString& name) override { m_font.setFamily(name); }
     double FontSize() const override;
     void SetFontSize(double points) override { m_font.setPointSizeF(points); }

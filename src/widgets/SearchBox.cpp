@@ -1,5 +1,6 @@
 #include "SearchBox.h"
 
+#include "ConstituentLook.h"
 #include "ListKeys.h"
 #include "SuggestionPopup.h"
 #include "base/Guard.h"
@@ -13,7 +14,7 @@ namespace tavrin {
 SearchBox::SearchBox(QWidget* parent)
     : TextBox(parent)
     , m_font([this] {
-        setFont(m_font.get()->toQFont());
+        setFont(wholeFont(m_font));
         fontChanged();
     })
     , m_list(std::make_unique<SuggestionPopup>(
