@@ -28,12 +28,11 @@ NumberedList::Shape employeeShape()
             }};
 }
 
-/// 0 for a text that is no number.
+/// 0 for an employee without a number.
 qint32 officerNumber(const XmlNode& employee)
 {
-    bool isNumber = false;
-    const double officerNo = employee.childElement(QStringLiteral("OfficerNo")).text().toDouble(&isNumber);
-    return isNumber ? ToLong(officerNo) : 0;
+    return ToLong(
+        NumberedList::numberIn(employee.childElement(QStringLiteral("OfficerNo")).text()).value_or(0));
 }
 
 } // namespace

@@ -18,8 +18,8 @@ public:
 
     /// Restricts a search to handlers of dogs.
     static QString k9HandlersOnly();
-    /// Those of the employees whom the filter does not exclude. It is asked once for each. Raises error 6 for
-    /// a number outside 32 bits.
+    /// Those of the employees whom the filter does not exclude. It is asked once for each, by 0 for one
+    /// without a number. Raises error 6 for a number outside 32 bits.
     static XmlNodes filtered(XmlNodes employees, const Filter& filter);
 
     /// The search of both pickers: handlers of dogs only, if so wanted, and less those whom the filter

@@ -2,6 +2,8 @@
 
 #include "base/Variant.h"
 
+#include <cmath>
+
 namespace tavrin {
 
 XmlDocument cloneForSearch(const XmlDocument& cached)
@@ -68,9 +70,15 @@ QString NumberedList::longText(const XmlNode& item) const
 
 QVariant NumberedList::number(const XmlNode& item) const
 {
+    const std::optional<double> number = numberIn(item.childElement(m_shape.Key).text());
+    return number ? QVariant(*number) : Null();
+}
+
+std::optional<double> NumberedList::numberIn(const QString& text)
+{
     bool isNumber = false;
-    const double number = item.childElement(m_shape.Key).text().toDouble(&isNumber);
-    return isNumber ? QVariant(number) : Null();
+    const double number = text.toDouble(&isNumber);
+    return isNumber && std::isfinite(number) ? std::optional(number) : std::nullopt;
 }
 
 } // namespace tavrin

@@ -54,6 +54,8 @@ public:
     QString longText(const XmlNode& item) const;
     /// The record's number as a double; Null when it has none.
     QVariant number(const XmlNode& item) const;
+    /// The number that a record's text is; nothing for a text that is none, and "nan" and "inf" are none.
+    static std::optional<double> numberIn(const QString& text);
 
 private:
     Shape m_shape;

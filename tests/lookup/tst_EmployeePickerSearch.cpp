@@ -322,6 +322,35 @@ private Q_SLOTS:
         QCOMPARE(form.label->Caption(), u"Cole, Carl"_s);
     }
 
+    void aRecordWhoseNumberIsNoneIsAskedForByZeroAndIsNoValue_data()
+    {
+        QTest::addColumn<QString>("text");
+        for (const char* text : {"nan", "inf", "-inf", "thirteen", ""})
+            QTest::newRow(*text ? text : "empty") << QString::fromLatin1(text);
+    }
+    void aRecordWhoseNumberIsNoneIsAskedForByZeroAndIsNoValue()
+    {
+        QFETCH(QString, text);
+        Form form;
+        QVERIFY(form.isReady());
+        const Unhandled unhandled;
+        form.host.state().employees.selectSingleNode(u"Employees/Employee[3]/OfficerNo"_s).setText(text);
+        FilterHost host(*form.picker);
+        form.type(u"cole"_s);
+        QCOMPARE(unhandled.texts, QStringList());
+        QCOMPARE(form.rows(), QStringList{u"C13: Cole, Carl #77"_s});
+        QCOMPARE(host.take().last(), 0);
+        QTest::keyClick(form.box, Qt::Key_Return);
+        QVERIFY(IsNull(form.picker->Value()));
+        for (const double number : {qQNaN(), qInf(), -qInf()}) {
+            form.picker->SetValue(number); // nor is it found as one
+            QVERIFY(IsNull(form.picker->Value()));
+            form.hold(number);
+            QVERIFY(form.found(u"baker"_s).isEmpty());
+        }
+        QCOMPARE(unhandled.texts, QStringList());
+    }
+
     void withoutAFollowerNumbersOutOfRangeDoNotMatter()
     {
         Form form;

@@ -259,6 +259,8 @@ private Q_SLOTS:
         QTest::newRow("empty") << u"<OfficerNo/>"_s << Null();
         QTest::newRow("no number") << u"<OfficerNo>twelve</OfficerNo>"_s << Null();
         QTest::newRow("missing") << QString() << Null();
+        for (const char* text : {"nan", "NaN", "inf", "-inf", "INF", "1e999"})
+            QTest::newRow(text) << u"<OfficerNo>%1</OfficerNo>"_s.arg(QLatin1String(text)) << Null();
     }
     void theNumberOfARecordIsADoubleAndNullWhereItHasNone()
     {
@@ -326,6 +328,8 @@ private Q_SLOTS:
         QTest::newRow("with an exponent") << u"1.2e1"_s << 12 << 0;
         QTest::newRow("none") << QString() << 0 << 0;
         QTest::newRow("no number") << u"twelve"_s << 0 << 0;
+        for (const char* text : {"nan", "NaN", "inf", "-inf", "INF", "1e999"})
+            QTest::newRow(text) << QString::fromLatin1(text) << 0 << 0;
     }
     void theFiltersNumberIsAWholeOneOf32Bits()
     {
