@@ -10,6 +10,8 @@
 
 #include <QScopedValueRollback>
 
+#include <optional>
+
 namespace tavrin {
 
 namespace {
@@ -74,18 +76,64 @@ void AgencyPicker::TavrinControl_SetValue(const QVariant& value, const UsedValue
 {
     const QPointer<AgencyPicker> self(this); // a follower of Change may delete the control
     const int put = ++m_puts;
-    LoadAgencies(value);
-    if (RemoveUsedValues())
-        modUtils::RemoveUsedGridValues(*tdbcValues, usedValues ? *usedValues : QVariantList(), value);
-    m_settingValue = true;
-    const QVariant selected = modUtils::SelectGridComboValue(*tdbcValues, value);
-    if (self && put == m_puts) // it may also have put another value, which stands
-        m_value = selected;
+    try {
+        LoadAgencies(value);
+        if (RemoveUsedValues())
+            modUtils::RemoveUsedGridValues(*tdbcValues, usedValues ? *usedValues : QVariantList(), value);
+        m_settingValue = true;
+        select(value);
+    } catch (...) {
+        if (self && put == m_puts)
+            chooseNothing();
+        throw;
+    }
 }
 
+void AgencyPicker::select(const QVariant& value)
+{
+    const QPointer<AgencyPicker> self(this);
+    const int put = m_puts;
+    const QVariant selected = modUtils::SelectGridComboValue(*tdbcValues, value);
+    if (!self || put != m_puts) // a follower has put another value, which stands
+        return;
+    m_value = selected;
+    showLongText(); // where the list has become empty, no row change has done it
+}
+
+/// What a put that failed leaves: nothing of the record before that a save could write, and a list to choose
+/// from.
+void AgencyPicker::chooseNothing()
+{
+    const QPointer<AgencyPicker> self(this);
+    const int put = m_puts;
+    m_value = Null();
+    m_settingValue = true; // the person has chosen nothing
+    select(Null());
+    if (self && put == m_puts)
+        m_settingValue = false;
+}
+
+/// A list that cannot be loaded leaves the one before, with the row chosen in it.
 void AgencyPicker::LoadAgencies(const QVariant& value)
 {
-    modUtils::FillGridCombo(*tdbcValues, Tables::Agency, value, ListAllAgencies());
+    std::optional<GridArray> before;
+    const QVariant row = tdbcValues->Bookmark();
+    if (tdbcValues->HasArray())
+        before = std::move(tdbcValues->Array()); // a new one comes in its place
+    try {
+        modUtils::FillGridCombo(*tdbcValues, Tables::Agency, value, ListAllAgencies());
+    } catch (...) {
+        if (!before) {
+            tdbcValues->RemoveArray();
+            throw;
+        }
+        tdbcValues->ResetArray();
+        tdbcValues->Array() = std::move(*before);
+        tdbcValues->Rebind();
+        if (!IsNull(row))
+            tdbcValues->SetBookmark(row);
+        throw;
+    }
 }
 
 // Properties
@@ -177,7 +225,7 @@ void AgencyPicker::tdbcValues_RowChange()
 {
     if (!std::exchange(m_hadFirstRowChange, true)) // the one from filling
         return;
-    lblDescription->SetCaption(ToText(tdbcValues->Columns(LongTextColumn).Value()));
+    showLongText();
     const QVariant bookmark = tdbcValues->Bookmark();
     if (!tdbcValues->HasArray())
         m_value = Null();
@@ -191,6 +239,11 @@ void AgencyPicker::tdbcValues_RowChange()
     m_settingValue = false;
     update();
     Q_EMIT Change();
+}
+
+void AgencyPicker::showLongText()
+{
+    lblDescription->SetCaption(ToText(tdbcValues->Columns(LongTextColumn).Value()));
 }
 
 void AgencyPicker::tdbcValues_FetchRowStyle(int row, GridRowStyle& style)

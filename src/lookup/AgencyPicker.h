@@ -59,7 +59,7 @@ public:
     /// The code's number in the chosen row, or Null, the default. Setting it loads the list anew, with
     /// nothing removed from it. A number that is not in the list becomes the value of the first row, the
     /// empty one; an inactive one is found. What is no number raises an `Error`, and so does a failure of the
-    /// host's list service.
+    /// host's list service; the value is Null then, and the list the one before if none was loaded.
     QVariant Value() const { return m_value; }
     void SetValue(const QVariant& value);
     using TavrinControl::SetValue;
@@ -75,7 +75,7 @@ public:
 
     /// Whether agencies that are no longer in use are listed; false by default. The value that is set stays
     /// listed in any case. Setting it loads the list anew at once; a failure of the host's list service
-    /// reaches the caller. In the designer no list is loaded.
+    /// reaches the caller and leaves list and value as they were. In the designer no list is loaded.
     bool ListAllAgencies() const { return m_listAllAgencies; }
     void SetListAllAgencies(bool listAll);
 
@@ -111,6 +111,9 @@ private:
 
     void InitDefaults();
     void LoadAgencies(const QVariant& value);
+    void select(const QVariant& value);
+    void chooseNothing();
+    void showLongText();
     void ApplyFont();
     void tdbcValues_RowChange();
     void tdbcValues_FetchRowStyle(int row, GridRowStyle& style);

@@ -86,6 +86,11 @@ void ComboPicker::selectionChanged()
     Q_EMIT Change();
 }
 
+void ComboPicker::selectionForgotten()
+{
+    lblDescription->SetCaption(QString());
+}
+
 void ComboPicker::applyRowFont(PictureSurface& picture)
 {
     // A plain one first: of the list's, what is not set here would come through, such as italic.

@@ -34,6 +34,7 @@ protected:
 
     QString boxText(const XmlNode& item) override;
     void selectionChanged() override;
+    void selectionForgotten() override;
     void applyFont() override;
     /// The fixed font of the rows, in bold, whatever `Font` says.
     static void applyRowFont(PictureSurface& picture);

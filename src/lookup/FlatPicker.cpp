@@ -160,6 +160,15 @@ void FlatPicker::selectionChanged()
     Q_EMIT Change();
 }
 
+void FlatPicker::selectionForgotten()
+{
+    m_fullText.clear();
+    tagName->SetCaption(QString());
+    tagName->SetToolTipText(QString());
+    setAccessibleDescription(QString());
+    continueOnError([this] { RefreshAppearance(); }); // whoever put the value hears of its own failure
+}
+
 void FlatPicker::lnkDropDown_Click()
 {
     if (!IsNull(m_value))

@@ -76,6 +76,7 @@ protected:
     void UserControl_KeyDown(int& keyCode, int shift) override;
     void applyFont() final;
     void selectionChanged() final;
+    void selectionForgotten() final;
     void changeEvent(QEvent* event) override;
 
     SavedProperty captionProperty();

@@ -2,6 +2,7 @@
 
 #include "base/Error.h"
 #include "base/Variant.h"
+#include "frame/control_frame/FailurePolicy.h"
 #include "frame/host_contracts/Host.h"
 #include "widgets/Placement.h"
 #include "widgets/Tag.h"
@@ -46,6 +47,23 @@ void FlatUserPicker::SetValue(const QVariant& given)
     if (put == m_puts)   // a follower may have put another value, which stands
         m_value = value; // behind the handler, so that a value that is in neither list is kept
     Q_EMIT PropertyChanged(QStringLiteral("Value"));
+}
+
+void FlatUserPicker::loadFailed(const QVariant& value)
+{
+    // A value of another form has changed nothing, as its refusal tells; one that is there already was put
+    // before the theme failed. Else the lists failed, and the value of the record before must not be saved
+    // with this one.
+    const bool isRefused = !UserTeamList::isUser(value) && !UserTeamList::isTeam(value);
+    if (isRefused || IsNull(m_value) || SameValue(value, m_value))
+        return;
+    const QPointer<FlatUserPicker> self(this);
+    continueOnError( // what is told is why the load failed
+        [&] { acTextBox->ClearSelection(); },
+        [&] {
+            if (self)
+                LayoutControls(); // shows the text box also where the theme fails like the lists
+        });
 }
 
 void FlatUserPicker::SetIncludeInactive(bool include)

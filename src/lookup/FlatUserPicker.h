@@ -46,7 +46,8 @@ public:
     /// "user:" and a sign-on name, "team:" and the number of the team's code, or Null for nothing. Setting
     /// the value that is there does nothing. Another form raises error 5 and changes nothing. A value that is
     /// in neither list is kept, and shows no name; an inactive one is found. An empty text clears and stays
-    /// as it is.
+    /// as it is. A failure of the host's lists leaves the value as it was; but where the host loads a record,
+    /// Null, since the value as it was is another record's.
     void SetValue(const QVariant& value) override;
     using SearchPicker::SetValue;
 
@@ -56,6 +57,7 @@ public:
     void SetIncludeInactive(bool include);
 
 protected:
+    void loadFailed(const QVariant& value) override;
     SavedProperties savedProperties() override;
     void search(const QString& query, Suggestions& results) override;
     void drawRow(PictureSurface& picture, const XmlNode& item, const QString& query, bool selected) override;

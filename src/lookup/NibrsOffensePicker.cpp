@@ -84,29 +84,44 @@ QVariant NibrsOffensePicker::Value() const
     return codes.at(position).first;
 }
 
+int NibrsOffensePicker::entryOf(const QVariant& value) const
+{
+    const Codes codes = nibrsCodes();
+    for (int i = 1; i < cboNibrsCode->ListCount(); ++i) {
+        const int position = cboNibrsCode->ItemData(i);
+        // The dictionary may have shrunk: an entry whose code is gone is equal to nothing.
+        if (position < codes.size() && SameValue(codes.at(position).first, value))
+            return i;
+    }
+    return 0;
+}
+
 void NibrsOffensePicker::SetValue(const QVariant& value)
 {
+    put(value, ambient().UserMode() ? entryOf(value) : 0);
+}
+
+void NibrsOffensePicker::put(const QVariant& value, int entry)
+{
     const QPointer<NibrsOffensePicker> self(this);
-    if (!ambient().UserMode()) {
+    if (ambient().UserMode())
+        cboNibrsCode->SetListIndex(entry);
+    else
         m_designValue = value;
-    } else {
-        const Codes codes = nibrsCodes();
-        int target = 0;
-        for (int i = 1; i < cboNibrsCode->ListCount() && target == 0; ++i) {
-            const int position = cboNibrsCode->ItemData(i);
-            // The dictionary may have shrunk: an entry whose code is gone is equal to nothing.
-            if (position < codes.size() && SameValue(codes.at(position).first, value))
-                target = i;
-        }
-        cboNibrsCode->SetListIndex(target);
-    }
     if (self)
         Q_EMIT PropertyChanged(QStringLiteral("Value"));
 }
 
 void NibrsOffensePicker::TavrinControl_SetValue(const QVariant& value, const UsedValues&)
 {
-    SetValue(value);
+    int entry = 0;
+    try {
+        entry = ambient().UserMode() ? entryOf(value) : 0;
+    } catch (...) {
+        cboNibrsCode->SetListIndex(0); // the code of the record before must not be saved with this one
+        throw;
+    }
+    put(value, entry);
 }
 
 QString NibrsOffensePicker::Text() const

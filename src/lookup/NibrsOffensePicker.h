@@ -45,7 +45,8 @@ public:
     void SetEnabled(bool enabled);
 
     /// The code, as text; Null for "(None)". A code that the dictionary lacks selects "(None)". In the
-    /// designer any value is kept. Each reading asks the host's module, whose failure reaches the caller.
+    /// designer any value is kept. Each reading asks the host's module, whose failure reaches the caller; a
+    /// put that failed leaves the code as it was, but "(None)" where the host loads a record.
     QVariant Value() const;
     void SetValue(const QVariant& value);
     using TavrinControl::SetValue;
@@ -83,6 +84,9 @@ private:
     void TavrinControl_SetValue(const QVariant& value, const UsedValues& usedValues) override;
 
     void FillList();
+    /// The entry of a code; 0, "(None)", for one that the dictionary lacks.
+    int entryOf(const QVariant& value) const;
+    void put(const QVariant& value, int entry);
     void LayoutControls();
 
     FlatDropdown* cboNibrsCode;

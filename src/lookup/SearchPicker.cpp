@@ -49,7 +49,13 @@ void SearchPicker::TavrinControl_SetValue(const QVariant& value, const UsedValue
     m_usedValues = usedValues ? usedValues : std::make_shared<QVariantList>();
     const QPointer<SearchPicker> self(this);
     const int put = ++m_contractPuts;
-    SetValue(value);
+    try {
+        SetValue(value);
+    } catch (...) {
+        if (self && put == m_contractPuts)
+            loadFailed(value);
+        throw;
+    }
     if (self && put == m_contractPuts) // a follower may have loaded another record
         m_hostValue = value;
 }
@@ -58,7 +64,14 @@ void SearchPicker::putNumber(const QVariant& value, NumberedList& list)
 {
     const QPointer<SearchPicker> self(this);
     m_value = value;
-    const XmlNode item = ToText(value).isEmpty() ? XmlNode() : list.find(value);
+    XmlNode item;
+    try {
+        item = ToText(value).isEmpty() ? XmlNode() : list.find(value);
+    } catch (...) {
+        m_box.ForgetSelection();
+        selectionForgotten();
+        throw;
+    }
     if (item.isNull())
         m_box.ClearSelection(); // whose handler writes Null over a value that is not in the list
     else

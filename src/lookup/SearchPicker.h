@@ -53,7 +53,8 @@ protected:
 
     /// The defaults of a new instance.
     void InitDefaults();
-    /// The value of a picker over a numbered list: stored first, then looked up.
+    /// The value of a picker over a numbered list: stored first, then looked up. Where that fails the value
+    /// stands, and no entry shows: that of the value before would be a wrong name.
     void putNumber(const QVariant& value, NumberedList& list);
     /// What a search heeds; `listAll` is the picker's own option.
     SearchOptions searchOptions(bool listAll) const;
@@ -63,6 +64,10 @@ protected:
                          bool selected) = 0;
     virtual QString boxText(const XmlNode& item) = 0;
     virtual void selectionChanged() = 0;
+    /// The box shows no entry any more, whatever the value is.
+    virtual void selectionForgotten() {}
+    /// The host's value could not be put; what is left belongs to the record before.
+    virtual void loadFailed(const QVariant&) {}
     /// The font is another one, or has changed.
     virtual void applyFont() = 0;
 

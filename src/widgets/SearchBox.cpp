@@ -82,6 +82,14 @@ void SearchBox::ClearSelection()
     SelectItem({});
 }
 
+void SearchBox::ForgetSelection()
+{
+    CloseList();
+    m_selected = {};
+    m_selectedText.clear();
+    SetText(QString());
+}
+
 void SearchBox::clearByPerson()
 {
     const QPointer<SearchBox> self(this);

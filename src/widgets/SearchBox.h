@@ -64,6 +64,8 @@ public:
     /// Drops the chosen item, and raises `SelectionChanged` also when there was none. The text is left to the
     /// handler.
     void ClearSelection();
+    /// Drops the chosen item and the text without a word.
+    void ForgetSelection();
 
     /// The text that the person has typed and not chosen; "" for none.
     QString TypedText() const;

@@ -1,10 +1,38 @@
 #include "AgencyForm.h"
 #include "base/Error.h"
+#include "pictures/ForwardingHost.h"
 #include "support/TestCase.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QDialog>
+#include <QPushButton>
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;
 using tavrin::test::AgencyForm;
+
+namespace {
+
+/// A host whose lists are filled as a test says.
+class OddLists final : public tavrin::test::ForwardingHost, private ListFilling
+{
+public:
+    explicit OddLists(std::function<void(GridCombo&)> fill)
+        : m_fill(std::move(fill))
+    {
+    }
+    ListFilling& listFilling() override { return *this; }
+
+private:
+    void FillTableCombo(TableNumber, DropdownTarget&, bool, const QVariant&, bool) override {}
+    void FillTableGrid(TableNumber, GridCombo& combo, bool, const QVariant&, bool) override { m_fill(combo); }
+    QImage FitPicture(const QImage&, int, int, int, bool, Color, bool) override { return {}; }
+
+    std::function<void(GridCombo&)> m_fill;
+};
+
+} // namespace
 
 /// Values, choosing, used values and the list of `AgencyPicker`.
 class tst_AgencyPicker : public tavrin::test::TestCase
@@ -264,20 +292,202 @@ private Q_SLOTS:
             }
             return false;
         };
+        QVERIFY(fails([&] { form.picker->SetListAllAgencies(true); }));
+        QCOMPARE(form.take(), QStringList());
         QVERIFY(fails([&] { form.picker->SetValue(10); }));
         QVERIFY(fails([&] { form.contract().SetValue(10, nullptr); }));
-        QVERIFY(fails([&] { form.picker->SetListAllAgencies(true); }));
-        QCOMPARE(form.picker->Value(), QVariant(30));
-        QCOMPARE(form.take(), QStringList());
+        QCOMPARE(form.take(), QStringList({u"Change  "_s}));
         form.host.failWith({});
         form.picker->SetValue(10);
         QCOMPARE(form.take(), QStringList({u"Change 10 Aston Police"_s}));
     }
 
-    void aValueThatIsNoNumberRaises()
+    void aPutThatFailedLeavesNothingToSaveAndTheNextChoiceRaisesItemSelect_data()
+    {
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<bool>("isListAway");
+        QTest::addColumn<bool>("byContract");
+        for (const bool byContract : {false, true}) {
+            const char* how = byContract ? "SetValue" : "Value";
+            QTest::addRow("%s without the list", how) << QVariant(10) << true << byContract;
+            QTest::addRow("%s of the value before without the list", how)
+                << QVariant(30) << true << byContract;
+            QTest::addRow("%s of no number", how) << QVariant(u"x"_s) << false << byContract;
+        }
+    }
+    void aPutThatFailedLeavesNothingToSaveAndTheNextChoiceRaisesItemSelect()
+    {
+        QFETCH(QVariant, value);
+        QFETCH(bool, isListAway);
+        QFETCH(bool, byContract);
+        AgencyForm form;
+        QVERIFY(form.isReady());
+        form.picker->SetValue(30);
+        form.picker->SetValue(30); // and the flag of a put waits
+        form.take();
+        if (isListAway)
+            form.host.failWith(Error(u"no list"_s));
+        if (byContract)
+            QVERIFY_EXCEPTION_THROWN(form.contract().SetValue(value, nullptr), Error);
+        else
+            QVERIFY_EXCEPTION_THROWN(form.picker->SetValue(value), Error);
+        form.host.failWith({});
+        QVERIFY(IsNull(form.contract().GetValue()));
+        QCOMPARE(form.combo->Text(), QString());
+        QCOMPARE(form.label->Caption(), QString());
+        QCOMPARE(form.picker->FullText(), QString());
+        QCOMPARE(form.picker->ShortText(), QString());
+        QCOMPARE(form.take(), QStringList({u"Change  "_s}));
+        QTest::keyClick(form.combo, Qt::Key_Down);
+        QCOMPARE(form.take(), QStringList({u"ItemSelect 10 Aston Police"_s, u"Change 10 Aston Police"_s}));
+        form.picker->SetValue(30);
+        QCOMPARE(form.take(), QStringList({u"Change 30 County Sheriff"_s}));
+    }
+
+    void aPutThatFailedOverNothingRaisesNothingAndTheNextChoiceRaisesItemSelect()
     {
         AgencyForm form;
+        QVERIFY(form.isReady());
         QVERIFY_EXCEPTION_THROWN(form.picker->SetValue(u"x"_s), Error);
+        QVERIFY(IsNull(form.picker->Value()));
+        QCOMPARE(form.take(), QStringList());
+        QTest::keyClick(form.combo, Qt::Key_Down);
+        QCOMPARE(form.take(), QStringList({u"ItemSelect 10 Aston Police"_s, u"Change 10 Aston Police"_s}));
+    }
+
+    void aFirstPutThatFailedLeavesAPickerThatTakesTheNextOne()
+    {
+        tavrin::test::FakeHost host;
+        const HostInstallation installed(host);
+        AgencyPicker fresh; // never restored, so without a list
+        host.failWith(Error(u"no list"_s));
+        QVERIFY_EXCEPTION_THROWN(fresh.SetValue(30), Error);
+        QVERIFY(IsNull(fresh.Value()));
+        host.failWith({});
+        tavrin::test::setAgencies(host);
+        QStringList told;
+        connect(&fresh, &AgencyPicker::Change, this, [&] { told << u"Change"_s; });
+        connect(&fresh, &AgencyPicker::ItemSelect, this, [&] { told << u"ItemSelect"_s; });
+        fresh.SetValue(30);
+        QCOMPARE(fresh.FullText(), u"County Sheriff"_s);
+        QCOMPARE(told, QStringList{u"Change"_s});
+    }
+
+    void aListThatCannotBeLoadedAnewLeavesTheOneBeforeAndTheChoice()
+    {
+        AgencyForm form;
+        QVERIFY(form.isReady());
+        form.picker->SetValue(30);
+        form.take();
+        form.host.failWith(Error(u"no list"_s));
+        QVERIFY_EXCEPTION_THROWN(form.picker->SetListAllAgencies(true), Error);
+        form.host.failWith({});
+        QCOMPARE(form.picker->Value(), QVariant(30));
+        QCOMPARE(form.combo->Text(), u"CS"_s);
+        QCOMPARE(form.picker->FullText(), u"County Sheriff"_s);
+        QCOMPARE(form.values(), QVariantList({Null(), 10, 30, 40}));
+        QCOMPARE(form.take(), QStringList());
+        QTest::keyClick(form.combo, Qt::Key_Down);
+        QCOMPARE(form.take(), QStringList({u"ItemSelect 40 Dale Patrol"_s, u"Change 40 Dale Patrol"_s}));
+    }
+
+    void aFollowerOfAPutThatFailedMayDeleteTheControlOrPutAnotherValue()
+    {
+        for (const bool deletes : {true, false}) {
+            AgencyForm form;
+            const QPointer<AgencyPicker> picker(form.picker);
+            picker->SetValue(30);
+            picker->disconnect(form.window.get());
+            connect(picker, &AgencyPicker::Change, form.window.get(), [&] {
+                form.host.failWith({});
+                if (deletes)
+                    delete picker.data();
+                else if (IsNull(picker->Value()))
+                    picker->SetValue(40);
+            });
+            form.host.failWith(Error(u"no list"_s));
+            QVERIFY_EXCEPTION_THROWN(picker->SetValue(10), Error);
+            QCOMPARE(picker.isNull(), deletes);
+            if (!deletes)
+                QCOMPARE(picker->Value(), QVariant(40));
+        }
+    }
+
+    void aListThatBreaksOffHalfwayLeavesTheOneBefore()
+    {
+        AgencyForm form;
+        QVERIFY(form.isReady());
+        form.picker->SetValue(30);
+        form.take();
+        OddLists odd([](GridCombo& combo) {
+            combo.Array().AppendRow({u"ZZ"_s, u"Half a list"_s, 99, u"1"_s});
+            combo.Rebind();
+            throw Error(u"the rest is away"_s);
+        });
+        {
+            const HostInstallation installed(odd);
+            QVERIFY_EXCEPTION_THROWN(form.picker->SetValue(10), Error);
+        }
+        QVERIFY(IsNull(form.picker->Value()));
+        QCOMPARE(form.values(), QVariantList({Null(), 10, 30, 40}));
+        QCOMPARE(form.combo->Text(), QString());
+        QCOMPARE(form.take(), QStringList({u"Change  "_s}));
+    }
+
+    void aListWithoutRowsLeavesNoName()
+    {
+        AgencyForm form;
+        form.picker->SetValue(30);
+        OddLists odd([](GridCombo& combo) { combo.Rebind(); });
+        const HostInstallation installed(odd);
+        QVERIFY_EXCEPTION_THROWN(form.picker->SetValue(30), Error); // there is no first row to take
+        QVERIFY(IsNull(form.picker->Value()));
+        QCOMPARE(form.combo->Text(), QString());
+        QCOMPARE(form.label->Caption(), QString());
+    }
+
+    void withTheListOpenNoEnterPressesTheDefaultButton()
+    {
+        AgencyForm form;
+        QDialog dialog;
+        QPushButton standard(&dialog);
+        standard.setDefault(true);
+        int presses = 0;
+        connect(&standard, &QPushButton::clicked, this, [&] { ++presses; });
+        connect(&dialog, &QDialog::rejected, this, [&] { ++presses; });
+        form.picker->setParent(&dialog);
+        form.picker->setGeometry(10, 40, 350, form.picker->height());
+        dialog.show();
+        form.picker->show();
+        dialog.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        form.picker->setFocus();
+        for (const Qt::KeyboardModifiers state : {Qt::ShiftModifier, Qt::ControlModifier}) {
+            for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Enter}) {
+                form.combo->OpenList();
+                const auto keypad = key == Qt::Key_Enter ? Qt::KeypadModifier : Qt::NoModifier;
+                QTest::keyClick(form.combo, key, state | keypad);
+                QVERIFY(!form.combo->ListIsOpen());
+                QVERIFY(dialog.isVisible());
+                QCOMPARE(presses, 0);
+            }
+        }
+        QTest::keyClick(form.combo, Qt::Key_Enter, Qt::ShiftModifier | Qt::KeypadModifier);
+        QCOMPARE(presses, 1); // with the list closed it is the form's
+    }
+
+    void theCopyKeyCopiesTheTextInTheBox()
+    {
+        AgencyForm form;
+        QVERIFY(form.isReady());
+        QApplication::clipboard()->setText(u"before"_s);
+        QTest::keyClick(form.combo, Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text(), u"before"_s); // nothing is chosen
+        form.picker->SetValue(30);
+        form.take();
+        QTest::keyClick(form.combo, Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text(), u"CS"_s);
+        QCOMPARE(form.take(), QStringList());
     }
 
     void enterInTheOpenListTakesTheMarkedRowAndEscapeDoesNot()

@@ -304,6 +304,45 @@ private Q_SLOTS:
         QCOMPARE(form.box->Text(), u"A11"_s);
     }
 
+    void aPutThatFailedShowsNothingOfTheValueBefore_data()
+    {
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<bool>("isListAway");
+        QTest::newRow("no expression") << QVariant(u"1 2"_s) << false;
+        QTest::newRow("an object") << QVariant::fromValue(QPoint(1, 2)) << false;
+        QTest::newRow("no list") << QVariant(11.0) << true;
+    }
+    void aPutThatFailedShowsNothingOfTheValueBefore()
+    {
+        QFETCH(QVariant, value);
+        QFETCH(bool, isListAway);
+        for (const bool byContract : {false, true}) {
+            Form form;
+            QVERIFY(form.isReady());
+            if (isListAway)
+                form.host.failWith(Error(u"no list"_s)); // at its first need; later it is the clone
+            else
+                form.hold(12);
+            form.follow();
+            if (byContract)
+                QVERIFY_EXCEPTION_THROWN(form.hold(value), Error);
+            else
+                QVERIFY_EXCEPTION_THROWN(form.picker->SetValue(value), Error);
+            form.host.failWith({});
+            QCOMPARE(form.picker->Value(), value); // stored first, and so it goes back as it came
+            QCOMPARE(form.box->Text(), QString());
+            QCOMPARE(form.label->Caption(), QString());
+            QVERIFY(form.box->SelectedItem().isNull());
+            QCOMPARE(form.journal, QStringList());
+            form.other->setFocus();
+            QCOMPARE(form.box->Text(), QString()); // nor does the name come back when the focus leaves
+            form.picker->setFocus();
+            form.type(u"cole"_s);
+            QTest::keyClick(form.box, Qt::Key_Return);
+            QCOMPARE(form.take(), QStringList({u"Change 13"_s, u"ItemSelect 13"_s}));
+        }
+    }
+
     void anObjectAsValueIsATypeMismatch()
     {
         Form form;

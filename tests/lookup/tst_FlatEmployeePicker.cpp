@@ -138,6 +138,30 @@ private Q_SLOTS:
         QCOMPARE(form.picker->Value(), QVariant(14.0));
     }
 
+    void aPutThatFailedShowsNothingOfTheValueBefore()
+    {
+        EmployeeForm form;
+        QVERIFY(form.isReady());
+        form.host.state()
+            .employees.selectSingleNode(u"Employees/Employee[1]/Name"_s)
+            .setText(QString(40, u'n')); // too long for the tag
+        form.contract().SetValue(11, nullptr);
+        Journal journal(form.picker);
+        QVERIFY_EXCEPTION_THROWN(form.contract().SetValue(u"1 2"_s, nullptr), Error);
+        QCOMPARE(form.contract().GetValue(), QVariant(u"1 2"_s)); // stored first
+        QCOMPARE(form.box->Text(), QString());
+        form.press(Qt::Key_Tab); // a look over that value
+        QCOMPARE(form.tag->Caption(), QString());
+        QCOMPARE(form.tag->ToolTipText(), QString());
+        QCOMPARE(form.picker->accessibleDescription(), QString());
+        QCOMPARE(journal.entries, QStringList());
+        form.clickLink(); // there is a value to clear
+        QVERIFY(IsNull(form.picker->Value()));
+        form.choose(u"zed"_s);
+        QCOMPARE(form.tag->Caption(), u"Zed, Ninel"_s);
+        QCOMPARE(journal.entries, QStringList({u"Change"_s, u"Change"_s, u"ItemSelect"_s}));
+    }
+
     void aValueOfTheHostThatMakesNoExpressionIsNotHeld()
     {
         EmployeeForm form;

@@ -245,6 +245,68 @@ private Q_SLOTS:
         form.picker->SetValue(Jack);
         QCOMPARE(form.tag->Caption(), u"Jack O'Brien (user)"_s);
     }
+
+    void aLoadThatTheListsFailLeavesNothingOfTheRecordBefore_data()
+    {
+        QTest::addColumn<QString>("operation");
+        QTest::addColumn<QVariant>("value");
+        QTest::newRow("users") << u"UsersCache.Document"_s << Jack;
+        QTest::newRow("names") << u"UserDisplayName"_s << Jack;
+        QTest::newRow("all") << QString() << Jack;
+    }
+    void aLoadThatTheListsFailLeavesNothingOfTheRecordBefore()
+    {
+        QFETCH(QString, operation);
+        QFETCH(QVariant, value);
+        UserForm form;
+        QVERIFY(form.isReady());
+        form.contract().SetValue(Traffic, nullptr);
+        Journal journal(form.picker);
+        const Error failure(u"no list"_s, 17);
+        if (operation.isEmpty())
+            form.host.failWith(failure);
+        else
+            form.host.state().failures.emplace(operation, failure);
+        try {
+            form.contract().SetValue(value, nullptr);
+            QFAIL("nothing raised");
+        } catch (const Error& error) {
+            QCOMPARE(error.Number, 17);
+        }
+        form.host.failWith({});
+        form.host.state().failures.clear();
+        QVERIFY(IsNull(form.contract().GetValue()));
+        QVERIFY(!form.tag->isVisible());
+        QCOMPARE(form.box->Text(), QString());
+        QCOMPARE(journal.take(), operation.isEmpty() ? QStringList() : QStringList{u"Change"_s});
+        form.choose(u"mith"_s);
+        QCOMPARE(form.picker->Value(), Ann);
+        QCOMPARE(journal.take(), QStringList({u"Change"_s, u"ItemSelect"_s}));
+        form.contract().SetValue(value, nullptr);
+        QCOMPARE(form.tag->Caption(), u"Jack O'Brien (user)"_s);
+    }
+
+    void aLoadThatIsRefusedLeavesTheValueAsItsWordsSay()
+    {
+        UserForm form;
+        form.contract().SetValue(Traffic, nullptr);
+        Journal journal(form.picker);
+        QVERIFY_EXCEPTION_THROWN(form.contract().SetValue(u"12"_s, nullptr), Error);
+        QCOMPARE(form.contract().GetValue(), Traffic);
+        QCOMPARE(form.tag->Caption(), u"TRAF (team)"_s);
+        QCOMPARE(journal.entries, QStringList());
+    }
+
+    void aThemeThatFailsLeavesTheValueThatWasLoaded()
+    {
+        UserForm form;
+        form.contract().SetValue(Traffic, nullptr);
+        form.host.state().failures.emplace(u"TextBoxColors"_s, Error(u"no theme"_s));
+        QVERIFY_EXCEPTION_THROWN(form.contract().SetValue(Jack, nullptr), Error);
+        form.host.state().failures.clear(); // before the form shows again
+        QCOMPARE(form.contract().GetValue(), Jack);
+        QCOMPARE(form.tag->Caption(), u"Jack O'Brien (user)"_s);
+    }
 };
 
 TAVRIN_TEST_MAIN(tst_FlatUserPickerMembers)

@@ -7,6 +7,8 @@
 #include "support/TestCase.h"
 #include "widgets/FlatDropdown.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QSignalSpy>
 
 using namespace Qt::StringLiterals;
@@ -157,6 +159,71 @@ private Q_SLOTS:
         QTest::keyClicks(Site::box(*control), u"9"_s);
         QCOMPARE(control->Value(), QVariant(u"90Z"_s));
         QCOMPARE(site.take(), QStringList{u"Change"_s});
+    }
+
+    void theCopyKeyCopiesTheChosenTextAndNotNone()
+    {
+        Site site;
+        auto* control = new NibrsOffensePicker(&site.window);
+        site.window.show();
+        site.window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&site.window));
+        control->setFocus();
+        QApplication::clipboard()->setText(u"before"_s);
+        QTest::keyClick(Site::box(*control), Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text(), u"before"_s);
+        control->SetValue(u"09A"_s);
+        QTest::keyClick(Site::box(*control), Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text(), u"09A - Murder"_s);
+    }
+
+    void aDictionaryThatShrinksToJustThePositionHasNoSuchCodeAnyMore()
+    {
+        Site site;
+        NibrsOffensePicker control;
+        control.SetValue(u"13A"_s);
+        site.follow(control);
+        site.host.state().nibrsCodes.resize(2); // in the same place: behind its end still lies the old code
+        control.SetValue(u"90Z"_s);             // stood at position 2
+        QVERIFY(IsNull(control.Value()));
+        QCOMPARE(control.Text(), u"(None)"_s);
+        QCOMPARE(site.take(), QStringList({u"Change"_s, u"Value"_s}));
+    }
+
+    void aLoadThatTheModuleFailsLeavesNothingOfTheRecordBefore()
+    {
+        Site site;
+        NibrsOffensePicker control;
+        auto& contract = static_cast<TavrinControl&>(control);
+        contract.SetValue(u"09A"_s, nullptr);
+        site.follow(control);
+        site.host.failWith(Error(u"the module is away"_s, 17));
+        try {
+            contract.SetValue(u"13A"_s, nullptr);
+            QFAIL("nothing raised");
+        } catch (const Error& error) {
+            QCOMPARE(error.Number, 17);
+        }
+        QVERIFY(IsNull(contract.GetValue())); // and asks nobody for that
+        QCOMPARE(control.Text(), u"(None)"_s);
+        QCOMPARE(site.take(), QStringList{u"Change"_s});
+        site.host.failWith({});
+        contract.SetValue(u"09A"_s, nullptr);
+        QCOMPARE(contract.GetValue(), QVariant(u"09A"_s));
+        QCOMPARE(site.take(), QStringList({u"Change"_s, u"Value"_s}));
+    }
+
+    void aPutThatTheModuleFailsLeavesTheCode()
+    {
+        Site site;
+        NibrsOffensePicker control;
+        control.SetValue(u"09A"_s);
+        site.follow(control);
+        site.host.failWith(Error(u"the module is away"_s));
+        QVERIFY_EXCEPTION_THROWN(control.SetValue(u"13A"_s), Error);
+        site.host.failWith({});
+        QCOMPARE(control.Value(), QVariant(u"09A"_s));
+        QCOMPARE(site.take(), QStringList());
     }
 
     void theCodeIsReadFromTheDictionaryAsItIsNow()

@@ -123,6 +123,21 @@ private Q_SLOTS:
         QCOMPARE(form.host.state().log.filter(u"Document"_s), QStringList{u"OffenseListCache.Document"_s});
     }
 
+    void aPutThatFailedShowsNothingOfTheValueBefore()
+    {
+        Form form;
+        QVERIFY(form.isReady());
+        form.hold(31);
+        form.follow();
+        QVERIFY_EXCEPTION_THROWN(form.hold(u"1 2"_s), Error);
+        QCOMPARE(form.picker->Value(), QVariant(u"1 2"_s)); // stored first
+        QCOMPARE(form.box->Text(), QString());
+        QCOMPARE(form.label->Caption(), QString());
+        QCOMPARE(form.take(), QStringList());
+        form.hold(33);
+        QCOMPARE(form.label->Caption(), u"Burglary"_s);
+    }
+
     void aChoiceRaisesChangeThenItemSelect()
     {
         Form form;
