@@ -242,6 +242,41 @@ private Q_SLOTS:
         QVERIFY(!picker);
     }
 
+    void aPutInsideChangeStandsWithItsTag_data()
+    {
+        QTest::addColumn<QVariant>("inner");
+        QTest::addColumn<QString>("caption");
+        QTest::newRow("a team") << Traffic << u"TRAF (team)"_s;
+        QTest::newRow("a user") << Ann << u"Ann Smith (user)"_s;
+        QTest::newRow("nothing") << Null() << QString();
+        QTest::newRow("in neither list") << Nobody << QString();
+    }
+    void aPutInsideChangeStandsWithItsTag()
+    {
+        QFETCH(QVariant, inner);
+        QFETCH(QString, caption);
+        for (const bool byContract : {false, true}) {
+            UserForm form;
+            connect(form.picker, &SearchPicker::Change, this, [&, isFirst = true]() mutable {
+                if (std::exchange(isFirst, false))
+                    form.picker->SetValue(inner);
+            });
+            if (byContract)
+                form.contract().SetValue(Jack, nullptr);
+            else
+                form.picker->SetValue(Jack);
+            QCOMPARE(form.picker->Value(), inner);
+            QCOMPARE(form.contract().GetValue(), inner);
+            if (caption.isEmpty()) {
+                QVERIFY(!form.tag->isVisible());
+                QCOMPARE(form.box->Text(), QString());
+            } else {
+                QVERIFY(form.tag->isVisible());
+                QCOMPARE(form.tag->Caption(), caption);
+            }
+        }
+    }
+
     // The host's contract
 
     void theHostsValueOfBeforeIsInForceWhileTheNewOneIsPutAndTheUsedValuesAreNew()

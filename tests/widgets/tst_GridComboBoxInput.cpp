@@ -274,6 +274,20 @@ private Q_SLOTS:
         QCOMPARE(stage.combo->Bookmark(), QVariant(row));
     }
 
+    void whatWasTypedIsForgottenWhenTheListOpens()
+    {
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill({u"Adam"_s, u"Bert"_s, u"Gill"_s});
+        stage.key(Qt::Key_B);
+        QCOMPARE(stage.combo->Bookmark(), QVariant(3));
+        stage.key(Qt::Key_F4);
+        stage.key(Qt::Key_G); // a first letter again, and not "bg"
+        QCOMPARE(stage.table()->markedRow(), 4);
+        stage.key(Qt::Key_Return);
+        QCOMPARE(stage.combo->Text(), u"Gill"_s);
+    }
+
     void spaceOpensTheListUnlessItBelongsToATypedText()
     {
         GridStage stage;

@@ -64,6 +64,26 @@ private Q_SLOTS:
         QCOMPARE(tag.size(), roomFor(tag));
     }
 
+    void anotherColourShowsAtOnce()
+    {
+        QWidget window;
+        auto* tag = new Tag(&window);
+        tag->SetCaption(u"Handgun"_s);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        PaintCount count(*tag);
+        const auto repaints = [&](const auto& change) {
+            QCoreApplication::processEvents(); // whatever was to be painted before
+            count.paints = 0;
+            change();
+            QCoreApplication::processEvents();
+            return count.paints;
+        };
+        QCOMPARE(repaints([] {}), 0);
+        QCOMPARE(repaints([&] { tag->SetBackColor(Color::rgb(1, 2, 3)); }), 1);
+        QCOMPARE(repaints([&] { tag->SetForeColor(Color::rgb(4, 5, 6)); }), 1);
+    }
+
     void aFontIsSharedAndOutlivesItsTags()
     {
         const auto font = std::make_shared<tavrin::Font>();
