@@ -548,6 +548,47 @@ private Q_SLOTS:
         stage.probes.at(from)->during = nullptr;
     }
 
+    void anExitThatSendsTheFocusRoundAndOnEntersOnce()
+    {
+        FocusRound stage;
+        QVERIFY(stage.isReady());
+        stage.start(1);
+        stage.probes.at(1)->during = [&](const QString& event) {
+            if (event == u"ExitFocus"_s) {
+                stage.edits.at(3)->setFocus();
+                stage.edits.at(0)->setFocus();
+            }
+        };
+        stage.edits.at(0)->setFocus();
+        QVERIFY(stage.edits.at(0)->hasFocus());
+        QCOMPARE(stage.focusEvents(0), QStringList({u"EnterFocus"_s}));
+        QCOMPARE(stage.focusEvents(1), QStringList({u"ExitFocus"_s}));
+        stage.probes.at(1)->during = nullptr;
+    }
+
+    void aControlInAControlIsEnteredAndLeftForItself()
+    {
+        FocusRound stage;
+        QVERIFY(stage.isReady());
+        stage.start(3);
+        ProbeControl* outer = stage.probes.at(0);
+        auto* inner = new ProbeControl(outer);
+        auto* first = new QLineEdit(inner);
+        auto* second = new QLineEdit(inner);
+        inner->show();
+        inner->take();
+        first->setFocus();
+        second->setFocus(); // within both
+        QCOMPARE(stage.focusEvents(0), QStringList({u"EnterFocus"_s}));
+        QCOMPARE(inner->take().filter(u"Focus"_s), QStringList({u"EnterFocus"_s}));
+        stage.edits.at(0)->setFocus(); // within the outer one
+        QCOMPARE(stage.focusEvents(0), QStringList({u"EnterFocus"_s}));
+        QCOMPARE(inner->take().filter(u"Focus"_s), QStringList({u"ExitFocus"_s}));
+        stage.edits.at(1)->setFocus();
+        QCOMPARE(stage.focusEvents(0), QStringList({u"EnterFocus"_s, u"ExitFocus"_s}));
+        QCOMPARE(inner->take().filter(u"Focus"_s), QStringList());
+    }
+
     void enterAndExitAlternateWhoeverSendsTheFocusOn()
     {
         FocusRound stage;
