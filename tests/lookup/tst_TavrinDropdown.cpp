@@ -316,6 +316,11 @@ private Q_SLOTS:
         Site site;
         const TavrinDropdown control(&site.window);
         QCOMPARE(control.FrameBackColor(), control.ambient().BackColor());
+        QPalette palette;
+        palette.setColor(QPalette::Window, QColor(250, 240, 10));
+        site.window.setPalette(palette);
+        QCOMPARE(control.FrameBackColor(), Color::rgb(250, 240, 10));
+        QVERIFY(!control.autoFillBackground()); // the container is seen
     }
 
     void theSavedPropertiesComeBackInTheirOrder()

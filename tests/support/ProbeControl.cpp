@@ -21,9 +21,10 @@ ProbeControl::~ProbeControl()
 void ProbeControl::note(const QString& what)
 {
     *m_journal << what;
-    if (during)
-        during(what);
-    if (failing.contains(what))
+    const bool fails = failing.contains(what);
+    if (const auto follower = during) // which may delete the control
+        follower(what);
+    if (fails)
         throw Error(what + QStringLiteral(" failed"));
 }
 
