@@ -7,6 +7,7 @@
 #include "widgets/KeyCodes.h"
 #include "widgets/TextBox.h"
 
+#include <QApplication>
 #include <QPointer>
 #include <QScopedValueRollback>
 
@@ -41,6 +42,7 @@ AutoCompleteField::AutoCompleteField(QWidget* parent, const ControlSite& site)
     txtSearch->setObjectName(QStringLiteral("txtSearch"));
     lstMatches->setObjectName(QStringLiteral("lstMatches"));
     lstMatches->lower(); // the box covers it
+    lstMatches->setBox(txtSearch);
     setFocusProxy(txtSearch);
     setFocusPolicy(Qt::StrongFocus); // so that the access key of a label finds the way to the box
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -216,7 +218,8 @@ void AutoCompleteField::ShowMatches(const XmlNodeList& matches)
                             ToLong(item.childElement(QStringLiteral("Value")).text()));
     }
     Deselect();
-    ShowList(true);
+    if (isAncestorOf(QApplication::focusWidget())) // who has gone on before the answer wants no list there
+        ShowList(true);
 }
 
 void AutoCompleteField::Deselect()
@@ -279,12 +282,9 @@ void AutoCompleteField::txtSearch_KeyPress(int& keyAscii)
         m_AutoCompleteTimer->SetInterval(SearchDelay);
         m_AutoCompleteTimer->Start();
     }
-    if (keyAscii == KeyCode::Enter) {
-        const bool wasOpen = lstMatches->IsOpen();
-        if (SelectCurrentItem() &&
-            wasOpen) // this Enter answered the list; the form's default button is not meant
-            keyAscii = 0;
-    }
+    // The list may have been closed with an entry still marked: Enter is the form's then.
+    if (keyAscii == KeyCode::Enter && lstMatches->IsOpen() && SelectCurrentItem())
+        keyAscii = 0; // this Enter answered the list; the form's default button is not meant
 }
 
 void AutoCompleteField::txtSearch_KeyDown(int& keyCode, int)

@@ -27,9 +27,12 @@ class TextBox;
 ///     ...
 ///     record.setValue("LocationTypeNo", location->Value()); // Null when nothing is chosen
 ///
-/// The text and the value are two things: any typing takes the value away, and a text without a value is
-/// what the person typed and never chose. The field has no events; the form reads it when it saves, or
-/// follows `PropertyChanged`.
+/// The text and the value are two things: typing that searches takes the value away, and a text without a
+/// value is what the person typed and never chose. Delete, cutting, pasting, undoing, &, ( and characters
+/// beyond 128 search nothing: they change the text and leave the value, which is another text's then. The
+/// field has no events; the form reads both when it saves, or follows `PropertyChanged`. With the key "Text"
+/// that tells of a choice and of a text set by code, never of typing, so that a text which is another one
+/// since was typed and not chosen.
 class AutoCompleteField final : public UserControl
 {
     Q_OBJECT

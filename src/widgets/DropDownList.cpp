@@ -1,14 +1,11 @@
 #include "DropDownList.h"
 
-#include "KeyCodes.h"
 #include "PopupFrame.h"
-#include "base/Guard.h"
 
 #include <QAbstractListModel>
 #include <QApplication>
 #include <QFrame>
 #include <QListView>
-#include <QMouseEvent>
 #include <QScreen>
 #include <QStyledItemDelegate>
 #include <QTimer>
@@ -20,7 +17,6 @@ namespace tavrin {
 
 namespace {
 
-constexpr int VisibleRows = 12;
 constexpr int RowPadding = 8;     // above and below the text together
 constexpr int TextPadding = 24;   // beside the text, and a scroll bar's share
 constexpr int MeasuredRows = 200; // so many rows decide how wide the list is
@@ -189,6 +185,8 @@ void DropDownList::Close()
         return;
     qApp->removeEventFilter(this);
     m_popup->hide();
+    if (m_box && window()->focusWidget() == this) // the window's, which may be behind another one
+        m_box->setFocus();
 }
 
 bool DropDownList::IsOpen() const
@@ -235,153 +233,6 @@ void DropDownList::placePopup()
     const QSize wanted(std::max(width(), contentWidth()), rows * rowHeight + frame);
     m_popup->setGeometry(popupPlace({mapToGlobal(QPoint(0, 0)), size()}, wanted, rowHeight + frame,
                                     screen()->availableGeometry()));
-}
-
-bool DropDownList::isInsidePopup(const QObject* object) const
-{
-    const auto* widget = qobject_cast<const QWidget*>(object);
-    return widget && (widget == m_popup || m_popup->isAncestorOf(widget));
-}
-
-bool DropDownList::eventFilter(QObject* watched, QEvent* event)
-{
-    const auto* widget = qobject_cast<QWidget*>(watched);
-    if (!widget || !IsOpen())
-        return QWidget::eventFilter(watched, event);
-    switch (event->type()) {
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonDblClick:
-        if (!isInsidePopup(widget) && !keepsOpenAt(widget))
-            Close();
-        break;
-    case QEvent::MouseButtonRelease:
-        if (widget == m_view->viewport()) {
-            const auto* mouse = static_cast<QMouseEvent*>(event);
-            const QModelIndex row = m_view->indexAt(mouse->position().toPoint());
-            if (row.isValid() && mouse->button() == Qt::LeftButton)
-                guard("DropDownList_Click", [&] { choose(row.row()); });
-            else
-                markSelection(); // the press has marked the row below it
-            return true;
-        }
-        break;
-    case QEvent::Move:
-    case QEvent::Resize:
-        if (widget == this || widget->isAncestorOf(this))
-            placePopup();
-        break;
-    case QEvent::WindowDeactivate:
-        if (widget == window())
-            Close();
-        break;
-    default:
-        break;
-    }
-    return QWidget::eventFilter(watched, event);
-}
-
-void DropDownList::choose(int index)
-{
-    Close();
-    if (index >= ListCount()) // the view has not heard yet that the row is gone
-        return;
-    m_listIndex = index;
-    Click.raise();
-}
-
-// Keys and focus
-
-void DropDownList::keyPressEvent(QKeyEvent* event)
-{
-    const QPointer<DropDownList> self(this); // a handler may close the form
-    bool taken = false;
-    guard("DropDownList_KeyDown", [&] {
-        int keyCode = keyCodeOf(*event);
-        KeyDown.raise(keyCode, shiftStateOf(event->modifiers()));
-        taken = !self || (keyCode == 0 && keyCodeOf(*event) != 0);
-        if (!taken && keyCode == KeyCode::Escape && IsOpen()) {
-            Close();
-            taken = true;
-        }
-        if (!taken)
-            taken = !isShortcut(*event) && (moveBy(keyCode) || typeAhead(event->text()));
-    });
-    if (!self || taken)
-        event->accept();
-    else
-        QWidget::keyPressEvent(event);
-}
-
-bool DropDownList::moveBy(int keyCode)
-{
-    const int last = ListCount() - 1;
-    int target = m_listIndex;
-    switch (keyCode) {
-    case KeyCode::Down:
-        target = m_listIndex + 1;
-        break;
-    case KeyCode::Up:
-        target = m_listIndex - 1;
-        break;
-    case KeyCode::PageDown:
-        target = m_listIndex + VisibleRows - 1;
-        break;
-    case KeyCode::PageUp:
-        target = m_listIndex - (VisibleRows - 1);
-        break;
-    case KeyCode::Home:
-        target = 0;
-        break;
-    case KeyCode::End:
-        target = last;
-        break;
-    default:
-        return false;
-    }
-    if (last >= 0)
-        SetListIndex(std::clamp(target, 0, last));
-    return true;
-}
-
-bool DropDownList::isShortcut(const QKeyEvent& event)
-{
-    const bool alt = event.modifiers().testFlag(Qt::AltModifier);
-    const bool control = event.modifiers().testFlag(Qt::ControlModifier);
-    return alt != control ||
-           event.modifiers().testFlag(Qt::MetaModifier); // both make letters on some keyboards
-}
-
-bool DropDownList::typeAhead(const QString& text)
-{
-    if (text.isEmpty() || !text.at(0).isPrint())
-        return false;
-    for (int step = 1; step <= ListCount(); ++step) {
-        const int index = (m_listIndex + step) % ListCount();
-        if (List(index).startsWith(text, Qt::CaseInsensitive)) {
-            SetListIndex(index);
-            break;
-        }
-    }
-    return true;
-}
-
-void DropDownList::focusOutEvent(QFocusEvent* event)
-{
-    QWidget::focusOutEvent(event);
-    Close();
-}
-
-void DropDownList::hideEvent(QHideEvent* event)
-{
-    QWidget::hideEvent(event);
-    Close();
-}
-
-void DropDownList::changeEvent(QEvent* event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::EnabledChange && !isEnabled())
-        Close();
 }
 
 } // namespace tavrin

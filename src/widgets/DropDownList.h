@@ -10,6 +10,7 @@
 #include <vector>
 
 class QListView;
+class QMouseEvent;
 
 namespace tavrin {
 
@@ -22,7 +23,7 @@ namespace tavrin {
 /// While the widget has the focus, the arrow keys, Page Up and Down, Home and End select, and a letter
 /// selects the next entry that begins with it. A selection by key or by code raises `Click`; the mouse marks
 /// the row below it only, and a click closes the list first, then selects and raises `Click`, also on the
-/// selected row.
+/// selected row. The open list has its keys before the shortcuts of the window.
 class DropDownList : public QWidget, public DropdownTarget
 {
     Q_OBJECT
@@ -42,6 +43,11 @@ public:
     /// Text of the selected entry; "" for none.
     QString Text() const { return List(m_listIndex); }
 
+    /// The box that covers the widget. The open list has Escape in it as well. Only the open list has keys
+    /// then: one that closes while it has the focus gives it to the box, unless the focus is elsewhere
+    /// already.
+    void setBox(QWidget* box) { m_box = box; }
+
     /// Shows the list. Nothing happens while the widget is hidden or disabled.
     void Open();
     void Close();
@@ -57,6 +63,7 @@ protected:
     /// Whether a press of the mouse there leaves the list open.
     virtual bool keepsOpenAt(const QWidget*) const { return false; }
 
+    bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
@@ -64,6 +71,8 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    static constexpr int VisibleRows = 12;
+
     class Model;
     struct Entry
     {
@@ -78,6 +87,8 @@ private:
     void placePopup();
     int contentWidth() const;
     bool isInsidePopup(const QObject* object) const;
+    bool answersKeyOfBox(QEvent& event);
+    bool answersRelease(const QMouseEvent& event);
     void choose(int index);
     bool moveBy(int keyCode);
     /// A command of the window and no letter of an entry.
@@ -86,6 +97,7 @@ private:
 
     std::vector<Entry> m_entries;
     int m_listIndex = -1;
+    QPointer<QWidget> m_box;
     // A frame; a child of the window, which may die before this widget. As a QWidget, since Qt asks for it
     // while it dies, when it is no frame any more.
     QPointer<QWidget> m_popup;

@@ -114,8 +114,6 @@ void FlatDropdown::keyPressEvent(QKeyEvent* event)
 
 bool FlatDropdown::event(QEvent* event)
 {
-    if (IsOpen() && claimsListKey(*event, ListKeys::AllButFunctions))
-        return true; // the open list has it, and no shortcut of the window
     if (copiesText(*event, ListIndex() >= m_firstChoice ? Text() : QString()))
         return true;
     return DropDownList::event(event);

@@ -219,7 +219,7 @@ bool SearchBox::answersKey(const QKeyEvent& event)
     if (ListIsOpen() && isEnterKey(event)) {
         if (canTake())
             take(m_list->highlightedRow());
-        return true; // an open list asks for a choice; the form's default button is not meant
+        return true;
     }
     if (event.modifiers() & ~Qt::KeypadModifier)
         return false;

@@ -175,7 +175,6 @@ private Q_SLOTS:
         QTest::addColumn<int>("key");
         QTest::newRow("Down, closed") << false << int(Qt::Key_Down);
         QTest::newRow("Up, open") << true << int(Qt::Key_Up);
-        QTest::newRow("Escape, open") << true << int(Qt::Key_Escape);
         QTest::newRow("Page Down, open") << true << int(Qt::Key_PageDown);
     }
     void downWithAClosedListAndOtherKeysDoNothing()
@@ -193,6 +192,21 @@ private Q_SLOTS:
         QCOMPARE(form.list->ListIndex(), -1);
         QCOMPARE(form.box->Text(), text("gun"));
         form.list->Close();
+    }
+
+    void escapeInTheBoxClosesTheListAndLeavesTextAndValue()
+    {
+        AutoCompleteForm form;
+        QVERIFY(form.isReady());
+        QVERIFY(form.search(text("gun")));
+        const QSignalSpy changes(form.field, &UserControl::PropertyChanged);
+        QTest::keyClick(form.box, Qt::Key_Escape);
+        QVERIFY(!form.list->IsOpen());
+        QVERIFY(form.box->hasFocus());
+        QCOMPARE(form.box->Text(), text("gun"));
+        QVERIFY(AutoCompleteForm::letPendingSearchesRun());
+        QVERIFY(!form.list->IsOpen());
+        QCOMPARE(changes.size(), 0);
     }
 
     void escapeInTheListGoesBackToTheBoxAndLeavesTheTextSelection()
