@@ -5,6 +5,7 @@
 #include "frame/host_contracts/Host.h"
 #include "lookup/AutoCompleteField.h"
 
+#include <QLineEdit>
 #include <QScopedValueRollback>
 
 namespace tavrin::workbench {
@@ -16,9 +17,14 @@ AutoCompleteBinding::AutoCompleteBinding(AutoCompleteField* control, const QStri
 {
     connectGuarded(control, &UserControl::PropertyChanged, control, "AutoCompleteBinding_Edited",
                    [this](const QString& key) {
+                       if (key == QLatin1String("Text"))
+                           m_setText = ToText(m_control->Text());
                        if (!m_loading && (key == QLatin1String("Value") || key == QLatin1String("Text")))
                            Edited.raise();
                    });
+    // Keys that start no search are told of by the box alone.
+    connectGuarded(qobject_cast<QLineEdit*>(control->focusProxy()), &QLineEdit::textEdited, control,
+                   "AutoCompleteBinding_Typed", [this] { Edited.raise(); });
 }
 
 QWidget* AutoCompleteBinding::widget() const
@@ -62,9 +68,8 @@ void AutoCompleteBinding::store(tvTableRow& row) const
 QString AutoCompleteBinding::problem() const
 {
     const QString text = ToText(m_control->Text());
-    if (!IsNull(m_control->Value()) || text.isEmpty())
-        return {};
-    return notChosenText(text);
+    const bool isTyped = IsNull(m_control->Value()) || text != m_setText;
+    return isTyped && !text.isEmpty() ? notChosenText(text) : QString();
 }
 
 } // namespace tavrin::workbench

@@ -22,13 +22,15 @@ public:
     void load(tvTableRow& row) override;
     bool differs(tvTableRow& row) const override;
     void store(tvTableRow& row) const override;
-    /// A text that was typed and not chosen stands for no code; saving would lose it.
+    /// A text that is not the chosen entry's was typed and not chosen. It stands for no code: saving would
+    /// lose it, or write a code that the person does not see.
     QString problem() const override;
 
 private:
     QString textOf(const QVariant& code) const;
 
     AutoCompleteField* m_control;
+    QString m_setText; // by a choice, or by code; what the person has typed differs
     bool m_loading = false;
 };
 

@@ -3,15 +3,21 @@
 #include "base/Variant.h"
 #include "lookup/AutoCompleteField.h"
 #include "support/TestCase.h"
+#include "widgets/DropDownList.h"
 #include "widgets/TextBox.h"
 #include "workbench/MainWindow.h"
 #include "workbench/Theme.h"
 
+#include <QClipboard>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTreeWidget>
+
+#include <functional>
+#include <memory>
 
 using namespace tavrin;
 using namespace tavrin::workbench;
@@ -23,6 +29,8 @@ const QString Weapon = QStringLiteral("Weapon");
 const QString WeaponNo = QStringLiteral("WeaponNo");
 const QString StillThere = QStringLiteral("\n\nWhat you typed is still in this window.");
 const QString Summary = QStringLiteral("Summary");
+
+using Act = std::function<void(QLineEdit&)>;
 
 } // namespace
 
@@ -123,6 +131,79 @@ private Q_SLOTS:
         site.code(Weapon)->SetText(QString());
         QVERIFY(site.window->save());
         QVERIFY(IsNull(site.stored(WeaponNo)));
+    }
+
+    void aChosenTextThatWasChangedWithoutASearchIsTypedAndNotChosen_data()
+    {
+        QTest::addColumn<Act>("change");
+        QTest::addColumn<QString>("typed");
+        const QString rest = QStringLiteral("2 - Handgun");
+        QTest::newRow("Delete") << Act([](QLineEdit& box) { QTest::keyClick(&box, Qt::Key_Delete); }) << rest;
+        QTest::newRow("Ctrl+X") << Act([](QLineEdit& box) {
+            QTest::keyClick(&box, Qt::Key_Right, Qt::ShiftModifier);
+            QTest::keySequence(&box, QKeySequence::Cut);
+        }) << rest;
+        QTest::newRow("paste") << Act([](QLineEdit& box) {
+            QGuiApplication::clipboard()->setText(QStringLiteral("x"));
+            QTest::keySequence(&box, QKeySequence::Paste);
+        }) << QStringLiteral("x12 - Handgun");
+        QTest::newRow("e acute") << Act([](QLineEdit& box) {
+            QTest::sendKeyEvent(QTest::Click, &box, Qt::Key_Eacute, QString(QChar(0xe9)), Qt::NoModifier);
+        }) << QString(QChar(0xe9)) + QStringLiteral("12 - Handgun");
+        QTest::newRow("parenthesis") << Act([](QLineEdit& box) {
+            QTest::keyClicks(&box, QStringLiteral("("));
+        }) << QStringLiteral("(12 - Handgun");
+        QTest::newRow("menu") << Act([](QLineEdit& box) {
+            QTest::keyClick(&box, Qt::Key_Right, Qt::ShiftModifier);
+            const std::unique_ptr<QMenu> menu(box.createStandardContextMenu());
+            for (QAction* action : menu->actions()) {
+                if (action->text().remove(u'&') == QLatin1String("Delete"))
+                    action->trigger();
+            }
+        }) << rest;
+    }
+    void aChosenTextThatWasChangedWithoutASearchIsTypedAndNotChosen()
+    {
+        QFETCH(Act, change);
+        QFETCH(QString, typed);
+        for (const bool isChosen : {false, true}) {
+            Site site;
+            site.store(WeaponNo, isChosen ? 13 : 12);
+            site.open();
+            QVERIFY(QTest::qWaitForWindowActive(site.window));
+            AutoCompleteField& weapon = *site.code(Weapon);
+            auto& box = *qobject_cast<QLineEdit*>(weapon.focusProxy());
+            weapon.setFocus();
+            if (isChosen) { // else it is the record's
+                box.selectAll();
+                QTest::keyClicks(&box, QStringLiteral("handgun"));
+                QTRY_VERIFY(weapon.findChild<DropDownList*>()->IsOpen());
+                QTest::keyClick(&box, Qt::Key_Down);
+                QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+            }
+            QCOMPARE(weapon.Value(), QVariant(12));
+            QCOMPARE(box.text(), QStringLiteral("12 - Handgun"));
+            QCOMPARE(site.window->isDirty(), isChosen);
+            box.setCursorPosition(0);
+            change(box);
+            QCOMPARE(box.text(), typed);
+            QCOMPARE(weapon.Value(), QVariant(12)); // as the field is told
+            QVERIFY(site.window->isDirty());
+            QCOMPARE(site.status(), QStringLiteral("Unsaved changes"));
+            QTest::keyClick(site.window->windowHandle(), Qt::Key_S, Qt::ControlModifier);
+            QCOMPARE(site.boxes.texts(),
+                     QStringList{QStringLiteral("\"%1\" in \"Weapon or force\" was typed but not chosen from "
+                                                "the list. Choose an entry, or empty the field.")
+                                     .arg(typed) +
+                                 StillThere});
+            QVERIFY(weapon.isAncestorOf(QApplication::focusWidget()));
+            QVERIFY(SameValue(site.stored(WeaponNo), isChosen ? 13 : 12));
+            QTest::keySequence(&box, QKeySequence::Undo);
+            QCOMPARE(box.text(), QStringLiteral("12 - Handgun"));
+            QCOMPARE(site.window->isDirty(), isChosen);
+            QVERIFY(site.window->save());
+            QVERIFY(SameValue(site.stored(WeaponNo), 12));
+        }
     }
 
     void aChangeThatIsTakenBackIsNone()
