@@ -71,6 +71,33 @@ private Q_SLOTS:
         QCOMPARE(m_store->list().first().ReportedAt, QDateTime(QDate(2026, 3, 9), QTime(0, 0)));
     }
 
+    void ofOneMomentTheLastOneIsFirst_data()
+    {
+        QTest::addColumn<QVariant>("reportedAt");
+        QTest::newRow("a moment") << QVariant(QDateTime(QDate(2026, 1, 2), QTime(3, 4, 5)));
+        QTest::newRow("none") << Null();
+    }
+    void ofOneMomentTheLastOneIsFirst()
+    {
+        QFETCH(QVariant, reportedAt);
+        for (const char* caseNo : {"b", "d", "a", "c"}) { // no order of their names
+            const RecordPtr record = newIncident(QString::fromLatin1(caseNo));
+            put(record, "ReportedAt", reportedAt);
+            m_store->save(*record);
+        }
+        const auto cases = [this](const QString& search, int limit) {
+            QString names;
+            for (const IncidentSummary& line : m_store->list(search, limit))
+                names += line.CaseNo;
+            return names;
+        };
+        QCOMPARE(cases({}, 0), QStringLiteral("cadb"));
+        QCOMPARE(cases({}, 2), QStringLiteral("ca"));
+        QCOMPARE(cases({}, 1), QStringLiteral("c"));
+        QCOMPARE(cases(QStringLiteral("summary"), 0), QStringLiteral("cadb"));
+        QCOMPARE(cases(QStringLiteral("summary"), 3), QStringLiteral("cad"));
+    }
+
     void theSearchTakesItsTextAsItStands_data()
     {
         QTest::addColumn<QString>("search");

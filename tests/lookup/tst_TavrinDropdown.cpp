@@ -133,6 +133,31 @@ private Q_SLOTS:
         QCOMPARE(Site::entries(control), QStringList{u"(None)"_s});
     }
 
+    void aFollowerOfTheTableNumberThatHidesAndShowsTheControlSeesTheNewTable()
+    {
+        Site site;
+        auto* control = site.place(Races);
+        site.show();
+        control->SetValue(23);
+        QStringList seen;
+        QObject::connect(control, &UserControl::PropertyChanged, &site.window, [&](const QString& key) {
+            if (key != u"TableNumber"_s)
+                return;
+            seen << QString::number(control->TableNumber());
+            seen << Site::entries(control); // not before it shows again
+            control->hide();
+            control->show();
+            seen << Site::entries(control);
+        });
+        control->SetTableNumber(Nothing);
+        QCOMPARE(seen, QStringList({u"313"_s, u"(None)"_s, u"White"_s, u"Black"_s, u"Asian"_s, u"(None)"_s}));
+        QVERIFY(IsNull(control->Value()));
+        site.host.state().log.clear();
+        control->hide();
+        control->show();
+        QCOMPARE(site.host.state().log.filter(u"GetTableValues"_s), QStringList()); // it is built already
+    }
+
     void withoutATableTheListIsEmptyAndTheValueReadsNullAndIgnoresASet()
     {
         Site site;

@@ -213,6 +213,34 @@ private Q_SLOTS:
         }
     }
 
+    void overTheWordItGoesRightBelowItWhereThereIsRoomAndElseRightAbove_data()
+    {
+        QTest::addColumn<bool>("below");
+        QTest::newRow("room below") << true;
+        QTest::newRow("none below") << false;
+    }
+    void overTheWordItGoesRightBelowItWhereThereIsRoomAndElseRightAbove()
+    {
+        QFETCH(bool, below);
+        constexpr int distance = 12; // from the word, all around
+        Stage stage(u"teh second line\nthird line sayd\nend"_s);
+        const QRect screen = stage.window.screen()->availableGeometry();
+        stage.window.move(screen.left() + 60, below ? screen.top() + 40 : screen.bottom() - 160);
+        QVERIFY(stage.open());
+        const int left = screen.left() + 30;
+        stage.form->move(left, stage.walk->shownAt().top() - 20);
+        stage.dialog().click("cmdIgnore");
+        QCOMPARE(stage.walk->word(), u"sayd"_s);
+        const QRect word = stage.walk->shownAt();
+        const QRect frame = stage.form->frameGeometry();
+        QVERIFY(word.left() > left && word.right() < left + frame.width()); // it was over the word
+        QCOMPARE(frame.left(), left);
+        if (below)
+            QCOMPARE(frame.top(), word.bottom() + 1 + distance);
+        else
+            QCOMPARE(frame.bottom(), word.top() - 1 - distance);
+    }
+
     void itStaysWhereItIsWhileItCoversNothing()
     {
         Stage stage(u"teh sayd end"_s);

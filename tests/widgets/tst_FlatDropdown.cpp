@@ -1,3 +1,4 @@
+#include "Looks.h"
 #include "base/Error.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
@@ -11,7 +12,9 @@
 #include <QShortcut>
 #include <QWheelEvent>
 
+#include <functional>
 #include <memory>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 using tavrin::FlatDropdown;
@@ -51,6 +54,7 @@ public:
     FlatDropdown* box;
     QLineEdit* other;
     QStringList told;
+    std::optional<tavrin::test::PaintCount> paints; // of the box
 
 private:
     Subscription m_keep;
@@ -241,6 +245,86 @@ private Q_SLOTS:
         QVERIFY(showsText(withIcon, iconAlone, iconPlace.right() + 1 + padding, u"Rifle"_s));
         stage.box->SetIcon(QImage());
         QCOMPARE(imageOf(*stage.box), empty);
+    }
+
+    // A picture of the box would paint by itself, whether anything had asked for it or not.
+    void whatChangesTheLookOfAShownBoxPaintsIt_data()
+    {
+        using Act = std::function<void(Stage&)>;
+        QTest::addColumn<Act>("change");
+        QTest::addColumn<bool>("paints");
+        const auto add = [](const char* name, const Act& change, bool paints = true) {
+            QTest::newRow(name) << change << paints;
+        };
+        add(
+            "nothing", [](Stage&) {}, false);
+        add("the selected entry's text", [](Stage& stage) { stage.box->SetList(1, u"Pistol"_s); });
+        add(
+            "an entry's data", [](Stage& stage) { stage.box->SetItemData(1, 7); }, false);
+        add("a selection by code", [](Stage& stage) { stage.box->SetListIndex(2); });
+        add("none by code", [](Stage& stage) { stage.box->SetListIndex(-1); });
+        add(
+            "the selection that is", [](Stage& stage) { stage.box->SetListIndex(1); }, false);
+        add("a selection by key", [](Stage& stage) { QTest::keyClick(stage.box, Qt::Key_Down); });
+        add("a selection by the mouse", [](Stage& stage) {
+            stage.box->Open();
+            stage.clickRow(3);
+        });
+        add("no entries", [](Stage& stage) { stage.box->Clear(); });
+        add("an icon", [](Stage& stage) {
+            QImage icon(8, 8, QImage::Format_ARGB32);
+            icon.fill(Qt::red);
+            stage.box->SetIcon(icon);
+        });
+        add("the background", [](Stage& stage) { stage.box->SetBackColor(tavrin::Color::rgb(1, 2, 3)); });
+        add("the text's colour", [](Stage& stage) { stage.box->SetForeColor(tavrin::Color::rgb(1, 2, 3)); });
+        add("the focus goes", [](Stage& stage) { stage.other->setFocus(); });
+        add("the focus comes", [](Stage& stage) {
+            stage.other->setFocus();
+            QCoreApplication::processEvents();
+            stage.paints->paints = 0;
+            stage.box->setFocus();
+        });
+        add("disabled", [](Stage& stage) { stage.box->setEnabled(false); });
+        add("the theme", [](Stage& stage) {
+            QPalette palette = stage.window->palette();
+            palette.setColor(QPalette::Window, Qt::red);
+            stage.window->setPalette(palette);
+        });
+    }
+    void whatChangesTheLookOfAShownBoxPaintsIt()
+    {
+        QFETCH(std::function<void(Stage&)>, change);
+        QFETCH(bool, paints);
+        Stage stage;
+        QVERIFY(stage.isReady());
+        stage.box->SetListIndex(1);
+        QVERIFY(QTest::qWaitForWindowExposed(stage.window.get()));
+        QCoreApplication::processEvents(); // what is under way
+        stage.paints.emplace(*stage.box);
+        change(stage);
+        if (paints)
+            QTRY_VERIFY(stage.paints->paints > 0);
+        QCoreApplication::processEvents();
+        QCOMPARE(stage.paints->paints > 0, paints);
+    }
+
+    void anOpenListPaintsTheNewTextOfAnEntryAndHasRoomForIt()
+    {
+        Stage stage;
+        QVERIFY(stage.isReady());
+        stage.box->Open();
+        auto* view = stage.window->findChild<QListView*>(u"entries"_s);
+        QVERIFY(QTest::qWaitForWindowExposed(view->window()));
+        QCoreApplication::processEvents();
+        const int width = view->window()->width();
+        const tavrin::test::PaintCount paints(*view->viewport());
+        stage.box->SetList(2, u"Pistol"_s); // not the selected one
+        QTRY_VERIFY(paints.paints > 0);
+        QCOMPARE(view->window()->width(), width);
+        stage.box->SetList(2, QString(60, u'W'));
+        QTRY_VERIFY(view->window()->width() > width);
+        stage.box->Close();
     }
 
     void theHeightFollowsTheFontAndAChangeInsideIt()
