@@ -282,9 +282,14 @@ void AutoCompleteField::txtSearch_KeyPress(int& keyAscii)
         m_AutoCompleteTimer->SetInterval(SearchDelay);
         m_AutoCompleteTimer->Start();
     }
-    // The list may have been closed with an entry still marked: Enter is the form's then.
-    if (keyAscii == KeyCode::Enter && lstMatches->IsOpen() && SelectCurrentItem())
-        keyAscii = 0; // this Enter answered the list; the form's default button is not meant
+    if (keyAscii == KeyCode::Enter) {
+        const bool wasOpen = lstMatches->IsOpen();
+        if (!wasOpen && IsNull(m_value))
+            Deselect(); // it was marked in a list that nobody sees any more
+        if (SelectCurrentItem() &&
+            wasOpen) // this Enter answered the list; the form's default button is not meant
+            keyAscii = 0;
+    }
 }
 
 void AutoCompleteField::txtSearch_KeyDown(int& keyCode, int)

@@ -4,6 +4,7 @@
 #include "base/Variant.h"
 #include "support/TestCase.h"
 
+#include <QKeyEvent>
 #include <QPointer>
 #include <QTimer>
 
@@ -128,6 +129,26 @@ private Q_SLOTS:
         const QSignalSpy changes(form.field, &UserControl::PropertyChanged);
         QTest::keyClick(form.box, Qt::Key_Return);
         QCOMPARE(changes.size(), 0);
+    }
+
+    void enterBehindAChoicePutsItOnceMoreAndIsTheFormsToo()
+    {
+        AutoCompleteForm form;
+        QVERIFY(form.isReady());
+        QVERIFY(form.search(text("gun")));
+        QTest::keyClick(form.box, Qt::Key_Down);
+        QTest::keyClick(form.list, Qt::Key_Return);
+        QVERIFY(!form.list->IsOpen());
+        form.field->SetValue(99); // the form's own; its text is still the entry's
+        QStringList reports;
+        QObject::connect(form.field, &UserControl::PropertyChanged, &form.window,
+                         [&reports](const QString& key) { reports << key; });
+        QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, text("\r"));
+        QApplication::sendEvent(form.box, &enter);
+        QVERIFY(!enter.isAccepted()); // no list was open that it could have answered
+        QCOMPARE(form.field->Value(), QVariant(12));
+        QCOMPARE(form.box->Text(), text("12 - Handgun"));
+        QCOMPARE(reports, QStringList({text("Value"), text("Text")}));
     }
 
     void downGoesIntoTheListAndEnterThereChoosesAndSelectsTheText()
