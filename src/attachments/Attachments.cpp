@@ -4,6 +4,7 @@
 #include "ModuleKey.h"
 #include "NoAttachments.h"
 #include "PrimaryRule.h"
+#include "RemovedRow.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/host_contracts/Host.h"
 #include "frame/host_contracts/HostObjects.h"

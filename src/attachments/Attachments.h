@@ -1,6 +1,5 @@
 #pragma once
 
-#include "RemovedRow.h"
 #include "UploadedFile.h"
 #include "frame/Timer.h"
 #include "frame/control_frame/UserControl.h"
@@ -24,6 +23,7 @@ class Label;
 class ListView;
 class MenuItem;
 class PopupMenu;
+class RemovedRow;
 class TextArea;
 class TextBox;
 class TextLink;

@@ -1,4 +1,5 @@
 #include "Attachments.h"
+#include "RemovedRow.h"
 #include "UndoLine.h"
 #include "base/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"

@@ -287,6 +287,23 @@ private Q_SLOTS:
         verifyUsable({u"Report.pdf: xxxxxxxxxx"_s});
     }
 
+    void anIncidentThatIsLoadedAnewDuringAnUploadGetsTheFile()
+    {
+        m_page->store.save(*m_page->record);
+        writeFile(from(u"a.bin"_s), QByteArray(3 << 20, 'x'));
+        {
+            const Meanwhile load(1, [&] {
+                m_page->record = m_page->store.load(m_page->record->key());
+                static_cast<BoundSection*>(m_page->section)->ReadData(m_page->record);
+            });
+            m_page->add(from(u"a.bin"_s));
+        }
+        QCOMPARE(m_page->files(), QStringList{u"a.bin: xxxxxxxxxx"_s});
+        m_page->store.save(*m_page->record);
+        QCOMPARE(m_page->store.load(m_page->record->key())->collection(u"Attachments"_s)->Count(), 1);
+        verifyUsable({u"a.bin: xxxxxxxxxx"_s});
+    }
+
     void aNameThatCannotBeStoredIsOneFailedLine_data()
     {
         QTest::addColumn<QString>("name");
