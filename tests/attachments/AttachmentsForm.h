@@ -63,6 +63,8 @@ public:
         if (IsNull(key->Value()))
             key->SetValue(++m_last);
         m_rows.Add(row);
+        if (afterAdding)
+            afterAdding();
     }
     void RemoveCurrent(bool immediately) override
     {
@@ -97,6 +99,8 @@ public:
     std::optional<Error> removalFailure;
     /// May refuse a row.
     std::function<void(tvTableRow&)> beforeAdding;
+    /// Stands for whoever hears of a row from the record.
+    std::function<void()> afterAdding;
 
 private:
     mutable FakeCollection m_rows;

@@ -582,6 +582,20 @@ private Q_SLOTS:
         QCOMPARE(said(form), QString());
     }
 
+    void aRowThatIsBackAlthoughAFollowerFailedIsThereOnce()
+    {
+        AttachmentsForm form;
+        QVERIFY(open(form));
+        form.press(Qt::Key_Delete);
+        form.rows->afterAdding = [] { throw Error(u"the title is away"_s); };
+        undo(form);
+        QCOMPARE(form.boxes.take().first().text,
+                 u"Unexpected error putting attachment back: the title is away"_s);
+        QCOMPARE(form.fileNames(), QStringList({u"door.png"_s, u"lock.png"_s, u"report.docx"_s}));
+        QCOMPARE(form.list->Count(), 3);
+        QCOMPARE(said(form), QString());
+    }
+
     void aFollowerOfTheReturnMayDeleteTheSection()
     {
         AttachmentsForm form;
