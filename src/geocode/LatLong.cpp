@@ -264,8 +264,11 @@ void LatLong::optGeocodeOnSave_Click(int index)
         // A record that refuses it does not turn the option back: the next write tries it again, with the
         // coordinates that the person has typed until then.
         const auto followOption = qScopeGuard([&self] {
-            if (self && self->m_isShown)
-                self->openBoxes();
+            if (!self || !self->m_isShown)
+                return;
+            self->openBoxes();
+            if (self->optGeocodeOnSave[Manual]->Value())
+                self->showWarning(false); // there is none of coordinates that are typed
         });
         fieldOf(*locationOf(m_bo), QStringLiteral("GeocodeOnSave"))->SetValue(index == OnSave);
         if (self)

@@ -48,6 +48,13 @@ void LatLong::openMenu(QWidget& widget, const QPoint& place)
     m_openMenu->popup(widget.mapToGlobal(place));
 }
 
+void LatLong::changeEvent(QEvent* event)
+{
+    UserControl::changeEvent(event);
+    if (event->type() == QEvent::EnabledChange && !isEnabled() && m_openMenu)
+        m_openMenu->close(); // it would take neither key nor mouse any more
+}
+
 void LatLong::contextMenuEvent(QContextMenuEvent* event)
 {
     event->accept();

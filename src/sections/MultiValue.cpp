@@ -116,7 +116,7 @@ void MultiValue::BoundControl_FillControl(const BoundBinding* binding, const QVa
                        return;
                    withdrawDialog();
                    const auto showState = qScopeGuard([this] { lstValues_Click(); });
-                   // Half a list must not be taken for the whole one, neither by a save nor by the person.
+                   // Half a list must not be taken for the whole one: a save would remove the other codes.
                    auto forget = qScopeGuard([this] { forgetRecord(); });
                    line = 1010;
                    m_binding = *binding;
@@ -131,10 +131,10 @@ void MultiValue::BoundControl_FillControl(const BoundBinding* binding, const QVa
                            m_values.append(value);
                        line = 1030;
                    }
+                   m_fillFailed = false;
+                   forget.dismiss(); // all values are here, also where a description fails
                    line = 1060;
                    RebuildList();
-                   m_fillFailed = false;
-                   forget.dismiss();
                });
 }
 

@@ -33,9 +33,10 @@ class frmMultiValueSelect;
 ///     record->save();
 ///
 /// A failure of the host inside a contract call, and at construction, reaches the caller. One inside an
-/// action of the person goes to the application's handler of unhandled errors. A fill that fails leaves an
-/// empty list, to which nothing can be added and which a save refuses to write, so that no code of the record
-/// is lost; the next fill ends that.
+/// action of the person goes to the application's handler of unhandled errors. A fill that cannot read all
+/// rows leaves an empty list, to which nothing can be added and which a save refuses to write, so that no
+/// code of the record is lost; the next fill ends that. Before the first fill there are no values, and a save
+/// removes the rows.
 class MultiValue final : public UserControl, public BoundControl
 {
     Q_OBJECT

@@ -255,12 +255,15 @@ void SuspRelList::BoundSection_WriteData(const tvBusinessObjectPtr& record)
     const auto suspect =
         childOf<tvBusinessObject>(required(record, QStringLiteral("record")), QStringLiteral("SuspectBO"));
     const QPointer<SuspRelList> self(this);
+    const int reading = m_readings;
     bool hasParties = false;
     const tvTableCollectionPtr parties = ParseOtherCollectionTag(record, hasParties);
     if (!self)
         return;
-    if (hasParties && m_readState != ReadState::Done)
-        throw notRead; // each of them would count as removed
+    // Each of the parties would count as removed. Below the message the host may have read another record,
+    // whose rows these are now.
+    if (m_readings != reading || (hasParties && m_readState != ReadState::Done))
+        throw notRead;
     followOtherCollection(parties);
     // With copies: a follower of the links may change the list, or close the form.
     const tvTableCollectionPtr suspects = m_suspects;

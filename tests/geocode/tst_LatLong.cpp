@@ -572,6 +572,22 @@ private Q_SLOTS:
         QVERIFY(stage.boxes.shown().isEmpty());
     }
 
+    void theWarningGoesWithARefusedOptionOfTypedCoordinatesToo()
+    {
+        LatLongStage stage;
+        QVERIFY(stage.isReady());
+        LocationRecord location;
+        location.put("GeocodeOnSave", true);
+        location.put("GeocodeStatus", 1);
+        stage.read(location);
+        QCOMPARE(stage.warning(), u"Address not found."_s);
+        location.failing = u"GeocodeOnSave"_s;
+        stage.click(stage.option(0));
+        QCOMPARE(stage.boxes.take().size(), 1);
+        QCOMPARE(stage.mode(), ManualMode);
+        QCOMPARE(stage.warning(), QString());
+    }
+
     void aRefusedOptionIsTriedAgainByAClickOfTheOtherAndBack()
     {
         LatLongStage stage;

@@ -272,6 +272,46 @@ private Q_SLOTS:
         QCOMPARE(clipboard(), u"before"_s);
     }
 
+    void theMenuClosesBeforeAReadThatFails_data()
+    {
+        QTest::addColumn<bool>("onSave");
+        QTest::newRow("of the section") << true;
+        QTest::newRow("of a box") << false;
+    }
+    void theMenuClosesBeforeAReadThatFails()
+    {
+        QFETCH(bool, onSave);
+        LatLongStage stage;
+        QVERIFY(stage.isReady());
+        const auto location = located(onSave);
+        stage.read(*location);
+        rightClick(stage, stage.lat(), QPoint(4, 4));
+        QVERIFY(openMenu());
+        location->failing = u"Longitude"_s;
+        stage.read(*location);
+        QVERIFY(!openMenu());
+        stage.boxes.take();
+    }
+
+    void aSectionThatIsDisabledClosesItsMenu_data()
+    {
+        QTest::addColumn<bool>("onSave");
+        QTest::newRow("of the section") << true;
+        QTest::newRow("of a box") << false;
+    }
+    void aSectionThatIsDisabledClosesItsMenu()
+    {
+        QFETCH(bool, onSave);
+        LatLongStage stage;
+        QVERIFY(stage.isReady());
+        const auto location = located(onSave);
+        stage.read(*location);
+        rightClick(stage, stage.lat(), QPoint(4, 4));
+        QVERIFY(openMenu());
+        stage.control->setEnabled(false);
+        QVERIFY(!openMenu());
+    }
+
     void theControlMayDieWhileTheMenuIsOpen_data()
     {
         QTest::addColumn<bool>("onSave");

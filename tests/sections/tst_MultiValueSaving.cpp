@@ -444,34 +444,36 @@ private Q_SLOTS:
         QCOMPARE(form.take(), QStringList());
     }
 
-    void whicheverCallOfTheHostFailsInAFillNothingIsShownAndASaveLeavesTheRowsAlone_data()
+    void valuesThatWereReadAreKeptWhereTheListCannotBeBuilt_data()
     {
         QTest::addColumn<QString>("failing");
         for (const char* call : {"new TableCodeCache", "GetDescription 302", "ShadeColor"})
             QTest::newRow(call) << QString::fromLatin1(call);
     }
-    void whicheverCallOfTheHostFailsInAFillNothingIsShownAndASaveLeavesTheRowsAlone()
+    void valuesThatWereReadAreKeptWhereTheListCannotBeBuilt()
     {
         QFETCH(QString, failing);
         MultiValueForm form;
         form.fill({13}); // of another record
-        form.list->SetListIndex(0);
         form.host.state().failures.insert({failing, Error(u"no table"_s, 61, u"cache"_s)});
-        const auto rows = std::make_shared<NotingRows>(Columns, 3);
-        for (const int row : {1, 3})
-            put(*rows, row, u"WeaponNo"_s, 10 + row);
+        const auto rows = rowsOf({11, 12});
         const Error told = errorOf([&] { form.contract().FillControl(&form.binding, {}, rows); });
         QCOMPARE(told.Number, 61);
         QCOMPARE(told.Source, u"cache -> MultiValue.BoundControl_FillControl [line 1060]"_s);
         form.host.state().failures.clear();
-        QCOMPARE(form.control->Count(), 0);
-        QCOMPARE(form.entries(), QStringList()); // half a list is none
-        QVERIFY(!form.remove->isEnabled());
-        rows->take();
-        QVERIFY_THROWS_EXCEPTION(Error, form.contract().SetValue(&form.binding, {}, rows));
-        QCOMPARE(rows->take(), QStringList());
-        form.contract().FillControl(&form.binding, {}, rows);
-        QCOMPARE(form.values(), QVariantList({11, 13}));
+        QCOMPARE(form.values(), QVariantList({11, 12}));
+        form.contract().SetValue(&form.binding, {}, rows);
+        QCOMPARE(weaponsOf(*rows), QVariantList({11, 12}));
+        form.control->SetEnabled(true); // the list is built anew
+        QCOMPARE(form.entries(), QStringList({u"Handgun"_s, u"Rifle"_s}));
+    }
+
+    void aSaveBeforeAnyFillRemovesTheRowsWhichIsMeant()
+    {
+        MultiValueForm form;
+        const auto rows = rowsOf({11, 12});
+        form.contract().SetValue(&form.binding, {}, rows); // no values: the host has asked for an empty list
+        QCOMPARE(rows->Count(), 0);
     }
 
     void whicheverCallOfTheRowsFailsInAFillNothingIsShownAndASaveLeavesThemAlone()

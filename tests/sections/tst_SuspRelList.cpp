@@ -1,5 +1,6 @@
 #include "SuspectForm.h"
 #include "support/FailingRecords.h"
+#include "support/NextModal.h"
 
 #include <QScopeGuard>
 
@@ -7,6 +8,7 @@ using namespace Qt::StringLiterals;
 using namespace tavrin;
 using tavrin::test::FailingRecord;
 using tavrin::test::FakeRecord;
+using tavrin::test::NextModal;
 using tavrin::test::RecordCalls;
 using tavrin::test::ShownBox;
 using tavrin::test::SuspectForm;
@@ -525,6 +527,43 @@ private Q_SLOTS:
         form.read();
         QCOMPARE(form.rows(), QStringList({u"key_1/1/Ash, Ann/Friend"_s, u"key_2/2/Birch, Ben/Neighbor"_s}));
         QVERIFY(form.tip->isHidden());
+        form.write();
+        QCOMPARE(form.linkTexts(), QStringList({u"1  \"1\""_s, u"2  \"2\""_s}));
+    }
+
+    void aWriteBelowWhoseMessageARecordIsReadWritesNothingAndLeavesTheRecord_data()
+    {
+        QTest::addColumn<bool>("fails");
+        QTest::newRow("a record that can be read") << false;
+        QTest::newRow("a record that cannot") << true;
+    }
+    void aWriteBelowWhoseMessageARecordIsReadWritesNothingAndLeavesTheRecord()
+    {
+        QFETCH(bool, fails);
+        SuspectForm form;
+        form.addThreeVictimsOfWhomTwoAreLinked();
+        form.read();
+        form.section->SetOtherCollectionTag(u"A.B"_s);
+        const auto boxes = std::make_shared<ReadingBoxes>();
+        boxes->meanwhile = [&] {
+            form.section->SetOtherCollectionTag(u"Victims"_s);
+            if (fails)
+                form.suspectBO->setItem(u"SuspectVictims"_s, nullptr);
+            QCOMPARE(errorOf([&] { form.read(); }).Number != 0, fails);
+        };
+        const auto before = std::exchange(desktop().messageBoxes, boxes);
+        const auto restore = qScopeGuard([&] { desktop().messageBoxes = before; });
+        const QStringList links = form.linkTexts();
+        QCOMPARE(form.writeError().Description, NotRead);
+        QCOMPARE(form.linkTexts(), links);
+        QCOMPARE(form.rows().size(), fails ? 0 : 2);
+        QCOMPARE(form.tip->isHidden(), !fails);
+        if (fails)
+            return;
+        // The parties are those of the record that was read.
+        const NextModal dialog([](QWidget& window) { window.close(); });
+        form.add->trigger();
+        QVERIFY(dialog.came());
         form.write();
         QCOMPARE(form.linkTexts(), QStringList({u"1  \"1\""_s, u"2  \"2\""_s}));
     }

@@ -129,16 +129,18 @@ private Q_SLOTS:
     void theMenuClosesWithTheRowsItWasOpenedFor_data()
     {
         QTest::addColumn<bool>("byKey");
-        QTest::addColumn<bool>("fails");
-        QTest::newRow("mouse") << false << false;
-        QTest::newRow("key") << true << false;
-        QTest::newRow("mouse, a read that fails") << false << true;
-        QTest::newRow("key, a read that fails") << true << true;
+        QTest::addColumn<QString>("missing");
+        QTest::newRow("mouse") << false << QString();
+        QTest::newRow("key") << true << QString();
+        QTest::newRow("mouse, a read that fails at the links") << false << u"SuspectVictims"_s;
+        QTest::newRow("key, a read that fails at the links") << true << u"SuspectVictims"_s;
+        QTest::newRow("mouse, a read that fails at once") << false << u"SuspectBO"_s;
     }
     void theMenuClosesWithTheRowsItWasOpenedFor()
     {
         QFETCH(bool, byKey);
-        QFETCH(bool, fails);
+        QFETCH(QString, missing);
+        const bool fails = !missing.isEmpty();
         SuspectForm form;
         form.addThreeVictimsOfWhomTwoAreLinked();
         form.read();
@@ -153,7 +155,9 @@ private Q_SLOTS:
             std::exchange(form.links, std::make_shared<tavrin::test::FakeCollection>(QStringList{
                                           u"LinkNo"_s, u"VictimSeqNo"_s, u"SeqNo"_s, u"RelationNo"_s}));
         form.addLink(3, 3);
-        form.suspectBO->setItem(u"SuspectVictims"_s, fails ? nullptr : form.links);
+        form.suspectBO->setItem(u"SuspectVictims"_s, form.links);
+        if (fails)
+            (missing == u"SuspectBO"_s ? *form.page : *form.suspectBO).setItem(missing, nullptr);
         try {
             form.read();
             QVERIFY(!fails);
