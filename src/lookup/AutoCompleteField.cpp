@@ -136,9 +136,11 @@ QVariant AutoCompleteField::Text() const
 
 void AutoCompleteField::SetText(const QVariant& text)
 {
+    const QPointer<AutoCompleteField> self(this); // an empty text drops the value, which has followers
     m_text = ToText(text);
     txtSearch->SetText(m_text);
-    Q_EMIT PropertyChanged(QStringLiteral("Text"));
+    if (self)
+        Q_EMIT PropertyChanged(QStringLiteral("Text"));
 }
 
 void AutoCompleteField::SetBackColor(Color color)
@@ -218,7 +220,8 @@ void AutoCompleteField::ShowMatches(const XmlNodeList& matches)
                             ToLong(item.childElement(QStringLiteral("Value")).text()));
     }
     Deselect();
-    if (isAncestorOf(QApplication::focusWidget())) // who has gone on before the answer wants no list there
+    // Who has gone on, or closed the list, before the answer came wants none.
+    if (m_wantsList && isAncestorOf(QApplication::focusWidget()))
         ShowList(true);
 }
 
@@ -281,19 +284,28 @@ void AutoCompleteField::txtSearch_KeyPress(int& keyAscii)
         m_AutoCompleteTimer->SetOneShot(true);
         m_AutoCompleteTimer->SetInterval(SearchDelay);
         m_AutoCompleteTimer->Start();
+        m_wantsList = true;
     }
     if (keyAscii == KeyCode::Enter) {
         const bool wasOpen = lstMatches->IsOpen();
         if (!wasOpen && IsNull(m_value))
             Deselect(); // it was marked in a list that nobody sees any more
-        if (SelectCurrentItem() &&
-            wasOpen) // this Enter answered the list; the form's default button is not meant
-            keyAscii = 0;
+        if (wasOpen) {
+            keyAscii = 0; // this Enter answers the list; the form's default button is not meant
+            m_wantsList = false;
+        }
+        SelectCurrentItem();
     }
 }
 
 void AutoCompleteField::txtSearch_KeyDown(int& keyCode, int)
 {
+    if (keyCode == KeyCode::Escape && lstMatches->IsOpen()) {
+        keyCode = 0; // the dialog stays
+        m_wantsList = false;
+        ShowList(false);
+        return;
+    }
     if (keyCode != KeyCode::Down || !lstMatches->IsOpen() || lstMatches->ListCount() == 0)
         return;
     keyCode = 0; // the page that the field stands on does not scroll
@@ -322,8 +334,9 @@ void AutoCompleteField::lstMatches_KeyDown(int& keyCode, int)
         if (SelectCurrentItem())
             FocusText();
     } else if (keyCode == KeyCode::Escape) {
-        txtSearch->setFocus();
         keyCode = 0;
+        m_wantsList = false;
+        txtSearch->setFocus();
     }
 }
 

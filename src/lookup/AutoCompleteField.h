@@ -125,6 +125,7 @@ private:
     Color m_backColor;
     Color m_foreColor;
     bool m_searching = false;
+    bool m_wantsList = false; // since the last key that searches
     std::optional<XmlDocument> m_document;
     std::vector<Subscription> m_subscriptions;
 };

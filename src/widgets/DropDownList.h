@@ -43,9 +43,9 @@ public:
     /// Text of the selected entry; "" for none.
     QString Text() const { return List(m_listIndex); }
 
-    /// The box that covers the widget. The open list has Escape in it as well. Only the open list has keys
-    /// then: one that closes while it has the focus gives it to the box, unless the focus is elsewhere
-    /// already.
+    /// The box that covers the widget, and that answers Escape, Enter and the arrow down over the open list:
+    /// they are no shortcuts of the window then. Only the open list has keys of its own: one that closes
+    /// while it has the focus gives it to the box, unless the focus is elsewhere already.
     void setBox(QWidget* box) { m_box = box; }
 
     /// Shows the list. Nothing happens while the widget is hidden or disabled.
@@ -87,7 +87,6 @@ private:
     void placePopup();
     int contentWidth() const;
     bool isInsidePopup(const QObject* object) const;
-    bool answersKeyOfBox(QEvent& event);
     bool answersRelease(const QMouseEvent& event);
     void choose(int index);
     bool moveBy(int keyCode);

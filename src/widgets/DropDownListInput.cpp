@@ -18,17 +18,6 @@ bool DropDownList::isInsidePopup(const QObject* object) const
     return widget && (widget == m_popup || m_popup->isAncestorOf(widget));
 }
 
-bool DropDownList::answersKeyOfBox(QEvent& event)
-{
-    if (claimsListKey(event, ListKeys::Moving))
-        return true;
-    if (event.type() != QEvent::KeyPress || static_cast<QKeyEvent&>(event).key() != Qt::Key_Escape)
-        return false;
-    event.accept(); // the dialog stays
-    Close();
-    return true;
-}
-
 bool DropDownList::answersRelease(const QMouseEvent& event)
 {
     const QModelIndex row = m_view->indexAt(event.position().toPoint());
@@ -46,8 +35,7 @@ bool DropDownList::eventFilter(QObject* watched, QEvent* event)
         return false;
     switch (event->type()) {
     case QEvent::ShortcutOverride:
-    case QEvent::KeyPress:
-        return widget == m_box && answersKeyOfBox(*event);
+        return widget == m_box && claimsListKey(*event, ListKeys::Entering);
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
         if (!isInsidePopup(widget) && !keepsOpenAt(widget))

@@ -27,13 +27,14 @@ bool isListKey(const QKeyEvent& event, ListKeys keys)
         return false;
     switch (event.key()) {
     case Qt::Key_Down:
+        return true;
     case Qt::Key_Up:
     case Qt::Key_PageDown:
     case Qt::Key_PageUp:
-        return true;
+        return keys >= ListKeys::Moving;
     case Qt::Key_Home:
     case Qt::Key_End:
-        return keys != ListKeys::Moving;
+        return keys >= ListKeys::MovingAndEnds;
     default:
         return keys == ListKeys::AllButFunctions && (event.key() < Qt::Key_F1 || event.key() > Qt::Key_F35);
     }

@@ -10,6 +10,7 @@ namespace tavrin {
 /// it whatever the shift state, the others without a modifier.
 enum class ListKeys
 {
+    Entering,       ///< Escape, Enter and the arrow down, which goes into the list; the others are the box's
     Moving,         ///< Escape, Enter, the arrows up and down and the page keys; the others are the text's
     MovingAndEnds,  ///< also Home and End
     AllButFunctions ///< every key but the function keys: letters find an entry

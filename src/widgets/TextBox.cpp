@@ -54,9 +54,23 @@ TextBox::TextBox(QWidget* parent)
     setTextMargins(3, 2, 3, 2); // room around the text, so that a column of boxes reads calmly
     setMaxLength(std::numeric_limits<int>::max()); // Qt's own would cut a text of a record
     connectGuarded(this, &QLineEdit::textChanged, this, "TextBox_Change", [this] {
-        if (!m_settingText)
+        if (m_isEditing)
+            m_changed = true;
+        else if (!m_settingText)
             Change.raise();
     });
+}
+
+void TextBox::edit(const std::function<void()>& byQt)
+{
+    const QPointer<TextBox> self(this);
+    const bool isInner = std::exchange(m_isEditing, true);
+    byQt();
+    if (!self || isInner)
+        return;
+    m_isEditing = false;
+    if (std::exchange(m_changed, false))
+        guard("TextBox_Change", [this] { Change.raise(); });
 }
 
 void TextBox::SetText(const QString& text)
@@ -194,7 +208,7 @@ void TextBox::keyPressEvent(QKeyEvent* event)
     if (!self || swallowed)
         event->accept();
     else
-        QLineEdit::keyPressEvent(event);
+        edit([&] { QLineEdit::keyPressEvent(event); });
 }
 
 void TextBox::inputMethodEvent(QInputMethodEvent* event)
@@ -211,7 +225,7 @@ void TextBox::inputMethodEvent(QInputMethodEvent* event)
     }
     if (taken != event->commitString())
         event->setCommitString(taken, event->replacementStart(), event->replacementLength());
-    QLineEdit::inputMethodEvent(event);
+    edit([&] { QLineEdit::inputMethodEvent(event); });
 }
 
 void TextBox::wheelEvent(QWheelEvent* event)

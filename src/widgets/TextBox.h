@@ -5,6 +5,7 @@
 
 #include <QLineEdit>
 
+#include <functional>
 #include <optional>
 
 namespace tavrin {
@@ -57,6 +58,9 @@ protected:
 private:
     class LengthValidator;
     bool swallows(QKeyEvent* event);
+    /// Lets Qt take the event before `Change` is raised: a handler may delete the box that Qt is at work
+    /// with.
+    void edit(const std::function<void()>& byQt);
     void makeRoomFor(const QString& text);
     void applyColors();
 
@@ -72,6 +76,8 @@ private:
     std::optional<int> m_maxLength;
     LengthValidator* m_lengthValidator = nullptr; // while a text is longer than the limit
     bool m_settingText = false;
+    bool m_isEditing = false; // by Qt, which has not come back yet
+    bool m_changed = false;   // meanwhile
     bool m_applyingColors = false;
 };
 

@@ -6,6 +6,7 @@
 
 #include <QKeyEvent>
 #include <QPointer>
+#include <QShortcut>
 #include <QTimer>
 
 #include <utility>
@@ -84,6 +85,8 @@ private Q_SLOTS:
         QTest::newRow("Enter in the list") << 1;
         QTest::newRow("click") << 2;
         QTest::newRow("search") << 3;
+        QTest::newRow("a key that empties the box") << 4;
+        QTest::newRow("a text set empty") << 5;
     }
     void aFollowerMayDeleteTheFieldAtAChoice()
     {
@@ -95,6 +98,11 @@ private Q_SLOTS:
             form.list->SetListIndex(1); // marked while the box keeps the focus
         if (way == 1)
             QTest::keyClick(form.box, Qt::Key_Down);
+        if (way >= 4) {
+            form.field->SetText(text("x"));
+            form.field->SetValue(12);
+            QTest::keyClick(form.box, Qt::Key_Home);
+        }
         const QPointer<AutoCompleteField> field = form.field;
         QObject::connect(form.field, &UserControl::PropertyChanged, &form.window,
                          [&form] { delete std::exchange(form.field, nullptr); });
@@ -104,8 +112,12 @@ private Q_SLOTS:
             QTest::keyClick(form.list, Qt::Key_Return);
         else if (way == 2)
             form.clickRow(0);
-        else
+        else if (way == 3)
             QTest::keyClicks(form.box, text("s"));
+        else if (way == 4)
+            QTest::keyClick(form.box, Qt::Key_Delete);
+        else
+            form.field->SetText(QString());
         QTRY_VERIFY(!field);
     }
 
@@ -228,6 +240,56 @@ private Q_SLOTS:
         QVERIFY(AutoCompleteForm::letPendingSearchesRun());
         QVERIFY(!form.list->IsOpen());
         QCOMPARE(changes.size(), 0);
+    }
+
+    void aSearchThatIsPendingWhenTheListIsClosedByAKeyOpensNone_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::newRow("Escape") << int(Qt::Key_Escape);
+        QTest::newRow("Enter with nothing marked") << int(Qt::Key_Return);
+    }
+    void aSearchThatIsPendingWhenTheListIsClosedByAKeyOpensNone()
+    {
+        QFETCH(int, key);
+        AutoCompleteForm form;
+        QVERIFY(form.isReady());
+        QVERIFY(form.search(text("gun")));
+        form.searched.reset();
+        QTest::keyClick(form.box, Qt::Key_Backspace);
+        QTest::keyClicks(form.box, text("n"));
+        QVERIFY(!form.searched);
+        QTest::keyClick(form.box, Qt::Key(key));
+        QVERIFY(!form.list->IsOpen());
+        QTRY_COMPARE(form.searched, std::optional(text("gun")));
+        QVERIFY(!form.list->IsOpen());
+        form.searched.reset();
+        QTest::keyClick(form.box, Qt::Key_Space); // the next key wants it again
+        QTest::keyClick(form.box, Qt::Key_Backspace);
+        QTRY_COMPARE(form.searched, std::optional(text("gun")));
+        QVERIFY(form.list->IsOpen());
+        form.list->Close();
+    }
+
+    void keysThatNeitherBoxNorListAnswersStayShortcutsOfTheWindow_data()
+    {
+        QTest::addColumn<int>("key");
+        for (const Qt::Key key : {Qt::Key_Up, Qt::Key_PageUp, Qt::Key_PageDown})
+            QTest::newRow(QTest::toString(key)) << int(key);
+    }
+    void keysThatNeitherBoxNorListAnswersStayShortcutsOfTheWindow()
+    {
+        QFETCH(int, key);
+        AutoCompleteForm form;
+        QVERIFY(form.isReady());
+        QVERIFY(form.search(text("gun")));
+        int fired = 0;
+        const QShortcut shortcut(QKeySequence(key), &form.window);
+        QObject::connect(&shortcut, &QShortcut::activated, &form.window, [&fired] { ++fired; });
+        QTest::keyClick(form.window.windowHandle(), Qt::Key(key));
+        QCOMPARE(fired, 1);
+        QVERIFY(form.list->IsOpen());
+        QCOMPARE(form.list->ListIndex(), -1);
+        form.list->Close();
     }
 
     void escapeInTheListGoesBackToTheBoxAndLeavesTheTextSelection()

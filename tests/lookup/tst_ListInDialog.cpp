@@ -214,18 +214,32 @@ private Q_SLOTS:
     {
         QFETCH(Act, place);
         QFETCH(Act, open);
-        for (const Qt::KeyboardModifiers shift : {Qt::NoModifier, Qt::ShiftModifier, Qt::ControlModifier}) {
-            for (const Qt::Key enter : {Qt::Key_Return, Qt::Key_Enter}) {
-                Stage stage;
-                place(stage);
-                QVERIFY(stage.show());
-                open(stage);
-                QTRY_VERIFY(Stage::listIsOpen());
-                // The dialog counts Enter of the number block as its own whatever the shift state.
-                stage.key(enter, enter == Qt::Key_Enter ? shift | Qt::KeypadModifier : shift);
-                QVERIFY(stage.dialog.isVisible());
-                QCOMPARE(stage.defaultPresses, 0);
-                QVERIFY(stage.hasFocus());
+        for (const bool isMarked : {true, false}) {
+            QStringList byReturn; // what plain Return makes of the texts
+            bool staysOpen = false;
+            for (const Qt::KeyboardModifiers shift :
+                 {Qt::NoModifier, Qt::ShiftModifier, Qt::ControlModifier}) {
+                for (const Qt::Key enter : {Qt::Key_Return, Qt::Key_Enter}) {
+                    Stage stage;
+                    place(stage);
+                    QVERIFY(stage.show());
+                    open(stage);
+                    QTRY_VERIFY(Stage::listIsOpen());
+                    if (isMarked)
+                        stage.key(Qt::Key_Down);
+                    // The dialog counts Enter of the number block as its own whatever the shift state.
+                    stage.key(enter, enter == Qt::Key_Enter ? shift | Qt::KeypadModifier : shift);
+                    QVERIFY(stage.dialog.isVisible());
+                    QCOMPARE(stage.defaultPresses, 0);
+                    QVERIFY(stage.hasFocus());
+                    if (!shift && enter == Qt::Key_Return) {
+                        byReturn = stage.texts();
+                        staysOpen = Stage::listIsOpen();
+                        QVERIFY(!isMarked || !staysOpen); // it is taken
+                    }
+                    QCOMPARE(stage.texts(), byReturn);
+                    QCOMPARE(Stage::listIsOpen(), staysOpen);
+                }
             }
         }
     }

@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QInputMethodEvent>
+#include <QPointer>
 #include <QVBoxLayout>
 #include <QWheelEvent>
 
@@ -197,6 +198,38 @@ private Q_SLOTS:
         QTest::keyClick(stage.window.windowHandle(), Qt::Key_A);
         QCOMPARE(unhandled, QStringList({u"TextBox_Change no"_s}));
         QCOMPARE(stage.box->Text(), u"a"_s);
+    }
+
+    void aChangeHandlerMayDeleteTheBox_data()
+    {
+        QTest::addColumn<int>("way");
+        QTest::newRow("a character") << 0;
+        QTest::newRow("Backspace") << 1;
+        QTest::newRow("an input method") << 2;
+        QTest::newRow("code") << 3;
+    }
+    void aChangeHandlerMayDeleteTheBox()
+    {
+        QFETCH(int, way);
+        QWidget window;
+        QPointer<TextBox> box(new TextBox(&window));
+        box->SetText(u"abc"_s);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        box->setFocus();
+        const Subscription change = box->Change.subscribe([&box] { delete box.data(); });
+        if (way == 0)
+            QTest::keyClick(box, Qt::Key_X);
+        else if (way == 1)
+            QTest::keyClick(box, Qt::Key_Backspace);
+        else if (way == 2) {
+            QInputMethodEvent commit;
+            commit.setCommitString(u"x"_s);
+            QApplication::sendEvent(box, &commit);
+        } else
+            box->SetText(QString());
+        QVERIFY(!box);
     }
 
     void setTextRaisesChangeOnceBeforeItReturns()
