@@ -70,7 +70,7 @@ QString AutoCompleteBinding::problem() const
 {
     const QString text = ToText(m_control->Text());
     const bool isTyped = IsNull(m_control->Value()) || text != m_setText;
-    return isTyped && !text.isEmpty() ? notChosenText(text) : QString();
+    return isTyped && !text.isEmpty() ? notChosenText(text, plainLabel()) : QString();
 }
 
 } // namespace tavrin::workbench

@@ -7,6 +7,22 @@
 
 namespace tavrin::workbench {
 
+/// Why something on a page cannot be saved, in a sentence for the person, and where.
+struct FieldProblem
+{
+    QWidget* field;
+    QString text;
+};
+
+/// The problem of a text that was typed into a search and not chosen from its list.
+inline QString notChosenText(const QString& typed, const QString& plainLabel)
+{
+    return QStringLiteral(
+               "\"%1\" in \"%2\" was typed but not chosen from the list. Choose an entry, or empty "
+               "the field.")
+        .arg(typed, plainLabel);
+}
+
 /// Ties one widget of a page to one field of the record's main row.
 class FieldBinding
 {
@@ -41,14 +57,6 @@ public:
     Event<> Edited;
 
 protected:
-    /// The problem of a text that was typed into a search and not chosen from its list.
-    QString notChosenText(const QString& typed) const
-    {
-        return QStringLiteral("\"%1\" in \"%2\" was typed but not chosen from the list. Choose an entry, or "
-                              "empty the field.")
-            .arg(typed, plainLabel());
-    }
-
     tvField& field(tvTableRow& row) const { return *fieldOf(row, m_fieldName); }
 
 private:

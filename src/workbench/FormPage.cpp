@@ -64,6 +64,14 @@ void FormPage::storeRows(Record& record)
         rows->store(record);
 }
 
+std::optional<FieldProblem> FormPage::firstProblem() const
+{
+    auto problem = RecordPage::firstProblem();
+    for (auto rows = m_rows.begin(); !problem && rows != m_rows.end(); ++rows)
+        problem = (*rows)->firstProblem();
+    return problem;
+}
+
 // Layout
 
 QLabel* FormPage::addSection(const QString& title, const QString& hint)

@@ -40,6 +40,7 @@ public:
     void load(Record& record) override;
     bool differs(Record& record) const override;
     void storeRows(Record& record) override;
+    std::optional<FieldProblem> firstProblem() const override;
 
 protected:
     QLabel* addSection(const QString& title, const QString& hint = {});

@@ -1,5 +1,6 @@
 #include "PickerBinding.h"
 
+#include "SearchTyping.h"
 #include "base/Guard.h"
 
 #include <QScopedValueRollback>
@@ -17,6 +18,10 @@ PickerBinding::PickerBinding(SearchPicker* picker, const QString& fieldName, con
         m_value.touched();
         Edited.raise();
     });
+    followTyping(*picker, [this] {
+        if (!m_loading)
+            Edited.raise();
+    });
 }
 
 void PickerBinding::load(tvTableRow& row)
@@ -27,7 +32,7 @@ void PickerBinding::load(tvTableRow& row)
 
 bool PickerBinding::differs(tvTableRow& row) const
 {
-    return m_value.differs(field(row));
+    return m_value.differs(field(row)) || !m_picker->TypedText().isEmpty();
 }
 
 void PickerBinding::store(tvTableRow& row) const
@@ -38,7 +43,7 @@ void PickerBinding::store(tvTableRow& row) const
 QString PickerBinding::problem() const
 {
     const QString typed = m_picker->TypedText();
-    return typed.isEmpty() ? QString() : notChosenText(typed);
+    return typed.isEmpty() ? QString() : notChosenText(typed, plainLabel());
 }
 
 bool PickerBinding::isRequired() const

@@ -1,6 +1,7 @@
 #include "PickerRow.h"
 
 #include "RowDetails.h"
+#include "SearchTyping.h"
 #include "base/Guard.h"
 #include "base/Variant.h"
 
@@ -53,6 +54,10 @@ PickerRow::PickerRow(SearchPicker* picker, RowFields fields, QWidget* parent)
         m_detailsEdited = m_details->Edited.subscribe([this] { Edited.raise(); });
     }
     connectGuarded(picker, &SearchPicker::Change, this, "PickerRow_Change", [this] { pickerChanged(); });
+    followTyping(*picker, [this] {
+        if (!m_loading)
+            Typed.raise();
+    });
 }
 
 void PickerRow::addRemoveButton(QHBoxLayout& layout)
@@ -144,6 +149,8 @@ bool PickerRow::flagDiffers() const
 
 bool PickerRow::differs() const
 {
+    if (!m_picker->TypedText().isEmpty())
+        return true;
     if (!m_stored)
         return !isEmpty();
     return m_value.differs(*fieldOf(*m_stored, m_fields.value)) || flagDiffers() ||

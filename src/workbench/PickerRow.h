@@ -57,6 +57,8 @@ public:
     void scrollIntoView();
 
     Event<> Edited;
+    /// The text in the picker's box is another one, by the person or because it gave way to the choice.
+    Event<> Typed;
     Event<> RemoveAsked;
 
 private:

@@ -89,7 +89,21 @@ void PickerRows::store(Record& record)
         line->store(record, *rows);
 }
 
+std::optional<FieldProblem> PickerRows::firstProblem() const
+{
+    for (const PickerRow* line : m_lines) {
+        if (const QString typed = line->picker().TypedText(); !typed.isEmpty())
+            return FieldProblem{&line->picker(), notChosenText(typed, heading())};
+    }
+    return std::nullopt;
+}
+
 // The lines
+
+QString PickerRows::heading() const
+{
+    return m_heading->text().remove(u'&');
+}
 
 PickerRow* PickerRows::addLine(Record& record, const tvTableRowPtr& stored)
 {
@@ -99,12 +113,12 @@ PickerRow* PickerRows::addLine(Record& record, const tvTableRowPtr& stored)
         picker,
         {hostText("collection"), hostText("field"), hostText("flag"), hostText("flagLabel"), m_form.host},
         this);
-    const QString name = m_heading->text().remove(u'&');
-    picker->setAccessibleName(name);
+    picker->setAccessibleName(heading());
     if (QWidget* box = picker->focusProxy())
-        box->setAccessibleName(name);
+        box->setAccessibleName(heading());
     m_layout->insertWidget(m_layout->count() - 1, line);
     m_subscriptions.push_back(line->Edited.subscribe([this] { linesChanged(); }));
+    m_subscriptions.push_back(line->Typed.subscribe([this] { Edited.raise(); }));
     m_subscriptions.push_back(line->RemoveAsked.subscribe([this, line] { removeLine(line); }));
     line->load(record, stored);
     m_lines.push_back(line);

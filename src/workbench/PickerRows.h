@@ -1,9 +1,11 @@
 #pragma once
 
+#include "FieldBinding.h"
 #include "PickerRow.h"
 #include "frame/control_frame/FormFile.h"
 #include "host/Record.h"
 
+#include <optional>
 #include <vector>
 
 class QLabel;
@@ -28,12 +30,15 @@ public:
     void load(Record& record);
     bool differs(Record& record) const;
     void store(Record& record);
+    /// A line whose text was typed and not chosen; nothing when there is none.
+    std::optional<FieldProblem> firstProblem() const;
 
     Event<> Edited;
 
 private:
     tvTableCollectionPtr collectionOf(Record& record) const;
     QString hostText(const char* key) const;
+    QString heading() const;
     PickerRow* addLine(Record& record, const tvTableRowPtr& stored);
     void removeLine(PickerRow* line);
     void takeAway(PickerRow* line);

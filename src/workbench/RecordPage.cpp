@@ -43,13 +43,13 @@ QPushButton* RecordPage::makeSpellingButton(const QString& caption)
     return button;
 }
 
-const FieldBinding* RecordPage::firstProblem() const
+std::optional<FieldProblem> RecordPage::firstProblem() const
 {
     for (const auto& binding : m_bindings) {
-        if (!binding->problem().isEmpty())
-            return binding.get();
+        if (const QString problem = binding->problem(); !problem.isEmpty())
+            return FieldProblem{binding->widget(), problem};
     }
-    return nullptr;
+    return std::nullopt;
 }
 
 const FieldBinding* RecordPage::bindingOf(const QString& fieldName) const

@@ -7,6 +7,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QPushButton;
@@ -48,8 +49,8 @@ public:
     virtual void storeRows(Record&) {}
     /// After a save, for what the save itself has filled in.
     virtual void showSaved(Record&) {}
-    /// The first field whose content cannot be saved; nullptr when there is none.
-    virtual const FieldBinding* firstProblem() const;
+    /// What cannot be saved, the first of it; nothing when all can.
+    virtual std::optional<FieldProblem> firstProblem() const;
     /// The field of the page that is bound to this column; nullptr when there is none.
     const FieldBinding* bindingOf(const QString& fieldName) const;
 

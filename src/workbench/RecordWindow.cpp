@@ -14,6 +14,7 @@
 #include "base/Variant.h"
 #include "spell/TavrinSpellcheck.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -248,7 +249,9 @@ void RecordWindow::tellStatus(const QString& text)
 void RecordWindow::showProblem(int page, QWidget* field, const QString& text)
 {
     showPage(page);
-    field->setFocus(Qt::OtherFocusReason);
+    if (!field->isAncestorOf(
+            QApplication::focusWidget())) // a text that is left there gives way to the choice
+        field->setFocus(Qt::OtherFocusReason);
     tellNotSaved(text, BoxIcon::Exclamation);
 }
 
@@ -262,8 +265,8 @@ void RecordWindow::tellNotSaved(const QString& text, BoxIcon icon)
 bool RecordWindow::mayBeSaved()
 {
     for (std::size_t i = 0; i < m_pages.size(); ++i) {
-        if (const FieldBinding* binding = m_pages[i]->firstProblem()) {
-            showProblem(static_cast<int>(i), binding->widget(), binding->problem());
+        if (const auto problem = m_pages[i]->firstProblem()) {
+            showProblem(static_cast<int>(i), problem->field, problem->text);
             return false;
         }
     }

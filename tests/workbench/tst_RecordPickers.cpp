@@ -341,6 +341,53 @@ private Q_SLOTS:
         QCOMPARE(site.storedRows(Assignments, AssignedTo), QVariantList{QStringLiteral("team:1")});
     }
 
+    void aTextThatWasTypedIntoALineAndNotChosenRefusesTheSave()
+    {
+        PickerSite site;
+        site.storeRows(Assignments, AssignedTo, {QStringLiteral("team:1")});
+        site.openPage(OfficersPage);
+        SearchPicker& picker = site.add(Assignments);
+        QVERIFY(!offered(picker, QStringLiteral("patrol")).isEmpty());
+        QVERIFY(site.window->isWindowModified());
+        QVERIFY(!site.window->save());
+        QCOMPARE(site.boxes.texts().size(), 1);
+        QVERIFY(site.boxes.texts().constFirst().startsWith(
+            QStringLiteral("\"patrol\" in \"Assigned to\" was typed but not chosen from the list.")));
+        QVERIFY(picker.isAncestorOf(QApplication::focusWidget()));
+        QCOMPARE(picker.TypedText(), QStringLiteral("patrol"));
+        choose(picker, QStringLiteral("patrol c"));
+        QVERIFY(site.window->save());
+        QCOMPARE(site.storedRows(Assignments, AssignedTo),
+                 QVariantList({QStringLiteral("team:1"), QStringLiteral("team:3")}));
+    }
+
+    void whatWasTypedAndNotChosenIsUnsavedUntilItGivesWay_data()
+    {
+        QTest::addColumn<bool>("inALine");
+        QTest::newRow("a field") << false;
+        QTest::newRow("a line") << true;
+    }
+    void whatWasTypedAndNotChosenIsUnsavedUntilItGivesWay()
+    {
+        QFETCH(bool, inALine);
+        PickerSite site;
+        site.storeRows(Assignments, AssignedTo, {QStringLiteral("team:1")});
+        site.openPage(OfficersPage);
+        SearchPicker& picker = inALine ? site.add(Assignments)
+                                       : *site.window->findChild<SearchPicker*>(QStringLiteral("K9Handler"));
+        QVERIFY(!site.window->isWindowModified());
+        picker.setFocus();
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Z);
+        QVERIFY(site.window->isDirty());
+        QVERIFY(site.window->isWindowModified());
+        site.boxes.answerWith({BoxAnswer::Cancel});
+        QVERIFY(!site.window->close()); // it asks
+        site.addButton(Assignments)->setFocus();
+        QCOMPARE(picker.TypedText(), QString());
+        QVERIFY(!site.window->isDirty());
+        QVERIFY(!site.window->isWindowModified());
+    }
+
     void anOffenseIsCompletedUnlessThePersonSaysOtherwise()
     {
         PickerSite site;
