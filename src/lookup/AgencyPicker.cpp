@@ -97,7 +97,9 @@ void AgencyPicker::select(const QVariant& value)
     if (!self || put != m_puts) // a follower has put another value, which stands
         return;
     m_value = selected;
-    showLongText(); // where the list has become empty, no row change has done it
+    showLongText();
+    if (IsNull(tdbcValues->Bookmark()))
+        tdbcValues->SetBookmark(Null()); // a list without rows: the row before is gone, which nobody has told
 }
 
 /// What a put that failed leaves: nothing of the record before that a save could write, and a list to choose
@@ -113,9 +115,11 @@ void AgencyPicker::chooseNothing()
         m_settingValue = false;
 }
 
-/// A list that cannot be loaded leaves the one before, with the row chosen in it.
+/// A list that cannot be loaded leaves the one before, with the row chosen in it. The row is the business of
+/// whoever loads: what comes and goes on the way counts for nothing.
 void AgencyPicker::LoadAgencies(const QVariant& value)
 {
+    const QScopedValueRollback loading(m_isLoading, true);
     std::optional<GridArray> before;
     const QVariant row = tdbcValues->Bookmark();
     if (tdbcValues->HasArray())
@@ -223,7 +227,8 @@ QString AgencyPicker::ShortText() const
 
 void AgencyPicker::tdbcValues_RowChange()
 {
-    if (!std::exchange(m_hadFirstRowChange, true)) // the one from filling
+    const bool isFirst = !std::exchange(m_hadFirstRowChange, true);
+    if (isFirst || m_isLoading)
         return;
     showLongText();
     const QVariant bookmark = tdbcValues->Bookmark();

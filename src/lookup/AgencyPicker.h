@@ -75,7 +75,8 @@ public:
 
     /// Whether agencies that are no longer in use are listed; false by default. The value that is set stays
     /// listed in any case. Setting it loads the list anew at once; a failure of the host's list service
-    /// reaches the caller and leaves list and value as they were. In the designer no list is loaded.
+    /// reaches the caller and leaves list and value as they were, and the new option, which acts at the next
+    /// load. In the designer no list is loaded.
     bool ListAllAgencies() const { return m_listAllAgencies; }
     void SetListAllAgencies(bool listAll);
 
@@ -127,6 +128,7 @@ private:
     bool m_removeUsedValues = false;
     bool m_settingValue = false; // from a value that is set until the next row change
     bool m_hadFirstRowChange = false;
+    bool m_isLoading = false;
     bool m_inResize = false;
     SharedFont m_font;
     std::vector<Subscription> m_subscriptions;

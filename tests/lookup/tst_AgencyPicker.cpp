@@ -382,6 +382,7 @@ private Q_SLOTS:
         form.host.failWith(Error(u"no list"_s));
         QVERIFY_EXCEPTION_THROWN(form.picker->SetListAllAgencies(true), Error);
         form.host.failWith({});
+        QVERIFY(form.picker->ListAllAgencies()); // which acts at the next load
         QCOMPARE(form.picker->Value(), QVariant(30));
         QCOMPARE(form.combo->Text(), u"CS"_s);
         QCOMPARE(form.picker->FullText(), u"County Sheriff"_s);
@@ -389,6 +390,8 @@ private Q_SLOTS:
         QCOMPARE(form.take(), QStringList());
         QTest::keyClick(form.combo, Qt::Key_Down);
         QCOMPARE(form.take(), QStringList({u"ItemSelect 40 Dale Patrol"_s, u"Change 40 Dale Patrol"_s}));
+        form.picker->SetValue(30);
+        QCOMPARE(form.values(), QVariantList({Null(), 10, 20, 30, 40}));
     }
 
     void aFollowerOfAPutThatFailedMayDeleteTheControlOrPutAnotherValue()
@@ -434,16 +437,127 @@ private Q_SLOTS:
         QCOMPARE(form.take(), QStringList({u"Change  "_s}));
     }
 
-    void aListWithoutRowsLeavesNoName()
+    void aListWithoutRowsLeavesNoNameAndTellsThatTheChoiceIsGone_data()
+    {
+        QTest::addColumn<QVariant>("value");
+        QTest::newRow("a put of the value before, which fails") << QVariant(30);
+        QTest::newRow("a put of Null, which needs no row") << Null();
+    }
+    void aListWithoutRowsLeavesNoNameAndTellsThatTheChoiceIsGone()
+    {
+        QFETCH(QVariant, value);
+        AgencyForm form;
+        QVERIFY(form.isReady());
+        form.picker->SetValue(30);
+        form.take();
+        OddLists odd([](GridCombo& combo) { combo.Rebind(); });
+        {
+            const HostInstallation installed(odd);
+            if (IsNull(value))
+                form.picker->SetValue(value);
+            else
+                QVERIFY_EXCEPTION_THROWN(form.picker->SetValue(value),
+                                         Error); // there is no first row to take
+            QVERIFY(IsNull(form.picker->Value()));
+            QCOMPARE(form.combo->Text(), QString());
+            QCOMPARE(form.label->Caption(), QString());
+            QCOMPARE(form.take(), QStringList{u"Change  "_s});
+            form.picker->SetValue(Null());
+            QCOMPARE(form.take(), QStringList()); // nor was there a choice any more
+        }
+        form.picker->SetValue(30);
+        QCOMPARE(form.picker->FullText(), u"County Sheriff"_s);
+        QCOMPARE(form.take(), QStringList{u"Change 30 County Sheriff"_s});
+        QTest::keyClick(form.combo, Qt::Key_Down);
+        QCOMPARE(form.take(), QStringList({u"ItemSelect 40 Dale Patrol"_s, u"Change 40 Dale Patrol"_s}));
+    }
+
+    void aListWithoutRowsUnderAnotherOptionLeavesTheValueAndItsRowIsFoundAgainWithoutAWord()
     {
         AgencyForm form;
         form.picker->SetValue(30);
+        form.take();
         OddLists odd([](GridCombo& combo) { combo.Rebind(); });
-        const HostInstallation installed(odd);
-        QVERIFY_EXCEPTION_THROWN(form.picker->SetValue(30), Error); // there is no first row to take
-        QVERIFY(IsNull(form.picker->Value()));
-        QCOMPARE(form.combo->Text(), QString());
-        QCOMPARE(form.label->Caption(), QString());
+        {
+            const HostInstallation installed(odd);
+            QVERIFY_EXCEPTION_THROWN(form.picker->SetListAllAgencies(true), Error);
+        }
+        QCOMPARE(form.picker->Value(), QVariant(30));
+        form.picker->SetListAllAgencies(true);
+        QCOMPARE(form.picker->FullText(), u"County Sheriff"_s);
+        QCOMPARE(form.take(), QStringList());
+    }
+
+    void aFollowerOfAListWithoutRowsMayDeleteTheControlOrPutAnotherValue()
+    {
+        for (const bool deletes : {true, false}) {
+            AgencyForm form;
+            const QPointer<AgencyPicker> picker(form.picker);
+            picker->SetValue(30);
+            picker->disconnect(form.window.get());
+            bool hasRows = false;
+            OddLists odd([&](GridCombo& combo) {
+                if (hasRows)
+                    combo.Array().AppendRow({u"XX"_s, u"Found again"_s, 77, u"1"_s});
+                combo.Rebind();
+            });
+            const HostInstallation installed(odd);
+            connect(picker, &AgencyPicker::Change, form.window.get(), [&] {
+                if (deletes) {
+                    delete picker.data();
+                } else if (!std::exchange(hasRows, true)) {
+                    picker->SetValue(77);
+                }
+            });
+            picker->SetValue(Null());
+            QCOMPARE(picker.isNull(), deletes);
+            if (!deletes)
+                QCOMPARE(picker->Value(), QVariant(77));
+        }
+    }
+
+    void aFirstListThatBreaksOffHalfwayTellsNothingAndTheNextOneIsLoaded_data()
+    {
+        QTest::addColumn<bool>("byRestoring");
+        QTest::newRow("by a put") << false;
+        QTest::newRow("while the form is restored") << true;
+    }
+    void aFirstListThatBreaksOffHalfwayTellsNothingAndTheNextOneIsLoaded()
+    {
+        QFETCH(bool, byRestoring);
+        AgencyForm form;
+        QVERIFY(form.isReady());
+        AgencyPicker fresh(form.window.get()); // never restored, so without a list
+        fresh.show();
+        QStringList told;
+        connect(&fresh, &AgencyPicker::Change, this, [&] { told << u"Change"_s; });
+        connect(&fresh, &AgencyPicker::ItemSelect, this, [&] { told << u"ItemSelect"_s; });
+        OddLists odd([](GridCombo& combo) {
+            combo.Array().AppendRow({u"ZZ"_s, u"Half a list"_s, 99, u"1"_s});
+            combo.Rebind();
+            throw Error(u"the rest is away"_s);
+        });
+        auto* combo = fresh.findChild<GridComboBox*>();
+        {
+            const HostInstallation installed(odd);
+            if (byRestoring)
+                fresh.ReadProperties({}); // which passes over a list that fails
+            else
+                QVERIFY_EXCEPTION_THROWN(fresh.SetValue(99), Error);
+        }
+        QVERIFY(IsNull(fresh.Value()));
+        QVERIFY(!combo->HasArray());
+        QCOMPARE(combo->Text(), QString());
+        QCOMPARE(told, QStringList());
+        fresh.ReadProperties({});
+        QVERIFY(combo->HasArray());
+        QCOMPARE(combo->Array().UpperBound(), 4);
+        QVERIFY(IsNull(fresh.Value()));
+        QCOMPARE(told, QStringList());
+        fresh.setFocus();
+        QTest::keyClick(combo, Qt::Key_Down);
+        QCOMPARE(fresh.Value(), QVariant(10));
+        QCOMPARE(told, QStringList({u"ItemSelect"_s, u"Change"_s}));
     }
 
     void withTheListOpenNoEnterPressesTheDefaultButton()
