@@ -61,6 +61,7 @@ void SearchBox::SelectItem(const XmlNode& node)
     if (!self)
         return;
     CloseList();
+    m_isForgotten = false;
     m_selected = node;
     m_selectedText = text;
     if (!node.isNull()) {
@@ -85,6 +86,7 @@ void SearchBox::ClearSelection()
 void SearchBox::ForgetSelection()
 {
     CloseList();
+    m_isForgotten = true;
     m_selected = {};
     m_selectedText.clear();
     SetText(QString());
@@ -123,7 +125,7 @@ void SearchBox::answerEdit()
     guard("SearchBox_Edited", [this] {
         const QPointer<SearchBox> self(this);
         const QString typed = text();
-        if (typed.isEmpty() && !m_selected.isNull())
+        if (typed.isEmpty() && (m_isForgotten || !m_selected.isNull()))
             ClearSelection();
         if (self && text() == typed) // a follower may have put another choice
             search();
@@ -223,6 +225,10 @@ bool SearchBox::answersKey(const QKeyEvent& event)
     }
     if (event.modifiers() & ~Qt::KeypadModifier)
         return false;
+    if (m_isForgotten && text().isEmpty() && (key == Qt::Key_Delete || key == Qt::Key_Backspace)) {
+        ClearSelection(); // there is no text to delete, but what the followers may still hold
+        return true;
+    }
     if (ListIsOpen())
         return m_list->moveHighlight(key);
     if (key != Qt::Key_Down)

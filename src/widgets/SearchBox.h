@@ -64,7 +64,9 @@ public:
     /// Drops the chosen item, and raises `SelectionChanged` also when there was none. The text is left to the
     /// handler.
     void ClearSelection();
-    /// Drops the chosen item and the text without a word.
+    /// Drops the chosen item and the text without a word, where followers may hold a value that has no item.
+    /// Until the next choice the person's emptying of the box, and Delete or Backspace in the empty one,
+    /// clear as if an item were chosen.
     void ForgetSelection();
 
     /// The text that the person has typed and not chosen; "" for none.
@@ -121,6 +123,7 @@ private:
 
     XmlNode m_selected;
     QString m_selectedText; // as it was when the item was chosen
+    bool m_isForgotten = false;
     SharedFont m_font;
     int m_minQueryLength = 0;
     std::unique_ptr<SuggestionPopup> m_list;

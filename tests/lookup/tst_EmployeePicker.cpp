@@ -319,10 +319,18 @@ private Q_SLOTS:
         for (const bool byContract : {false, true}) {
             Form form;
             QVERIFY(form.isReady());
-            if (isListAway)
-                form.host.failWith(Error(u"no list"_s)); // at its first need; later it is the clone
-            else
+            if (isListAway) {
+                // The list fails at its first need, later it is the clone: what the picker holds is not its
+                // own.
+                form.host.failWith(Error(u"no list"_s));
+                form.box->SelectItem(
+                    sampleEmployees().documentElement().selectSingleNode(u"Employee[OfficerNo=12]"_s));
+            } else {
                 form.hold(12);
+            }
+            QCOMPARE(form.picker->Value(), QVariant(12.0));
+            QCOMPARE(form.box->Text(), u"B12"_s);
+            QCOMPARE(form.label->Caption(), u"Baker, Bob"_s);
             form.follow();
             if (byContract)
                 QVERIFY_EXCEPTION_THROWN(form.hold(value), Error);
@@ -334,13 +342,77 @@ private Q_SLOTS:
             QCOMPARE(form.label->Caption(), QString());
             QVERIFY(form.box->SelectedItem().isNull());
             QCOMPARE(form.journal, QStringList());
+            form.type(u"x"_s);
             form.other->setFocus();
-            QCOMPARE(form.box->Text(), QString()); // nor does the name come back when the focus leaves
+            QCOMPARE(form.box->Text(), QString()); // nor does a name come back when the focus leaves
+            QCOMPARE(form.picker->Value(), value);
+            QCOMPARE(form.journal, QStringList());
             form.picker->setFocus();
             form.type(u"cole"_s);
             QTest::keyClick(form.box, Qt::Key_Return);
             QCOMPARE(form.take(), QStringList({u"Change 13"_s, u"ItemSelect 13"_s}));
         }
+    }
+
+    void aPutThatFailedClosesTheList_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::newRow("of a typed text") << u"ada"_s;
+        QTest::newRow("of the empty box") << QString();
+    }
+    void aPutThatFailedClosesTheList()
+    {
+        QFETCH(QString, typed);
+        Form form;
+        QVERIFY(form.isReady());
+        form.type(typed);
+        if (typed.isEmpty())
+            QTest::keyClick(form.box, Qt::Key_Down);
+        QVERIFY(form.box->ListIsOpen());
+        QVERIFY_EXCEPTION_THROWN(form.picker->SetValue(u"1 2"_s), Error);
+        QVERIFY(!form.box->ListIsOpen());
+        QTest::keyClick(form.box, Qt::Key_Return);
+        QCOMPARE(form.picker->Value(), QVariant(u"1 2"_s)); // no row of it was taken
+    }
+
+    void thePersonCanClearAValueThatShowsNoName_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("key");
+        QTest::newRow("a typed letter taken back") << u"x"_s << int(Qt::Key_Backspace);
+        QTest::newRow("Backspace in the empty box") << QString() << int(Qt::Key_Backspace);
+        QTest::newRow("Delete in the empty box") << QString() << int(Qt::Key_Delete);
+    }
+    void thePersonCanClearAValueThatShowsNoName()
+    {
+        QFETCH(QString, typed);
+        QFETCH(int, key);
+        Form form;
+        QVERIFY(form.isReady());
+        form.hold(12);
+        QVERIFY_EXCEPTION_THROWN(form.hold(u"1 2"_s), Error);
+        form.follow();
+        form.type(typed);
+        QCOMPARE(form.picker->Value(), QVariant(u"1 2"_s));
+        QTest::keyClick(form.box, static_cast<Qt::Key>(key));
+        QVERIFY(IsNull(form.picker->Value()));
+        QCOMPARE(form.box->Text(), QString());
+        QCOMPARE(form.take(), QStringList{u"Change Null"_s});
+        form.type(u"x"_s);
+        form.emptyBox();
+        QTest::keyClick(form.box, static_cast<Qt::Key>(key));
+        QCOMPARE(form.take(), QStringList()); // there is nothing left to clear
+    }
+
+    void aFollowerOfSuchAClearingMayDeleteThePicker()
+    {
+        Form form;
+        QVERIFY(form.isReady());
+        QVERIFY_EXCEPTION_THROWN(form.hold(u"1 2"_s), Error);
+        connect(form.picker, &EmployeePicker::Change, &form.window, [&] { delete form.picker; });
+        const QPointer<EmployeePicker> picker(form.picker);
+        QTest::keyClick(form.box, Qt::Key_Delete);
+        QVERIFY(picker.isNull());
     }
 
     void anObjectAsValueIsATypeMismatch()

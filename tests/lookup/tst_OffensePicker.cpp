@@ -134,6 +134,10 @@ private Q_SLOTS:
         QCOMPARE(form.box->Text(), QString());
         QCOMPARE(form.label->Caption(), QString());
         QCOMPARE(form.take(), QStringList());
+        form.type(u"x"_s);
+        QTest::keyClick(form.box, Qt::Key_Backspace); // the person clears what shows no name
+        QVERIFY(IsNull(form.picker->Value()));
+        QCOMPARE(form.take(), QStringList{u"Change Null"_s});
         form.hold(33);
         QCOMPARE(form.label->Caption(), u"Burglary"_s);
     }

@@ -271,6 +271,63 @@ private Q_SLOTS:
         QCOMPARE(stage.take(), QStringList({u"chosen none"_s}));
     }
 
+    void afterAForgottenChoiceThePersonsEmptyingClearsOnce_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("key");
+        QTest::newRow("a letter taken back") << u"x"_s << int(Qt::Key_Backspace);
+        QTest::newRow("Backspace in the empty box") << QString() << int(Qt::Key_Backspace);
+        QTest::newRow("Delete in the empty box") << QString() << int(Qt::Key_Delete);
+    }
+    void afterAForgottenChoiceThePersonsEmptyingClearsOnce()
+    {
+        QFETCH(QString, typed);
+        QFETCH(int, key);
+        Stage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(3);
+        stage.key(key); // nothing was forgotten yet
+        stage.box->SelectItem(stage.items[1]);
+        stage.take();
+        stage.box->ForgetSelection();
+        QVERIFY(stage.box->SelectedItem().isNull());
+        QCOMPARE(stage.box->Text(), QString());
+        QCOMPARE(stage.take(), QStringList());
+        stage.type(u"item"_s);
+        stage.after->setFocus();
+        QCOMPARE(stage.box->Text(), QString()); // the item's text does not come back
+        stage.box->setFocus();
+        stage.type(typed);
+        QCOMPARE(stage.take().filter(u"chosen"_s), QStringList());
+        stage.key(key);
+        QCOMPARE(stage.take().filter(u"chosen"_s), QStringList{u"chosen none"_s});
+        stage.key(key);
+        QCOMPARE(stage.take().filter(u"chosen"_s), QStringList());
+    }
+
+    void aChoiceEndsWhatAForgottenOneLeft()
+    {
+        Stage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(3);
+        stage.box->ForgetSelection();
+        stage.box->ClearSelection();
+        stage.take();
+        stage.key(Qt::Key_Delete);
+        QCOMPARE(stage.take(), QStringList());
+    }
+
+    void aForgottenChoiceClosesTheList()
+    {
+        Stage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(3);
+        stage.key(Qt::Key_Down); // opens it for the empty text, which stays
+        QVERIFY(stage.box->ListIsOpen());
+        stage.box->ForgetSelection();
+        QVERIFY(!stage.box->ListIsOpen());
+    }
+
     void anErrorInAHandlerReachesTheCodeThatChose()
     {
         Stage stage;
