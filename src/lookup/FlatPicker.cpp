@@ -19,6 +19,7 @@
 #include <QScopedValueRollback>
 
 #include <algorithm>
+#include <exception>
 
 namespace tavrin {
 
@@ -153,9 +154,9 @@ void FlatPicker::selectionChanged()
         tagName->SetCaption(truncated(m_fullText, tagLength()));
         tagName->SetToolTipText(tagName->Caption() == m_fullText ? QString() : m_fullText);
     }
-    RefreshAppearance();
     // The control itself has the focus where the tag has taken the search box's place.
     setAccessibleDescription(m_fullText);
+    RefreshAppearance();
     update();
     Q_EMIT Change();
 }
@@ -270,10 +271,17 @@ void FlatPicker::RefreshAppearance()
     const QScopedValueRollback refreshing(m_isRefreshing, true);
     tagName->setVisible(showsTag());
     applyFonts();
-    applyColors();
+    std::exception_ptr failure;
+    try {
+        applyColors();
+    } catch (...) {
+        failure = std::current_exception(); // the colours stay; all else shows what there is now
+    }
     refreshLink();
     refreshCaption();
     LayoutControls();
+    if (failure)
+        std::rethrow_exception(failure);
 }
 
 bool FlatPicker::showsTag() const

@@ -51,19 +51,13 @@ void FlatUserPicker::SetValue(const QVariant& given)
 
 void FlatUserPicker::loadFailed(const QVariant& value)
 {
-    // A value of another form has changed nothing, as its refusal tells; one that is there already was put
-    // before the theme failed. Else the lists failed, and the value of the record before must not be saved
-    // with this one.
-    const bool isRefused = !UserTeamList::isUser(value) && !UserTeamList::isTeam(value);
-    if (isRefused || IsNull(m_value) || SameValue(value, m_value))
+    // What no list is asked for was refused, and has changed nothing, or has cleared; a value that is there
+    // already was put before the theme failed. Else the lists failed, and the value of the record before must
+    // not be saved with this one.
+    const bool isLookedUp = UserTeamList::isUser(value) || UserTeamList::isTeam(value);
+    if (!isLookedUp || IsNull(m_value) || SameValue(value, m_value))
         return;
-    const QPointer<FlatUserPicker> self(this);
-    continueOnError( // what is told is why the load failed
-        [&] { acTextBox->ClearSelection(); },
-        [&] {
-            if (self)
-                LayoutControls(); // shows the text box also where the theme fails like the lists
-        });
+    continueOnError([&] { acTextBox->ClearSelection(); }); // what is told is why the load failed
 }
 
 void FlatUserPicker::SetIncludeInactive(bool include)

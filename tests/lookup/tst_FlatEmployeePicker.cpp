@@ -2,6 +2,7 @@
 #include "base/Variant.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
+#include "widgets/IconGlyphs.h"
 
 using namespace tavrin;
 using namespace Qt::StringLiterals;
@@ -107,6 +108,58 @@ private Q_SLOTS:
         QVERIFY(IsNull(form.contract().GetValue()));
         QVERIFY(!form.tag->isVisible());
         QCOMPARE(form.box->Text(), QString());
+    }
+
+    void aPutThatFailedOverNothingShowsAtOnceThatThereIsAValueToClear()
+    {
+        EmployeeForm form;
+        QVERIFY(form.isReady());
+        QCOMPARE(form.link->Symbol(), DropDownGlyph);
+        QVERIFY_EXCEPTION_THROWN(form.picker->SetValue(u"1 2"_s), Error);
+        QCOMPARE(form.link->Symbol(), ClearGlyph);
+        QCOMPARE(form.link->ToolTipText(), u"Clear"_s);
+        QVERIFY(form.tag->isVisible());
+        QCOMPARE(form.tag->Caption(), QString());
+        Journal journal(form.picker);
+        form.clickLink();
+        QVERIFY(IsNull(form.picker->Value()));
+        QCOMPARE(journal.take(), QStringList{u"Change"_s});
+        QCOMPARE(form.link->Symbol(), DropDownGlyph);
+        QCOMPARE(form.link->ToolTipText(), QString());
+        QVERIFY(!form.tag->isVisible());
+    }
+
+    void thePersonClearsAValueThatShowsNoNameFromTheKeyboardToo()
+    {
+        EmployeeForm form;
+        QVERIFY(form.isReady());
+        QVERIFY_EXCEPTION_THROWN(form.contract().SetValue(u"1 2"_s, nullptr), Error);
+        Journal journal(form.picker);
+        form.picker->setFocus();
+        form.press(Qt::Key_Delete);
+        QVERIFY(IsNull(form.picker->Value()));
+        QVERIFY(!form.tag->isVisible());
+        QCOMPARE(journal.take(), QStringList{u"Change"_s});
+    }
+
+    void aLoadOfNullThatTheThemeFailsEndsLaidOutAndTellsNoName()
+    {
+        EmployeeForm form;
+        QVERIFY(form.isReady());
+        const QRect alone = form.box->geometry();
+        form.contract().SetValue(11, nullptr);
+        QCOMPARE(form.picker->accessibleDescription(), u"O'Brien, Jack"_s);
+        QVERIFY(form.box->geometry() != alone);
+        Journal journal(form.picker);
+        form.host.state().failures.emplace(u"TextBoxColors"_s, Error(u"no theme"_s));
+        QVERIFY_EXCEPTION_THROWN(form.contract().SetValue(Null(), nullptr), Error);
+        QVERIFY(IsNull(form.contract().GetValue()));
+        QCOMPARE(form.picker->accessibleDescription(), QString());
+        QVERIFY(!form.tag->isVisible());
+        QCOMPARE(form.box->geometry(), alone);
+        QCOMPARE(form.link->Symbol(), DropDownGlyph);
+        QCOMPARE(journal.entries, QStringList());
+        form.host.state().failures.clear();
     }
 
     void aValueThatMakesNoExpressionReachesTheCallerAndThePickerStaysUsable_data()

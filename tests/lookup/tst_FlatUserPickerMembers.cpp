@@ -2,6 +2,7 @@
 #include "base/Variant.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
+#include "widgets/IconGlyphs.h"
 
 using namespace tavrin;
 using namespace Qt::StringLiterals;
@@ -253,6 +254,7 @@ private Q_SLOTS:
         QTest::newRow("users") << u"UsersCache.Document"_s << Jack;
         QTest::newRow("names") << u"UserDisplayName"_s << Jack;
         QTest::newRow("all") << QString() << Jack;
+        QTest::newRow("Null without the theme") << u"TextBoxColors"_s << Null();
     }
     void aLoadThatTheListsFailLeavesNothingOfTheRecordBefore()
     {
@@ -261,6 +263,8 @@ private Q_SLOTS:
         UserForm form;
         QVERIFY(form.isReady());
         form.contract().SetValue(Traffic, nullptr);
+        QCOMPARE(form.picker->accessibleDescription(), u"TRAF (team)"_s);
+        QVERIFY(!form.box->isVisible());
         Journal journal(form.picker);
         const Error failure(u"no list"_s, 17);
         if (operation.isEmpty())
@@ -273,16 +277,25 @@ private Q_SLOTS:
         } catch (const Error& error) {
             QCOMPARE(error.Number, 17);
         }
+        QVERIFY(form.box->isVisible()); // at once, before anything else lays the picker out
+        QVERIFY(!form.tag->isVisible());
+        QCOMPARE(form.link->Symbol(), DropDownGlyph);
+        QCOMPARE(form.link->ToolTipText(), QString());
+        QCOMPARE(form.picker->accessibleDescription(), QString());
+        const QRect place = form.box->geometry();
         form.host.failWith({});
         form.host.state().failures.clear();
         QVERIFY(IsNull(form.contract().GetValue()));
-        QVERIFY(!form.tag->isVisible());
         QCOMPARE(form.box->Text(), QString());
-        QCOMPARE(journal.take(), operation.isEmpty() ? QStringList() : QStringList{u"Change"_s});
+        const bool isThemeAway = operation.isEmpty() || IsNull(value);
+        QCOMPARE(journal.take(), isThemeAway ? QStringList() : QStringList{u"Change"_s});
+        form.picker->SetRequired(true);        // lays the picker out anew
+        QCOMPARE(form.box->geometry(), place); // it stood where it belongs
+        journal.take();
         form.choose(u"mith"_s);
         QCOMPARE(form.picker->Value(), Ann);
         QCOMPARE(journal.take(), QStringList({u"Change"_s, u"ItemSelect"_s}));
-        form.contract().SetValue(value, nullptr);
+        form.contract().SetValue(Jack, nullptr);
         QCOMPARE(form.tag->Caption(), u"Jack O'Brien (user)"_s);
     }
 
@@ -302,9 +315,15 @@ private Q_SLOTS:
         UserForm form;
         form.contract().SetValue(Traffic, nullptr);
         form.host.state().failures.emplace(u"TextBoxColors"_s, Error(u"no theme"_s));
+        Journal journal(form.picker);
         QVERIFY_EXCEPTION_THROWN(form.contract().SetValue(Jack, nullptr), Error);
         form.host.state().failures.clear(); // before the form shows again
+        QCOMPARE(journal.entries, QStringList());
         QCOMPARE(form.contract().GetValue(), Jack);
+        QCOMPARE(form.picker->accessibleDescription(), u"Jack O'Brien (user)"_s);
+        QVERIFY(form.tag->isVisible());
+        QVERIFY(!form.box->isVisible());
+        QCOMPARE(form.link->Symbol(), ClearGlyph);
         QCOMPARE(form.tag->Caption(), u"Jack O'Brien (user)"_s);
     }
 };
