@@ -213,6 +213,38 @@ private Q_SLOTS:
         QCOMPARE(site.take(), QStringList({u"Change"_s, u"Value"_s}));
     }
 
+    void aFollowerOfALoadThatTheModuleFailsMayDeleteTheControlOrPutAnotherValue()
+    {
+        for (const bool deletes : {true, false}) {
+            Site site;
+            const QPointer<NibrsOffensePicker> control(new NibrsOffensePicker(&site.window));
+            control->SetValue(u"09A"_s);
+            if (!deletes)
+                site.follow(*control);
+            int changes = 0;
+            connect(control, &NibrsOffensePicker::Change, &site.window, [&] {
+                site.host.failWith({});
+                if (deletes)
+                    delete control.data();
+                else if (++changes == 1)
+                    control->SetValue(u"720"_s);
+            });
+            site.host.failWith(Error(u"the module is away"_s, 17));
+            try {
+                static_cast<TavrinControl&>(*control).SetValue(u"13A"_s, nullptr);
+                QFAIL("nothing raised");
+            } catch (const Error& error) {
+                QCOMPARE(error.Number, 17); // the failure of the load is told all the same
+            }
+            QCOMPARE(control.isNull(), deletes);
+            if (deletes)
+                continue;
+            QCOMPARE(control->Value(), QVariant(u"720"_s)); // and the follower has the last word
+            QCOMPARE(control->Text(), u"720"_s);
+            QCOMPARE(site.take(), QStringList({u"Change"_s, u"Change"_s, u"Value"_s}));
+        }
+    }
+
     void aPutThatTheModuleFailsLeavesTheCode()
     {
         Site site;

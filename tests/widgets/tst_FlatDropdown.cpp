@@ -454,16 +454,19 @@ private Q_SLOTS:
         window.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&window));
         box.setFocus();
-        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
-            QShortcut shortcut(QKeySequence(Qt::CTRL | key), &window);
-            int shortcuts = 0;
-            connect(&shortcut, &QShortcut::activated, this, [&] { ++shortcuts; });
-            box.Open();
-            QTest::keyClick(&box, key, Qt::ControlModifier);
-            QVERIFY(!box.IsOpen());
-            QCOMPARE(shortcuts, 0);
-            QTest::keyClick(&box, key, Qt::ControlModifier);
-            QCOMPARE(shortcuts, 1);
+        for (const Qt::KeyboardModifier state : {Qt::ControlModifier, Qt::ShiftModifier}) {
+            for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) {
+                const auto keypad = key == Qt::Key_Enter ? Qt::KeypadModifier : Qt::NoModifier;
+                QShortcut shortcut(QKeySequence(QKeyCombination(state | keypad, key)), &window);
+                int shortcuts = 0;
+                connect(&shortcut, &QShortcut::activated, this, [&] { ++shortcuts; });
+                box.Open();
+                QTest::keyClick(&box, key, state | keypad);
+                QVERIFY(!box.IsOpen());
+                QCOMPARE(shortcuts, 0);
+                QTest::keyClick(&box, key, state | keypad);
+                QCOMPARE(shortcuts, 1);
+            }
         }
     }
 };
