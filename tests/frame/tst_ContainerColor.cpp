@@ -63,6 +63,7 @@ private Q_SLOTS:
         QTest::newRow("less than 32 bits") << QVariant(-(qint64(1) << 31) - 1) << QVariant();
         QTest::newRow("a colour of Qt that is none") << QVariant(QColor()) << QVariant();
         QTest::newRow("one that cannot be seen") << QVariant(QColor(Qt::transparent)) << QVariant();
+        QTest::newRow("one that is looked through") << QVariant(QColor(1, 2, 3, 254)) << QVariant();
     }
     void aPropertyHoldsAColourInThreeWays()
     {

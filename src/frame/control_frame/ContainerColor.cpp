@@ -102,7 +102,7 @@ std::optional<Color> colorOf(const QVariant& property)
         return property.value<Color>();
     if (property.typeId() == QMetaType::QColor) {
         const auto color = property.value<QColor>();
-        return color.isValid() && color.alpha() != 0 ? std::optional(plain(color)) : std::nullopt;
+        return color.isValid() && color.alpha() == 255 ? std::optional(plain(color)) : std::nullopt;
     }
     return isNumber(property) ? fromNumber(property.toDouble()) : std::nullopt;
 }

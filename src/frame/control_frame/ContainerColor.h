@@ -10,7 +10,8 @@ class QWidget;
 namespace tavrin {
 
 /// The colour that a property holds: a `Color`, a `QColor`, or a number with or without a sign, as forms hold
-/// colours. Nothing for any other content, and nothing for a `QColor` that cannot be seen.
+/// colours. Nothing for any other content, and nothing for a `QColor` that is looked through, wholly or in
+/// part: what is seen then is the container itself.
 std::optional<Color> colorOf(const QVariant& property);
 
 /// The colour that a container shows behind its controls: its property "BackColor", else its own background,
