@@ -186,7 +186,7 @@ void MultiValue::applyBackColor()
 {
     m_themeKey = QApplication::palette().cacheKey();
     const auto shade = [this] {
-        SetFrameBackColor(currentHost().uiServices().ShadeColor(ambient().BackColor(), BackShade));
+        SetFrameBackColor(currentHost().uiServices().ShadeColor(TakeAmbientBackColor(), BackShade));
     };
     if (ambient().UserMode())
         shade();

@@ -198,6 +198,53 @@ private Q_SLOTS:
         QCOMPARE(control->FrameBackColor(), Color::rgb(40, 20, 80));
     }
 
+    void aContainersColourThatNobodyTellsOfShadesAnew_data()
+    {
+        QTest::addColumn<std::function<void(QWidget&)>>("color");
+        using Coloring = std::function<void(QWidget&)>;
+        QTest::newRow("a style sheet")
+            << Coloring([](QWidget& page) { page.setStyleSheet(u"background: rgb(200, 100, 50)"_s); });
+        QTest::newRow("a filled background") << Coloring([](QWidget& page) {
+            page.setPalette(QPalette(QColor(200, 100, 50)));
+            page.setAutoFillBackground(true);
+        });
+    }
+    void aContainersColourThatNobodyTellsOfShadesAnew()
+    {
+        QFETCH(std::function<void(QWidget&)>, color);
+        FakeHost host;
+        const HostInstallation installation(host);
+        for (const bool isShownFirst : {false, true}) {
+            QWidget window;
+            window.resize(400, 300);
+            auto* page = new QWidget(&window);
+            page->resize(400, 300);
+            const auto* control = new MultiValue(page);
+            if (isShownFirst)
+                window.show();
+            color(*page);
+            window.show();
+            QTRY_COMPARE(control->FrameBackColor(), Color::rgb(80, 40, 20));
+        }
+    }
+
+    void aFillTakesTheColourAsItIsThen()
+    {
+        MultiValueForm form;
+        form.window.hide();
+        const Color before = form.control->FrameBackColor();
+        QWidget page(&form.window);
+        form.control->setParent(&page);
+        page.setPalette(QPalette(QColor(200, 100, 50)));
+        page.setAutoFillBackground(true);
+        form.fill({11});
+        QCOMPARE(form.control->FrameBackColor(), Color::rgb(80, 40, 20));
+        page.setAutoFillBackground(false);
+        form.control->show();
+        form.window.show();
+        QCOMPARE(form.control->FrameBackColor(), before);
+    }
+
     void clickingPlusBeforeTheFirstFillTellsThePersonOnce()
     {
         const Unhandled unhandled;

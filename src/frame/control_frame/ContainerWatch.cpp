@@ -51,10 +51,16 @@ bool ContainerWatch::noteColor()
     return isOther;
 }
 
-void ContainerWatch::tellOtherColor()
+void ContainerWatch::look()
 {
     if (noteColor())
         m_changed(QStringLiteral("BackColor"));
+}
+
+Color ContainerWatch::takeColor()
+{
+    noteColor();
+    return m_color;
 }
 
 void ContainerWatch::propertyChanged(const QObject* owner, const QByteArray& name)
@@ -64,7 +70,7 @@ void ContainerWatch::propertyChanged(const QObject* owner, const QByteArray& nam
         noteColor();
         m_changed(QString::fromLatin1(name));
     } else if (name == "BackColor") {
-        tellOtherColor();
+        look();
     }
 }
 
@@ -81,11 +87,15 @@ bool ContainerWatch::eventFilter(QObject* watched, QEvent* event)
         break;
     case QEvent::ParentChange:
         watchAll();
-        tellOtherColor();
+        look();
         break;
     case QEvent::PaletteChange:
     case QEvent::StyleChange:
-        tellOtherColor();
+        look();
+        break;
+    case QEvent::UpdateRequest: // comes to the window, with all that asked to be painted
+        if (m_control.isVisible())
+            look();
         break;
     default:
         break;

@@ -102,10 +102,16 @@ void UserControl::SetFrameBackColor(Color color)
 
 void UserControl::TakeContainerBackColor()
 {
+    TakeAmbientBackColor();
     SetFrameBackColor(ContainerBackColor());
     // What a container without the property shows need not be one colour: a style may draw it, and it may be
     // looked through. So nothing is drawn over it.
     setAutoFillBackground(m_extender.Container().HasBackColor());
+}
+
+Color UserControl::TakeAmbientBackColor()
+{
+    return m_containerWatch ? m_containerWatch->takeColor() : m_ambient.BackColor();
 }
 
 Color UserControl::ContainerBackColor() const
@@ -183,9 +189,13 @@ void UserControl::showEvent(QShowEvent* event)
     QWidget::showEvent(event);
     if (event->spontaneous())
         return;
+    const QPointer<UserControl> self(this);
     guard("UserControl_Show", [this] { UserControl_Show(); });
+    // The style has its say before a widget is shown, and a hidden one is not painted: neither is told.
+    if (self)
+        m_containerWatch->look();
     // A constituent may have kept the focus while it was hidden.
-    if (QApplication::focusWidget())
+    if (self && QApplication::focusWidget())
         guard("UserControl_Focus", [this] { focusMoved(); });
 }
 

@@ -67,6 +67,8 @@ public:
     Color ContainerBackColor() const;
     /// The frame has that colour; where the container offers none, the container itself is seen.
     void TakeContainerBackColor();
+    /// The ambient colour, for a look that is made of it: `AmbientChanged` tells of any other one.
+    Color TakeAmbientBackColor();
     /// The constituents.
     QList<QWidget*> Controls() const;
 
