@@ -169,6 +169,27 @@ private Q_SLOTS:
         QCOMPARE(picker->FrameBackColor().resolve(QApplication::palette()), beside);
     }
 
+    void aColourThatComesFromFurtherDownIsSeenThroughThePicker()
+    {
+        PeopleSite site;
+        QWidget form;
+        form.resize(700, 400);
+        auto* page = new QWidget(&form);
+        page->resize(700, 400);
+        auto* picker = new FlatUserPicker(page);
+        picker->move(30, 30);
+        picker->SetCaption(u"Officer"_s);
+        form.show();
+        const QColor yellow(250, 240, 10);
+        form.setProperty("BackColor", yellow); // the form itself may draw a picture
+        QCOMPARE(picker->FrameBackColor(), Color::rgb(250, 240, 10));
+        QVERIFY(!picker->autoFillBackground());
+        page->setProperty("BackColor", yellow); // what its own container offers is taken at its word
+        QVERIFY(picker->autoFillBackground());
+        page->setProperty("BackColor", QVariant());
+        QVERIFY(!picker->autoFillBackground());
+    }
+
     void theThemesColourIsFollowedByAPickerOnAFormOfTheTheme()
     {
         const QPalette before = QApplication::palette();
