@@ -199,6 +199,24 @@ private Q_SLOTS:
         QCOMPARE(stage.take(), Once);
     }
 
+    void aFollowerMayDeleteTheControlBeforeTheWindowIsPainted()
+    {
+        Stage stage;
+        QVERIFY(stage.show());
+        QPointer<ProbeControl> control(stage.control);
+        control->during = [&control](const QString& what) {
+            if (what.startsWith(u"AmbientChanged"_s))
+                delete control;
+        };
+        auto* other = new ProbeControl(stage.page);
+        other->show();
+        other->take();
+        stage.page->setPalette(windowOf(Green));
+        stage.page->setAutoFillBackground(true);
+        QTRY_VERIFY(!control);
+        QTRY_COMPARE(other->journal().filter(u"AmbientChanged"_s), Once);
+    }
+
     void whatWasTakenIsWhatTheNextColourDiffersFrom()
     {
         Stage stage;
