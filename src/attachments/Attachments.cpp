@@ -15,6 +15,7 @@
 #include "widgets/Label.h"
 #include "widgets/ListView.h"
 #include "widgets/Placement.h"
+#include "widgets/PopupMenu.h"
 #include "widgets/TextArea.h"
 #include "widgets/TextLink.h"
 
@@ -151,6 +152,8 @@ void Attachments::BoundSection_ReadData(const tvBusinessObjectPtr& record)
     const bool canDelete = session.HasPermission(moduleKey, DeleteRight);
     const auto attachments = childOf<tvTableCollection>(*record, QStringLiteral("Attachments"));
     // All that can be refused has been asked for: a record that cannot be bound changes nothing.
+    if (attachments != m_attachments)
+        mnuAttachments->Dismiss(); // it is about the record before
     m_canAdd = canAdd;
     m_canDelete = canDelete;
     follow(attachments);

@@ -201,7 +201,7 @@ std::vector<SuspRelList::Relation> SuspRelList::relationsTo(tvTableCollection& p
 void SuspRelList::BoundSection_ReadData(const tvBusinessObjectPtr& record)
 {
     // Both are about the record before.
-    mnuEdit->close();
+    mnuEdit->Dismiss();
     if (m_dialog)
         m_dialog->reject();
     const QPointer<SuspRelList> self(this);
@@ -351,7 +351,7 @@ void SuspRelList::changeEvent(QEvent* event)
     if (event->type() == QEvent::EnabledChange) {
         picEmpty->SetFaded(!isEnabled());
         if (!isEnabled())
-            mnuEdit->close(); // it would take neither key nor mouse any more
+            mnuEdit->Dismiss(); // it would take neither key nor mouse any more
     }
     if (event->type() == QEvent::FontChange)
         guard("UserControl_Resize", [this] { UserControl_Resize(); });

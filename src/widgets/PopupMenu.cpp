@@ -2,6 +2,8 @@
 
 #include "base/Guard.h"
 
+#include <QCoreApplication>
+
 namespace tavrin {
 
 MenuItem::MenuItem(const QString& caption, QChar accessKey, QObject* parent)
@@ -9,7 +11,11 @@ MenuItem::MenuItem(const QString& caption, QChar accessKey, QObject* parent)
     , m_accessKey(accessKey)
 {
     SetCaption(caption);
-    connectGuarded(this, &QAction::triggered, this, "MenuItem_Click", [this] { Click.raise(); });
+    connect(this, &QAction::triggered, this, [this] {
+        // Not here, where Qt needs the menu once more.
+        QMetaObject::invokeMethod(
+            this, [this] { guard("MenuItem_Click", [this] { Click.raise(); }); }, Qt::QueuedConnection);
+    });
 }
 
 void MenuItem::SetCaption(const QString& caption)
@@ -38,6 +44,13 @@ MenuItem* PopupMenu::AddItem(const QString& caption, QChar accessKey)
 void PopupMenu::PopUp(const QWidget& widget, Twips x, Twips y)
 {
     popup(widget.mapToGlobal(QPoint(toPixels(x), toPixels(y))));
+}
+
+void PopupMenu::Dismiss()
+{
+    close();
+    for (QAction* item : actions())
+        QCoreApplication::removePostedEvents(item, QEvent::MetaCall);
 }
 
 } // namespace tavrin

@@ -21,7 +21,8 @@ public:
     QString Caption() const { return m_caption; }
     void SetCaption(const QString& caption);
 
-    /// The person has chosen the line. A handler may delete the menu.
+    /// The person has chosen the line, and the menu has closed. It follows when control returns to the event
+    /// loop, unless the item is gone by then. A handler may delete the menu.
     Event<> Click;
 
 private:
@@ -40,6 +41,8 @@ public:
     MenuItem* AddItem(const QString& caption, QChar accessKey);
     /// Opens the menu at a place of `widget`, and returns at once.
     void PopUp(const QWidget& widget, Twips x, Twips y);
+    /// Closes the menu, and drops what has been chosen in it while nobody has been told yet.
+    void Dismiss();
 };
 
 } // namespace tavrin

@@ -317,7 +317,7 @@ void AttachmentSteps::startDownloadOfAll(const QString& folderName) const
     QWidget* menu = nullptr;
     d.waitFor([&] { return (menu = QApplication::activePopupWidget()) != nullptr; },
               QStringLiteral("the menu is open"));
-    d.withBox([&] { QTest::keyClick(menu, Qt::Key_D); },
+    d.withBox([&] { d.choose(menu, Qt::Key_D); },
               [&](QWidget*) {
                   d.press(Qt::Key_A, Qt::ControlModifier);
                   d.type(folderName);

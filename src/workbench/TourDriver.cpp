@@ -121,6 +121,13 @@ void TourDriver::press(int key, Qt::KeyboardModifiers modifiers)
     QTest::keyClick(keyboardTarget(), static_cast<Qt::Key>(key), modifiers);
 }
 
+void TourDriver::choose(QWidget* menu, int key)
+{
+    QTest::keyClick(menu, static_cast<Qt::Key>(key));
+    QCoreApplication::sendPostedEvents(nullptr,
+                                       QEvent::MetaCall); // the menu tells of it behind its own event
+}
+
 void TourDriver::click(QWidget* widget)
 {
     click(widget, widget->rect().center());

@@ -23,6 +23,8 @@ public:
 
     void type(const QString& text);
     void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    /// A line of an open menu, by its key; returns when what it does is done.
+    void choose(QWidget* menu, int key);
     void click(QWidget* widget);
     void click(QWidget* widget, const QPoint& place);
 

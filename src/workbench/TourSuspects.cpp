@@ -117,7 +117,7 @@ void SuspectSteps::addARelationship()
     d.step(QStringLiteral("The menu key opens the menu"), [&] {
         QWidget* menu = openMenu(Qt::Key_V);
         d.picture(QStringLiteral("The menu"));
-        d.withBox([&] { QTest::keyClick(menu, Qt::Key_A); },
+        d.withBox([&] { d.choose(menu, Qt::Key_A); },
                   [&](QWidget* dialog) {
                       d.withBox([&] { d.press(Qt::Key_Return); },
                                 [&](QWidget* box) {
@@ -136,7 +136,7 @@ void SuspectSteps::addARelationship()
     });
     d.step(QStringLiteral("Add the relationship"), [&] {
         QWidget* menu = openMenu(Qt::Key_V);
-        d.withBox([&] { QTest::keyClick(menu, Qt::Key_A); },
+        d.withBox([&] { d.choose(menu, Qt::Key_A); },
                   [&](QWidget*) {
                       d.press(Qt::Key_Tab);
                       d.type(QStringLiteral("neigh"));
@@ -197,7 +197,7 @@ void SuspectSteps::removeARelationship()
     });
     d.step(QStringLiteral("Remove a relationship"), [&] {
         QWidget* menu = openMenu(Qt::Key_W);
-        QTest::keyClick(menu, Qt::Key_R);
+        d.choose(menu, Qt::Key_R);
         d.waitFor([&] { return section(SuspectWitnesses).Count() == 0; }, QStringLiteral("it is gone"));
         d.check(record()->isWindowModified(), QStringLiteral("the record is marked as changed"));
         d.check(storedRows(SuspectWitnesses, RelationNo).size() == 1,

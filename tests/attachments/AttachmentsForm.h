@@ -4,6 +4,7 @@
 #include "base/Variant.h"
 #include "support/FakeDesktop.h"
 #include "support/FakeHost.h"
+#include "support/Keys.h"
 #include "support/NextModal.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
@@ -270,7 +271,7 @@ struct AttachmentsForm
     {
         click(placeOfLine(line), Qt::RightButton);
         QTRY_VERIFY(menu->isVisible());
-        QTest::keyClick(menu, key);
+        chooseByKey(menu, key);
     }
 
     QString selected() const { return list->SelectedItem().value_or(QStringLiteral("none")); }

@@ -18,6 +18,23 @@ void openMenu(AttachmentsForm& form, const QPoint& place)
     QTRY_VERIFY(form.menu->isVisible());
 }
 
+void chooseRemove(AttachmentsForm& form, const QString& way)
+{
+    openMenu(form, form.placeOfLine(0));
+    PopupMenu* menu = form.menu;
+    if (way == u"key of the menu"_s) {
+        QTest::keyClick(menu, Qt::Key_R);
+    } else if (way == u"mouse"_s) {
+        QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(form.item("mnuRemove")).center());
+    } else {
+        for (int line = 0; line < 3; ++line)
+            QTest::keyClick(menu, Qt::Key_Down);
+        QCOMPARE(menu->activeAction(), form.item("mnuRemove"));
+        QTest::keyClick(menu, Qt::Key_Return);
+    }
+    tavrin::test::letMenusTell();
+}
+
 /// Lets whatever the timer of the menu would have done happen.
 void waitLongerThanTheTimer()
 {
@@ -482,13 +499,13 @@ private Q_SLOTS:
 
     void aRemovalMayDeleteTheSection_data()
     {
-        QTest::addColumn<bool>("byKey");
-        QTest::newRow("Delete") << true;
-        QTest::newRow("menu") << false;
+        QTest::addColumn<QString>("way");
+        for (const char* way : {"Delete", "key of the menu", "arrows and Return", "mouse"})
+            QTest::newRow(way) << QString::fromLatin1(way);
     }
     void aRemovalMayDeleteTheSection()
     {
-        QFETCH(bool, byKey);
+        QFETCH(QString, way);
         AttachmentsForm form;
         form.addThree();
         form.read();
@@ -499,14 +516,10 @@ private Q_SLOTS:
             ++removed;
             delete form.section.data();
         });
-        if (byKey) {
+        if (way == u"Delete"_s)
             form.press(Qt::Key_Delete);
-        } else {
-            openMenu(form, form.placeOfLine(0));
-            form.menu->close();
-            form.item("mnuRemove")
-                ->trigger(); // not from inside an event of the menu, which dies with the section
-        }
+        else
+            chooseRemove(form, way);
         QVERIFY(form.section.isNull());
         QCOMPARE(removed, 1);
         QCOMPARE(form.rows->Count(), 2);
@@ -585,6 +598,33 @@ private Q_SLOTS:
         form.comment->setFocus();
         form.press(Qt::Key_Delete);
         QCOMPARE(form.rows->Count(), 3);
+    }
+
+    void aChoiceThatAnotherRecordOvertakesIsDropped()
+    {
+        AttachmentsForm form;
+        QVERIFY(form.openThree());
+        const auto former = form.rows;
+        openMenu(form, form.placeOfLine(1));
+        QTest::keyClick(form.menu, Qt::Key_R);
+        form.rows = std::make_shared<NumberedRows>();
+        form.addThree();
+        form.record->setItem(u"Attachments"_s, form.rows);
+        form.read();
+        tavrin::test::letMenusTell();
+        QCOMPARE(former->Count(), 3);
+        QCOMPARE(form.rows->Count(), 3);
+    }
+
+    void aChoiceIsKeptWhenTheSameRecordIsReadAgain()
+    {
+        AttachmentsForm form;
+        QVERIFY(form.openThree());
+        openMenu(form, form.placeOfLine(1));
+        QTest::keyClick(form.menu, Qt::Key_R);
+        form.read();
+        tavrin::test::letMenusTell();
+        QCOMPARE(form.fileNames(), QStringList({u"report.docx"_s, u"lock.png"_s}));
     }
 
     // Open
@@ -721,14 +761,12 @@ private Q_SLOTS:
         form.read();
         QVERIFY(form.show());
         const tavrin::test::Unhandled unhandled;
-        openMenu(form, form.placeOfLine(0));
-        form.menu->close();
         form.host.state().duringTransfer = [&](const QString&, qint64, qint64) {
             delete form.section.data();
         };
-        // As a slot does it: not from inside an event of the menu, which dies with the section.
-        QTimer::singleShot(0, &form.window, [&form] { form.item("mnuOpen")->trigger(); });
-        QTRY_VERIFY(form.section.isNull() && !QApplication::activeModalWidget());
+        form.choose(0, Qt::Key_O);
+        QVERIFY(form.section.isNull());
+        QVERIFY(!QApplication::activeModalWidget());
         QCOMPARE(unhandled.texts, QStringList());
         QCOMPARE(form.boxes.shown().size(), 0);
         QCOMPARE(form.shell.opened(), QStringList());

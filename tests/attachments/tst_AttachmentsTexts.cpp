@@ -337,6 +337,7 @@ private Q_SLOTS:
         m_form->press(Qt::Key_Return);
         m_form->item("mnuOpen")->trigger();
         m_form->item("mnuRemove")->trigger();
+        tavrin::test::letMenusTell();
         QCOMPARE(others->Count(), 1);
         QCOMPARE(others->primaries, QStringList());
         QCOMPARE(m_form->shell.opened(), QStringList());

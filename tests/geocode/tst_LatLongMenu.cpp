@@ -1,4 +1,5 @@
 #include "LatLongStage.h"
+#include "support/Keys.h"
 #include "support/Unhandled.h"
 #include "widgets/PopupMenu.h"
 
@@ -98,7 +99,7 @@ private Q_SLOTS:
         QCOMPARE(lastText(), u"Copy coordinates"_s);
         QVERIFY(lastLine()->isEnabled());
         QCOMPARE(clipboard(), u"before"_s);
-        QTest::keyClick(openMenu(), Qt::Key_O);
+        chooseByKey(openMenu(), Qt::Key_O);
         QVERIFY(!openMenu());
         QCOMPARE(clipboard(), u"44.05, -121.25"_s);
         QCOMPARE(location->written, QStringList());
@@ -137,7 +138,7 @@ private Q_SLOTS:
         QCOMPARE(lastText(), u"Copy coordinates"_s);
         const QRect section(stage.control->mapToGlobal(QPoint()), stage.control->size());
         QVERIFY(section.adjusted(-1, -1, 1, 1).contains(openMenu()->pos())); // where the person looks
-        QTest::keyClick(openMenu(), Qt::Key_O);
+        chooseByKey(openMenu(), Qt::Key_O);
         QCOMPARE(clipboard(), u"44.05, -121.25"_s);
         QVERIFY(!openMenu());
         QTest::simulateEvent(stage.window.windowHandle(), true, key, modifiers, QString(), true, -1);
@@ -187,7 +188,7 @@ private Q_SLOTS:
         QVERIFY2(lines.contains(u"Paste"_s) && lines.contains(u"Select All"_s), qPrintable(lines.join(u'/')));
         QCOMPARE(lines.last(), u"Copy coordinates"_s);
         const QPointer<QMenu> menu(openMenu());
-        QTest::keyClick(menu, Qt::Key_O);
+        chooseByKey(menu, Qt::Key_O);
         QCOMPARE(clipboard(), u"45.5, -121.25"_s); // as it shows, saved or not
         QTRY_VERIFY(!menu);
         QCOMPARE(stage.lat()->Text(), u"45.5"_s);
@@ -222,7 +223,7 @@ private Q_SLOTS:
         rightClick(stage, stage.lat(), QPoint(4, 4));
         QCOMPARE(lastText(), u"Copy coordinates"_s);
         QCOMPARE(lastLine()->isEnabled(), !copied.isEmpty());
-        QTest::keyClick(openMenu(), Qt::Key_O);
+        chooseByKey(openMenu(), Qt::Key_O);
         QCOMPARE(clipboard(), copied.isEmpty() ? u"before"_s : copied);
         if (openMenu())
             openMenu()->close();

@@ -1,5 +1,6 @@
 #include "SuspectForm.h"
 #include "support/FailingRecords.h"
+#include "support/Keys.h"
 #include "support/NextModal.h"
 
 #include <QScopeGuard>
@@ -563,6 +564,7 @@ private Q_SLOTS:
         // The parties are those of the record that was read.
         const NextModal dialog([](QWidget& window) { window.close(); });
         form.add->trigger();
+        tavrin::test::letMenusTell();
         QVERIFY(dialog.came());
         form.write();
         QCOMPARE(form.linkTexts(), QStringList({u"1  \"1\""_s, u"2  \"2\""_s}));

@@ -2,6 +2,7 @@
 #include "host/RecordTestSupport.h"
 #include "sections/SuspRelList.h"
 #include "support/FakeDesktop.h"
+#include "support/Keys.h"
 #include "support/NextModal.h"
 #include "support/Unhandled.h"
 #include "widgets/FlatDropdown.h"
@@ -52,14 +53,14 @@ struct Page
             QTest::keyClick(modal.windowHandle(), Qt::Key_Return);
         });
         QTest::keyClick(window.windowHandle(), Qt::Key_Menu);
-        QTest::keyClick(menu, Qt::Key_A);
+        tavrin::test::chooseByKey(menu, Qt::Key_A);
         window.activateWindow();
         return dialog.came() && isReady();
     }
     void removeSelected()
     {
         QTest::keyClick(window.windowHandle(), Qt::Key_Menu);
-        QTest::keyClick(section->findChild<PopupMenu*>(), Qt::Key_R);
+        tavrin::test::chooseByKey(section->findChild<PopupMenu*>(), Qt::Key_R);
     }
     /// "name/relationship", as they show.
     QStringList rows() const

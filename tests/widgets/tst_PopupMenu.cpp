@@ -1,8 +1,10 @@
 #include "base/Error.h"
+#include "support/Keys.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
 #include "widgets/PopupMenu.h"
 
+#include <QPointer>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -10,6 +12,8 @@ using tavrin::Error;
 using tavrin::MenuItem;
 using tavrin::PopupMenu;
 using tavrin::Subscription;
+using tavrin::test::chooseByKey;
+using tavrin::test::letMenusTell;
 using tavrin::test::Unhandled;
 
 namespace {
@@ -74,7 +78,7 @@ private Q_SLOTS:
         Stage stage;
         QVERIFY(stage.open());
         for (const int key : keys)
-            QTest::keyClick(stage.menu, static_cast<Qt::Key>(key));
+            chooseByKey(stage.menu, static_cast<Qt::Key>(key));
         QCOMPARE(stage.clicks.join(u' '), chosen);
         QVERIFY(!stage.menu->isVisible());
     }
@@ -86,6 +90,7 @@ private Q_SLOTS:
         QVERIFY(stage.open());
         QTest::keyClick(stage.menu, Qt::Key_R);
         QTest::mouseClick(stage.menu, Qt::LeftButton, {}, stage.menu->actionGeometry(stage.remove).center());
+        letMenusTell();
         QCOMPARE(stage.clicks, QStringList());
         stage.menu->close();
     }
@@ -95,7 +100,64 @@ private Q_SLOTS:
         Stage stage;
         QVERIFY(stage.open());
         QTest::mouseClick(stage.menu, Qt::LeftButton, {}, stage.menu->actionGeometry(stage.add).center());
+        letMenusTell();
         QCOMPARE(stage.clicks, QStringList{u"add"_s});
+    }
+
+    void aChoiceIsToldWhenTheMenuIsThroughWithItAndInOrder()
+    {
+        Stage stage;
+        QVERIFY(stage.open());
+        QTest::keyClick(stage.menu, Qt::Key_R);
+        QVERIFY(!stage.menu->isVisible());
+        QCOMPARE(stage.clicks, QStringList()); // the menu may still need itself
+        stage.menu->PopUp(stage.window, 600, 450);
+        QTest::keyClick(stage.menu, Qt::Key_A);
+        QTRY_COMPARE(stage.clicks, QStringList({u"remove"_s, u"add"_s}));
+    }
+
+    void aFollowerMayDeleteTheMenu_data()
+    {
+        QTest::addColumn<bool>("byKey");
+        QTest::newRow("key") << true;
+        QTest::newRow("mouse") << false;
+    }
+    void aFollowerMayDeleteTheMenu()
+    {
+        QFETCH(bool, byKey);
+        Stage stage;
+        QVERIFY(stage.open());
+        const QPointer<PopupMenu> menu = stage.menu;
+        const Subscription deleting = stage.remove->Click.subscribe([&menu] { delete menu.data(); });
+        if (byKey)
+            QTest::keyClick(stage.menu, Qt::Key_R);
+        else
+            QTest::mouseClick(stage.menu, Qt::LeftButton, {},
+                              stage.menu->actionGeometry(stage.remove).center());
+        QTRY_VERIFY(menu.isNull());
+        QCOMPARE(stage.clicks, QStringList{u"remove"_s});
+    }
+
+    void aChoiceInAMenuThatHasGoneSinceIsNotTold()
+    {
+        Stage stage;
+        QVERIFY(stage.open());
+        QTest::keyClick(stage.menu, Qt::Key_R);
+        delete stage.menu;
+        letMenusTell();
+        QCOMPARE(stage.clicks, QStringList());
+    }
+
+    void aMenuThatIsDismissedClosesAndDropsItsChoice()
+    {
+        Stage stage;
+        QVERIFY(stage.open());
+        QTest::keyClick(stage.menu, Qt::Key_R);
+        stage.menu->PopUp(stage.window, 600, 450);
+        stage.menu->Dismiss();
+        QVERIFY(!stage.menu->isVisible());
+        letMenusTell();
+        QCOMPARE(stage.clicks, QStringList());
     }
 
     void theCaptionStaysAsItStandsAndAnAmpersandInItIsShown()
@@ -114,7 +176,7 @@ private Q_SLOTS:
         const Unhandled unhandled;
         const Subscription failing = stage.add->Click.subscribe([] { throw Error(u"no"_s); });
         QVERIFY(stage.open());
-        QTest::keyClick(stage.menu, Qt::Key_A);
+        chooseByKey(stage.menu, Qt::Key_A);
         QCOMPARE(unhandled.texts, QStringList{u"MenuItem_Click: no"_s});
     }
 };

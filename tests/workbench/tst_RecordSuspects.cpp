@@ -2,6 +2,7 @@
 #include "base/Variant.h"
 #include "lookup/TavrinDropdown.h"
 #include "sections/SuspRelList.h"
+#include "support/Keys.h"
 #include "support/NextModal.h"
 #include "support/TestCase.h"
 #include "widgets/FlatDropdown.h"
@@ -99,7 +100,7 @@ struct SuspectSite : Site
             QTest::keyClicks(relations, letters);
             QTest::keyClick(relations, Qt::Key_Return);
         });
-        QTest::keyClick(menu, Qt::Key_A);
+        tavrin::test::chooseByKey(menu, Qt::Key_A);
         QVERIFY(dialog.came());
         window->activateWindow(); // what a desktop does by itself, the offscreen platform does not
         QVERIFY(QTest::qWaitForWindowActive(window));
@@ -110,7 +111,7 @@ struct SuspectSite : Site
         const int before = rows(sectionName)->Count();
         QWidget* menu = openMenu(sectionName);
         QVERIFY(menu);
-        QTest::keyClick(menu, Qt::Key_R);
+        tavrin::test::chooseByKey(menu, Qt::Key_R);
         QTRY_COMPARE(rows(sectionName)->Count(), before - 1);
     }
     QVariantList storedRows(const QString& collection, const QString& field)
@@ -360,7 +361,7 @@ private Q_SLOTS:
             words = modal.findChild<FlatDropdown*>(QStringLiteral("cboRelationship"))->accessibleName();
             QTest::keyClick(&modal, Qt::Key_Escape);
         });
-        QTest::keyClick(menu, Qt::Key_A);
+        tavrin::test::chooseByKey(menu, Qt::Key_A);
         QVERIFY(dialog.came());
         QCOMPARE(words, QStringLiteral("Relationship to Fresh"));
     }
