@@ -121,8 +121,9 @@ public:
     /// Appends a new empty row, makes it current and returns it.
     virtual tvTableRowPtr AddNew() = 0;
     /// Appends a row made by `NewItem`, or one that `RemoveCurrent` has taken out: that one keeps its key
-    /// where no other row has it by now, and is the saved row again if it was. Raises an `Error` for a
-    /// removed row that it does not take, such as one that a save has deleted in between.
+    /// where no other row has it by now, and is the saved row again if it was. One that a save has
+    /// deleted in between is refused with an `Error`, or becomes a new row: kept as a saved one it would be
+    /// lost with the next save.
     virtual void Add(const tvTableRowPtr& row) = 0;
     /// Removes the row at `Position`, then raises `ItemRemoved` and `ItemRemovedEx`. With `immediately` the
     /// row leaves the database at once, else with the next save.
