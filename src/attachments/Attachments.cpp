@@ -103,8 +103,8 @@ void Attachments::build()
     SetupList();
     placeConstituents();
     UpdateCount();
-    m_subscriptions.push_back(lvwFiles->ItemClick.subscribe(
-        [this](const QString& key) { lvwFiles_ItemClick(lvwFiles->IndexOf(key) + 1); }));
+    m_subscriptions.push_back(
+        lvwFiles->ItemClick.subscribe([this](const QString& key) { lvwFiles_ItemClick(key); }));
     buildActions();
 }
 
@@ -152,14 +152,19 @@ void Attachments::BoundSection_ReadData(const tvBusinessObjectPtr& record)
     const bool canDelete = session.HasPermission(moduleKey, DeleteRight);
     const auto attachments = childOf<tvTableCollection>(*record, QStringLiteral("Attachments"));
     // All that can be refused has been asked for: a record that cannot be bound changes nothing.
-    if (attachments != m_attachments)
+    const bool isAnother = attachments != m_attachments; // a host may read again behind each save
+    if (isAnother)
         mnuAttachments->Dismiss(); // it is about the record before
     m_canAdd = canAdd;
     m_canDelete = canDelete;
     follow(attachments);
     m_record = record;
     const QPointer<Attachments> self(this); // a follower of the cover may delete the control
-    forgetRemoved();
+    if (isAnother) {
+        forgetRemoved();
+        if (!self || attachments != m_attachments) // and so may one of the focus, or bind another record
+            return;
+    }
     try {
         UpdateMenus();
         RefreshList();

@@ -38,7 +38,8 @@ class UndoLine;
 ///     attachments->WriteData(record); // brings the two text boxes home; all else is in the rows already
 ///
 /// A file is in the store as soon as it is added; its row reaches the database with the record. Removing a
-/// row leaves the file in the store. What the person has removed can be put back until the next `ReadData`.
+/// row leaves the file in the store. What the person has removed can be put back until `ReadData` brings
+/// another collection.
 ///
 /// The host may move the collection's position and change its rows while the section shows them: what the
 /// person types, ticks, opens and removes is the row that the pane shows, as long as it is in the collection.
@@ -89,9 +90,11 @@ private:
     void ResizeLastColumn();
     void UpdateCount();
     void LayoutCountLabels();
-    void lvwFiles_ItemClick(qint32 index);
+    void lvwFiles_ItemClick(const QString& line);
     /// Shows the row at `index` after the texts of the one before are saved.
     void takeLine(qint32 index);
+    /// Index of the row that a line shows, counted from 1. Raises when the host has taken it away.
+    qint32 rowOfLine(const QString& line);
 
     // The details pane: AttachmentsDetails.cpp
     /// Makes what stands in `fraDetails`, in tab order, at its place, with its names and events.
@@ -136,6 +139,7 @@ private:
     void showRemoved();
     void forgetRemoved();
     void keepRemoved(RemovedRow removed);
+    void noteChosenCover();
     void undoRemove();
     void putLastBack();
 
@@ -187,11 +191,11 @@ private:
     QHash<QString, QIcon> imglIcons;
     QHash<QString, QIcon> ImageList;
 
-    tvBusinessObjectPtr m_record;       // that the rows belong to; nullptr before the first
-    tvTableCollectionPtr m_attachments; // never nullptr
-    tvTableRowPtr m_shownRow;           // whose texts stand in both boxes; nullptr for those of none
-    quint64 m_detailsTurn = 0;          // how often collection or row have changed: the newest preview stays
-    std::vector<RemovedRow> m_removed;  // by the person, from these attachments
+    std::weak_ptr<tvBusinessObject> m_record; // that the rows belong to; it is the host's
+    tvTableCollectionPtr m_attachments;       // never nullptr
+    tvTableRowPtr m_shownRow;                 // whose texts stand in both boxes; nullptr for those of none
+    quint64 m_detailsTurn = 0;         // how often collection or row have changed: the newest preview stays
+    std::vector<RemovedRow> m_removed; // by the person, from these attachments
     Timer m_contextMenuTimer;
     Twips m_menuLeft = 0; // where the menu opens, inside the list
     Twips m_menuTop = 0;

@@ -98,10 +98,10 @@ void Attachments::uploadAndAdd(const QStringList& paths)
         return;
     // The files are this record's, whatever the host binds while they are uploaded.
     const tvTableCollectionPtr attachments = m_attachments;
-    const tvBusinessObjectPtr record = m_record;
+    const tvBusinessObjectPtr record = m_record.lock();
     const QString caption = captionOf(*window());
     const auto isBound = [&] {
-        return self && (attachments == m_attachments || isSameRecord(record, m_record));
+        return self && (attachments == m_attachments || isSameRecord(record, m_record.lock()));
     };
     auto* dialog = new frmUploadTask;
     const QPointer<frmUploadTask> alive = dialog;
@@ -240,15 +240,7 @@ void Attachments::mnuDownloadAll_Click()
 /// A folder of this name, or of a like one that the disk takes, that is not there yet.
 static QString newFolder(const QString& downloads, const QString& name)
 {
-    constexpr qsizetype roomForNumber = 16;
-    constexpr qsizetype longest = frmDownloadFolderPrompt::LongestOnDisk;
-    const QDir folder(downloads);
-    const auto freeFor = [&](qsizetype bytes) {
-        return modUtils::UniqueFileName(folder.filePath(LocalFiles::usableFileName(name, bytes)));
-    };
-    const QString path = freeFor(longest);
-    const bool isTooLong = QFile::encodeName(QFileInfo(path).fileName()).size() > longest;
-    return isTooLong ? freeFor(longest - roomForNumber) : path;
+    return modUtils::UniqueFileName(QDir(downloads).filePath(LocalFiles::usableFileName(name)));
 }
 
 void Attachments::downloadAll()

@@ -282,9 +282,13 @@ void Attachments::chkDefault_Click()
         chkDefault->isHidden()) // of a file that is no image, which the host may have made the cover
         return;
     const tvTableCollectionPtr attachments = m_attachments; // a follower of the cover may bind another record
-    if (chkDefault->Value() == CheckBox::Checked)
+    const bool isCover = index == attachments->PrimaryIndex();
+    const bool isTicked = chkDefault->Value() == CheckBox::Checked;
+    if (isTicked != isCover) // the person has chosen; the box else follows what is so
+        noteChosenCover();
+    if (isTicked)
         attachments->SetPrimaryValue(fieldOf(*attachments->Item(index), attachments->KeyColumn())->Value());
-    else if (index == attachments->PrimaryIndex())
+    else if (isCover)
         attachments->SetPrimaryValue(Null());
 }
 

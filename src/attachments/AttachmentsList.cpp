@@ -1,5 +1,6 @@
 #include "Attachments.h"
 #include "FileKindIcons.h"
+#include "base/Error.h"
 #include "base/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/desktop/Desktop.h"
@@ -179,11 +180,25 @@ void Attachments::SelectRow(qint32 index)
     ShowDetails();
 }
 
-void Attachments::lvwFiles_ItemClick(qint32 index)
+qint32 Attachments::rowOfLine(const QString& line)
+{
+    const auto isOf = [&](qint32 index) { return lineKey(*m_attachments->Item(index)) == line; };
+    const qint32 count = m_attachments->Count();
+    const qint32 likely = lvwFiles->IndexOf(line) + 1;
+    if (likely <= count && isOf(likely))
+        return likely;
+    for (qint32 index = 1; index <= count; ++index) { // the host has added or removed rows
+        if (isOf(index))
+            return index;
+    }
+    throw Error(QStringLiteral("The attachment has been removed from the record."));
+}
+
+void Attachments::lvwFiles_ItemClick(const QString& line)
 {
     const QPointer<Attachments> self(this);
     const bool done = reportInBox(this, QStringLiteral("Unexpected error handling item click: "),
-                                  QStringLiteral("Attachments"), [&] { takeLine(index); });
+                                  QStringLiteral("Attachments"), [&] { takeLine(rowOfLine(line)); });
     // The line that is selected is the one whose details show, so that nobody types into another row.
     if (!done && self)
         lvwFiles->SetSelectedItem(lvwFiles->DropHighlight());

@@ -92,7 +92,7 @@ void Attachments::lvwFiles_MouseDown(int button, int, Twips x, Twips y)
     const auto hit = lvwFiles->HitTest(x, y);
     // A comment that was typed into the line before is not saved, and gone; it is meant.
     if (hit && hit != lvwFiles->SelectedItem())
-        SelectRow(lvwFiles->IndexOf(*hit) + 1);
+        SelectRow(rowOfLine(*hit));
     if (self)
         m_contextMenuTimer.Start();
 }
@@ -133,7 +133,7 @@ void Attachments::mnuRemove_Click()
                 RefreshList();
         } catch (...) {
             // The row may be gone although a follower failed. One that stays keeps the texts typed for it.
-            if (isBound() && shownIndex() == 0)
+            if (isBound() && removed.indexIn(*attachments) == 0)
                 continueOnError([&] { keepRemoved(removed); }, [&] { RefreshList(); },
                                 [&] { SelectRow(m_attachments->Position()); });
             throw;

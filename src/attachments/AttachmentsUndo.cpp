@@ -46,6 +46,13 @@ void Attachments::keepRemoved(RemovedRow removed)
     showRemoved();
 }
 
+/// Of the person, who is not overruled by an undo.
+void Attachments::noteChosenCover()
+{
+    for (RemovedRow& removed : m_removed)
+        removed.noteChosenCover();
+}
+
 void Attachments::undoRemove()
 {
     reportInBox(this, QStringLiteral("Unexpected error putting attachment back: "),
@@ -72,13 +79,17 @@ void Attachments::putLastBack()
         if (isBound()) {
             if (removed.indexIn(*attachments) == 0)
                 m_removed.push_back(removed);
-            continueOnError([this] { showRemoved(); }, [this] { RefreshList(); });
+            showRemoved();
+            if (isBound())
+                continueOnError([this] { RefreshList(); });
         }
         throw;
     }
     if (!isBound())
         return;
     showRemoved();
+    if (!isBound()) // whoever hears of the focus may do so too
+        return;
     RefreshList();
     SelectRow(removed.indexIn(*attachments));
 }

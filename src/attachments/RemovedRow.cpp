@@ -2,6 +2,9 @@
 
 #include "base/Variant.h"
 
+#include <exception>
+#include <utility>
+
 namespace tavrin {
 
 namespace {
@@ -60,11 +63,22 @@ void RemovedRow::putBack(tvTableCollection& attachments)
 {
     if (indexIn(attachments) != 0)
         return;
-    append(attachments);
-    const tvFieldPtr notes = fieldOf(*m_row, Notes);
-    if (ToText(notes->Value()) != m_notes)
-        notes->SetValue(m_notes);
-    restoreCover(attachments);
+    std::exception_ptr failure; // the first one; what is left to do is done all the same
+    const auto attempt = [&failure](const auto& step) {
+        try {
+            step();
+        } catch (...) {
+            if (!failure)
+                failure = std::current_exception();
+        }
+    };
+    attempt([&] { append(attachments); });
+    if (indexIn(attachments) != 0) {
+        attempt([&] { restoreNotes(); });
+        attempt([&] { restoreCover(attachments); });
+    }
+    if (failure)
+        std::rethrow_exception(failure);
 }
 
 void RemovedRow::append(tvTableCollection& attachments)
@@ -79,9 +93,14 @@ void RemovedRow::append(tvTableCollection& attachments)
                 throw; // the collection has taken it, and somebody else has failed
         }
     }
-    const tvTableRowPtr copy = copyFor(attachments, isKeyFree);
-    attachments.Add(copy);
-    m_row = copy;
+    const tvTableRowPtr former = std::exchange(m_row, copyFor(attachments, isKeyFree));
+    try {
+        attachments.Add(m_row);
+    } catch (...) {
+        if (indexIn(attachments) == 0) // otherwise the collection has taken it, as above
+            m_row = former;
+        throw;
+    }
 }
 
 tvTableRowPtr RemovedRow::copyFor(tvTableCollection& attachments, bool withKey) const
@@ -98,8 +117,17 @@ tvTableRowPtr RemovedRow::copyFor(tvTableCollection& attachments, bool withKey) 
     return copy;
 }
 
+void RemovedRow::restoreNotes() const
+{
+    const tvFieldPtr notes = fieldOf(*m_row, Notes);
+    if (ToText(notes->Value()) != m_notes)
+        notes->SetValue(m_notes);
+}
+
 void RemovedRow::restoreCover(tvTableCollection& attachments) const
 {
+    if (m_isCoverChosen)
+        return;
     const QVariant present = coverOf(attachments);
     const bool wasCover = !IsNull(m_key) && SameValue(m_coverBefore, m_key);
     const QVariant before = wasCover ? keyOf(attachments, *m_row) : m_coverBefore;

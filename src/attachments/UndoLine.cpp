@@ -7,6 +7,7 @@
 
 #include <QAccessible>
 #include <QKeyEvent>
+#include <QPointer>
 
 #include <algorithm>
 
@@ -55,9 +56,11 @@ void UndoLine::Tell(const QString& name)
 
 void UndoLine::Clear()
 {
+    const QPointer<UndoLine> self(this); // whoever hears of the focus may delete the control
     if (lnkUndo->hasFocus())
         m_list.setFocus(); // it would go to whatever is next on the form
-    hide();
+    if (self)
+        hide();
 }
 
 void UndoLine::layOut()
@@ -81,11 +84,15 @@ bool UndoLine::event(QEvent* event)
 bool UndoLine::eventFilter(QObject* watched, QEvent* event)
 {
     const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
-    if (watched != &m_list || !isKey || isHidden() ||
-        !static_cast<QKeyEvent*>(event)->matches(QKeySequence::Undo))
+    if (watched != &m_list || !isKey || !static_cast<QKeyEvent*>(event)->matches(QKeySequence::Undo))
+        return GroupBox::eventFilter(watched, event);
+    const bool isHeld = static_cast<QKeyEvent*>(event)->isAutoRepeat();
+    if (!isHeld)
+        m_hasTakenPress = !isHidden();
+    // The repeats of a press are whose the press was, also when it has hidden the line.
+    if (isHidden() && !m_hasTakenPress)
         return GroupBox::eventFilter(watched, event);
     event->accept(); // a shortcut of the form must not take the keys
-    const bool isHeld = static_cast<QKeyEvent*>(event)->isAutoRepeat();
     if (event->type() == QEvent::KeyPress && !isHeld)
         guard("UndoLine_Undo", [this] { Undo.raise(); });
     return true;

@@ -43,6 +43,7 @@ private:
     Label* lblRemoved;
     TextLink* lnkUndo;
     Subscription m_click;
+    bool m_hasTakenPress = false; // of the keys, the last time that they went down
 };
 
 } // namespace tavrin

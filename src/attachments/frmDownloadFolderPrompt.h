@@ -25,9 +25,9 @@ class frmDownloadFolderPrompt final : public Form
     Q_OBJECT
 
 public:
-    /// Bytes of the longest name in its UTF-8 form: the folder is filled under the name with "_TEMP" behind
-    /// it.
-    static constexpr qsizetype LongestOnDisk = LocalFiles::LongestFileName - 5;
+    /// Bytes of the longest name in its UTF-8 form. It leaves room for " (1)" up to " (2147483647)", for a
+    /// name that is there already, and for "_TEMP", under which the folder is filled.
+    static constexpr qsizetype LongestOnDisk = LocalFiles::LongestFileName - 13 - 5;
 
     explicit frmDownloadFolderPrompt(QWidget* parent = nullptr);
     ~frmDownloadFolderPrompt() override;

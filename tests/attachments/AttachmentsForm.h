@@ -90,6 +90,8 @@ public:
     }
     qint32 PrimaryIndex() const override { return m_rows.PrimaryIndex(); }
 
+    /// How many times a row was asked for.
+    qint64 reads() const { return m_rows.reads; }
     /// From now on each call that gives a row makes an object for it.
     void makeRowsAnew() { m_rows.makesRowsAnew = true; }
 

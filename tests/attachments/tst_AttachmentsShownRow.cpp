@@ -68,6 +68,64 @@ private Q_SLOTS:
         QCOMPARE(form.rows->Position(), 3); // it is the host's
     }
 
+    void aLineShowsItsOwnRowWhenTheHostHasRemovedOneBeforeIt_data()
+    {
+        QTest::addColumn<bool>("byRightClick");
+        QTest::newRow("click") << false;
+        QTest::newRow("right click") << true;
+    }
+    void aLineShowsItsOwnRowWhenTheHostHasRemovedOneBeforeIt()
+    {
+        QFETCH(bool, byRightClick);
+        AttachmentsForm form;
+        QVERIFY(openSecond(form));
+        form.rows->SetPosition(1);
+        form.rows->RemoveCurrent(false);
+        QCOMPARE(form.list->Count(), 3); // until the next read
+        form.click(form.placeOfLine(2), byRightClick ? Qt::RightButton : Qt::LeftButton);
+        QCOMPARE(form.rows->Position(), 2);
+        QCOMPARE(form.description->Text(), u"third"_s);
+        QCOMPARE(form.marked(), u"103"_s);
+        QCOMPARE(form.selected(), u"103"_s);
+        QCOMPARE(form.boxes.shown().size(), 0);
+        if (byRightClick) {
+            QTRY_VERIFY(form.menu->isVisible());
+            form.menu->close();
+        }
+    }
+
+    void theLineOfARowThatTheHostHasRemovedIsNotTaken()
+    {
+        AttachmentsForm form;
+        QVERIFY(openSecond(form));
+        form.rows->SetPosition(1);
+        form.rows->RemoveCurrent(false);
+        form.click(form.placeOfLine(0));
+        QCOMPARE(form.boxes.take().first().text,
+                 u"Unexpected error handling item click: The attachment has been removed from the record."_s);
+        QCOMPARE(form.description->Text(), u"second"_s);
+        QCOMPARE(form.marked(), u"102"_s);
+        QCOMPARE(form.selected(), u"102"_s);
+    }
+
+    void typingAsksForAsManyRowsWhateverTheirNumber()
+    {
+        QList<qint64> asked;
+        for (const int count : {3, 300}) {
+            AttachmentsForm form;
+            for (int row = 0; row < count; ++row) {
+                AttachmentsForm::set(*form.rows->AddNew(), "FileName", u"a.txt"_s); // the last is current
+            }
+            QVERIFY(form.open());
+            form.description->setFocus();
+            const qint64 before = form.rows->reads();
+            form.type(u"x"_s);
+            QCOMPARE(form.text(count, "Description"), u"x"_s);
+            asked << form.rows->reads() - before;
+        }
+        QCOMPARE(asked.first(), asked.last());
+    }
+
     void aCommentIsSavedToTheRowThatShowsWhereverThePositionIs()
     {
         AttachmentsForm form;

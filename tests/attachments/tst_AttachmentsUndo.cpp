@@ -37,6 +37,64 @@ void undo(AttachmentsForm& form)
     form.press(Qt::Key_Z, Qt::ControlModifier);
 }
 
+/// A comment whose follower does something, or fails.
+class FollowedNotes final : public tvField
+{
+public:
+    explicit FollowedNotes(QString text)
+        : m_value(std::move(text))
+    {
+    }
+
+    QVariant Value() const override { return m_value; }
+    void SetValue(const QVariant& value) override
+    {
+        if (follower)
+            follower();
+        m_value = value;
+    }
+    QString Name() const override { return u"Notes"_s; }
+    bool IsKey() const override { return false; }
+    qint32 MaxLength() const override { return 0; }
+
+    std::function<void()> follower;
+
+private:
+    QVariant m_value;
+};
+
+class LinkToRecord final : public tvLinkField
+{
+public:
+    QVariant Value() const override { return 7; }
+    void SetValue(const QVariant&) override { throw Error(u"a link is the host's"_s); }
+    QString Name() const override { return u"IncidentNo"_s; }
+    bool IsKey() const override { return false; }
+    qint32 MaxLength() const override { return 0; }
+};
+
+/// The columns of a row, with another one in the place of that of its name, or behind them.
+tvTableRowPtr rowWith(const tvFieldPtr& other)
+{
+    const tvTableRowPtr plain = NumberedRows::makeRow(false);
+    QList<tvFieldPtr> fields;
+    for (int index = 1; index <= plain->FieldCount(); ++index) {
+        if (plain->Item(index)->Name() != other->Name())
+            fields << plain->Item(index);
+    }
+    auto row = std::make_shared<tavrin::test::FakeRow>(fields << other, false);
+    AttachmentsForm::set(*row, "FileName", u"2014\\03\\special.png"_s);
+    AttachmentsForm::set(*row, "OriginalFileName", u"special.png"_s);
+    return row;
+}
+
+/// Sends a repeat of keys that are held down.
+void repeatUndoKeys(AttachmentsForm& form)
+{
+    QTest::simulateEvent(form.window.windowHandle(), true, Qt::Key_Z, Qt::ControlModifier, QString(), true,
+                         -1);
+}
+
 /// All fields of a row, as one text.
 QString fieldsOf(tvTableRow& row)
 {
@@ -187,6 +245,21 @@ private Q_SLOTS:
         QCOMPARE(said(form), QString());
     }
 
+    void aRemovalBehindWhichTheSameRecordIsReadAndAFollowerFailsCanBeUndone()
+    {
+        AttachmentsForm form;
+        QVERIFY(open(form));
+        Subscription failing = form.rows->ItemRemovedEx.subscribe([&form](qint32, const tvTableRowPtr&) {
+            form.read(); // and the next row shows
+            throw Error(u"the cover is away"_s);
+        });
+        form.press(Qt::Key_Delete);
+        QCOMPARE(form.boxes.take().size(), 1);
+        QCOMPARE(said(form), u"report.docx removed. Undo"_s);
+        undo(form);
+        QCOMPARE(form.fileNames(), QStringList({u"door.png"_s, u"lock.png"_s, u"report.docx"_s}));
+    }
+
     void aScreenReaderTellsWhatTheLinkDoes()
     {
         AttachmentsForm form;
@@ -299,6 +372,27 @@ private Q_SLOTS:
         QCOMPARE(said(form), u"report.docx removed. Undo"_s);
     }
 
+    void keysThatAreStillDownWhenTheLineHidesDoNotReachTheForm()
+    {
+        AttachmentsForm form;
+        form.addRow(u"a.txt"_s);
+        QVERIFY(form.open());
+        int taken = 0;
+        const QShortcut shortcut(QKeySequence::Undo, &form.window, [&taken] { ++taken; });
+        form.press(Qt::Key_Delete);
+        QTest::keyPress(form.window.windowHandle(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(form.rows->Count(), 1);
+        QCOMPARE(said(form), QString());
+        for (int repeat = 0; repeat < 3; ++repeat)
+            repeatUndoKeys(form);
+        QCOMPARE(taken, 0);
+        QTest::keyRelease(form.window.windowHandle(), Qt::Key_Z, Qt::ControlModifier);
+        QTest::keyPress(form.window.windowHandle(), Qt::Key_Z, Qt::ControlModifier); // the form's from now on
+        repeatUndoKeys(form);
+        QTest::keyRelease(form.window.windowHandle(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(taken, 2);
+    }
+
     void theKeysAreTheFormsWhileThereIsNothingToPutBack()
     {
         AttachmentsForm form;
@@ -367,6 +461,49 @@ private Q_SLOTS:
         QCOMPARE(form.comment->Text(), u"one"_s);
     }
 
+    void savingTheTextsFirstMayDeleteTheSection()
+    {
+        AttachmentsForm form;
+        const auto notes = std::make_shared<FollowedNotes>(u"noted"_s);
+        form.rows->Add(rowWith(notes));
+        prepare(form);
+        QVERIFY(form.open());
+        remove(form, 1);
+        form.click(form.placeOfLine(0));
+        const tavrin::test::Unhandled unhandled;
+        notes->follower = [&form] { delete form.section.data(); };
+        undo(form);
+        QVERIFY(form.section.isNull());
+        QCOMPARE(form.rows->Count(), 3);
+        QCOMPARE(form.boxes.shown().size(), 0);
+        QCOMPARE(unhandled.texts, QStringList());
+    }
+
+    void savingTheTextsFirstMayBindAnotherRecordWithItsOwnUndo()
+    {
+        AttachmentsForm form;
+        const auto notes = std::make_shared<FollowedNotes>(u"noted"_s);
+        form.rows->Add(rowWith(notes));
+        prepare(form);
+        QVERIFY(form.open());
+        remove(form, 1);
+        form.click(form.placeOfLine(0));
+        const auto former = form.rows;
+        notes->follower = [&] {
+            notes->follower = {};
+            form.rows = std::make_shared<NumberedRows>();
+            form.addRow(u"other.txt"_s);
+            form.addRow(u"another.txt"_s);
+            form.record->setItem(u"Attachments"_s, form.rows);
+            form.read();
+            form.press(Qt::Key_Delete);
+        };
+        undo(form);
+        QCOMPARE(former->Count(), 3);
+        QCOMPARE(form.fileNames(), QStringList{u"another.txt"_s});
+        QCOMPARE(said(form), u"other.txt removed. Undo"_s);
+    }
+
     // The cover
 
     void theCoverIsWhatItWasBeforeTheRemoval_data()
@@ -433,6 +570,59 @@ private Q_SLOTS:
         QCOMPARE(form.cover->Value(), CheckBox::Unchecked);
     }
 
+    void aCoverThatWasTakenAwayAndChosenAgainSinceStays()
+    {
+        AttachmentsForm form;
+        prepare(form);
+        form.addImage(u"key.png"_s);
+        form.rows->SetPrimaryValue(104);
+        QVERIFY(form.open());
+        remove(form, 1);
+        QCOMPARE(coverOf(form), 103);
+        form.click(form.placeOfLine(1));
+        form.click(form.cover);
+        QCOMPARE(coverOf(form), 0);
+        form.click(form.cover);
+        QCOMPARE(coverOf(form), 103);
+        undo(form);
+        QCOMPARE(coverOf(form), 103);
+    }
+
+    void lookingAtTheCoverIsNoChoice()
+    {
+        AttachmentsForm form;
+        prepare(form);
+        form.addImage(u"key.png"_s);
+        form.rows->SetPrimaryValue(104);
+        QVERIFY(form.open());
+        remove(form, 1);
+        form.click(form.placeOfLine(0));
+        form.click(form.placeOfLine(1));
+        QCOMPARE(form.cover->Value(), CheckBox::Checked);
+        form.click(form.placeOfLine(2));
+        undo(form);
+        QCOMPARE(coverOf(form), 104);
+    }
+
+    void aCoverThatHasLeftTheRecordSinceIsNotMadeTheCover()
+    {
+        AttachmentsForm form;
+        prepare(form);
+        form.addImage(u"key.png"_s);
+        form.rows->SetPrimaryValue(104);
+        QVERIFY(form.open());
+        remove(form, 1);
+        QCOMPARE(coverOf(form), 103);
+        form.rows->SetPosition(3);
+        form.rows->RemoveCurrent(false); // 104, by the host
+        QCOMPARE(coverOf(form), 103);
+        form.rows->primaries.clear();
+        undo(form);
+        QCOMPARE(coverOf(form), 103);
+        QVERIFY(!form.rows->primaries.contains(u"104"_s));
+        QCOMPARE(form.boxes.shown().size(), 0);
+    }
+
     void severalImagesGiveTheCoverBackOneAfterTheOther()
     {
         AttachmentsForm form;
@@ -450,32 +640,83 @@ private Q_SLOTS:
 
     // What the host does meanwhile
 
-    void readingARecordForgetsWhatWasRemoved_data()
+    void readingTheSameRowsAgainKeepsWhatWasRemoved()
     {
-        QTest::addColumn<bool>("isAnother");
-        QTest::newRow("the same") << false;
-        QTest::newRow("another") << true;
+        AttachmentsForm form;
+        QVERIFY(open(form));
+        form.press(Qt::Key_Delete);
+        form.press(Qt::Key_Tab);
+        form.press(Qt::Key_Tab);
+        form.read();
+        QCOMPARE(said(form), u"report.docx removed. Undo"_s);
+        QVERIFY(form.child<TextLink>("lnkUndo")->hasFocus());
+        undo(form);
+        QCOMPARE(form.fileNames(), QStringList({u"door.png"_s, u"lock.png"_s, u"report.docx"_s}));
     }
-    void readingARecordForgetsWhatWasRemoved()
+
+    void aRecordThatIsReadIsTheHostsToKeep()
     {
-        QFETCH(bool, isAnother);
+        AttachmentsForm form;
+        QVERIFY(open(form));
+        const std::weak_ptr<tvBusinessObject> record = form.record;
+        form.record.reset();
+        QVERIFY(record.expired());
+        form.press(Qt::Key_Delete); // the rows are still there
+        QCOMPARE(form.rows->Count(), 2);
+    }
+
+    void readingOtherRowsForgetsWhatWasRemoved_data()
+    {
+        QTest::addColumn<bool>("isNewRecord");
+        QTest::newRow("the record with a new collection") << false;
+        QTest::newRow("another record") << true;
+    }
+    void readingOtherRowsForgetsWhatWasRemoved()
+    {
+        QFETCH(bool, isNewRecord);
         AttachmentsForm form;
         QVERIFY(open(form));
         form.press(Qt::Key_Delete);
         form.press(Qt::Key_Tab);
         form.press(Qt::Key_Tab);
         QVERIFY(form.child<TextLink>("lnkUndo")->hasFocus());
-        if (isAnother) {
-            form.rows = std::make_shared<NumberedRows>();
-            form.addThree();
-            form.record->setItem(u"Attachments"_s, form.rows);
-        }
+        form.rows = std::make_shared<NumberedRows>();
+        form.addThree();
+        if (isNewRecord)
+            form.record = std::make_shared<tavrin::test::FakeRecord>();
+        form.record->setItem(u"Attachments"_s, form.rows);
         const int count = form.rows->Count();
         form.read();
         QCOMPARE(said(form), QString());
         QVERIFY(form.list->hasFocus());
         undo(form);
         QCOMPARE(form.rows->Count(), count);
+    }
+
+    void whoeverHearsOfTheFocusThatARecordTakesMayBindAnother()
+    {
+        AttachmentsForm form;
+        QVERIFY(open(form));
+        form.press(Qt::Key_Delete);
+        form.press(Qt::Key_Tab);
+        form.press(Qt::Key_Tab);
+        const auto bind = [&form](const QString& name) {
+            form.rows = std::make_shared<NumberedRows>();
+            form.addRow(name, name);
+            form.record->setItem(u"Attachments"_s, form.rows);
+            form.read();
+        };
+        bool hasBound = false;
+        QObject::connect(qApp, &QApplication::focusChanged, form.section, [&] {
+            if (!std::exchange(hasBound, true))
+                bind(u"inner.txt"_s);
+        });
+        bind(u"outer.txt"_s);
+        QVERIFY(hasBound);
+        QCOMPARE(form.list->Count(), 1);
+        QCOMPARE(form.child<Label>("lblFilename")->Caption(), u"inner.txt"_s);
+        QCOMPARE(form.description->Text(), u"inner.txt"_s);
+        QCOMPARE(said(form), QString());
     }
 
     void aRecordThatCannotBeBoundLeavesTheUndo()
@@ -509,6 +750,61 @@ private Q_SLOTS:
         QCOMPARE(form.marked(), u"101"_s);
         QCOMPARE(said(form), QString());
         QCOMPARE(form.boxes.shown().size(), 0);
+    }
+
+    void aCopyLeavesTheLinksToItsCollection()
+    {
+        AttachmentsForm form;
+        form.rows->Add(rowWith(std::make_shared<LinkToRecord>()));
+        prepare(form);
+        QVERIFY(form.open());
+        form.press(Qt::Key_Delete);
+        form.rows->beforeAdding = [](tvTableRow& row) {
+            if (!row.IsNew())
+                throw Error(u"the row belongs to no record any more"_s);
+        };
+        undo(form);
+        QCOMPARE(form.boxes.shown().size(), 0);
+        QCOMPARE(form.fileNames().last(), u"special.png"_s);
+        QVERIFY(!form.rows->Item(4)->Item(u"IncidentNo"_s));
+    }
+
+    void aRowWhoseKeyIsTakenComesBackOnceAlthoughAFollowerFails()
+    {
+        AttachmentsForm form;
+        QVERIFY(open(form));
+        remove(form, 0);
+        const tvTableRowPtr other = form.addRow(u"other.txt"_s);
+        AttachmentsForm::set(*other, "SeqNo", 101);
+        form.rows->afterAdding = [] { throw Error(u"the title is away"_s); };
+        const QStringList expected = {u"door.png"_s, u"lock.png"_s, u"other.txt"_s, u"report.docx"_s};
+        undo(form);
+        QCOMPARE(form.boxes.take().first().text,
+                 u"Unexpected error putting attachment back: the title is away"_s);
+        QCOMPARE(form.fileNames(), expected);
+        QCOMPARE(said(form), QString());
+        undo(form);
+        QCOMPARE(form.fileNames(), expected);
+        QCOMPARE(form.list->Count(), 4);
+    }
+
+    void aRowWhoseKeyIsTakenAndThatIsRefusedStaysRemoved()
+    {
+        AttachmentsForm form;
+        QVERIFY(open(form));
+        remove(form, 0);
+        const tvTableRowPtr other = form.addRow(u"other.txt"_s);
+        AttachmentsForm::set(*other, "SeqNo", 101);
+        form.rows->beforeAdding = [](tvTableRow&) { throw Error(u"the record is locked"_s); };
+        undo(form);
+        QCOMPARE(form.boxes.take().size(), 1);
+        QCOMPARE(form.rows->Count(), 3);
+        QCOMPARE(said(form), u"report.docx removed. Undo"_s);
+        form.rows->beforeAdding = {};
+        undo(form);
+        QCOMPARE(form.fileNames().last(), u"report.docx"_s);
+        QCOMPARE(form.rows->Count(), 4);
+        QCOMPARE(said(form), QString());
     }
 
     void aRowWhoseKeyIsTakenComesBackWithAnother()
@@ -593,6 +889,48 @@ private Q_SLOTS:
                  u"Unexpected error putting attachment back: the title is away"_s);
         QCOMPARE(form.fileNames(), QStringList({u"door.png"_s, u"lock.png"_s, u"report.docx"_s}));
         QCOMPARE(form.list->Count(), 3);
+        QCOMPARE(said(form), QString());
+    }
+
+    void aFollowerThatFailsBehindTheReturnTakesNeitherCommentNorCoverAway()
+    {
+        AttachmentsForm form;
+        prepare(form);
+        form.rows->SetPrimaryValue(102);
+        QVERIFY(form.open());
+        form.click(form.placeOfLine(1));
+        form.comment->setFocus();
+        form.type(u"a "_s);
+        form.choose(1, Qt::Key_R);
+        QCOMPARE(coverOf(form), 103);
+        form.rows->afterAdding = [] { throw Error(u"the title is away"_s); };
+        undo(form);
+        QCOMPARE(form.boxes.take().first().text,
+                 u"Unexpected error putting attachment back: the title is away"_s);
+        QCOMPARE(form.fileNames(), QStringList({u"report.docx"_s, u"lock.png"_s, u"door.png"_s}));
+        QCOMPARE(form.text(3, "Notes"), u"a two"_s);
+        QCOMPARE(coverOf(form), 102);
+        QCOMPARE(said(form), QString());
+    }
+
+    void aCommentThatIsRefusedLeavesTheCoverWhatItWas()
+    {
+        AttachmentsForm form;
+        const auto notes = std::make_shared<FollowedNotes>(u"noted"_s);
+        form.rows->Add(rowWith(notes));
+        prepare(form);
+        form.rows->SetPrimaryValue(101);
+        QVERIFY(form.open());
+        form.comment->setFocus();
+        form.type(u"a "_s);
+        form.choose(0, Qt::Key_R);
+        QCOMPARE(coverOf(form), 103);
+        notes->follower = [] { throw Error(u"the comment is locked"_s); };
+        undo(form);
+        QCOMPARE(form.boxes.take().first().text,
+                 u"Unexpected error putting attachment back: the comment is locked"_s);
+        QCOMPARE(form.rows->Count(), 4);
+        QCOMPARE(coverOf(form), 101);
         QCOMPARE(said(form), QString());
     }
 

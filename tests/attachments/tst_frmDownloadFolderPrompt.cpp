@@ -139,13 +139,13 @@ private Q_SLOTS:
         const auto tooLong = [](const QString& excess) {
             return u"Folder name is too long. Please shorten it by %1."_s.arg(excess);
         };
-        QTest::newRow("251 bytes") << QString(251, u'x') << tooLong(u"1 character"_s);
-        QTest::newRow("255 bytes") << QString(255, u'x') << tooLong(u"5 characters"_s);
-        QTest::newRow("252 bytes of 84 units")
-            << QString(84, QChar(0x20AC)) << tooLong(u"1 character"_s); // three bytes each
+        QTest::newRow("238 bytes") << QString(238, u'x') << tooLong(u"1 character"_s);
+        QTest::newRow("255 bytes") << QString(255, u'x') << tooLong(u"18 characters"_s);
+        QTest::newRow("240 bytes of 80 units")
+            << QString(80, QChar(0x20AC)) << tooLong(u"1 character"_s); // three bytes each
         QTest::newRow("765 bytes of 255 units")
-            << QString(255, QChar(0x20AC)) << tooLong(u"172 characters"_s);
-        QTest::newRow("pairs") << u"\U0001F600"_s.repeated(64)
+            << QString(255, QChar(0x20AC)) << tooLong(u"176 characters"_s);
+        QTest::newRow("pairs") << u"\U0001F600"_s.repeated(61)
                                << tooLong(u"2 characters"_s); // four bytes each
         QTest::newRow("too long, with ?") << QString(255, u'?') << CannotContain;
     }
@@ -197,9 +197,9 @@ private Q_SLOTS:
     void aNameAsLongAsTheDiskTakesItIsTaken_data()
     {
         QTest::addColumn<QString>("name");
-        QTest::newRow("250 bytes") << QString(250, u'x');
-        QTest::newRow("249 bytes of 83 units") << QString(83, QChar(0x20AC));
-        QTest::newRow("248 bytes of 62 pairs") << u"\U0001F600"_s.repeated(62);
+        QTest::newRow("237 bytes") << QString(237, u'x');
+        QTest::newRow("237 bytes of 79 units") << QString(79, QChar(0x20AC));
+        QTest::newRow("236 bytes of 59 pairs") << u"\U0001F600"_s.repeated(59);
     }
     void aNameAsLongAsTheDiskTakesItIsTaken()
     {
