@@ -23,7 +23,7 @@ GeneralPage::GeneralPage(const QString& formsFolder, QStringList& problems)
     addField(bind<LineBinding>(QStringLiteral("Address"), tr("&Address")), 0);
     addField(bind<LineBinding>(QStringLiteral("City"), tr("C&ity")), 1);
     addForm(QStringLiteral("general.json"), formsFolder, problems,
-            tr("Type at least three characters of the code or of the words, and choose from the list."));
+            tr("Type at least three characters of code or text; choose from the list."));
 }
 
 std::optional<QDate> GeneralPage::incidentDay() const
