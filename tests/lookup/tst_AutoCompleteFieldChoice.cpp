@@ -274,7 +274,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("key");
         for (const Qt::Key key : {Qt::Key_Up, Qt::Key_PageUp, Qt::Key_PageDown})
-            QTest::newRow(QTest::toString(key)) << int(key);
+            QTest::newRow(qPrintable(QKeySequence(key).toString())) << int(key);
     }
     void keysThatNeitherBoxNorListAnswersStayShortcutsOfTheWindow()
     {
