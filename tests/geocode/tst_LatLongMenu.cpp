@@ -13,6 +13,14 @@ using namespace tavrin::test;
 
 namespace {
 
+/// What an open menu does not outlive.
+enum class Ending
+{
+    AnotherRecord,
+    FailedRead,
+    Disabled
+};
+
 /// A location with coordinates, worked out or typed.
 std::unique_ptr<LocationRecord> located(bool onSave)
 {
@@ -250,15 +258,21 @@ private Q_SLOTS:
         openMenu()->close();
     }
 
-    void theMenuClosesWithTheCoordinatesItWasOpenedFor_data()
+    void theMenuClosesWithWhatItWasOpenedFor_data()
     {
         QTest::addColumn<bool>("onSave");
-        QTest::newRow("of the section") << true;
-        QTest::newRow("of a box") << false;
+        QTest::addColumn<Ending>("ending");
+        for (const bool onSave : {true, false}) {
+            const char* whose = onSave ? "of the section" : "of a box";
+            QTest::addRow("%s, another record", whose) << onSave << Ending::AnotherRecord;
+            QTest::addRow("%s, a read that fails", whose) << onSave << Ending::FailedRead;
+            QTest::addRow("%s, disabled", whose) << onSave << Ending::Disabled;
+        }
     }
-    void theMenuClosesWithTheCoordinatesItWasOpenedFor()
+    void theMenuClosesWithWhatItWasOpenedFor()
     {
         QFETCH(bool, onSave);
+        QFETCH(Ending, ending);
         LatLongStage stage;
         QVERIFY(stage.isReady());
         const auto location = located(onSave);
@@ -267,50 +281,18 @@ private Q_SLOTS:
         QVERIFY(openMenu());
         LocationRecord other;
         other.put("Latitude", 1);
-        stage.read(other);
+        if (ending == Ending::AnotherRecord)
+            stage.read(other);
+        else if (ending == Ending::Disabled)
+            stage.control->setEnabled(false);
+        else {
+            location->failing = u"Longitude"_s;
+            stage.read(*location);
+            QCOMPARE(stage.boxes.take().size(), 1);
+        }
         QVERIFY(!openMenu());
         stage.read(LocationRecord()); // the menu is gone by now
         QCOMPARE(clipboard(), u"before"_s);
-    }
-
-    void theMenuClosesBeforeAReadThatFails_data()
-    {
-        QTest::addColumn<bool>("onSave");
-        QTest::newRow("of the section") << true;
-        QTest::newRow("of a box") << false;
-    }
-    void theMenuClosesBeforeAReadThatFails()
-    {
-        QFETCH(bool, onSave);
-        LatLongStage stage;
-        QVERIFY(stage.isReady());
-        const auto location = located(onSave);
-        stage.read(*location);
-        rightClick(stage, stage.lat(), QPoint(4, 4));
-        QVERIFY(openMenu());
-        location->failing = u"Longitude"_s;
-        stage.read(*location);
-        QVERIFY(!openMenu());
-        stage.boxes.take();
-    }
-
-    void aSectionThatIsDisabledClosesItsMenu_data()
-    {
-        QTest::addColumn<bool>("onSave");
-        QTest::newRow("of the section") << true;
-        QTest::newRow("of a box") << false;
-    }
-    void aSectionThatIsDisabledClosesItsMenu()
-    {
-        QFETCH(bool, onSave);
-        LatLongStage stage;
-        QVERIFY(stage.isReady());
-        const auto location = located(onSave);
-        stage.read(*location);
-        rightClick(stage, stage.lat(), QPoint(4, 4));
-        QVERIFY(openMenu());
-        stage.control->setEnabled(false);
-        QVERIFY(!openMenu());
     }
 
     void theControlMayDieWhileTheMenuIsOpen_data()
