@@ -14,7 +14,6 @@ AutoCompleteBinding::AutoCompleteBinding(AutoCompleteField* control, const QStri
                                          const QString& label)
     : FieldBinding(fieldName, label)
     , m_control(control)
-    , m_setText(ToText(control->Text()))
 {
     connectGuarded(control, &UserControl::PropertyChanged, control, "AutoCompleteBinding_Edited",
                    [this](const QString& key) {
