@@ -3,10 +3,10 @@
 // emptied and filled with the same rows.
 
 #include "Ratios.h"
-#include "attachments/Attachments.h"
-#include "attachments/FileKindIcons.h"
-#include "attachments/modAttachments.h"
-#include "base/Variant.h"
+#include "attachments/files/FileKindIcons.h"
+#include "attachments/files/modAttachments.h"
+#include "attachments/section/Attachments.h"
+#include "base/values/Variant.h"
 #include "support/FakeHost.h"
 
 #include <QApplication>

@@ -2,11 +2,11 @@
 // The rival is a QCompleter in contains mode, ignoring case, over the same texts in a QStringListModel.
 
 #include "Ratios.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "lookup/AutoCompleteField.h"
 #include "support/FakeHost.h"
-#include "widgets/DropDownList.h"
-#include "widgets/TextBox.h"
+#include "widgets/boxes/TextBox.h"
+#include "widgets/lists/DropDownList.h"
 
 #include <QAbstractItemView>
 #include <QApplication>

@@ -3,10 +3,10 @@
 // of the second asks the array for each value and deletes row by row.
 
 #include "Ratios.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "frame/modUtils.h"
 #include "support/FakeGridCombo.h"
-#include "widgets/GridComboBox.h"
+#include "widgets/grid_combo/GridComboBox.h"
 
 #include <QApplication>
 #include <QComboBox>

@@ -3,7 +3,7 @@
 // and adds that to a QListWidget; to save, it writes the field of each.
 
 #include "Ratios.h"
-#include "host/RecordCollection.h"
+#include "host/records/RecordCollection.h"
 #include "sections/MultiValue.h"
 #include "support/FakeHost.h"
 

@@ -2,9 +2,9 @@
 // The rival is a plain Qt form of as many line edits and combo boxes, filled by the same queries' results.
 
 #include "Ratios.h"
-#include "workbench/RecordWindow.h"
-#include "workbench/Theme.h"
-#include "workbench/Workspace.h"
+#include "workbench/application/Theme.h"
+#include "workbench/application/Workspace.h"
+#include "workbench/windows/RecordWindow.h"
 
 #include <QApplication>
 #include <QComboBox>

@@ -3,7 +3,7 @@
 // The rivals are a QCompleter in contains mode over the names alone, ignoring case, memmem over the bytes of
 // the three columns in upper case, and the XPath engine's own evaluation.
 
-#include "base/XmlDocument.h"
+#include "base/xml/XmlDocument.h"
 #include "lookup/EmployeeList.h"
 
 #include <QApplication>

@@ -3,11 +3,11 @@
 // officer id and badge, shown in a QTableView; both ignore case.
 
 #include "Ratios.h"
-#include "base/XmlDocument.h"
+#include "base/xml/XmlDocument.h"
 #include "lookup/EmployeePicker.h"
 #include "support/FakeHost.h"
-#include "widgets/AutoCompleteComboBox.h"
-#include "widgets/SuggestionView.h"
+#include "widgets/search_box/AutoCompleteComboBox.h"
+#include "widgets/search_box/SuggestionView.h"
 
 #include <QAbstractItemView>
 #include <QApplication>

@@ -4,8 +4,8 @@
 // Times are those of the processor, the other program's included: a busy machine does not blur them.
 
 #include "Ratios.h"
-#include "base/FileReader.h"
-#include "frame/SpellingDictionary.h"
+#include "base/files/FileReader.h"
+#include "frame/words/SpellingDictionary.h"
 #include "spell/HunspellSpeller.h"
 #include "spell/WordFinder.h"
 

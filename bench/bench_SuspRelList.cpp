@@ -3,7 +3,7 @@
 // rows from the first for each party.
 
 #include "Ratios.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "sections/SuspRelList.h"
 #include "support/FakeHost.h"
 

@@ -3,13 +3,13 @@
 // way: each photograph is read, scaled down by Qt and painted, which keeps nothing.
 
 #include "Ratios.h"
-#include "attachments/Attachments.h"
-#include "base/Error.h"
-#include "host/AttachmentStore.h"
-#include "host/RecordStore.h"
-#include "host/ReferenceHost.h"
-#include "host/SampleData.h"
-#include "widgets/ListView.h"
+#include "attachments/section/Attachments.h"
+#include "base/failure/Error.h"
+#include "host/records/RecordStore.h"
+#include "host/samples/SampleData.h"
+#include "host/services/ReferenceHost.h"
+#include "host/store/AttachmentStore.h"
+#include "widgets/lists/ListView.h"
 
 #include <QApplication>
 #include <QDir>
@@ -68,7 +68,7 @@ public:
     {
         SampleData().fillOnce(*m_database);
         const QString thumbnailer =
-            QCoreApplication::applicationDirPath() + QStringLiteral("/../src/tavrin_thumbnailer");
+            QCoreApplication::applicationDirPath() + QStringLiteral("/../bin/tavrin_thumbnailer");
         check(QFileInfo::exists(thumbnailer), "finding the program that makes thumbnails");
         m_host = std::make_unique<ReferenceHost>(
             *m_database, ReferenceHostOptions{u"admin"_s, m_folder.path(), m_folder.path(), thumbnailer});

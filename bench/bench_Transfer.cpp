@@ -4,9 +4,9 @@
 //
 //     bench_Transfer [--mib=SIZE] [--files=NUMBER] [--rounds=NUMBER] [--in=FOLDER]
 
-#include "base/Error.h"
-#include "host/ReferenceHost.h"
-#include "host/SampleData.h"
+#include "base/failure/Error.h"
+#include "host/samples/SampleData.h"
+#include "host/services/ReferenceHost.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

@@ -19,8 +19,8 @@ function(tavrin_options target)
   endif()
 endfunction()
 
-# A library below src/, all of whose includes are written from src/ on, as in <base/Error.h>. It precompiles
-# the header PCH, or takes that of the library PCH_OF, of tavrin_widgets when none is named.
+# A library below src/, all of whose includes are written from src/ on, as in "base/failure/Error.h". It
+# precompiles the header PCH, or takes that of the library PCH_OF, of tavrin_widgets when none is named.
 function(tavrin_library name)
   cmake_parse_arguments(arg "" "PCH;PCH_OF" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
   if(NOT arg_PCH_OF)
@@ -29,7 +29,7 @@ function(tavrin_library name)
   add_library(${name} ${arg_SOURCES})
   # Without a macro of its own each library can take the precompiled header of another.
   set_target_properties(${name} PROPERTIES DEFINE_SYMBOL "")
-  target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
   target_link_libraries(${name} PUBLIC ${arg_LINK} PRIVATE ${arg_PRIVATE_LINK})
   if(arg_PCH)
     target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/${arg_PCH})

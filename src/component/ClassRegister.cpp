@@ -1,7 +1,7 @@
-#include "ClassRegister.h"
+#include "component/ClassRegister.h"
 
-#include "attachments/Attachments.h"
-#include "attachments/CoverImage.h"
+#include "attachments/section/Attachments.h"
+#include "attachments/section/CoverImage.h"
 #include "geocode/LatLong.h"
 #include "lookup/AgencyPicker.h"
 #include "lookup/AutoCompleteField.h"

@@ -1,6 +1,6 @@
-#include "Timer.h"
+#include "frame/Timer.h"
 
-#include "base/Guard.h"
+#include "base/failure/Guard.h"
 
 namespace tavrin {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/Event.h"
+#include "base/failure/Event.h"
 
 #include <QTimer>
 

@@ -1,4 +1,4 @@
-#include "XmlUtils.h"
+#include "frame/XmlUtils.h"
 
 namespace tavrin::XmlUtils {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/XmlNodes.h"
+#include "base/xml/XmlNodes.h"
 
 #include <QString>
 #include <QStringList>

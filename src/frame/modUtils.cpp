@@ -1,11 +1,11 @@
-#include "modUtils.h"
+#include "frame/modUtils.h"
 
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Host.h"
-#include "widgets/GridCombo.h"
-#include "widgets/PictureSurface.h"
+#include "widgets/drawing/PictureSurface.h"
+#include "widgets/grid_combo/GridCombo.h"
 
 #include <QFileInfo>
 

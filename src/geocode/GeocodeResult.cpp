@@ -1,6 +1,6 @@
-#include "GeocodeResult.h"
+#include "geocode/GeocodeResult.h"
 
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 
 namespace tavrin::GeocodeResult {
 

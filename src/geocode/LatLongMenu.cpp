@@ -1,8 +1,8 @@
-#include "LatLong.h"
-#include "base/Guard.h"
-#include "widgets/KeyCodes.h"
-#include "widgets/PopupMenu.h"
-#include "widgets/TextBox.h"
+#include "base/failure/Guard.h"
+#include "geocode/LatLong.h"
+#include "widgets/boxes/KeyCodes.h"
+#include "widgets/boxes/TextBox.h"
+#include "widgets/panels/PopupMenu.h"
 
 #include <QApplication>
 #include <QClipboard>

@@ -1,12 +1,12 @@
-#include "AgencyPicker.h"
+#include "lookup/AgencyPicker.h"
 
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/modUtils.h"
-#include "widgets/ConstituentLook.h"
-#include "widgets/GridComboBox.h"
-#include "widgets/Label.h"
-#include "widgets/Placement.h"
+#include "widgets/drawing/ConstituentLook.h"
+#include "widgets/drawing/Placement.h"
+#include "widgets/grid_combo/GridComboBox.h"
+#include "widgets/labels/Label.h"
 
 #include <QScopedValueRollback>
 

@@ -2,7 +2,7 @@
 
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Contracts.h"
-#include "widgets/SharedFont.h"
+#include "widgets/drawing/SharedFont.h"
 
 namespace tavrin {
 

@@ -1,11 +1,11 @@
-#include "AutoCompleteField.h"
+#include "lookup/AutoCompleteField.h"
 
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/host_contracts/Host.h"
-#include "widgets/DropDownList.h"
-#include "widgets/KeyCodes.h"
-#include "widgets/TextBox.h"
+#include "widgets/boxes/KeyCodes.h"
+#include "widgets/boxes/TextBox.h"
+#include "widgets/lists/DropDownList.h"
 
 #include <QApplication>
 #include <QPointer>

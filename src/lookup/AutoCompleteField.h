@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/XmlDocument.h"
+#include "base/xml/XmlDocument.h"
 #include "frame/Timer.h"
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Contracts.h"

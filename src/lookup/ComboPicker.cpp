@@ -1,10 +1,10 @@
-#include "ComboPicker.h"
+#include "lookup/ComboPicker.h"
 
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
-#include "widgets/Label.h"
-#include "widgets/PictureSurface.h"
-#include "widgets/Placement.h"
+#include "widgets/drawing/PictureSurface.h"
+#include "widgets/drawing/Placement.h"
+#include "widgets/labels/Label.h"
 
 #include <QScopedValueRollback>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "SearchPicker.h"
-#include "widgets/AutoCompleteComboBox.h"
+#include "lookup/SearchPicker.h"
+#include "widgets/search_box/AutoCompleteComboBox.h"
 
 namespace tavrin {
 

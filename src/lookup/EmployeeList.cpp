@@ -1,10 +1,10 @@
-#include "EmployeeList.h"
+#include "lookup/EmployeeList.h"
 
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "frame/XmlUtils.h"
 #include "frame/host_contracts/Host.h"
 #include "frame/modUtils.h"
-#include "widgets/PictureSurface.h"
+#include "widgets/drawing/PictureSurface.h"
 
 namespace tavrin {
 

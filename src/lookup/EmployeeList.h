@@ -1,6 +1,6 @@
 #pragma once
 
-#include "NumberedList.h"
+#include "lookup/NumberedList.h"
 
 namespace tavrin {
 

@@ -1,9 +1,9 @@
-#include "EmployeePicker.h"
+#include "lookup/EmployeePicker.h"
 
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "frame/host_contracts/Host.h"
-#include "widgets/Label.h"
-#include "widgets/Placement.h"
+#include "widgets/drawing/Placement.h"
+#include "widgets/labels/Label.h"
 
 #include <QMetaMethod>
 #include <QPointer>

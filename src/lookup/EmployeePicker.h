@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ComboPicker.h"
-#include "EmployeeList.h"
+#include "lookup/ComboPicker.h"
+#include "lookup/EmployeeList.h"
 
 namespace tavrin {
 

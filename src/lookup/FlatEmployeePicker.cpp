@@ -1,8 +1,8 @@
-#include "FlatEmployeePicker.h"
+#include "lookup/FlatEmployeePicker.h"
 
-#include "widgets/PictureSurface.h"
-#include "widgets/Placement.h"
-#include "widgets/Tag.h"
+#include "widgets/drawing/PictureSurface.h"
+#include "widgets/drawing/Placement.h"
+#include "widgets/labels/Tag.h"
 
 #include <QMetaMethod>
 #include <QPointer>

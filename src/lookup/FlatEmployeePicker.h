@@ -1,7 +1,7 @@
 #pragma once
 
-#include "EmployeeList.h"
-#include "FlatPicker.h"
+#include "lookup/EmployeeList.h"
+#include "lookup/FlatPicker.h"
 
 namespace tavrin {
 

@@ -1,17 +1,17 @@
-#include "FlatPicker.h"
+#include "lookup/FlatPicker.h"
 
-#include "base/Guard.h"
-#include "base/Variant.h"
+#include "base/failure/Guard.h"
+#include "base/values/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/host_contracts/Host.h"
 #include "frame/modUtils.h"
-#include "widgets/BoxShape.h"
-#include "widgets/GroupBox.h"
-#include "widgets/IconGlyphs.h"
-#include "widgets/KeyCodes.h"
-#include "widgets/Label.h"
-#include "widgets/Link.h"
-#include "widgets/Tag.h"
+#include "widgets/boxes/KeyCodes.h"
+#include "widgets/drawing/BoxShape.h"
+#include "widgets/drawing/IconGlyphs.h"
+#include "widgets/labels/Label.h"
+#include "widgets/labels/Link.h"
+#include "widgets/labels/Tag.h"
+#include "widgets/panels/GroupBox.h"
 
 #include <QApplication>
 #include <QClipboard>

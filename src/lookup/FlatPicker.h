@@ -1,8 +1,8 @@
 #pragma once
 
-#include "SearchPicker.h"
 #include "frame/host_contracts/Services.h"
-#include "widgets/AutoCompleteTextBox.h"
+#include "lookup/SearchPicker.h"
+#include "widgets/search_box/AutoCompleteTextBox.h"
 
 namespace tavrin {
 

@@ -1,15 +1,15 @@
 // The layout arithmetic of the flat pickers, in twips.
 
-#include "FlatPicker.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/modUtils.h"
-#include "widgets/BoxShape.h"
-#include "widgets/GroupBox.h"
-#include "widgets/Label.h"
-#include "widgets/Link.h"
-#include "widgets/Placement.h"
-#include "widgets/Tag.h"
+#include "lookup/FlatPicker.h"
+#include "widgets/drawing/BoxShape.h"
+#include "widgets/drawing/Placement.h"
+#include "widgets/labels/Label.h"
+#include "widgets/labels/Link.h"
+#include "widgets/labels/Tag.h"
+#include "widgets/panels/GroupBox.h"
 
 #include <QFontMetricsF>
 #include <QScopedValueRollback>

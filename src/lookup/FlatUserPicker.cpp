@@ -1,11 +1,11 @@
-#include "FlatUserPicker.h"
+#include "lookup/FlatUserPicker.h"
 
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/host_contracts/Host.h"
-#include "widgets/Placement.h"
-#include "widgets/Tag.h"
+#include "widgets/drawing/Placement.h"
+#include "widgets/labels/Tag.h"
 
 #include <QFocusEvent>
 #include <QPointer>

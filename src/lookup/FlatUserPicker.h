@@ -1,7 +1,7 @@
 #pragma once
 
-#include "FlatPicker.h"
-#include "UserTeamList.h"
+#include "lookup/FlatPicker.h"
+#include "lookup/UserTeamList.h"
 
 namespace tavrin {
 

@@ -1,10 +1,10 @@
-#include "NibrsOffensePicker.h"
+#include "lookup/NibrsOffensePicker.h"
 
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/modUtils.h"
-#include "widgets/FlatDropdown.h"
+#include "widgets/lists/FlatDropdown.h"
 
 #include <QScopedValueRollback>
 

@@ -1,6 +1,6 @@
-#include "NumberedList.h"
+#include "lookup/NumberedList.h"
 
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 
 #include <cmath>
 

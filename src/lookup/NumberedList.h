@@ -1,6 +1,6 @@
 #pragma once
 
-#include "SearchTerms.h"
+#include "lookup/SearchTerms.h"
 
 #include <QVariant>
 

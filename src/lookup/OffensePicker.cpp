@@ -1,12 +1,12 @@
-#include "OffensePicker.h"
+#include "lookup/OffensePicker.h"
 
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "frame/XmlUtils.h"
 #include "frame/host_contracts/Host.h"
 #include "frame/modUtils.h"
-#include "widgets/Label.h"
-#include "widgets/PictureSurface.h"
-#include "widgets/Placement.h"
+#include "widgets/drawing/PictureSurface.h"
+#include "widgets/drawing/Placement.h"
+#include "widgets/labels/Label.h"
 
 #include <QFontMetricsF>
 

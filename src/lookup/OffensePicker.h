@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ComboPicker.h"
+#include "lookup/ComboPicker.h"
 
 namespace tavrin {
 

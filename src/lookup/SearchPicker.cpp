@@ -1,6 +1,6 @@
-#include "SearchPicker.h"
+#include "lookup/SearchPicker.h"
 
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 
 namespace tavrin {

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "NumberedList.h"
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Contracts.h"
-#include "widgets/SearchBox.h"
+#include "lookup/NumberedList.h"
+#include "widgets/search_box/SearchBox.h"
 
 namespace tavrin {
 

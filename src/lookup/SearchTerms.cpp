@@ -1,4 +1,4 @@
-#include "SearchTerms.h"
+#include "lookup/SearchTerms.h"
 
 #include "frame/XmlUtils.h"
 

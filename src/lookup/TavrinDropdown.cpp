@@ -1,10 +1,10 @@
-#include "TavrinDropdown.h"
+#include "lookup/TavrinDropdown.h"
 
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/host_contracts/Host.h"
 #include "frame/modUtils.h"
-#include "widgets/FlatDropdown.h"
+#include "widgets/lists/FlatDropdown.h"
 
 #include <QScopedValueRollback>
 

@@ -1,12 +1,12 @@
-#include "UserTeamList.h"
+#include "lookup/UserTeamList.h"
 
-#include "NumberedList.h"
-#include "base/Font.h"
-#include "base/Variant.h"
+#include "base/values/Font.h"
+#include "base/values/Variant.h"
 #include "frame/XmlUtils.h"
 #include "frame/host_contracts/Host.h"
 #include "frame/modUtils.h"
-#include "widgets/PictureSurface.h"
+#include "lookup/NumberedList.h"
+#include "widgets/drawing/PictureSurface.h"
 
 namespace tavrin {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/XmlDocument.h"
+#include "base/xml/XmlDocument.h"
 #include "frame/host_contracts/Caches.h"
 
 #include <QString>

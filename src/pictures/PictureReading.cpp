@@ -1,6 +1,6 @@
-#include "PictureReading.h"
+#include "pictures/PictureReading.h"
 
-#include "base/Error.h"
+#include "base/failure/Error.h"
 
 #include <QDir>
 #include <QImageReader>

@@ -1,6 +1,6 @@
-#include "ThumbnailMaker.h"
+#include "pictures/ThumbnailMaker.h"
 
-#include "PictureReading.h"
+#include "pictures/PictureReading.h"
 
 #include <QBuffer>
 #include <QColorSpace>

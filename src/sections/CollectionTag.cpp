@@ -1,4 +1,4 @@
-#include "CollectionTag.h"
+#include "sections/CollectionTag.h"
 
 #include "frame/host_contracts/HostObjects.h"
 

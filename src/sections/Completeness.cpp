@@ -1,7 +1,7 @@
-#include "Completeness.h"
+#include "sections/Completeness.h"
 
-#include "SuspRelList.h"
-#include "base/Error.h"
+#include "base/failure/Error.h"
+#include "sections/SuspRelList.h"
 
 namespace tavrin {
 

@@ -1,18 +1,18 @@
-#include "MultiValue.h"
+#include "sections/MultiValue.h"
 
-#include "ValueRows.h"
-#include "base/Error.h"
-#include "base/Guard.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/failure/Guard.h"
+#include "base/values/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/desktop/Desktop.h"
 #include "frame/host_contracts/Host.h"
 #include "frame/host_contracts/HostObjects.h"
+#include "sections/ValueRows.h"
 #include "sections/frmMultiValueSelect.h"
-#include "widgets/KeyCodes.h"
-#include "widgets/ListBox.h"
-#include "widgets/Placement.h"
-#include "widgets/TextLink.h"
+#include "widgets/boxes/KeyCodes.h"
+#include "widgets/drawing/Placement.h"
+#include "widgets/labels/TextLink.h"
+#include "widgets/lists/ListBox.h"
 
 #include <QApplication>
 #include <QKeyEvent>

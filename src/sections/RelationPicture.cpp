@@ -1,4 +1,4 @@
-#include "RelationPicture.h"
+#include "sections/RelationPicture.h"
 
 #include <QPainter>
 #include <QPainterPath>

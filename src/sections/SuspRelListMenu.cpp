@@ -1,9 +1,9 @@
-#include "SuspRelList.h"
 #include "frame/desktop/Desktop.h"
 #include "frame/host_contracts/HostObjects.h"
-#include "frmSuspRel.h"
-#include "widgets/ListView.h"
-#include "widgets/PopupMenu.h"
+#include "sections/SuspRelList.h"
+#include "sections/frmSuspRel.h"
+#include "widgets/lists/ListView.h"
+#include "widgets/panels/PopupMenu.h"
 
 #include <QScopeGuard>
 

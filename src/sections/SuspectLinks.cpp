@@ -1,6 +1,6 @@
-#include "SuspectLinks.h"
+#include "sections/SuspectLinks.h"
 
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/host_contracts/Host.h"
 #include "frame/host_contracts/HostObjects.h"

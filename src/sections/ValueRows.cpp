@@ -1,6 +1,6 @@
-#include "ValueRows.h"
+#include "sections/ValueRows.h"
 
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 
 namespace tavrin {
 

@@ -1,12 +1,12 @@
-#include "frmMultiValueSelect.h"
+#include "sections/frmMultiValueSelect.h"
 
-#include "base/Guard.h"
-#include "base/Variant.h"
+#include "base/failure/Guard.h"
+#include "base/values/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/host_contracts/Host.h"
-#include "widgets/ListBox.h"
-#include "widgets/Placement.h"
-#include "widgets/TextLink.h"
+#include "widgets/drawing/Placement.h"
+#include "widgets/labels/TextLink.h"
+#include "widgets/lists/ListBox.h"
 
 #include <QKeyEvent>
 #include <QLabel>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "base/Event.h"
+#include "base/failure/Event.h"
 #include "frame/host_contracts/Contracts.h"
-#include "widgets/Form.h"
+#include "widgets/panels/Form.h"
 
 #include <QList>
 #include <QVariantList>

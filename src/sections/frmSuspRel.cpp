@@ -1,15 +1,15 @@
-#include "frmSuspRel.h"
+#include "sections/frmSuspRel.h"
 
-#include "RelationPicture.h"
-#include "base/Guard.h"
-#include "base/Variant.h"
+#include "base/failure/Guard.h"
+#include "base/values/Variant.h"
 #include "frame/desktop/Desktop.h"
 #include "frame/host_contracts/Host.h"
 #include "frame/host_contracts/HostObjects.h"
-#include "widgets/FlatDropdown.h"
-#include "widgets/GroupBox.h"
-#include "widgets/Label.h"
-#include "widgets/Placement.h"
+#include "sections/RelationPicture.h"
+#include "widgets/drawing/Placement.h"
+#include "widgets/labels/Label.h"
+#include "widgets/lists/FlatDropdown.h"
+#include "widgets/panels/GroupBox.h"
 
 #include <QPushButton>
 

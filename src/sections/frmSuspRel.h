@@ -1,7 +1,7 @@
 #pragma once
 
 #include "frame/host_contracts/Records.h"
-#include "widgets/Form.h"
+#include "widgets/panels/Form.h"
 
 #include <QList>
 

@@ -1,9 +1,9 @@
-#include "CheckedBox.h"
+#include "spell/CheckedBox.h"
 
-#include "WaitCursor.h"
-#include "base/Error.h"
-#include "widgets/TextArea.h"
-#include "widgets/TextBox.h"
+#include "base/failure/Error.h"
+#include "spell/WaitCursor.h"
+#include "widgets/boxes/TextArea.h"
+#include "widgets/boxes/TextBox.h"
 
 #include <QLineEdit>
 #include <QPlainTextEdit>

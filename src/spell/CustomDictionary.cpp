@@ -1,8 +1,8 @@
 #include "spell/CustomDictionary.h"
 
-#include "base/FileReader.h"
-#include "frame/CustomWordFile.h"
-#include "frame/CustomWords.h"
+#include "base/files/FileReader.h"
+#include "frame/words/CustomWordFile.h"
+#include "frame/words/CustomWords.h"
 
 #include <QFile>
 

@@ -1,8 +1,8 @@
 #include "spell/HunspellDictionary.h"
 
-#include "base/Descriptor.h"
-#include "base/Error.h"
-#include "frame/SpellingDictionary.h"
+#include "base/failure/Error.h"
+#include "base/files/Descriptor.h"
+#include "frame/words/SpellingDictionary.h"
 
 #include <QStringDecoder>
 #include <QStringEncoder>

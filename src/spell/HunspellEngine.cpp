@@ -1,9 +1,9 @@
-#include "HunspellEngine.h"
+#include "spell/HunspellEngine.h"
 
-#include "WaitCursor.h"
-#include "base/Error.h"
-#include "frmSpelling.h"
+#include "base/failure/Error.h"
 #include "spell/HunspellSpeller.h"
+#include "spell/WaitCursor.h"
+#include "spell/frmSpelling.h"
 
 #include <QScopeGuard>
 #include <QSet>

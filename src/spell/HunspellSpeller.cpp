@@ -1,8 +1,8 @@
 #include "spell/HunspellSpeller.h"
 
-#include "base/Error.h"
-#include "frame/CustomWords.h"
-#include "frame/SpellingDictionary.h"
+#include "base/failure/Error.h"
+#include "frame/words/CustomWords.h"
+#include "frame/words/SpellingDictionary.h"
 #include "spell/HunspellDictionary.h"
 
 namespace tavrin {

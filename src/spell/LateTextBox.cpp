@@ -1,7 +1,7 @@
-#include "LateTextBox.h"
+#include "spell/LateTextBox.h"
 
-#include "CheckedBox.h"
-#include "base/Error.h"
+#include "base/failure/Error.h"
+#include "spell/CheckedBox.h"
 
 #include <QLineEdit>
 #include <QMetaMethod>

@@ -1,4 +1,4 @@
-#include "Sentence.h"
+#include "spell/Sentence.h"
 
 #include <QTextBoundaryFinder>
 

@@ -1,4 +1,4 @@
-#include "SpellcheckIcon.h"
+#include "spell/SpellcheckIcon.h"
 
 #include <QPainter>
 #include <QPainterPath>

@@ -1,7 +1,7 @@
-#include "SpellingWalk.h"
+#include "spell/SpellingWalk.h"
 
-#include "WaitCursor.h"
-#include "base/Error.h"
+#include "base/failure/Error.h"
+#include "spell/WaitCursor.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,16 +1,16 @@
-#include "TavrinSpellcheck.h"
+#include "spell/TavrinSpellcheck.h"
 
-#include "HunspellEngine.h"
-#include "LateTextBox.h"
-#include "SpellcheckIcon.h"
-#include "base/FileWriter.h"
-#include "base/Twips.h"
+#include "base/files/FileWriter.h"
+#include "base/values/Twips.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/control_frame/Trace.h"
 #include "frame/desktop/Desktop.h"
 #include "frame/host_contracts/Host.h"
 #include "frame/host_contracts/RemovableWord.h"
-#include "modInstanceCounter.h"
+#include "spell/HunspellEngine.h"
+#include "spell/LateTextBox.h"
+#include "spell/SpellcheckIcon.h"
+#include "spell/modInstanceCounter.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,10 +1,10 @@
-#include "frmSpelling.h"
+#include "spell/frmSpelling.h"
 
-#include "Sentence.h"
-#include "SpellingWalk.h"
-#include "base/Error.h"
-#include "base/Guard.h"
-#include "widgets/TextBox.h"
+#include "base/failure/Error.h"
+#include "base/failure/Guard.h"
+#include "spell/Sentence.h"
+#include "spell/SpellingWalk.h"
+#include "widgets/boxes/TextBox.h"
 
 #include <QAccessible>
 #include <QHBoxLayout>

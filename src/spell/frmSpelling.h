@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/Event.h"
-#include "widgets/Form.h"
+#include "base/failure/Event.h"
+#include "widgets/panels/Form.h"
 
 #include <functional>
 #include <memory>

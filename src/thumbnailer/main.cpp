@@ -2,7 +2,7 @@
 // when there is none to be had. A program of its own, so that a hostile picture can spoil nothing but itself:
 // whoever starts it sets bounds to its memory and its time.
 
-#include "base/Error.h"
+#include "base/failure/Error.h"
 #include "pictures/ThumbnailMaker.h"
 
 #include <QCoreApplication>

@@ -1,11 +1,11 @@
-#include "Application.h"
-#include "MainWindow.h"
-#include "Options.h"
-#include "Theme.h"
-#include "Tour.h"
-#include "Workspace.h"
-#include "base/Error.h"
+#include "base/failure/Error.h"
 #include "frame/desktop/Desktop.h"
+#include "workbench/application/Application.h"
+#include "workbench/application/Options.h"
+#include "workbench/application/Theme.h"
+#include "workbench/application/Workspace.h"
+#include "workbench/tour/Tour.h"
+#include "workbench/windows/MainWindow.h"
 
 #include <QTemporaryFile>
 

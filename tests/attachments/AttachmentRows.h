@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "support/FakeRecords.h"
 
 #include <QImage>

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "component/ClassRegister.h"
 #include "frame/control_frame/Ambient.h"
 #include "frame/modUtils.h"
 #include "lookup/AgencyForm.h"
 #include "lookup/FlatPickerForm.h"
 #include "sections/MultiValueForm.h"
-#include "widgets/FlatDropdown.h"
+#include "widgets/lists/FlatDropdown.h"
 
 #include <QDebug>
 

@@ -1,6 +1,6 @@
-#include "SetterRow.h"
+#include "component/SetterRow.h"
 #include "support/TestCase.h"
-#include "widgets/DropDownList.h"
+#include "widgets/lists/DropDownList.h"
 
 using namespace tavrin;
 using namespace Qt::StringLiterals;

@@ -1,5 +1,5 @@
-#include "base/Error.h"
-#include "base/Guard.h"
+#include "base/failure/Error.h"
+#include "base/failure/Guard.h"
 #include "frame/Timer.h"
 #include "support/TestCase.h"
 

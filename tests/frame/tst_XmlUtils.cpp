@@ -1,4 +1,4 @@
-#include "base/Error.h"
+#include "base/failure/Error.h"
 #include "frame/XmlUtils.h"
 #include "support/TestCase.h"
 

@@ -1,11 +1,11 @@
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 #include "frame/modUtils.h"
 #include "support/FakeGridCombo.h"
 #include "support/FakeHost.h"
 #include "support/ProbeControl.h"
 #include "support/TestCase.h"
-#include "widgets/PictureSurface.h"
+#include "widgets/drawing/PictureSurface.h"
 
 #include <QDir>
 #include <QTemporaryDir>

@@ -1,7 +1,7 @@
 // Expressions over documents, both made out of the bytes that the fuzzer gives: the answer must be the
 // engine's.
 
-#include "base/SearchCases.h"
+#include "base/xml/SearchCases.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,17 +1,17 @@
 #pragma once
 
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 #include "geocode/LatLong.h"
 #include "support/FakeDesktop.h"
 #include "support/FakeRecords.h"
 #include "support/TestCase.h"
-#include "widgets/FlatOptionButton.h"
-#include "widgets/FontIconLabel.h"
-#include "widgets/GroupBox.h"
-#include "widgets/Label.h"
-#include "widgets/TextBox.h"
-#include "widgets/TextLink.h"
+#include "widgets/boxes/FlatOptionButton.h"
+#include "widgets/boxes/TextBox.h"
+#include "widgets/labels/FontIconLabel.h"
+#include "widgets/labels/Label.h"
+#include "widgets/labels/TextLink.h"
+#include "widgets/panels/GroupBox.h"
 
 #include <QPointer>
 

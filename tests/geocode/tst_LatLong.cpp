@@ -1,4 +1,4 @@
-#include "LatLongStage.h"
+#include "geocode/LatLongStage.h"
 #include "support/FailingRecords.h"
 #include "support/Unhandled.h"
 

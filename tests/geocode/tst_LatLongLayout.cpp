@@ -1,9 +1,9 @@
-#include "LatLongStage.h"
 #include "frame/control_frame/PropertyBag.h"
+#include "geocode/LatLongStage.h"
 #include "support/FakeHost.h"
 #include "support/Unhandled.h"
-#include "widgets/BoxShape.h"
-#include "widgets/IconGlyphs.h"
+#include "widgets/drawing/BoxShape.h"
+#include "widgets/drawing/IconGlyphs.h"
 
 #include <QAccessible>
 #include <QApplication>

@@ -1,7 +1,7 @@
-#include "LatLongStage.h"
+#include "geocode/LatLongStage.h"
 #include "support/Keys.h"
 #include "support/Unhandled.h"
-#include "widgets/PopupMenu.h"
+#include "widgets/panels/PopupMenu.h"
 
 #include <QApplication>
 #include <QClipboard>

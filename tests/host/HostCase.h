@@ -1,8 +1,8 @@
 #pragma once
 
-#include "HostTestSupport.h"
-#include "host/ReferenceHost.h"
-#include "host/SampleData.h"
+#include "host/HostTestSupport.h"
+#include "host/samples/SampleData.h"
+#include "host/services/ReferenceHost.h"
 
 namespace tavrin::test {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "base/Error.h"
-#include "base/Variant.h"
-#include "host/Database.h"
-#include "host/Statement.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
+#include "host/database/Database.h"
+#include "host/database/Statement.h"
 #include "support/TestCase.h"
 
 #include <QCryptographicHash>

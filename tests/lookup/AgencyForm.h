@@ -1,12 +1,12 @@
 #pragma once
 
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "frame/control_frame/PropertyBag.h"
 #include "lookup/AgencyPicker.h"
 #include "support/FakeHost.h"
-#include "widgets/GridComboBox.h"
-#include "widgets/GridTable.h"
-#include "widgets/Label.h"
+#include "widgets/grid_combo/GridComboBox.h"
+#include "widgets/grid_combo/GridTable.h"
+#include "widgets/labels/Label.h"
 
 #include <QLineEdit>
 #include <QTest>

@@ -3,8 +3,8 @@
 #include "frame/Timer.h"
 #include "lookup/AutoCompleteField.h"
 #include "support/FakeHost.h"
-#include "widgets/DropDownList.h"
-#include "widgets/TextBox.h"
+#include "widgets/boxes/TextBox.h"
+#include "widgets/lists/DropDownList.h"
 
 #include <QLineEdit>
 #include <QListView>

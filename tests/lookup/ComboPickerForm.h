@@ -1,12 +1,12 @@
 #pragma once
 
-#include "base/XmlDocument.h"
+#include "base/xml/XmlDocument.h"
 #include "frame/control_frame/PropertyBag.h"
 #include "support/FakeHost.h"
-#include "widgets/AutoCompleteComboBox.h"
-#include "widgets/Label.h"
-#include "widgets/PictureSurface.h"
-#include "widgets/SuggestionView.h"
+#include "widgets/drawing/PictureSurface.h"
+#include "widgets/labels/Label.h"
+#include "widgets/search_box/AutoCompleteComboBox.h"
+#include "widgets/search_box/SuggestionView.h"
 
 #include <QApplication>
 #include <QClipboard>

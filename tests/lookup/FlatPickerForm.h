@@ -4,12 +4,12 @@
 #include "lookup/FlatEmployeePicker.h"
 #include "lookup/FlatUserPicker.h"
 #include "support/FakeHost.h"
-#include "widgets/BoxShape.h"
-#include "widgets/GroupBox.h"
-#include "widgets/Label.h"
-#include "widgets/Link.h"
-#include "widgets/SuggestionView.h"
-#include "widgets/Tag.h"
+#include "widgets/drawing/BoxShape.h"
+#include "widgets/labels/Label.h"
+#include "widgets/labels/Link.h"
+#include "widgets/labels/Tag.h"
+#include "widgets/panels/GroupBox.h"
+#include "widgets/search_box/SuggestionView.h"
 
 #include <QTest>
 

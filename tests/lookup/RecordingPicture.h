@@ -1,6 +1,6 @@
 #pragma once
 
-#include "widgets/PictureSurface.h"
+#include "widgets/drawing/PictureSurface.h"
 
 #include <QStringList>
 

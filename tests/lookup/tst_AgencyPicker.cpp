@@ -1,5 +1,5 @@
-#include "AgencyForm.h"
-#include "base/Error.h"
+#include "base/failure/Error.h"
+#include "lookup/AgencyForm.h"
 #include "pictures/ForwardingHost.h"
 #include "support/TestCase.h"
 

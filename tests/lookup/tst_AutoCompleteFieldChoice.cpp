@@ -1,7 +1,7 @@
-#include "AutoCompleteForm.h"
-#include "base/Error.h"
-#include "base/Guard.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/failure/Guard.h"
+#include "base/values/Variant.h"
+#include "lookup/AutoCompleteForm.h"
 #include "support/TestCase.h"
 
 #include <QKeyEvent>

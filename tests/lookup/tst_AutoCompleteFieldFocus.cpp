@@ -1,5 +1,5 @@
-#include "AutoCompleteForm.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
+#include "lookup/AutoCompleteForm.h"
 #include "support/Keys.h"
 #include "support/TestCase.h"
 

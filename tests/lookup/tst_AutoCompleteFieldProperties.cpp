@@ -1,7 +1,7 @@
-#include "AutoCompleteForm.h"
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 #include "frame/control_frame/PropertyBag.h"
+#include "lookup/AutoCompleteForm.h"
 #include "support/TestCase.h"
 
 using namespace tavrin;

@@ -1,8 +1,8 @@
-#include "ComboPickerForm.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
+#include "lookup/ComboPickerForm.h"
 #include "lookup/EmployeePicker.h"
 #include "support/TestCase.h"
-#include "widgets/Link.h"
+#include "widgets/labels/Link.h"
 
 using namespace tavrin;
 using namespace Qt::StringLiterals;

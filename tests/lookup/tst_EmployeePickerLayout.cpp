@@ -1,8 +1,8 @@
-#include "ComboPickerForm.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
+#include "lookup/ComboPickerForm.h"
 #include "lookup/EmployeePicker.h"
 #include "support/TestCase.h"
-#include "widgets/Placement.h"
+#include "widgets/drawing/Placement.h"
 
 #include <QVBoxLayout>
 

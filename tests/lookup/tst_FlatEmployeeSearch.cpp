@@ -1,6 +1,6 @@
-#include "FlatPickerForm.h"
-#include "RecordingPicture.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
+#include "lookup/FlatPickerForm.h"
+#include "lookup/RecordingPicture.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
 

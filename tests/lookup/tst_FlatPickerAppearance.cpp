@@ -1,6 +1,6 @@
-#include "FlatPickerForm.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "frame/control_frame/ContainerColor.h"
+#include "lookup/FlatPickerForm.h"
 #include "support/TestCase.h"
 
 #include <QScopeGuard>

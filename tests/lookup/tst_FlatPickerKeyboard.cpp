@@ -1,5 +1,5 @@
-#include "FlatPickerForm.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
+#include "lookup/FlatPickerForm.h"
 #include "support/Keys.h"
 #include "support/TestCase.h"
 

@@ -1,8 +1,8 @@
-#include "FlatPickerForm.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
+#include "lookup/FlatPickerForm.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
-#include "widgets/IconGlyphs.h"
+#include "widgets/drawing/IconGlyphs.h"
 
 using namespace tavrin;
 using namespace Qt::StringLiterals;

@@ -1,6 +1,6 @@
-#include "FlatPickerForm.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "frame/control_frame/PropertyBag.h"
+#include "lookup/FlatPickerForm.h"
 #include "support/FakeDesktop.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"

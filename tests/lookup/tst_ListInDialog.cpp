@@ -1,15 +1,15 @@
-#include "AutoCompleteForm.h"
-#include "FlatPickerForm.h"
 #include "frame/modUtils.h"
 #include "lookup/AgencyPicker.h"
+#include "lookup/AutoCompleteForm.h"
 #include "lookup/EmployeePicker.h"
+#include "lookup/FlatPickerForm.h"
 #include "lookup/NibrsOffensePicker.h"
 #include "lookup/OffensePicker.h"
 #include "lookup/TavrinDropdown.h"
 #include "support/Keys.h"
 #include "support/TestCase.h"
-#include "widgets/AutoCompleteComboBox.h"
-#include "widgets/GridComboBox.h"
+#include "widgets/grid_combo/GridComboBox.h"
+#include "widgets/search_box/AutoCompleteComboBox.h"
 
 #include <QApplication>
 #include <QDialog>

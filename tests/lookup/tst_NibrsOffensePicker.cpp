@@ -1,11 +1,11 @@
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 #include "frame/control_frame/PropertyBag.h"
 #include "frame/modUtils.h"
 #include "lookup/NibrsOffensePicker.h"
 #include "support/FakeHost.h"
 #include "support/TestCase.h"
-#include "widgets/FlatDropdown.h"
+#include "widgets/lists/FlatDropdown.h"
 
 #include <QApplication>
 #include <QClipboard>

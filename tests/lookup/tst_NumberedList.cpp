@@ -1,5 +1,5 @@
-#include "ComboPickerForm.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
+#include "lookup/ComboPickerForm.h"
 #include "lookup/EmployeeList.h"
 #include "support/TestCase.h"
 

@@ -1,10 +1,10 @@
-#include "ComboPickerForm.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
+#include "lookup/ComboPickerForm.h"
 #include "lookup/OffensePicker.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
-#include "widgets/Link.h"
-#include "widgets/Placement.h"
+#include "widgets/drawing/Placement.h"
+#include "widgets/labels/Link.h"
 
 #include <QFontMetricsF>
 

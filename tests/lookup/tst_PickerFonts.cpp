@@ -4,7 +4,7 @@
 #include "lookup/OffensePicker.h"
 #include "support/FakeHost.h"
 #include "support/TestCase.h"
-#include "widgets/SuggestionView.h"
+#include "widgets/search_box/SuggestionView.h"
 
 #include <QTest>
 

@@ -1,11 +1,11 @@
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 #include "frame/control_frame/PropertyBag.h"
 #include "lookup/TavrinDropdown.h"
 #include "support/FakeHost.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
-#include "widgets/FlatDropdown.h"
+#include "widgets/lists/FlatDropdown.h"
 
 #include <QApplication>
 #include <QClipboard>

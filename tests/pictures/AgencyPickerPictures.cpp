@@ -1,12 +1,12 @@
 // Writes a picture of each state of AgencyPicker into the folder that is named on the command line; with
 // QT_SCALE_FACTOR=2 one large picture.
 
-#include "Pictures.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "lookup/AgencyPicker.h"
+#include "pictures/Pictures.h"
 #include "support/FakeHost.h"
-#include "widgets/GridComboBox.h"
-#include "workbench/Theme.h"
+#include "widgets/grid_combo/GridComboBox.h"
+#include "workbench/application/Theme.h"
 
 #include <QLineEdit>
 #include <QTest>
@@ -135,7 +135,7 @@ int main(int argc, char** argv)
             Form form(state.dark);
             state.bring(form);
             test::writePicture(form.window, folder,
-                               QStringLiteral("agency-%1%2")
+                               QStringLiteral("AgencyPicker/%1%2")
                                    .arg(QLatin1String(state.name), QLatin1String(isLarge ? "-200" : "")));
         }
     } catch (const Error& error) {

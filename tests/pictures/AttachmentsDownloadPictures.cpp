@@ -1,13 +1,13 @@
 // Writes pictures of the dialogs of a download into the folder that is named on the command line; with
 // QT_SCALE_FACTOR=2 large ones.
 
-#include "Pictures.h"
-#include "attachments/frmDownloadAllTask.h"
-#include "attachments/frmDownloadFolderPrompt.h"
-#include "attachments/frmDownloadTask.h"
+#include "attachments/dialogs/frmDownloadAllTask.h"
+#include "attachments/dialogs/frmDownloadFolderPrompt.h"
+#include "attachments/dialogs/frmDownloadTask.h"
+#include "pictures/Pictures.h"
 #include "support/FakeHost.h"
-#include "widgets/TextBox.h"
-#include "workbench/Theme.h"
+#include "widgets/boxes/TextBox.h"
+#include "workbench/application/Theme.h"
 
 #include <QPointer>
 #include <QTemporaryDir>
@@ -41,7 +41,7 @@ struct Stage
     QString stored(const QString& name) const { return store.path() + u'\\' + name; }
     void write(QWidget& form, const QString& name) const
     {
-        test::writePicture(form, m_folder, u"attachments-download-%1%2"_s.arg(name, m_suffix));
+        test::writePicture(form, m_folder, u"Attachments/download-%1%2"_s.arg(name, m_suffix));
     }
     /// Acts when the person is let act in the middle of this file.
     void inTheMiddleOf(const QString& name, const std::function<void()>& act)

@@ -1,14 +1,14 @@
 // Writes a picture of each state of the attachments into the folder that is named on the command line; with
 // QT_SCALE_FACTOR=2 a few large ones.
 
-#include "ForwardingHost.h"
-#include "Pictures.h"
-#include "attachments/Attachments.h"
-#include "base/Variant.h"
-#include "host/HostListFilling.h"
+#include "attachments/section/Attachments.h"
+#include "base/values/Variant.h"
+#include "host/lists/HostListFilling.h"
+#include "pictures/ForwardingHost.h"
+#include "pictures/Pictures.h"
 #include "support/FakeRecords.h"
-#include "widgets/ListView.h"
-#include "workbench/Theme.h"
+#include "widgets/lists/ListView.h"
+#include "workbench/application/Theme.h"
 
 #include <QDateTime>
 #include <QLineEdit>
@@ -215,7 +215,7 @@ int main(int argc, char** argv)
                 Stage form(dark, state.files);
                 state.bring(form);
                 test::writePicture(form.window, folder,
-                                   u"attachments-%1%2%3"_s.arg(QLatin1String(state.name),
+                                   u"Attachments/%1%2%3"_s.arg(QLatin1String(state.name),
                                                                QLatin1String(dark ? "-dark" : ""),
                                                                QLatin1String(isLarge ? "-200" : "")));
                 if (QWidget* menu = QApplication::activePopupWidget())

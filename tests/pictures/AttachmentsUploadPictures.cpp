@@ -1,10 +1,10 @@
 // Writes a picture of each state of the upload dialog into the folder that is named on the command line; with
 // QT_SCALE_FACTOR=2 a large picture of each.
 
-#include "Pictures.h"
-#include "attachments/frmUploadTask.h"
+#include "attachments/dialogs/frmUploadTask.h"
+#include "pictures/Pictures.h"
 #include "support/FakeHost.h"
-#include "workbench/Theme.h"
+#include "workbench/application/Theme.h"
 
 #include <QFile>
 #include <QPointer>
@@ -66,9 +66,12 @@ void writeStates(bool dark, const QString& folder, const QString& ending)
     const QString theme = (dark ? QStringLiteral("-dark") : QString()) + ending;
     QString failed; // a failure in here would be taken for one of the upload
     const auto write = [&](const char* state) {
-        const QString name = QStringLiteral("attachments-upload-%1%2.png").arg(QLatin1String(state), theme);
-        if (!stage.dialog->grab().save(QDir(folder).filePath(name)))
-            failed = name;
+        try {
+            test::writePicture(stage.dialog->grab(), folder,
+                               QStringLiteral("Attachments/upload-%1%2").arg(QLatin1String(state), theme));
+        } catch (const Error& error) {
+            failed = error.Description;
+        }
     };
     stage.host.state().duringTransfer = [&](const QString& path, qint64 bytes, qint64 total) {
         if (path == Working && bytes == total)
@@ -87,7 +90,7 @@ void writeStates(bool dark, const QString& folder, const QString& ending)
     stage.dialog->SetFiles(stage.paths);
     stage.dialog->Start(&stage.window);
     if (!failed.isEmpty())
-        throw Error(QStringLiteral("%1 cannot be written").arg(failed));
+        throw Error(failed);
 }
 
 } // namespace

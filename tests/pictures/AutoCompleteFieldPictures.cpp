@@ -1,8 +1,8 @@
 // Writes a picture of each state of AutoCompleteField into the folder that is named on the command line.
 
-#include "Pictures.h"
 #include "lookup/AutoCompleteForm.h"
-#include "workbench/Theme.h"
+#include "pictures/Pictures.h"
+#include "workbench/application/Theme.h"
 
 #include <QApplication>
 
@@ -61,7 +61,7 @@ void write(const State& state, const QString& folder)
         throw Error(QStringLiteral("the form did not come up"));
     state.bring(form);
     tavrin::test::writePicture(form.window, folder,
-                               QStringLiteral("autocomplete-%1").arg(QLatin1String(state.name)));
+                               QStringLiteral("AutoCompleteField/%1").arg(QLatin1String(state.name)));
 }
 
 } // namespace

@@ -1,14 +1,14 @@
 // Writes a picture of each state of the cover into the folder that is named on the command line; with
 // QT_SCALE_FACTOR=2 the large ones.
 
-#include "Pictures.h"
-#include "attachments/CoverImage.h"
-#include "base/Variant.h"
-#include "host/HostListFilling.h"
+#include "attachments/section/CoverImage.h"
+#include "base/values/Variant.h"
+#include "host/lists/HostListFilling.h"
+#include "pictures/Pictures.h"
 #include "support/FakeHost.h"
 #include "support/FakeRecords.h"
 #include "support/TestCase.h"
-#include "workbench/Theme.h"
+#include "workbench/application/Theme.h"
 
 #include <QLabel>
 #include <QTemporaryDir>
@@ -113,10 +113,11 @@ int main(int argc, char** argv)
         const QString ending = application.devicePixelRatio() > 1 ? QStringLiteral("-200") : QString();
         for (const bool dark : {false, true}) {
             const QString theme = dark ? QStringLiteral("-dark") : QString();
-            writeCover(folder, QStringLiteral("cover-shown") + theme + ending, SmallCover, true, dark);
-            writeCover(folder, QStringLiteral("cover-none") + theme + ending, SmallCover, false, dark);
-            writeCover(folder, QStringLiteral("cover-large") + theme + ending, LargeCover, true, dark);
-            writeCover(folder, QStringLiteral("cover-large-none") + theme + ending, LargeCover, false, dark);
+            writeCover(folder, QStringLiteral("CoverImage/shown") + theme + ending, SmallCover, true, dark);
+            writeCover(folder, QStringLiteral("CoverImage/none") + theme + ending, SmallCover, false, dark);
+            writeCover(folder, QStringLiteral("CoverImage/large") + theme + ending, LargeCover, true, dark);
+            writeCover(folder, QStringLiteral("CoverImage/large-none") + theme + ending, LargeCover, false,
+                       dark);
         }
     } catch (const Error& error) {
         std::fprintf(stderr, "%s\n", qPrintable(error.Description));

@@ -1,12 +1,12 @@
 // Writes a picture of each state of the plain drop-downs into the folder that is named on the command line.
 
-#include "Pictures.h"
 #include "frame/modUtils.h"
 #include "lookup/NibrsOffensePicker.h"
 #include "lookup/TavrinDropdown.h"
+#include "pictures/Pictures.h"
 #include "support/FakeHost.h"
-#include "widgets/FlatDropdown.h"
-#include "workbench/Theme.h"
+#include "widgets/lists/FlatDropdown.h"
+#include "workbench/application/Theme.h"
 
 #include <QLineEdit>
 #include <QTest>
@@ -51,7 +51,7 @@ struct Form
         window.resize(360, 170);
         other = new QLineEdit(&window);
         other->setGeometry(-100, -100, 10, 10);
-        if (kind == QLatin1String("dropdown")) {
+        if (kind == QLatin1String("TavrinDropdown")) {
             dropdown = new TavrinDropdown(&window);
             dropdown->SetTableNumber(312);
             control = dropdown;
@@ -128,13 +128,13 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     const QString folder = QApplication::arguments().value(1, QStringLiteral("."));
     try {
-        for (const auto& kind : {QStringLiteral("dropdown"), QStringLiteral("nibrs")}) {
+        for (const auto& kind : {QStringLiteral("TavrinDropdown"), QStringLiteral("NibrsOffensePicker")}) {
             for (const State& state : States) {
                 Form form(state.dark, kind);
                 if (!form.dropdown && state.name == std::string_view("icon"))
                     continue;
                 state.bring(form);
-                test::writePicture(form.window, folder, kind + QLatin1Char('-') + QLatin1String(state.name));
+                test::writePicture(form.window, folder, kind + QLatin1Char('/') + QLatin1String(state.name));
             }
         }
     } catch (const Error& error) {

@@ -1,12 +1,12 @@
 // Writes a picture of each state of the coordinates into the folder that is named on the command line; with
 // QT_SCALE_FACTOR=2 one large picture.
 
-#include "Pictures.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "geocode/LatLong.h"
+#include "pictures/Pictures.h"
 #include "support/FakeRecords.h"
 #include "support/TestCase.h"
-#include "workbench/Theme.h"
+#include "workbench/application/Theme.h"
 
 #include <QLineEdit>
 
@@ -146,7 +146,7 @@ int main(int argc, char** argv)
             Form form(state.dark);
             state.bring(form);
             test::writePicture(form.window, folder,
-                               QStringLiteral("latlong-%1%2")
+                               QStringLiteral("LatLong/%1%2")
                                    .arg(QLatin1String(state.name), QLatin1String(isLarge ? "-200" : "")));
         }
     } catch (const Error& error) {

@@ -1,15 +1,15 @@
 // Writes a picture of each state of the multi-value list and its dialog into the folder that is named on the
 // command line; with QT_SCALE_FACTOR=2 one large picture of each.
 
-#include "ForwardingHost.h"
-#include "Pictures.h"
-#include "host/HostUiServices.h"
+#include "host/services/HostUiServices.h"
+#include "pictures/ForwardingHost.h"
+#include "pictures/Pictures.h"
 #include "sections/MultiValue.h"
 #include "sections/frmMultiValueSelect.h"
 #include "support/FakeHost.h"
-#include "widgets/ListBox.h"
-#include "widgets/TextLink.h"
-#include "workbench/Theme.h"
+#include "widgets/labels/TextLink.h"
+#include "widgets/lists/ListBox.h"
+#include "workbench/application/Theme.h"
 
 #include <QLineEdit>
 #include <QTest>
@@ -153,9 +153,7 @@ void writeDialog(bool dark, const QString& folder, const QString& name, bool onL
         QTest::mouseMove(dialog.windowHandle(), link->geometry().center());
     }
     QApplication::processEvents();
-    const QString path = QDir(folder).filePath(name + QStringLiteral(".png"));
-    if (!dialog.grab().save(path))
-        throw Error(QStringLiteral("%1 cannot be written").arg(path));
+    test::writePicture(dialog.grab(), folder, name);
 }
 
 } // namespace
@@ -174,12 +172,12 @@ int main(int argc, char** argv)
             Stage form(state.dark);
             state.bring(form);
             test::writePicture(form.window, folder,
-                               QStringLiteral("multivalue-%1%2").arg(QLatin1String(state.name), ending));
+                               QStringLiteral("MultiValue/%1%2").arg(QLatin1String(state.name), ending));
         }
-        writeDialog(false, folder, QStringLiteral("multivalue-dialog") + ending, false);
-        writeDialog(true, folder, QStringLiteral("multivalue-dialog-dark") + ending, true);
+        writeDialog(false, folder, QStringLiteral("MultiValue/dialog") + ending, false);
+        writeDialog(true, folder, QStringLiteral("MultiValue/dialog-dark") + ending, true);
         if (!isLarge)
-            writeDialog(false, folder, QStringLiteral("multivalue-dialog-link"), true);
+            writeDialog(false, folder, QStringLiteral("MultiValue/dialog-link"), true);
     } catch (const Error& error) {
         std::fprintf(stderr, "%s\n", qPrintable(error.Description));
         return 1;

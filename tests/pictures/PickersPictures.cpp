@@ -1,15 +1,15 @@
 // Writes a picture of each state of the search pickers into the folder that is named on the command line;
 // with QT_SCALE_FACTOR=2 one large picture of each picker.
 
-#include "Pictures.h"
-#include "host/HostUiServices.h"
+#include "host/services/HostUiServices.h"
 #include "lookup/EmployeePicker.h"
 #include "lookup/FlatEmployeePicker.h"
 #include "lookup/FlatUserPicker.h"
 #include "lookup/OffensePicker.h"
+#include "pictures/Pictures.h"
 #include "support/FakeHost.h"
-#include "widgets/SearchBox.h"
-#include "workbench/Theme.h"
+#include "widgets/search_box/SearchBox.h"
+#include "workbench/application/Theme.h"
 
 #include <QTest>
 
@@ -141,12 +141,12 @@ SearchPicker* combo(QWidget* parent)
 }
 
 const Kind Kinds[] = {
-    {"flatuser", [](QWidget* parent) { return flat<FlatUserPicker>(parent, "Assigned to"); }, "well",
+    {"FlatUserPicker", [](QWidget* parent) { return flat<FlatUserPicker>(parent, "Assigned to"); }, "well",
      QStringLiteral("user:jobrien"), QStringLiteral("user:cwell")},
-    {"flatemployee", [](QWidget* parent) { return flat<FlatEmployeePicker>(parent, "Reporting officer"); },
-     "mc", 1, 4},
-    {"employee", combo<EmployeePicker>, "mc", 2, 4},
-    {"offense", combo<OffensePicker>, "assault", 1, 3},
+    {"FlatEmployeePicker",
+     [](QWidget* parent) { return flat<FlatEmployeePicker>(parent, "Reporting officer"); }, "mc", 1, 4},
+    {"EmployeePicker", combo<EmployeePicker>, "mc", 2, 4},
+    {"OffensePicker", combo<OffensePicker>, "assault", 1, 3},
 };
 
 struct State
@@ -213,7 +213,7 @@ int main(int argc, char** argv)
                 form.show(kind.make(&form.window));
                 state.bring(form, kind);
                 test::writePicture(form.window, folder,
-                                   QStringLiteral("%1-%2%3").arg(QLatin1String(kind.name),
+                                   QStringLiteral("%1/%2%3").arg(QLatin1String(kind.name),
                                                                  QLatin1String(state.name),
                                                                  QLatin1String(isLarge ? "-200" : "")));
             }

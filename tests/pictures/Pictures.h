@@ -1,10 +1,12 @@
 #pragma once
 
-#include "base/Error.h"
+#include "base/failure/Error.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QPainter>
+#include <QPixmap>
 #include <QWidget>
 
 namespace tavrin::test {
@@ -22,13 +24,20 @@ inline QPixmap pictureOf(QWidget& window)
     return picture;
 }
 
-/// Writes the picture of the window; raises an `Error` when that fails.
+/// Writes the picture below the folder under a name as in "AgencyPicker/chosen"; raises an `Error` when that
+/// fails.
+inline void writePicture(const QPixmap& picture, const QString& folder, const QString& name)
+{
+    const QFileInfo file(QDir(folder).filePath(name + QStringLiteral(".png")));
+    if (!QDir().mkpath(file.path()) || !picture.save(file.filePath()))
+        throw Error(QStringLiteral("%1 cannot be written").arg(file.filePath()));
+}
+
+/// Writes the picture of the window.
 inline void writePicture(QWidget& window, const QString& folder, const QString& name)
 {
     QApplication::processEvents();
-    const QString path = QDir(folder).filePath(name + QStringLiteral(".png"));
-    if (!pictureOf(window).save(path))
-        throw Error(QStringLiteral("%1 cannot be written").arg(path));
+    writePicture(pictureOf(window), folder, name);
 }
 
 } // namespace tavrin::test

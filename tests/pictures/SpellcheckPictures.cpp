@@ -1,12 +1,12 @@
 // Writes a picture of each state of the spelling dialog in both themes, and of the control in the designer,
 // into the folder that is named on the command line; with QT_SCALE_FACTOR=2 large ones.
 
-#include "Pictures.h"
+#include "pictures/Pictures.h"
 #include "spell/SpellingStage.h"
 #include "spell/SpellingWalk.h"
 #include "spell/TavrinSpellcheck.h"
-#include "widgets/TextArea.h"
-#include "workbench/Theme.h"
+#include "widgets/boxes/TextArea.h"
+#include "workbench/application/Theme.h"
 
 #include <QLabel>
 
@@ -92,10 +92,8 @@ void writeDialog(const State& state, bool dark, const QString& folder, const QSt
     Stage stage(dark, state.text, state.allowAdd, state.readOnly);
     state.bring(stage);
     QApplication::processEvents();
-    const QString path =
-        QDir(folder).filePath(QStringLiteral("spelling-%1%2.png").arg(QLatin1String(state.name), ending));
-    if (!stage.form->grab().save(path))
-        throw Error(QStringLiteral("%1 cannot be written").arg(path));
+    test::writePicture(stage.form->grab(), folder,
+                       QStringLiteral("TavrinSpellcheck/%1%2").arg(QLatin1String(state.name), ending));
     stage.form->hide();
 }
 
@@ -113,9 +111,7 @@ void writeTogether(bool dark, const QString& folder, const QString& name)
     painter.drawPixmap(stage.window.pos() - all.topLeft(), stage.window.grab());
     painter.drawPixmap(stage.form->pos() - all.topLeft(), stage.form->grab());
     painter.end();
-    const QString path = QDir(folder).filePath(name + QStringLiteral(".png"));
-    if (!picture.save(path))
-        throw Error(QStringLiteral("%1 cannot be written").arg(path));
+    test::writePicture(picture, folder, name);
     stage.form->hide();
 }
 
@@ -145,11 +141,11 @@ int main(int argc, char** argv)
             writeDialog(state, false, folder, ending);
             writeDialog(state, true, folder, QStringLiteral("-dark") + ending);
         }
-        writeControl(false, folder, QStringLiteral("spelling-designer") + ending);
+        writeControl(false, folder, QStringLiteral("TavrinSpellcheck/designer") + ending);
         if (!isLarge) {
-            writeControl(true, folder, QStringLiteral("spelling-designer-dark"));
-            writeTogether(false, folder, QStringLiteral("spelling-over-form"));
-            writeTogether(true, folder, QStringLiteral("spelling-over-form-dark"));
+            writeControl(true, folder, QStringLiteral("TavrinSpellcheck/designer-dark"));
+            writeTogether(false, folder, QStringLiteral("TavrinSpellcheck/over-form"));
+            writeTogether(true, folder, QStringLiteral("TavrinSpellcheck/over-form-dark"));
         }
     } catch (const Error& error) {
         std::fprintf(stderr, "%s\n", qPrintable(error.Description));

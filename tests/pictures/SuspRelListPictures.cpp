@@ -1,14 +1,14 @@
 // Writes a picture of each state of the list of relationships and of its dialog into the folder that is named
 // on the command line; with QT_SCALE_FACTOR=2 a few large ones.
 
-#include "Pictures.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
+#include "pictures/Pictures.h"
 #include "sections/SuspRelList.h"
 #include "sections/frmSuspRel.h"
 #include "support/FakeHost.h"
-#include "widgets/FlatDropdown.h"
-#include "widgets/ListView.h"
-#include "workbench/Theme.h"
+#include "widgets/lists/FlatDropdown.h"
+#include "widgets/lists/ListView.h"
+#include "workbench/application/Theme.h"
 
 #include <QLineEdit>
 #include <QTest>
@@ -158,9 +158,9 @@ int main(int argc, char** argv)
                 state.bring(form);
                 form.window.setVisible(!form.dialog);
                 test::writePicture(form.pictured(), folder,
-                                   u"susprel-%1%2%3"_s.arg(QLatin1String(state.name),
-                                                           QLatin1String(dark ? "-dark" : ""),
-                                                           QLatin1String(isLarge ? "-200" : "")));
+                                   u"SuspRelList/%1%2%3"_s.arg(QLatin1String(state.name),
+                                                               QLatin1String(dark ? "-dark" : ""),
+                                                               QLatin1String(isLarge ? "-200" : "")));
             }
         }
     } catch (const Error& error) {

@@ -2,17 +2,17 @@
 // list of a code field open, its officers and offenses with a picker's list open, its attachments, light and
 // dark, and the list of incidents.
 
-#include "Pictures.h"
-#include "attachments/Attachments.h"
-#include "base/Error.h"
+#include "attachments/section/Attachments.h"
+#include "base/failure/Error.h"
 #include "lookup/AutoCompleteField.h"
+#include "pictures/Pictures.h"
 #include "support/FakeDesktop.h"
-#include "widgets/DropDownList.h"
-#include "widgets/TextBox.h"
-#include "workbench/MainWindow.h"
-#include "workbench/RecordWindow.h"
-#include "workbench/Theme.h"
-#include "workbench/Workspace.h"
+#include "widgets/boxes/TextBox.h"
+#include "widgets/lists/DropDownList.h"
+#include "workbench/application/Theme.h"
+#include "workbench/application/Workspace.h"
+#include "workbench/windows/MainWindow.h"
+#include "workbench/windows/RecordWindow.h"
 
 #include <QApplication>
 #include <QFile>
@@ -85,9 +85,9 @@ void writePickers(Workspace& workspace, const QString& folder, const QString& en
     bringUp(window);
     for (const auto& [collection, text, name] :
          {std::tuple(QStringLiteral("Assignments"), QStringLiteral("mar"),
-                     QStringLiteral("workbench-officers")),
+                     QStringLiteral("workbench/officers")),
           std::tuple(QStringLiteral("Offenses"), QStringLiteral("theft"),
-                     QStringLiteral("workbench-offenses"))}) {
+                     QStringLiteral("workbench/offenses"))}) {
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_PageDown, Qt::ControlModifier);
         auto* add = window.findChild<QPushButton*>(QStringLiteral("add") + collection);
         check(add && add->isVisible(), QStringLiteral("there is no way to add to the ") + collection);
@@ -135,7 +135,7 @@ void writeAttachments(Workspace& workspace, const QString& folder, const QString
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_PageDown, Qt::ControlModifier);
     window.findChild<Attachments*>()->AddAttachments();
     bringUp(window);
-    writePicture(window, folder, QStringLiteral("workbench-attachments") + ending);
+    writePicture(window, folder, QStringLiteral("workbench/attachments") + ending);
 }
 
 void write(const QString& folder, ThemeChoice theme)
@@ -156,14 +156,14 @@ void write(const QString& folder, ThemeChoice theme)
         window.resize(820, 560);
         bringUp(window);
         searchGun(window);
-        writePicture(window, folder, QStringLiteral("workbench") + ending);
+        writePicture(window, folder, QStringLiteral("workbench/record") + ending);
     }
     writePickers(workspace, folder, ending);
     writeAttachments(workspace, folder, ending);
     if (!dark) {
         MainWindow window(workspace);
         bringUp(window);
-        writePicture(window, folder, QStringLiteral("workbench-list"));
+        writePicture(window, folder, QStringLiteral("workbench/list"));
     }
 }
 

@@ -2,8 +2,8 @@
 
 #include "sections/MultiValue.h"
 #include "support/FakeHost.h"
-#include "widgets/ListBox.h"
-#include "widgets/TextLink.h"
+#include "widgets/labels/TextLink.h"
+#include "widgets/lists/ListBox.h"
 
 #include <QLineEdit>
 #include <QPointer>

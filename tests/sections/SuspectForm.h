@@ -1,14 +1,14 @@
 #pragma once
 
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "sections/SuspRelList.h"
 #include "support/FakeDesktop.h"
 #include "support/FakeHost.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
-#include "widgets/ListView.h"
-#include "widgets/PopupMenu.h"
-#include "widgets/TipPanel.h"
+#include "widgets/lists/ListView.h"
+#include "widgets/panels/PopupMenu.h"
+#include "widgets/panels/TipPanel.h"
 
 #include <QLineEdit>
 #include <QTest>

@@ -1,4 +1,4 @@
-#include "SuspectForm.h"
+#include "sections/SuspectForm.h"
 #include "support/FailingRecords.h"
 #include "support/Keys.h"
 #include "support/NextModal.h"

@@ -1,8 +1,8 @@
-#include "SuspectForm.h"
+#include "sections/SuspectForm.h"
 #include "sections/frmSuspRel.h"
 #include "support/Keys.h"
 #include "support/NextModal.h"
-#include "widgets/FlatDropdown.h"
+#include "widgets/lists/FlatDropdown.h"
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;

@@ -1,6 +1,6 @@
-#include "SuspectForm.h"
 #include "frame/control_frame/PropertyBag.h"
-#include "widgets/Looks.h"
+#include "sections/SuspectForm.h"
+#include "support/Looks.h"
 
 #include <QHeaderView>
 #include <QMetaProperty>

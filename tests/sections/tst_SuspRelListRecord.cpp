@@ -1,13 +1,13 @@
 #include "host/HostCase.h"
-#include "host/RecordTestSupport.h"
+#include "host/records/RecordTestSupport.h"
 #include "sections/SuspRelList.h"
 #include "support/FakeDesktop.h"
 #include "support/Keys.h"
 #include "support/NextModal.h"
 #include "support/Unhandled.h"
-#include "widgets/FlatDropdown.h"
-#include "widgets/ListView.h"
-#include "widgets/PopupMenu.h"
+#include "widgets/lists/FlatDropdown.h"
+#include "widgets/lists/ListView.h"
+#include "widgets/panels/PopupMenu.h"
 
 #include <QPointer>
 

@@ -1,5 +1,5 @@
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 #include "sections/SuspectLinks.h"
 #include "support/FakeHost.h"
 #include "support/FakeRecords.h"

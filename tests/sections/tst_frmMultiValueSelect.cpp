@@ -1,5 +1,5 @@
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 #include "sections/MultiValueForm.h"
 #include "sections/frmMultiValueSelect.h"
 #include "support/NextModal.h"

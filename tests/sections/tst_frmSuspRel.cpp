@@ -1,13 +1,13 @@
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 #include "sections/frmSuspRel.h"
 #include "support/FakeDesktop.h"
 #include "support/FakeHost.h"
 #include "support/NextModal.h"
 #include "support/TestCase.h"
-#include "widgets/FlatDropdown.h"
-#include "widgets/GroupBox.h"
-#include "widgets/Label.h"
+#include "widgets/labels/Label.h"
+#include "widgets/lists/FlatDropdown.h"
+#include "widgets/panels/GroupBox.h"
 
 #include <QPushButton>
 #include <QTest>

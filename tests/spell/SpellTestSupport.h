@@ -1,6 +1,6 @@
 #pragma once
 
-#include "frame/SpellingDictionary.h"
+#include "frame/words/SpellingDictionary.h"
 #include "support/TestFiles.h"
 
 namespace tavrin::test {

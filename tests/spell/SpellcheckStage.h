@@ -7,7 +7,7 @@
 #include "spell/modInstanceCounter.h"
 #include "support/FakeDesktop.h"
 #include "support/FakeHost.h"
-#include "widgets/TextArea.h"
+#include "widgets/boxes/TextArea.h"
 
 #include <QVBoxLayout>
 

@@ -4,7 +4,7 @@
 #include "spell/SpellTestSupport.h"
 #include "spell/frmSpelling.h"
 #include "support/TestCase.h"
-#include "widgets/TextBox.h"
+#include "widgets/boxes/TextBox.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

@@ -2,7 +2,7 @@
 
 #include "spell/SpellingStage.h"
 #include "spell/SpellingWalk.h"
-#include "widgets/TextArea.h"
+#include "widgets/boxes/TextArea.h"
 
 #include <QTextEdit>
 

@@ -1,6 +1,6 @@
-#include "SpellTestSupport.h"
-#include "base/Descriptor.h"
+#include "base/files/Descriptor.h"
 #include "spell/CustomDictionary.h"
+#include "spell/SpellTestSupport.h"
 #include "support/TestCase.h"
 
 #include <QTemporaryDir>

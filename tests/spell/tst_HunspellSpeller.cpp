@@ -1,5 +1,5 @@
-#include "SpellTestSupport.h"
 #include "spell/HunspellSpeller.h"
+#include "spell/SpellTestSupport.h"
 #include "support/TestCase.h"
 
 #include <QElapsedTimer>

@@ -1,4 +1,4 @@
-#include "WalkStage.h"
+#include "spell/WalkStage.h"
 
 #include <QRegularExpressionValidator>
 #include <QScrollArea>

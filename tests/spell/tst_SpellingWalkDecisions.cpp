@@ -1,4 +1,4 @@
-#include "WalkStage.h"
+#include "spell/WalkStage.h"
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;

@@ -1,6 +1,6 @@
-#include "SpellcheckStage.h"
 #include "component/ClassRegister.h"
 #include "frame/control_frame/PropertyBag.h"
+#include "spell/SpellcheckStage.h"
 
 #include <QMetaClassInfo>
 

@@ -1,4 +1,4 @@
-#include "SpellcheckStage.h"
+#include "spell/SpellcheckStage.h"
 
 #include <sys/stat.h>
 

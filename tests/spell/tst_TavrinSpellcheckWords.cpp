@@ -1,4 +1,4 @@
-#include "SpellcheckStage.h"
+#include "spell/SpellcheckStage.h"
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;

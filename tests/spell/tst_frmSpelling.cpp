@@ -1,4 +1,4 @@
-#include "DialogStage.h"
+#include "spell/DialogStage.h"
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;

@@ -1,4 +1,4 @@
-#include "DialogStage.h"
+#include "spell/DialogStage.h"
 
 #include <QAccessible>
 #include <QScreen>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "widgets/DropdownTarget.h"
+#include "widgets/lists/DropdownTarget.h"
 
 #include <QList>
 #include <QPair>

@@ -1,11 +1,11 @@
-#include "FakeHost.h"
+#include "support/FakeHost.h"
 
-#include "FakeRecorder.h"
-#include "FakeTransfer.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "frame/host_contracts/RemovableWord.h"
-#include "widgets/DropdownTarget.h"
-#include "widgets/GridCombo.h"
+#include "support/FakeRecorder.h"
+#include "support/FakeTransfer.h"
+#include "widgets/grid_combo/GridCombo.h"
+#include "widgets/lists/DropdownTarget.h"
 
 #include <QFileInfo>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "FakeHost.h"
+#include "support/FakeHost.h"
 
 namespace tavrin::test {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "FakeRecorder.h"
+#include "support/FakeRecorder.h"
 
 namespace tavrin::test {
 

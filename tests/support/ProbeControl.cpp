@@ -1,4 +1,4 @@
-#include "ProbeControl.h"
+#include "support/ProbeControl.h"
 
 namespace tavrin::test {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/Color.h"
-#include "base/Error.h"
+#include "base/failure/Error.h"
+#include "base/values/Color.h"
 #include "frame/control_frame/UserControl.h"
 
 #include <QMap>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/Guard.h"
+#include "base/failure/Guard.h"
 
 #include <QStringList>
 

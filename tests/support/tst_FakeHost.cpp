@@ -1,9 +1,9 @@
-#include "FakeDropdown.h"
-#include "FakeHost.h"
-#include "FakeRecords.h"
-#include "TestCase.h"
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
+#include "support/FakeDropdown.h"
+#include "support/FakeHost.h"
+#include "support/FakeRecords.h"
+#include "support/TestCase.h"
 
 using namespace tavrin;
 using namespace tavrin::test;

@@ -3,8 +3,8 @@
 #include "lookup/AutoCompleteField.h"
 #include "lookup/SearchPicker.h"
 #include "support/FakeDesktop.h"
-#include "workbench/RecordWindow.h"
-#include "workbench/Workspace.h"
+#include "workbench/application/Workspace.h"
+#include "workbench/windows/RecordWindow.h"
 
 #include <QFile>
 #include <QLabel>

@@ -1,11 +1,11 @@
-#include "DownloadTaskForm.h"
+#include "attachments/dialogs/DownloadTaskForm.h"
 
-#include "base/Error.h"
-#include "base/Guard.h"
+#include "base/failure/Error.h"
+#include "base/failure/Guard.h"
 #include "frame/host_contracts/Host.h"
-#include "widgets/Label.h"
-#include "widgets/Placement.h"
-#include "widgets/TextLink.h"
+#include "widgets/drawing/Placement.h"
+#include "widgets/labels/Label.h"
+#include "widgets/labels/TextLink.h"
 
 #include <QApplication>
 #include <QCloseEvent>

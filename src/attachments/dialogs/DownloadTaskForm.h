@@ -1,8 +1,8 @@
 #pragma once
 
-#include "base/Event.h"
+#include "base/failure/Event.h"
 #include "frame/host_contracts/Caches.h"
-#include "widgets/Form.h"
+#include "widgets/panels/Form.h"
 
 #include <functional>
 #include <memory>

@@ -1,16 +1,16 @@
-#include "FileUpload.h"
+#include "attachments/dialogs/FileUpload.h"
 
-#include "StoredName.h"
-#include "TransferBar.h"
-#include "UploadIcon.h"
-#include "base/StorePath.h"
+#include "attachments/dialogs/TransferBar.h"
+#include "attachments/dialogs/UploadIcon.h"
+#include "attachments/files/StoredName.h"
+#include "attachments/files/modAttachments.h"
+#include "base/values/StorePath.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/host_contracts/Host.h"
-#include "modAttachments.h"
-#include "widgets/ConstituentLook.h"
-#include "widgets/Label.h"
-#include "widgets/Placement.h"
-#include "widgets/WrapLabel.h"
+#include "widgets/drawing/ConstituentLook.h"
+#include "widgets/drawing/Placement.h"
+#include "widgets/labels/Label.h"
+#include "widgets/labels/WrapLabel.h"
 
 #include <QApplication>
 #include <QFileInfo>

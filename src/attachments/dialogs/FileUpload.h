@@ -1,7 +1,7 @@
 #pragma once
 
-#include "UploadedFile.h"
-#include "base/Event.h"
+#include "attachments/files/UploadedFile.h"
+#include "base/failure/Event.h"
 #include "frame/control_frame/UserControl.h"
 
 #include <memory>

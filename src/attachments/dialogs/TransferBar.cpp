@@ -1,4 +1,4 @@
-#include "TransferBar.h"
+#include "attachments/dialogs/TransferBar.h"
 
 #include <QPainter>
 #include <QPainterPath>

@@ -1,7 +1,7 @@
-#include "UploadIcon.h"
+#include "attachments/dialogs/UploadIcon.h"
 
-#include "base/Error.h"
-#include "widgets/ConstituentLook.h"
+#include "base/failure/Error.h"
+#include "widgets/drawing/ConstituentLook.h"
 
 #include <QPainter>
 #include <QPainterPath>

@@ -1,12 +1,12 @@
-#include "frmDownloadAllTask.h"
+#include "attachments/dialogs/frmDownloadAllTask.h"
 
-#include "base/Error.h"
-#include "base/LocalFiles.h"
+#include "attachments/files/modAttachments.h"
+#include "base/failure/Error.h"
+#include "base/files/LocalFiles.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/modUtils.h"
-#include "modAttachments.h"
-#include "widgets/Label.h"
-#include "widgets/Placement.h"
+#include "widgets/drawing/Placement.h"
+#include "widgets/labels/Label.h"
 
 #include <QFile>
 #include <QPointer>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "DownloadTaskForm.h"
+#include "attachments/dialogs/DownloadTaskForm.h"
 #include "frame/host_contracts/Records.h"
 
 namespace tavrin {

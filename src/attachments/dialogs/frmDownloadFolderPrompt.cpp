@@ -1,10 +1,10 @@
-#include "frmDownloadFolderPrompt.h"
+#include "attachments/dialogs/frmDownloadFolderPrompt.h"
 
-#include "base/Error.h"
-#include "base/Guard.h"
-#include "base/Twips.h"
+#include "base/failure/Error.h"
+#include "base/failure/Guard.h"
+#include "base/values/Twips.h"
 #include "frame/modUtils.h"
-#include "widgets/TextBox.h"
+#include "widgets/boxes/TextBox.h"
 
 #include <QAccessible>
 #include <QFile>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/LocalFiles.h"
-#include "widgets/Form.h"
+#include "base/files/LocalFiles.h"
+#include "widgets/panels/Form.h"
 
 class QLabel;
 class QPushButton;

@@ -1,7 +1,7 @@
-#include "frmDownloadTask.h"
+#include "attachments/dialogs/frmDownloadTask.h"
 
-#include "base/Error.h"
-#include "widgets/Label.h"
+#include "base/failure/Error.h"
+#include "widgets/labels/Label.h"
 
 #include <QPointer>
 #include <QProgressBar>

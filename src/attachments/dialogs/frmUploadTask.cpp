@@ -1,12 +1,12 @@
-#include "frmUploadTask.h"
+#include "attachments/dialogs/frmUploadTask.h"
 
-#include "FileUpload.h"
-#include "base/Guard.h"
-#include "widgets/FlowPanel.h"
-#include "widgets/GroupBox.h"
-#include "widgets/Placement.h"
-#include "widgets/ScrollPanel.h"
-#include "widgets/WrapLabel.h"
+#include "attachments/dialogs/FileUpload.h"
+#include "base/failure/Guard.h"
+#include "widgets/drawing/Placement.h"
+#include "widgets/labels/WrapLabel.h"
+#include "widgets/panels/FlowPanel.h"
+#include "widgets/panels/GroupBox.h"
+#include "widgets/panels/ScrollPanel.h"
 
 #include <QApplication>
 #include <QPointer>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "UploadedFile.h"
-#include "base/Event.h"
-#include "widgets/Form.h"
+#include "attachments/files/UploadedFile.h"
+#include "base/failure/Event.h"
+#include "widgets/panels/Form.h"
 
 #include <QList>
 #include <QStringList>

@@ -1,4 +1,4 @@
-#include "FileKindIcons.h"
+#include "attachments/files/FileKindIcons.h"
 
 #include <QIconEngine>
 #include <QPainter>

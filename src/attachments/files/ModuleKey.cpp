@@ -1,6 +1,6 @@
-#include "ModuleKey.h"
+#include "attachments/files/ModuleKey.h"
 
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "frame/host_contracts/HostObjects.h"
 
 #include <algorithm>

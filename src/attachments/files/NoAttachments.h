@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/Error.h"
+#include "base/failure/Error.h"
 #include "frame/host_contracts/Records.h"
 
 namespace tavrin {

@@ -1,4 +1,4 @@
-#include "SelectedFiles.h"
+#include "attachments/files/SelectedFiles.h"
 
 #include <QFileInfo>
 

@@ -1,7 +1,7 @@
-#include "ShellReasons.h"
+#include "attachments/files/ShellReasons.h"
 
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 #include "frame/desktop/Desktop.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
-#include "StoredName.h"
+#include "attachments/files/StoredName.h"
 
-#include "base/Error.h"
-#include "base/StorePath.h"
+#include "base/failure/Error.h"
+#include "base/values/StorePath.h"
 #include "frame/desktop/Desktop.h"
 
 #include <QDeadlineTimer>

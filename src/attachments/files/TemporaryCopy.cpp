@@ -1,7 +1,7 @@
-#include "TemporaryCopy.h"
+#include "attachments/files/TemporaryCopy.h"
 
-#include "base/Error.h"
-#include "base/LocalFiles.h"
+#include "base/failure/Error.h"
+#include "base/files/LocalFiles.h"
 
 #include <QDir>
 #include <QFileInfo>

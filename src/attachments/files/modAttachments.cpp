@@ -1,8 +1,8 @@
-#include "modAttachments.h"
+#include "attachments/files/modAttachments.h"
 
-#include "base/Error.h"
-#include "base/StorePath.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/StorePath.h"
+#include "base/values/Variant.h"
 #include "frame/host_contracts/Host.h"
 
 #include <QDir>

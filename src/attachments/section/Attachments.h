@@ -1,6 +1,6 @@
 #pragma once
 
-#include "UploadedFile.h"
+#include "attachments/files/UploadedFile.h"
 #include "frame/Timer.h"
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Contracts.h"

@@ -1,13 +1,13 @@
-#include "Attachments.h"
-#include "base/Variant.h"
-#include "modAttachments.h"
-#include "widgets/BoxShape.h"
-#include "widgets/CheckBox.h"
-#include "widgets/GroupBox.h"
-#include "widgets/Label.h"
-#include "widgets/Placement.h"
-#include "widgets/TextArea.h"
-#include "widgets/TextBox.h"
+#include "attachments/files/modAttachments.h"
+#include "attachments/section/Attachments.h"
+#include "base/values/Variant.h"
+#include "widgets/boxes/CheckBox.h"
+#include "widgets/boxes/TextArea.h"
+#include "widgets/boxes/TextBox.h"
+#include "widgets/drawing/BoxShape.h"
+#include "widgets/drawing/Placement.h"
+#include "widgets/labels/Label.h"
+#include "widgets/panels/GroupBox.h"
 
 #include <QIcon>
 #include <QLabel>

@@ -1,14 +1,14 @@
-#include "Attachments.h"
-#include "FileKindIcons.h"
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "attachments/files/FileKindIcons.h"
+#include "attachments/files/modAttachments.h"
+#include "attachments/section/Attachments.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/desktop/Desktop.h"
 #include "frame/host_contracts/Host.h"
-#include "modAttachments.h"
-#include "widgets/Label.h"
-#include "widgets/ListView.h"
-#include "widgets/Placement.h"
+#include "widgets/drawing/Placement.h"
+#include "widgets/labels/Label.h"
+#include "widgets/lists/ListView.h"
 
 #include <QDateTime>
 #include <QFontMetrics>

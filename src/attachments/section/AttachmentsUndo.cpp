@@ -1,10 +1,10 @@
-#include "Attachments.h"
-#include "RemovedRow.h"
-#include "UndoLine.h"
+#include "attachments/section/Attachments.h"
+#include "attachments/section/RemovedRow.h"
+#include "attachments/section/UndoLine.h"
 #include "frame/control_frame/FailurePolicy.h"
-#include "widgets/GroupBox.h"
-#include "widgets/Label.h"
-#include "widgets/ListView.h"
+#include "widgets/labels/Label.h"
+#include "widgets/lists/ListView.h"
+#include "widgets/panels/GroupBox.h"
 
 #include <QPointer>
 

@@ -1,4 +1,4 @@
-#include "CameraPicture.h"
+#include "attachments/section/CameraPicture.h"
 
 #include <QPainter>
 #include <QPainterPath>

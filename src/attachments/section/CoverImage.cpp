@@ -1,16 +1,16 @@
-#include "CoverImage.h"
+#include "attachments/section/CoverImage.h"
 
-#include "CameraPicture.h"
-#include "base/Variant.h"
+#include "attachments/files/modAttachments.h"
+#include "attachments/section/CameraPicture.h"
+#include "base/values/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/host_contracts/Host.h"
 #include "frame/host_contracts/HostObjects.h"
-#include "modAttachments.h"
-#include "widgets/BoxShape.h"
-#include "widgets/ConstituentLook.h"
-#include "widgets/GroupBox.h"
-#include "widgets/Label.h"
-#include "widgets/Placement.h"
+#include "widgets/drawing/BoxShape.h"
+#include "widgets/drawing/ConstituentLook.h"
+#include "widgets/drawing/Placement.h"
+#include "widgets/labels/Label.h"
+#include "widgets/panels/GroupBox.h"
 
 #include <QPainter>
 #include <QPainterPath>

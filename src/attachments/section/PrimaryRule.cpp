@@ -1,7 +1,7 @@
-#include "PrimaryRule.h"
+#include "attachments/section/PrimaryRule.h"
 
-#include "base/Variant.h"
-#include "modAttachments.h"
+#include "attachments/files/modAttachments.h"
+#include "base/values/Variant.h"
 
 namespace tavrin::PrimaryRule {
 

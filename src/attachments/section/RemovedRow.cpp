@@ -1,6 +1,6 @@
-#include "RemovedRow.h"
+#include "attachments/section/RemovedRow.h"
 
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 
 #include <exception>
 #include <utility>

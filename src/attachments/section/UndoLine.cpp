@@ -1,9 +1,9 @@
-#include "UndoLine.h"
+#include "attachments/section/UndoLine.h"
 
-#include "base/Guard.h"
-#include "widgets/Label.h"
-#include "widgets/Placement.h"
-#include "widgets/TextLink.h"
+#include "base/failure/Guard.h"
+#include "widgets/drawing/Placement.h"
+#include "widgets/labels/Label.h"
+#include "widgets/labels/TextLink.h"
 
 #include <QAccessible>
 #include <QKeyEvent>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/Event.h"
-#include "widgets/GroupBox.h"
+#include "base/failure/Event.h"
+#include "widgets/panels/GroupBox.h"
 
 namespace tavrin {
 

@@ -1,4 +1,4 @@
-#include "Error.h"
+#include "base/failure/Error.h"
 
 namespace tavrin {
 

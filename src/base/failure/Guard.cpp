@@ -1,4 +1,4 @@
-#include "Guard.h"
+#include "base/failure/Guard.h"
 
 #include <QtDebug>
 

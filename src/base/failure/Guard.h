@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Error.h"
+#include "base/failure/Error.h"
 
 #include <QObject>
 

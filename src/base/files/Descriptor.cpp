@@ -1,4 +1,4 @@
-#include "Descriptor.h"
+#include "base/files/Descriptor.h"
 
 #include <QString>
 

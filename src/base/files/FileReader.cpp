@@ -1,4 +1,4 @@
-#include "base/FileReader.h"
+#include "base/files/FileReader.h"
 
 #include <QFile>
 

@@ -1,4 +1,4 @@
-#include "FileWriter.h"
+#include "base/files/FileWriter.h"
 
 #include <QCryptographicHash>
 #include <QFile>

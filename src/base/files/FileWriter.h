@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/Descriptor.h"
-#include "base/Sha256.h"
+#include "base/files/Descriptor.h"
+#include "base/files/Sha256.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,8 +1,8 @@
-#include "LocalFiles.h"
+#include "base/files/LocalFiles.h"
 
-#include "Descriptor.h"
-#include "Error.h"
-#include "FileWriter.h"
+#include "base/failure/Error.h"
+#include "base/files/Descriptor.h"
+#include "base/files/FileWriter.h"
 
 #include <QFile>
 #include <QList>

@@ -1,4 +1,4 @@
-#include "OpenBeneath.h"
+#include "base/files/OpenBeneath.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
-#include "Sha256.h"
+#include "base/files/Sha256.h"
 
-#include "base/Error.h"
+#include "base/failure/Error.h"
 
 #include <openssl/evp.h>
 

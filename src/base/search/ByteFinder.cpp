@@ -1,4 +1,4 @@
-#include "ByteFinder.h"
+#include "base/search/ByteFinder.h"
 
 #include <algorithm>
 #include <bit>

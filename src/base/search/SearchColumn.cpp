@@ -1,4 +1,4 @@
-#include "SearchColumn.h"
+#include "base/search/SearchColumn.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ByteFinder.h"
-#include "RowSet.h"
-#include "TextFold.h"
+#include "base/search/ByteFinder.h"
+#include "base/search/RowSet.h"
+#include "base/search/TextFold.h"
 
 #include <cstddef>
 #include <cstdint>

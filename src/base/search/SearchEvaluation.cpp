@@ -1,4 +1,4 @@
-#include "SearchEvaluation.h"
+#include "base/search/SearchEvaluation.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "SearchColumn.h"
-#include "SearchPlan.h"
+#include "base/search/SearchColumn.h"
+#include "base/search/SearchPlan.h"
 
 #include <functional>
 #include <vector>

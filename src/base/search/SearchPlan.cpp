@@ -1,6 +1,6 @@
-#include "SearchPlan.h"
+#include "base/search/SearchPlan.h"
 
-#include "SearchPlanParser.h"
+#include "base/search/SearchPlanParser.h"
 
 #include <cstdlib>
 #include <limits>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TextFold.h"
+#include "base/search/TextFold.h"
 
 #include <functional>
 #include <optional>

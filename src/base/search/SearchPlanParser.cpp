@@ -1,4 +1,4 @@
-#include "SearchPlanParser.h"
+#include "base/search/SearchPlanParser.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 
 // Private to SearchPlan.cpp.
 
-#include "SearchPlan.h"
+#include "base/search/SearchPlan.h"
 
 namespace tavrin {
 

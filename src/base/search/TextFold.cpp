@@ -1,4 +1,4 @@
-#include "TextFold.h"
+#include "base/search/TextFold.h"
 
 #include <algorithm>
 #include <numeric>

@@ -1,4 +1,4 @@
-#include "Color.h"
+#include "base/values/Color.h"
 
 namespace tavrin {
 

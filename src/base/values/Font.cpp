@@ -1,4 +1,4 @@
-#include "Font.h"
+#include "base/values/Font.h"
 
 #include <QFontInfo>
 #include <QGuiApplication>

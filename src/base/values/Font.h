@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Event.h"
+#include "base/failure/Event.h"
 
 #include <QFont>
 #include <QMetaType>

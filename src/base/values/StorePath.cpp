@@ -1,4 +1,4 @@
-#include "StorePath.h"
+#include "base/values/StorePath.h"
 
 #include <algorithm>
 

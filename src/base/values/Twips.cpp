@@ -1,4 +1,4 @@
-#include "Twips.h"
+#include "base/values/Twips.h"
 
 namespace tavrin {
 

@@ -1,6 +1,6 @@
-#include "Variant.h"
+#include "base/values/Variant.h"
 
-#include "Error.h"
+#include "base/failure/Error.h"
 
 #include <QDateTime>
 #include <QLocale>

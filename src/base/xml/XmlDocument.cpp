@@ -1,7 +1,7 @@
-#include "XmlDocument.h"
+#include "base/xml/XmlDocument.h"
 
-#include "Error.h"
-#include "XmlTree.h"
+#include "base/failure/Error.h"
+#include "base/xml/XmlTree.h"
 
 namespace tavrin {
 

@@ -1,6 +1,6 @@
-#include "XmlNodes.h"
+#include "base/xml/XmlNodes.h"
 
-#include "XmlTree.h"
+#include "base/xml/XmlTree.h"
 
 #include <algorithm>
 #include <span>

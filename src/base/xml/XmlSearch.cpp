@@ -1,7 +1,7 @@
-#include "XmlSearch.h"
+#include "base/xml/XmlSearch.h"
 
-#include "SearchEvaluation.h"
-#include "XmlTree.h"
+#include "base/search/SearchEvaluation.h"
+#include "base/xml/XmlTree.h"
 
 #include <algorithm>
 #include <cstring>

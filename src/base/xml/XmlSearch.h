@@ -2,8 +2,8 @@
 
 // Private to XmlDocument.cpp, XmlTree.cpp and the tests of searches.
 
-#include "SearchColumn.h"
-#include "SearchPlan.h"
+#include "base/search/SearchColumn.h"
+#include "base/search/SearchPlan.h"
 
 #include <pugixml.hpp>
 

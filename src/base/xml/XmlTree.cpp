@@ -1,6 +1,6 @@
-#include "XmlTree.h"
+#include "base/xml/XmlTree.h"
 
-#include "Error.h"
+#include "base/failure/Error.h"
 
 #include <QStringView>
 #include <QXmlStreamReader>

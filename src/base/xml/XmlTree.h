@@ -2,7 +2,7 @@
 
 // Private to XmlDocument.cpp, XmlTree.cpp, XmlSearch.cpp: the only ones that name pugixml.
 
-#include "XmlSearch.h"
+#include "base/xml/XmlSearch.h"
 
 #include <QByteArray>
 #include <QMap>

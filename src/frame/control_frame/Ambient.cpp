@@ -1,6 +1,6 @@
-#include "Ambient.h"
+#include "frame/control_frame/Ambient.h"
 
-#include "ContainerColor.h"
+#include "frame/control_frame/ContainerColor.h"
 
 #include <QVariant>
 #include <QWidget>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/Color.h"
-#include "base/Font.h"
+#include "base/values/Color.h"
+#include "base/values/Font.h"
 
 #include <QString>
 

@@ -1,4 +1,4 @@
-#include "ContainerColor.h"
+#include "frame/control_frame/ContainerColor.h"
 
 #include <QApplication>
 #include <QImage>

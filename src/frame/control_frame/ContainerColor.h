@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/Color.h"
+#include "base/values/Color.h"
 
 #include <optional>
 

@@ -1,6 +1,6 @@
-#include "ContainerWatch.h"
+#include "frame/control_frame/ContainerWatch.h"
 
-#include "ContainerColor.h"
+#include "frame/control_frame/ContainerColor.h"
 
 #include <QApplication>
 #include <QDynamicPropertyChangeEvent>

@@ -1,6 +1,6 @@
-#include "ControlRegister.h"
+#include "frame/control_frame/ControlRegister.h"
 
-#include "base/Error.h"
+#include "base/failure/Error.h"
 
 namespace tavrin {
 

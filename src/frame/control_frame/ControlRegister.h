@@ -1,6 +1,6 @@
 #pragma once
 
-#include "UserControl.h"
+#include "frame/control_frame/UserControl.h"
 
 #include <functional>
 #include <map>

@@ -1,8 +1,8 @@
-#include "Extender.h"
+#include "frame/control_frame/Extender.h"
 
-#include "ContainerColor.h"
-#include "UserControl.h"
-#include "base/Error.h"
+#include "base/failure/Error.h"
+#include "frame/control_frame/ContainerColor.h"
+#include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Host.h"
 
 #include <QVariant>

@@ -1,4 +1,4 @@
-#include "FailurePolicy.h"
+#include "frame/control_frame/FailurePolicy.h"
 
 #include "frame/desktop/Desktop.h"
 

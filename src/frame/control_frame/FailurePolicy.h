@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Trace.h"
-#include "base/Error.h"
+#include "base/failure/Error.h"
+#include "frame/control_frame/Trace.h"
 
 #include <QPointer>
 #include <QString>

@@ -1,7 +1,7 @@
-#include "FormFile.h"
+#include "frame/control_frame/FormFile.h"
 
-#include "base/Error.h"
-#include "base/FileWriter.h"
+#include "base/failure/Error.h"
+#include "base/files/FileWriter.h"
 
 #include <QFile>
 #include <QJsonArray>

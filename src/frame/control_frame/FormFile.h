@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ControlRegister.h"
-#include "PropertyBag.h"
+#include "frame/control_frame/ControlRegister.h"
+#include "frame/control_frame/PropertyBag.h"
 
 #include <QJsonObject>
 

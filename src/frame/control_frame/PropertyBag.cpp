@@ -1,9 +1,9 @@
-#include "PropertyBag.h"
+#include "frame/control_frame/PropertyBag.h"
 
-#include "base/Color.h"
-#include "base/Error.h"
-#include "base/Font.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Color.h"
+#include "base/values/Font.h"
+#include "base/values/Variant.h"
 
 #include <QBuffer>
 #include <QImage>

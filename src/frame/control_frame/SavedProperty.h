@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/Font.h"
+#include "base/values/Font.h"
 
 #include <QString>
 #include <QVariant>

@@ -1,9 +1,9 @@
-#include "UserControl.h"
+#include "frame/control_frame/UserControl.h"
 
-#include "ContainerWatch.h"
-#include "FailurePolicy.h"
-#include "base/Guard.h"
-#include "widgets/KeyCodes.h"
+#include "base/failure/Guard.h"
+#include "frame/control_frame/ContainerWatch.h"
+#include "frame/control_frame/FailurePolicy.h"
+#include "widgets/boxes/KeyCodes.h"
 
 #include <QApplication>
 #include <QKeyEvent>

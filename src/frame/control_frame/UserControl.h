@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Ambient.h"
-#include "Extender.h"
-#include "PropertyBag.h"
-#include "SavedProperty.h"
-#include "base/Twips.h"
+#include "base/values/Twips.h"
+#include "frame/control_frame/Ambient.h"
+#include "frame/control_frame/Extender.h"
+#include "frame/control_frame/PropertyBag.h"
+#include "frame/control_frame/SavedProperty.h"
 
 #include <QPointer>
 #include <QWidget>

@@ -1,4 +1,4 @@
-#include "Desktop.h"
+#include "frame/desktop/Desktop.h"
 
 #include <QDesktopServices>
 #include <QDir>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Contracts.h"
-#include "base/Event.h"
-#include "base/XmlDocument.h"
+#include "base/failure/Event.h"
+#include "base/xml/XmlDocument.h"
+#include "frame/host_contracts/Contracts.h"
 
 #include <QList>
 #include <QPair>

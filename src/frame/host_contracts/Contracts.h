@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Records.h"
+#include "frame/host_contracts/Records.h"
 
 #include <QVariant>
 

@@ -1,6 +1,6 @@
-#include "Host.h"
+#include "frame/host_contracts/Host.h"
 
-#include "base/Error.h"
+#include "base/failure/Error.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Caches.h"
-#include "Services.h"
+#include "frame/host_contracts/Caches.h"
+#include "frame/host_contracts/Services.h"
 
 #include <memory>
 

@@ -1,7 +1,7 @@
-#include "Records.h"
+#include "frame/host_contracts/Records.h"
 
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 
 namespace tavrin {
 

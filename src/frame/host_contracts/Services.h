@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Contracts.h"
-#include "base/Color.h"
-#include "base/Event.h"
-#include "base/Twips.h"
-#include "base/XmlDocument.h"
+#include "base/failure/Event.h"
+#include "base/values/Color.h"
+#include "base/values/Twips.h"
+#include "base/xml/XmlDocument.h"
+#include "frame/host_contracts/Contracts.h"
 
 #include <QImage>
 #include <QList>

@@ -1,8 +1,8 @@
-#include "frame/CustomWordFile.h"
+#include "frame/words/CustomWordFile.h"
 
-#include "base/FileReader.h"
-#include "base/FileWriter.h"
-#include "frame/CustomWords.h"
+#include "base/files/FileReader.h"
+#include "base/files/FileWriter.h"
+#include "frame/words/CustomWords.h"
 
 #include <QDeadlineTimer>
 #include <QFile>

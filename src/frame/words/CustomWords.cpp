@@ -1,6 +1,6 @@
-#include "frame/CustomWords.h"
+#include "frame/words/CustomWords.h"
 
-#include "base/Error.h"
+#include "base/failure/Error.h"
 
 #include <QSet>
 #include <QStringDecoder>

@@ -1,7 +1,7 @@
-#include "frame/SpellingDictionary.h"
+#include "frame/words/SpellingDictionary.h"
 
-#include "base/Error.h"
-#include "base/FileReader.h"
+#include "base/failure/Error.h"
+#include "base/files/FileReader.h"
 
 #include <QCryptographicHash>
 #include <QList>

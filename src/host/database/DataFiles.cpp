@@ -1,6 +1,6 @@
-#include "host/DataFiles.h"
+#include "host/database/DataFiles.h"
 
-#include "base/Error.h"
+#include "base/failure/Error.h"
 
 #include <QDir>
 #include <QFile>

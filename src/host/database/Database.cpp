@@ -1,8 +1,8 @@
-#include "host/Database.h"
+#include "host/database/Database.h"
 
-#include "base/Error.h"
-#include "host/DatabaseFile.h"
-#include "host/Statement.h"
+#include "base/failure/Error.h"
+#include "host/database/DatabaseFile.h"
+#include "host/database/Statement.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/Migrations.h"
+#include "host/database/Migrations.h"
 
 #include <QSqlDatabase>
 #include <QSqlError>

@@ -1,6 +1,6 @@
-#include "host/DatabaseFile.h"
+#include "host/database/DatabaseFile.h"
 
-#include "base/Error.h"
+#include "base/failure/Error.h"
 
 #include <QDir>
 #include <QFile>

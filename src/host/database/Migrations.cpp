@@ -1,7 +1,7 @@
-#include "host/Migrations.h"
+#include "host/database/Migrations.h"
 
-#include "base/Error.h"
-#include "host/Statement.h"
+#include "base/failure/Error.h"
+#include "host/database/Statement.h"
 
 #include <QDateTime>
 #include <QDir>

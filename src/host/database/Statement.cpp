@@ -1,7 +1,7 @@
-#include "host/Statement.h"
+#include "host/database/Statement.h"
 
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 
 #include <QDateTime>
 

@@ -1,7 +1,7 @@
-#include "host/Geocoder.h"
+#include "host/geocode/Geocoder.h"
 
-#include "base/Variant.h"
-#include "host/Record.h"
+#include "base/values/Variant.h"
+#include "host/records/Record.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/DataFiles.h"
-#include "host/RecordRow.h"
+#include "host/database/DataFiles.h"
+#include "host/records/RecordRow.h"
 
 #include <QHash>
 

@@ -1,8 +1,8 @@
-#include "host/HostCaches.h"
+#include "host/lists/HostCaches.h"
 
-#include "base/Error.h"
-#include "base/Variant.h"
-#include "host/SampleIncidents.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
+#include "host/samples/SampleIncidents.h"
 
 #include <optional>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "frame/host_contracts/Caches.h"
-#include "host/HostLists.h"
+#include "host/lists/HostLists.h"
 
 // The cache classes: views on the host's present lists, so that one made before a refresh shows what came
 // with it.

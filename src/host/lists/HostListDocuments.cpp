@@ -1,4 +1,4 @@
-#include "host/HostLists.h"
+#include "host/lists/HostLists.h"
 
 // The XML forms of the lists, whose shapes the pickers read.
 

@@ -1,8 +1,8 @@
-#include "host/HostListFilling.h"
+#include "host/lists/HostListFilling.h"
 
-#include "base/Variant.h"
-#include "widgets/DropdownTarget.h"
-#include "widgets/GridCombo.h"
+#include "base/values/Variant.h"
+#include "widgets/grid_combo/GridCombo.h"
+#include "widgets/lists/DropdownTarget.h"
 
 #include <QGuiApplication>
 #include <QPainter>

@@ -1,7 +1,7 @@
-#include "host/HostLists.h"
+#include "host/lists/HostLists.h"
 
-#include "base/Variant.h"
-#include "host/Statement.h"
+#include "base/values/Variant.h"
+#include "host/database/Statement.h"
 
 namespace tavrin {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "base/XmlDocument.h"
+#include "base/xml/XmlDocument.h"
 #include "frame/host_contracts/Services.h"
-#include "host/HostRows.h"
+#include "host/lists/HostRows.h"
 
 #include <QHash>
 #include <QMap>

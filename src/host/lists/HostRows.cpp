@@ -1,7 +1,7 @@
-#include "host/HostRows.h"
+#include "host/lists/HostRows.h"
 
-#include "base/Variant.h"
-#include "host/Statement.h"
+#include "base/values/Variant.h"
+#include "host/database/Statement.h"
 
 namespace tavrin {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/Database.h"
+#include "host/database/Database.h"
 
 #include <QDate>
 #include <QList>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/RecordCollection.h"
+#include "host/records/RecordCollection.h"
 
 namespace tavrin {
 

@@ -1,6 +1,6 @@
-#include "host/PartOfRecord.h"
+#include "host/records/PartOfRecord.h"
 
-#include "host/ChildRows.h"
+#include "host/records/ChildRows.h"
 
 namespace tavrin {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/Record.h"
+#include "host/records/Record.h"
 
 namespace tavrin {
 

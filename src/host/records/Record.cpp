@@ -1,7 +1,7 @@
-#include "host/Record.h"
+#include "host/records/Record.h"
 
-#include "base/Variant.h"
-#include "host/PartOfRecord.h"
+#include "base/values/Variant.h"
+#include "host/records/PartOfRecord.h"
 
 #include <algorithm>
 

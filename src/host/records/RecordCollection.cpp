@@ -1,7 +1,7 @@
-#include "host/RecordCollection.h"
+#include "host/records/RecordCollection.h"
 
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 
 #include <algorithm>
 #include <limits>

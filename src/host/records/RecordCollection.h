@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/RecordRow.h"
+#include "host/records/RecordRow.h"
 
 #include <functional>
 

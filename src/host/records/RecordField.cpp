@@ -1,7 +1,7 @@
-#include "host/RecordField.h"
+#include "host/records/RecordField.h"
 
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 
 #include <QDateTime>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "frame/host_contracts/Records.h"
-#include "host/RecordSchema.h"
+#include "host/records/RecordSchema.h"
 
 #include <memory>
 #include <optional>

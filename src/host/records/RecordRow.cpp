@@ -1,7 +1,7 @@
-#include "host/RecordRow.h"
+#include "host/records/RecordRow.h"
 
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 
 #include <algorithm>
 

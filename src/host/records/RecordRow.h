@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/RecordField.h"
+#include "host/records/RecordField.h"
 
 #include <vector>
 

@@ -1,4 +1,4 @@
-#include "host/RecordSchema.h"
+#include "host/records/RecordSchema.h"
 
 #include <algorithm>
 

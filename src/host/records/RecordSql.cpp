@@ -1,7 +1,7 @@
-#include "host/RecordSql.h"
+#include "host/records/RecordSql.h"
 
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 
 namespace tavrin {
 

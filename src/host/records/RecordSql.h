@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/RecordRow.h"
-#include "host/Statement.h"
+#include "host/database/Statement.h"
+#include "host/records/RecordRow.h"
 
 // Statements over the tables of a record schema. Names come from the schema, values are always bound.
 

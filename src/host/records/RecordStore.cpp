@@ -1,8 +1,8 @@
-#include "host/RecordStore.h"
+#include "host/records/RecordStore.h"
 
-#include "base/Error.h"
-#include "base/Variant.h"
-#include "host/RecordSql.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
+#include "host/records/RecordSql.h"
 
 #include <QHash>
 

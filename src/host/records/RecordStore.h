@@ -1,8 +1,8 @@
 #pragma once
 
-#include "host/Database.h"
-#include "host/Geocoder.h"
-#include "host/Record.h"
+#include "host/database/Database.h"
+#include "host/geocode/Geocoder.h"
+#include "host/records/Record.h"
 
 #include <QDateTime>
 

@@ -1,6 +1,6 @@
-#include "host/Generator.h"
+#include "host/samples/Generator.h"
 
-#include "base/Error.h"
+#include "base/failure/Error.h"
 
 #include <QSet>
 

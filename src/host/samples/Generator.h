@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/DataFiles.h"
-#include "host/HostRows.h"
+#include "host/database/DataFiles.h"
+#include "host/lists/HostRows.h"
 
 namespace tavrin {
 

@@ -1,10 +1,10 @@
-#include "host/SampleData.h"
+#include "host/samples/SampleData.h"
 
-#include "base/Error.h"
+#include "base/failure/Error.h"
 #include "frame/host_contracts/Contracts.h"
-#include "host/HostRows.h"
-#include "host/SampleIncidents.h"
-#include "host/Statement.h"
+#include "host/database/Statement.h"
+#include "host/lists/HostRows.h"
+#include "host/samples/SampleIncidents.h"
 
 #include <QFileInfo>
 #include <QSet>

@@ -1,9 +1,9 @@
-#include "host/SampleIncidents.h"
+#include "host/samples/SampleIncidents.h"
 
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 #include "frame/host_contracts/Contracts.h"
-#include "host/RecordStore.h"
+#include "host/records/RecordStore.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

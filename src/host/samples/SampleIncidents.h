@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/DataFiles.h"
-#include "host/Database.h"
+#include "host/database/DataFiles.h"
+#include "host/database/Database.h"
 
 #include <QSet>
 

@@ -1,7 +1,7 @@
-#include "host/HostEnvironment.h"
+#include "host/services/HostEnvironment.h"
 
-#include "base/Error.h"
-#include "host/InstalledDictionary.h"
+#include "base/failure/Error.h"
+#include "host/words/InstalledDictionary.h"
 
 #include <QDir>
 #include <QStandardPaths>

@@ -1,4 +1,4 @@
-#include "host/HostImages.h"
+#include "host/services/HostImages.h"
 
 #include "pictures/PictureReading.h"
 

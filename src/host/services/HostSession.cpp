@@ -1,7 +1,7 @@
-#include "host/HostSession.h"
+#include "host/services/HostSession.h"
 
-#include "host/RecordField.h"
-#include "host/RecordSchema.h"
+#include "host/records/RecordField.h"
+#include "host/records/RecordSchema.h"
 
 #include <algorithm>
 

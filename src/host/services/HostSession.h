@@ -1,7 +1,7 @@
 #pragma once
 
 #include "frame/host_contracts/Services.h"
-#include "host/HostLists.h"
+#include "host/lists/HostLists.h"
 
 namespace tavrin {
 

@@ -1,6 +1,6 @@
-#include "host/HostUiServices.h"
+#include "host/services/HostUiServices.h"
 
-#include "base/Error.h"
+#include "base/failure/Error.h"
 
 #include <QGuiApplication>
 #include <QPalette>

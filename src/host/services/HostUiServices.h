@@ -1,7 +1,7 @@
 #pragma once
 
 #include "frame/host_contracts/Services.h"
-#include "host/ReferenceHost.h"
+#include "host/services/ReferenceHost.h"
 
 namespace tavrin {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "frame/host_contracts/Host.h"
-#include "host/Database.h"
+#include "host/database/Database.h"
 
 #include <QDate>
 #include <QString>

@@ -1,7 +1,7 @@
-#include "host/ReferenceHostServices.h"
+#include "host/services/ReferenceHostServices.h"
 
-#include "host/CustomWordTable.h"
-#include "host/PartOfRecord.h"
+#include "host/records/PartOfRecord.h"
+#include "host/words/CustomWordTable.h"
 
 namespace tavrin {
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "frame/host_contracts/Services.h"
-#include "host/Database.h"
-#include "host/HostLists.h"
+#include "host/database/Database.h"
+#include "host/lists/HostLists.h"
 
 namespace tavrin {
 

@@ -1,9 +1,9 @@
-#include "host/AttachmentStore.h"
+#include "host/store/AttachmentStore.h"
 
-#include "base/OpenBeneath.h"
-#include "base/StorePath.h"
-#include "base/Variant.h"
-#include "host/SourceFile.h"
+#include "base/files/OpenBeneath.h"
+#include "base/values/StorePath.h"
+#include "base/values/Variant.h"
+#include "host/store/SourceFile.h"
 
 #include <QDir>
 #include <QFile>

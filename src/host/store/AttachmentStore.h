@@ -1,8 +1,8 @@
 #pragma once
 
-#include "base/Descriptor.h"
+#include "base/files/Descriptor.h"
 #include "frame/host_contracts/Caches.h"
-#include "host/HostLists.h"
+#include "host/lists/HostLists.h"
 
 #include <QList>
 #include <QStringList>

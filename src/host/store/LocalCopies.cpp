@@ -1,8 +1,8 @@
-#include "host/LocalCopies.h"
+#include "host/store/LocalCopies.h"
 
-#include "base/FileWriter.h"
-#include "base/LocalFiles.h"
-#include "host/AttachmentStore.h"
+#include "base/files/FileWriter.h"
+#include "base/files/LocalFiles.h"
+#include "host/store/AttachmentStore.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/Descriptor.h"
+#include "base/files/Descriptor.h"
 
 #include <QByteArray>
 #include <QHash>

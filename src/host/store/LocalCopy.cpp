@@ -1,7 +1,7 @@
-#include "host/LocalCopy.h"
+#include "host/store/LocalCopy.h"
 
-#include "base/FileWriter.h"
-#include "host/AttachmentStore.h"
+#include "base/files/FileWriter.h"
+#include "host/store/AttachmentStore.h"
 
 #include <utility>
 

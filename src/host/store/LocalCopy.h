@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/LocalCopies.h"
+#include "host/store/LocalCopies.h"
 
 #include <memory>
 

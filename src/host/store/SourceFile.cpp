@@ -1,6 +1,6 @@
-#include "host/SourceFile.h"
+#include "host/store/SourceFile.h"
 
-#include "host/AttachmentStore.h"
+#include "host/store/AttachmentStore.h"
 
 #include <QLocale>
 

@@ -1,7 +1,7 @@
-#include "host/StoreDownloader.h"
+#include "host/store/StoreDownloader.h"
 
-#include "host/LocalCopy.h"
-#include "host/SourceFile.h"
+#include "host/store/LocalCopy.h"
+#include "host/store/SourceFile.h"
 
 #include <optional>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "host/AttachmentStore.h"
-#include "host/LocalCopies.h"
-#include "host/TransferRun.h"
+#include "host/store/AttachmentStore.h"
+#include "host/store/LocalCopies.h"
+#include "host/store/TransferRun.h"
 
 namespace tavrin {
 

@@ -1,6 +1,6 @@
-#include "host/StoreFile.h"
+#include "host/store/StoreFile.h"
 
-#include "host/AttachmentStore.h"
+#include "host/store/AttachmentStore.h"
 
 #include <fcntl.h>
 #include <unistd.h>

@@ -1,8 +1,8 @@
-#include "host/StoreSweep.h"
+#include "host/store/StoreSweep.h"
 
-#include "base/FileWriter.h"
-#include "host/LocalCopies.h"
-#include "host/Thumbnails.h"
+#include "base/files/FileWriter.h"
+#include "host/store/LocalCopies.h"
+#include "host/store/Thumbnails.h"
 
 #include <QFile>
 #include <QFileInfo>

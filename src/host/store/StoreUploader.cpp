@@ -1,8 +1,8 @@
-#include "host/StoreUploader.h"
+#include "host/store/StoreUploader.h"
 
-#include "base/FileWriter.h"
-#include "base/OpenBeneath.h"
-#include "host/SourceFile.h"
+#include "base/files/FileWriter.h"
+#include "base/files/OpenBeneath.h"
+#include "host/store/SourceFile.h"
 
 #include <QFile>
 

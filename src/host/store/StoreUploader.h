@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/AttachmentStore.h"
-#include "host/TransferRun.h"
+#include "host/store/AttachmentStore.h"
+#include "host/store/TransferRun.h"
 
 namespace tavrin {
 

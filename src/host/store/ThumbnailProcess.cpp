@@ -1,4 +1,4 @@
-#include "host/ThumbnailProcess.h"
+#include "host/store/ThumbnailProcess.h"
 
 #include "pictures/ThumbnailMaker.h"
 

@@ -1,9 +1,9 @@
-#include "host/Thumbnails.h"
+#include "host/store/Thumbnails.h"
 
-#include "base/Error.h"
-#include "base/FileWriter.h"
-#include "base/StorePath.h"
-#include "host/ThumbnailProcess.h"
+#include "base/failure/Error.h"
+#include "base/files/FileWriter.h"
+#include "base/values/StorePath.h"
+#include "host/store/ThumbnailProcess.h"
 #include "pictures/PictureReading.h"
 #include "pictures/ThumbnailMaker.h"
 

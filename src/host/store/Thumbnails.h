@@ -1,8 +1,8 @@
 #pragma once
 
 #include "frame/host_contracts/Caches.h"
-#include "host/StoreFile.h"
-#include "host/ThumbnailProcess.h"
+#include "host/store/StoreFile.h"
+#include "host/store/ThumbnailProcess.h"
 
 #include <QSet>
 

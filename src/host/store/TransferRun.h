@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/AttachmentStore.h"
+#include "host/store/AttachmentStore.h"
 
 #include <memory>
 

@@ -1,8 +1,8 @@
-#include "host/CustomWordTable.h"
+#include "host/words/CustomWordTable.h"
 
-#include "frame/CustomWordFile.h"
-#include "frame/CustomWords.h"
-#include "host/Statement.h"
+#include "frame/words/CustomWordFile.h"
+#include "frame/words/CustomWords.h"
+#include "host/database/Statement.h"
 
 #include <QSet>
 

@@ -2,7 +2,7 @@
 
 #include "frame/host_contracts/Caches.h"
 #include "frame/host_contracts/RemovableWord.h"
-#include "host/Database.h"
+#include "host/database/Database.h"
 
 namespace tavrin {
 

@@ -1,9 +1,9 @@
-#include "host/InstalledDictionary.h"
+#include "host/words/InstalledDictionary.h"
 
-#include "base/Error.h"
-#include "base/FileReader.h"
-#include "base/FileWriter.h"
-#include "frame/SpellingDictionary.h"
+#include "base/failure/Error.h"
+#include "base/files/FileReader.h"
+#include "base/files/FileWriter.h"
+#include "frame/words/SpellingDictionary.h"
 
 #include <QFileInfo>
 

@@ -1,6 +1,6 @@
-#include "CheckBox.h"
+#include "widgets/boxes/CheckBox.h"
 
-#include "base/Guard.h"
+#include "base/failure/Guard.h"
 
 #include <QScopedValueRollback>
 

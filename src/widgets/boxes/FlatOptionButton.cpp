@@ -1,7 +1,7 @@
-#include "FlatOptionButton.h"
+#include "widgets/boxes/FlatOptionButton.h"
 
-#include "ConstituentLook.h"
-#include "base/Guard.h"
+#include "base/failure/Guard.h"
+#include "widgets/drawing/ConstituentLook.h"
 
 #include <QScopedValueRollback>
 #include <QStyleOptionButton>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "SharedFont.h"
-#include "base/Event.h"
+#include "base/failure/Event.h"
+#include "widgets/drawing/SharedFont.h"
 
 #include <QRadioButton>
 

@@ -1,4 +1,4 @@
-#include "KeyCodes.h"
+#include "widgets/boxes/KeyCodes.h"
 
 namespace tavrin {
 

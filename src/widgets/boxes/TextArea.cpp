@@ -1,4 +1,4 @@
-#include "TextArea.h"
+#include "widgets/boxes/TextArea.h"
 
 #include <QInputMethodEvent>
 #include <QKeyEvent>

@@ -1,7 +1,7 @@
-#include "TextBox.h"
+#include "widgets/boxes/TextBox.h"
 
-#include "KeyCodes.h"
-#include "base/Guard.h"
+#include "base/failure/Guard.h"
+#include "widgets/boxes/KeyCodes.h"
 
 #include <QApplication>
 #include <QPointer>

@@ -1,6 +1,6 @@
-#include "BoxShape.h"
+#include "widgets/drawing/BoxShape.h"
 
-#include "ConstituentLook.h"
+#include "widgets/drawing/ConstituentLook.h"
 
 #include <QApplication>
 #include <QPainter>

@@ -1,4 +1,4 @@
-#include "ConstituentLook.h"
+#include "widgets/drawing/ConstituentLook.h"
 
 #include <QApplication>
 #include <QTextDocument>

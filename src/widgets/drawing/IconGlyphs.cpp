@@ -1,4 +1,4 @@
-#include "IconGlyphs.h"
+#include "widgets/drawing/IconGlyphs.h"
 
 #include <QPainter>
 #include <QPainterPath>

@@ -1,6 +1,6 @@
-#include "PictureSurface.h"
+#include "widgets/drawing/PictureSurface.h"
 
-#include "ConstituentLook.h"
+#include "widgets/drawing/ConstituentLook.h"
 
 #include <QApplication>
 #include <QFontInfo>

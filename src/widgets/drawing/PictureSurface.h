@@ -1,8 +1,8 @@
 #pragma once
 
-#include "base/Color.h"
-#include "base/Font.h"
-#include "base/Twips.h"
+#include "base/values/Color.h"
+#include "base/values/Font.h"
+#include "base/values/Twips.h"
 
 #include <QFont>
 #include <QRectF>

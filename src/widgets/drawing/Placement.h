@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/Twips.h"
+#include "base/values/Twips.h"
 
 #include <QWidget>
 

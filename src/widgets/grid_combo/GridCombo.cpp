@@ -1,7 +1,7 @@
-#include "GridCombo.h"
+#include "widgets/grid_combo/GridCombo.h"
 
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 
 #include <QHash>
 

@@ -1,12 +1,12 @@
-#include "GridComboBox.h"
+#include "widgets/grid_combo/GridComboBox.h"
 
-#include "ConstituentLook.h"
-#include "GridComboBoxAccessible.h"
-#include "IconGlyphs.h"
-#include "PopupFrame.h"
-#include "base/Error.h"
-#include "base/Guard.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/failure/Guard.h"
+#include "base/values/Variant.h"
+#include "widgets/drawing/ConstituentLook.h"
+#include "widgets/drawing/IconGlyphs.h"
+#include "widgets/grid_combo/GridComboBoxAccessible.h"
+#include "widgets/lists/PopupFrame.h"
 
 #include <QApplication>
 #include <QFrame>

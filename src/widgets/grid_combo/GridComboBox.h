@@ -1,8 +1,8 @@
 #pragma once
 
-#include "GridCombo.h"
-#include "GridTable.h"
-#include "SharedFont.h"
+#include "widgets/drawing/SharedFont.h"
+#include "widgets/grid_combo/GridCombo.h"
+#include "widgets/grid_combo/GridTable.h"
 
 #include <QElapsedTimer>
 #include <QPointer>

@@ -1,6 +1,6 @@
-#include "GridComboBoxAccessible.h"
+#include "widgets/grid_combo/GridComboBoxAccessible.h"
 
-#include "GridComboBox.h"
+#include "widgets/grid_combo/GridComboBox.h"
 
 namespace tavrin {
 

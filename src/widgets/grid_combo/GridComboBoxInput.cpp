@@ -1,8 +1,8 @@
 // Keys, mouse and focus of the grid combo.
 
-#include "GridComboBox.h"
-#include "ListKeys.h"
-#include "base/Guard.h"
+#include "base/failure/Guard.h"
+#include "widgets/grid_combo/GridComboBox.h"
+#include "widgets/lists/ListKeys.h"
 
 #include <QApplication>
 #include <QKeyEvent>

@@ -1,6 +1,6 @@
-#include "GridTable.h"
+#include "widgets/grid_combo/GridTable.h"
 
-#include "base/Guard.h"
+#include "base/failure/Guard.h"
 
 #include <QAbstractTableModel>
 #include <QHeaderView>

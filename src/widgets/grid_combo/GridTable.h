@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/Color.h"
-#include "base/Event.h"
+#include "base/failure/Event.h"
+#include "base/values/Color.h"
 
 #include <QPoint>
 #include <QTableView>

@@ -1,7 +1,7 @@
-#include "FontIconLabel.h"
+#include "widgets/labels/FontIconLabel.h"
 
-#include "ConstituentLook.h"
-#include "IconGlyphs.h"
+#include "widgets/drawing/ConstituentLook.h"
+#include "widgets/drawing/IconGlyphs.h"
 
 #include <QPainter>
 

@@ -1,6 +1,6 @@
-#include "Label.h"
+#include "widgets/labels/Label.h"
 
-#include "ConstituentLook.h"
+#include "widgets/drawing/ConstituentLook.h"
 
 #include <QPainter>
 #include <QRegularExpression>

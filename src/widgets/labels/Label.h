@@ -1,7 +1,7 @@
 #pragma once
 
-#include "SharedFont.h"
-#include "base/Color.h"
+#include "base/values/Color.h"
+#include "widgets/drawing/SharedFont.h"
 
 #include <QLabel>
 

@@ -1,7 +1,7 @@
-#include "Link.h"
+#include "widgets/labels/Link.h"
 
-#include "ConstituentLook.h"
-#include "IconGlyphs.h"
+#include "widgets/drawing/ConstituentLook.h"
+#include "widgets/drawing/IconGlyphs.h"
 
 #include <QPainter>
 

@@ -1,7 +1,7 @@
-#include "LinkButton.h"
+#include "widgets/labels/LinkButton.h"
 
-#include "ConstituentLook.h"
-#include "base/Guard.h"
+#include "base/failure/Guard.h"
+#include "widgets/drawing/ConstituentLook.h"
 
 #include <QApplication>
 #include <QKeyEvent>

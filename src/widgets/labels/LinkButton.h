@@ -1,8 +1,8 @@
 #pragma once
 
-#include "SharedFont.h"
-#include "base/Color.h"
-#include "base/Event.h"
+#include "base/failure/Event.h"
+#include "base/values/Color.h"
+#include "widgets/drawing/SharedFont.h"
 
 #include <QAbstractButton>
 

@@ -1,6 +1,6 @@
-#include "Tag.h"
+#include "widgets/labels/Tag.h"
 
-#include "ConstituentLook.h"
+#include "widgets/drawing/ConstituentLook.h"
 
 #include <QApplication>
 #include <QPainter>

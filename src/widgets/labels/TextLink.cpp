@@ -1,6 +1,6 @@
-#include "TextLink.h"
+#include "widgets/labels/TextLink.h"
 
-#include "ConstituentLook.h"
+#include "widgets/drawing/ConstituentLook.h"
 
 #include <QFontMetricsF>
 #include <QPainter>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "LinkButton.h"
+#include "widgets/labels/LinkButton.h"
 
 namespace tavrin {
 

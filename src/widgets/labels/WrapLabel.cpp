@@ -1,4 +1,4 @@
-#include "WrapLabel.h"
+#include "widgets/labels/WrapLabel.h"
 
 #include <QEvent>
 #include <QPainter>

@@ -1,6 +1,6 @@
-#include "DropDownList.h"
+#include "widgets/lists/DropDownList.h"
 
-#include "PopupFrame.h"
+#include "widgets/lists/PopupFrame.h"
 
 #include <QAbstractListModel>
 #include <QApplication>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "DropdownTarget.h"
-#include "base/Event.h"
+#include "base/failure/Event.h"
+#include "widgets/lists/DropdownTarget.h"
 
 #include <QPointer>
 #include <QWidget>

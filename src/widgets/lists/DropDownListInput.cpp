@@ -1,9 +1,9 @@
 // Keys, mouse and focus of the drop-down list.
 
-#include "DropDownList.h"
-#include "KeyCodes.h"
-#include "ListKeys.h"
-#include "base/Guard.h"
+#include "base/failure/Guard.h"
+#include "widgets/boxes/KeyCodes.h"
+#include "widgets/lists/DropDownList.h"
+#include "widgets/lists/ListKeys.h"
 
 #include <QListView>
 #include <QMouseEvent>

@@ -1,8 +1,8 @@
-#include "FlatDropdown.h"
+#include "widgets/lists/FlatDropdown.h"
 
-#include "ConstituentLook.h"
-#include "IconGlyphs.h"
-#include "ListKeys.h"
+#include "widgets/drawing/ConstituentLook.h"
+#include "widgets/drawing/IconGlyphs.h"
+#include "widgets/lists/ListKeys.h"
 
 #include <QKeyEvent>
 #include <QPainter>

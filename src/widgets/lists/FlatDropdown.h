@@ -1,8 +1,8 @@
 #pragma once
 
-#include "DropDownList.h"
-#include "SharedFont.h"
-#include "base/Color.h"
+#include "base/values/Color.h"
+#include "widgets/drawing/SharedFont.h"
+#include "widgets/lists/DropDownList.h"
 
 #include <QImage>
 

@@ -1,6 +1,6 @@
-#include "ListBox.h"
+#include "widgets/lists/ListBox.h"
 
-#include "base/Guard.h"
+#include "base/failure/Guard.h"
 
 #include <QAbstractListModel>
 #include <QHelpEvent>

@@ -1,4 +1,4 @@
-#include "ListKeys.h"
+#include "widgets/lists/ListKeys.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

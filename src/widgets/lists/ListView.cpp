@@ -1,7 +1,7 @@
-#include "ListView.h"
+#include "widgets/lists/ListView.h"
 
-#include "ListViewModel.h"
-#include "base/Error.h"
+#include "base/failure/Error.h"
+#include "widgets/lists/ListViewModel.h"
 
 #include <QHeaderView>
 #include <QHelpEvent>

@@ -1,7 +1,7 @@
-#include "KeyCodes.h"
-#include "ListView.h"
-#include "ListViewModel.h"
-#include "base/Guard.h"
+#include "base/failure/Guard.h"
+#include "widgets/boxes/KeyCodes.h"
+#include "widgets/lists/ListView.h"
+#include "widgets/lists/ListViewModel.h"
 
 #include <QContextMenuEvent>
 #include <QMimeData>

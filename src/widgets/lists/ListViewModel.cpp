@@ -1,6 +1,6 @@
-#include "ListViewModel.h"
+#include "widgets/lists/ListViewModel.h"
 
-#include "base/Error.h"
+#include "base/failure/Error.h"
 
 #include <algorithm>
 #include <functional>

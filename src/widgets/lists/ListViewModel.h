@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ListView.h"
+#include "widgets/lists/ListView.h"
 
 #include <QAbstractTableModel>
 #include <QIcon>

@@ -1,4 +1,4 @@
-#include "PopupFrame.h"
+#include "widgets/lists/PopupFrame.h"
 
 #include <QFrame>
 

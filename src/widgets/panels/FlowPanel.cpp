@@ -1,4 +1,4 @@
-#include "FlowPanel.h"
+#include "widgets/panels/FlowPanel.h"
 
 namespace tavrin {
 

@@ -1,6 +1,6 @@
-#include "Form.h"
+#include "widgets/panels/Form.h"
 
-#include "base/Guard.h"
+#include "base/failure/Guard.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>

@@ -1,6 +1,6 @@
-#include "GroupBox.h"
+#include "widgets/panels/GroupBox.h"
 
-#include "ConstituentLook.h"
+#include "widgets/drawing/ConstituentLook.h"
 
 #include <QApplication>
 #include <QPainter>

@@ -1,6 +1,6 @@
-#include "PopupMenu.h"
+#include "widgets/panels/PopupMenu.h"
 
-#include "base/Guard.h"
+#include "base/failure/Guard.h"
 
 #include <QCoreApplication>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/Event.h"
-#include "base/Twips.h"
+#include "base/failure/Event.h"
+#include "base/values/Twips.h"
 
 #include <QAction>
 #include <QMenu>

@@ -1,4 +1,4 @@
-#include "ScrollPanel.h"
+#include "widgets/panels/ScrollPanel.h"
 
 #include <QScrollBar>
 

@@ -1,7 +1,7 @@
-#include "TipPanel.h"
+#include "widgets/panels/TipPanel.h"
 
-#include "Label.h"
-#include "Placement.h"
+#include "widgets/drawing/Placement.h"
+#include "widgets/labels/Label.h"
 
 #include <QPainter>
 #include <QPainterPath>

@@ -1,7 +1,7 @@
-#include "AutoCompleteComboBox.h"
+#include "widgets/search_box/AutoCompleteComboBox.h"
 
-#include "IconGlyphs.h"
-#include "Link.h"
+#include "widgets/drawing/IconGlyphs.h"
+#include "widgets/labels/Link.h"
 
 #include <QPointer>
 

@@ -1,4 +1,4 @@
-#include "AutoCompleteTextBox.h"
+#include "widgets/search_box/AutoCompleteTextBox.h"
 
 #include <QApplication>
 #include <QPointer>

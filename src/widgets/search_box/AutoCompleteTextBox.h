@@ -1,6 +1,6 @@
 #pragma once
 
-#include "SearchBox.h"
+#include "widgets/search_box/SearchBox.h"
 
 namespace tavrin {
 

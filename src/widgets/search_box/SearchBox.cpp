@@ -1,9 +1,9 @@
-#include "SearchBox.h"
+#include "widgets/search_box/SearchBox.h"
 
-#include "ConstituentLook.h"
-#include "ListKeys.h"
-#include "SuggestionPopup.h"
-#include "base/Guard.h"
+#include "base/failure/Guard.h"
+#include "widgets/drawing/ConstituentLook.h"
+#include "widgets/lists/ListKeys.h"
+#include "widgets/search_box/SuggestionPopup.h"
 
 #include <QKeyEvent>
 

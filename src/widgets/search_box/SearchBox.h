@@ -1,9 +1,9 @@
 #pragma once
 
-#include "SharedFont.h"
-#include "TextBox.h"
-#include "base/Twips.h"
-#include "base/XmlNodes.h"
+#include "base/values/Twips.h"
+#include "base/xml/XmlNodes.h"
+#include "widgets/boxes/TextBox.h"
+#include "widgets/drawing/SharedFont.h"
 
 #include <memory>
 #include <vector>

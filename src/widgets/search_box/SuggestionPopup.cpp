@@ -1,8 +1,8 @@
-#include "SuggestionPopup.h"
+#include "widgets/search_box/SuggestionPopup.h"
 
-#include "ListKeys.h"
-#include "PopupFrame.h"
-#include "base/Guard.h"
+#include "base/failure/Guard.h"
+#include "widgets/lists/ListKeys.h"
+#include "widgets/lists/PopupFrame.h"
 
 #include <QApplication>
 #include <QFrame>

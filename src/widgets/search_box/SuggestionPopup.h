@@ -1,7 +1,7 @@
 #pragma once
 
-#include "SuggestionView.h"
-#include "base/Twips.h"
+#include "base/values/Twips.h"
+#include "widgets/search_box/SuggestionView.h"
 
 #include <QObject>
 #include <QPointer>

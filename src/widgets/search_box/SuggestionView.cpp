@@ -1,8 +1,8 @@
-#include "SuggestionView.h"
+#include "widgets/search_box/SuggestionView.h"
 
-#include "PictureSurface.h"
-#include "SuggestionViewAccessible.h"
-#include "base/Guard.h"
+#include "base/failure/Guard.h"
+#include "widgets/drawing/PictureSurface.h"
+#include "widgets/search_box/SuggestionViewAccessible.h"
 
 #include <QMouseEvent>
 #include <QPainter>

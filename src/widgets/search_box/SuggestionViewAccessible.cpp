@@ -1,6 +1,6 @@
-#include "SuggestionViewAccessible.h"
+#include "widgets/search_box/SuggestionViewAccessible.h"
 
-#include "SuggestionView.h"
+#include "widgets/search_box/SuggestionView.h"
 
 #include <QPointer>
 

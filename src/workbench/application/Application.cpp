@@ -1,6 +1,6 @@
-#include "Application.h"
+#include "workbench/application/Application.h"
 
-#include "base/Guard.h"
+#include "base/failure/Guard.h"
 #include "frame/desktop/Desktop.h"
 
 namespace tavrin::workbench {

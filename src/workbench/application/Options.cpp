@@ -1,4 +1,4 @@
-#include "Options.h"
+#include "workbench/application/Options.h"
 
 #include <QCommandLineParser>
 #include <QDir>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Theme.h"
+#include "workbench/application/Theme.h"
 
 #include <QStringList>
 

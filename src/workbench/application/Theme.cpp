@@ -1,4 +1,4 @@
-#include "Theme.h"
+#include "workbench/application/Theme.h"
 
 #include <QApplication>
 #include <QProxyStyle>

@@ -1,8 +1,8 @@
-#include "Workspace.h"
+#include "workbench/application/Workspace.h"
 
-#include "base/Error.h"
+#include "base/failure/Error.h"
 #include "frame/modUtils.h"
-#include "host/SampleData.h"
+#include "host/samples/SampleData.h"
 
 #include <QCoreApplication>
 #include <QDir>

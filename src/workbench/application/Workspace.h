@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Options.h"
-#include "host/Database.h"
-#include "host/RecordStore.h"
-#include "host/ReferenceHost.h"
+#include "host/database/Database.h"
+#include "host/records/RecordStore.h"
+#include "host/services/ReferenceHost.h"
+#include "workbench/application/Options.h"
 
 #include <memory>
 

@@ -1,6 +1,6 @@
-#include "AgencyBinding.h"
+#include "workbench/bindings/AgencyBinding.h"
 
-#include "base/Guard.h"
+#include "base/failure/Guard.h"
 #include "lookup/AgencyPicker.h"
 
 #include <QScopedValueRollback>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "FieldBinding.h"
-#include "PickedValue.h"
+#include "workbench/bindings/FieldBinding.h"
+#include "workbench/bindings/PickedValue.h"
 
 namespace tavrin {
 class AgencyPicker;

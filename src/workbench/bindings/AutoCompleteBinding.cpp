@@ -1,7 +1,7 @@
-#include "AutoCompleteBinding.h"
+#include "workbench/bindings/AutoCompleteBinding.h"
 
-#include "base/Guard.h"
-#include "base/Variant.h"
+#include "base/failure/Guard.h"
+#include "base/values/Variant.h"
 #include "frame/host_contracts/Host.h"
 #include "lookup/AutoCompleteField.h"
 

@@ -1,7 +1,7 @@
-#include "CodeBinding.h"
+#include "workbench/bindings/CodeBinding.h"
 
-#include "base/Guard.h"
-#include "base/Variant.h"
+#include "base/failure/Guard.h"
+#include "base/values/Variant.h"
 
 #include <QScopedValueRollback>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "FieldBinding.h"
 #include "lookup/TavrinDropdown.h"
+#include "workbench/bindings/FieldBinding.h"
 
 namespace tavrin::workbench {
 

@@ -1,7 +1,7 @@
-#include "PickedValue.h"
+#include "workbench/bindings/PickedValue.h"
 
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 
 #include <QCoreApplication>
 #include <QWidget>

@@ -1,7 +1,7 @@
-#include "PickerBinding.h"
+#include "workbench/bindings/PickerBinding.h"
 
-#include "SearchTyping.h"
-#include "base/Guard.h"
+#include "base/failure/Guard.h"
+#include "workbench/bindings/SearchTyping.h"
 
 #include <QScopedValueRollback>
 

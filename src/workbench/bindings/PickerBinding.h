@@ -1,8 +1,8 @@
 #pragma once
 
-#include "FieldBinding.h"
-#include "PickedValue.h"
 #include "lookup/SearchPicker.h"
+#include "workbench/bindings/FieldBinding.h"
+#include "workbench/bindings/PickedValue.h"
 
 namespace tavrin::workbench {
 

@@ -1,7 +1,7 @@
-#include "PlainBindings.h"
+#include "workbench/bindings/PlainBindings.h"
 
-#include "base/Guard.h"
-#include "base/Variant.h"
+#include "base/failure/Guard.h"
+#include "base/values/Variant.h"
 
 #include <QComboBox>
 #include <QLineEdit>

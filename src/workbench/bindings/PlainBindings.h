@@ -1,6 +1,6 @@
 #pragma once
 
-#include "FieldBinding.h"
+#include "workbench/bindings/FieldBinding.h"
 
 #include <QDateTime>
 

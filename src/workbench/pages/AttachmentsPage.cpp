@@ -1,9 +1,9 @@
-#include "AttachmentsPage.h"
+#include "workbench/pages/AttachmentsPage.h"
 
-#include "attachments/Attachments.h"
-#include "base/Guard.h"
-#include "base/Variant.h"
-#include "widgets/TextArea.h"
+#include "attachments/section/Attachments.h"
+#include "base/failure/Guard.h"
+#include "base/values/Variant.h"
+#include "widgets/boxes/TextArea.h"
 
 #include <QPushButton>
 #include <QScopedValueRollback>

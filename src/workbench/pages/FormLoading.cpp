@@ -1,4 +1,4 @@
-#include "FormLoading.h"
+#include "workbench/pages/FormLoading.h"
 
 #include <QCoreApplication>
 #include <QDir>

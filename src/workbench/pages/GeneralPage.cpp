@@ -1,7 +1,7 @@
-#include "GeneralPage.h"
+#include "workbench/pages/GeneralPage.h"
 
-#include "PlainBindings.h"
 #include "frame/host_contracts/Host.h"
+#include "workbench/bindings/PlainBindings.h"
 
 #include <QDateTime>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "FormPage.h"
+#include "workbench/pages/FormPage.h"
 
 #include <QDate>
 

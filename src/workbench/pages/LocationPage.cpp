@@ -1,11 +1,11 @@
-#include "LocationPage.h"
+#include "workbench/pages/LocationPage.h"
 
-#include "Theme.h"
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 #include "geocode/LatLong.h"
-#include "widgets/FlatOptionButton.h"
-#include "widgets/TextBox.h"
+#include "widgets/boxes/FlatOptionButton.h"
+#include "widgets/boxes/TextBox.h"
+#include "workbench/application/Theme.h"
 
 #include <QLabel>
 #include <QScopedValueRollback>

@@ -1,6 +1,6 @@
-#include "NarrativePage.h"
+#include "workbench/pages/NarrativePage.h"
 
-#include "PlainBindings.h"
+#include "workbench/bindings/PlainBindings.h"
 
 #include <QLabel>
 #include <QPushButton>

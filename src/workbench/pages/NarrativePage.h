@@ -1,6 +1,6 @@
 #pragma once
 
-#include "RecordPage.h"
+#include "workbench/pages/RecordPage.h"
 
 namespace tavrin::workbench {
 

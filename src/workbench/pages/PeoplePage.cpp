@@ -1,9 +1,9 @@
-#include "PeoplePage.h"
+#include "workbench/pages/PeoplePage.h"
 
-#include "Theme.h"
-#include "base/Guard.h"
-#include "base/Variant.h"
+#include "base/failure/Guard.h"
+#include "base/values/Variant.h"
 #include "frame/host_contracts/Host.h"
+#include "workbench/application/Theme.h"
 
 #include <QDate>
 #include <QHBoxLayout>

@@ -1,9 +1,9 @@
-#include "PickerRow.h"
+#include "workbench/pages/PickerRow.h"
 
-#include "RowDetails.h"
-#include "SearchTyping.h"
-#include "base/Guard.h"
-#include "base/Variant.h"
+#include "base/failure/Guard.h"
+#include "base/values/Variant.h"
+#include "workbench/bindings/SearchTyping.h"
+#include "workbench/pages/RowDetails.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>

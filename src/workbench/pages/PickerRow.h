@@ -1,8 +1,8 @@
 #pragma once
 
-#include "PickedValue.h"
-#include "host/Record.h"
+#include "host/records/Record.h"
 #include "lookup/SearchPicker.h"
+#include "workbench/bindings/PickedValue.h"
 
 class QCheckBox;
 class QHBoxLayout;

@@ -1,8 +1,8 @@
-#include "PickerRows.h"
+#include "workbench/pages/PickerRows.h"
 
-#include "base/Error.h"
-#include "base/Guard.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/failure/Guard.h"
+#include "base/values/Variant.h"
 #include "component/ClassRegister.h"
 
 #include <QLabel>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "FieldBinding.h"
-#include "PickerRow.h"
 #include "frame/control_frame/FormFile.h"
-#include "host/Record.h"
+#include "host/records/Record.h"
+#include "workbench/bindings/FieldBinding.h"
+#include "workbench/pages/PickerRow.h"
 
 #include <optional>
 #include <vector>

@@ -1,6 +1,6 @@
-#include "RecordPage.h"
+#include "workbench/pages/RecordPage.h"
 
-#include "base/Guard.h"
+#include "base/failure/Guard.h"
 
 #include <QKeySequence>
 #include <QPushButton>

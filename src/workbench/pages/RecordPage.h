@@ -1,8 +1,8 @@
 #pragma once
 
-#include "FieldBinding.h"
-#include "base/Error.h"
-#include "host/Record.h"
+#include "base/failure/Error.h"
+#include "host/records/Record.h"
+#include "workbench/bindings/FieldBinding.h"
 
 #include <QWidget>
 

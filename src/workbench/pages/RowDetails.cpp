@@ -1,9 +1,9 @@
-#include "RowDetails.h"
+#include "workbench/pages/RowDetails.h"
 
-#include "base/Error.h"
-#include "base/Guard.h"
-#include "base/Variant.h"
-#include "host/PartOfRecord.h"
+#include "base/failure/Error.h"
+#include "base/failure/Guard.h"
+#include "base/values/Variant.h"
+#include "host/records/PartOfRecord.h"
 #include "lookup/NibrsOffensePicker.h"
 #include "sections/MultiValue.h"
 

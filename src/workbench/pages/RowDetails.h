@@ -1,9 +1,9 @@
 #pragma once
 
-#include "PickedValue.h"
-#include "base/Event.h"
+#include "base/failure/Event.h"
 #include "frame/control_frame/FormFile.h"
-#include "host/Record.h"
+#include "host/records/Record.h"
+#include "workbench/bindings/PickedValue.h"
 
 #include <QWidget>
 

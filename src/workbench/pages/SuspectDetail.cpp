@@ -1,14 +1,14 @@
-#include "SuspectDetail.h"
+#include "workbench/pages/SuspectDetail.h"
 
-#include "PlainBindings.h"
-#include "RecordPage.h"
-#include "base/Error.h"
-#include "base/Guard.h"
+#include "base/failure/Error.h"
+#include "base/failure/Guard.h"
 #include "component/ClassRegister.h"
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Caches.h"
 #include "sections/SuspRelList.h"
-#include "widgets/ListView.h"
+#include "widgets/lists/ListView.h"
+#include "workbench/bindings/PlainBindings.h"
+#include "workbench/pages/RecordPage.h"
 
 #include <QAbstractItemModel>
 #include <QGridLayout>

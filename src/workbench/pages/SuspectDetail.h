@@ -1,8 +1,8 @@
 #pragma once
 
-#include "CodeBinding.h"
-#include "FormLoading.h"
-#include "host/Record.h"
+#include "host/records/Record.h"
+#include "workbench/bindings/CodeBinding.h"
+#include "workbench/pages/FormLoading.h"
 
 #include <QWidget>
 

@@ -1,10 +1,10 @@
-#include "SuspectsPage.h"
+#include "workbench/pages/SuspectsPage.h"
 
-#include "FormLoading.h"
-#include "SuspectDetail.h"
-#include "Theme.h"
-#include "base/Guard.h"
-#include "base/Variant.h"
+#include "base/failure/Guard.h"
+#include "base/values/Variant.h"
+#include "workbench/application/Theme.h"
+#include "workbench/pages/FormLoading.h"
+#include "workbench/pages/SuspectDetail.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

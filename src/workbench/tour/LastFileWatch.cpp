@@ -1,4 +1,4 @@
-#include "LastFileWatch.h"
+#include "workbench/tour/LastFileWatch.h"
 
 #include <QApplication>
 #include <QEvent>

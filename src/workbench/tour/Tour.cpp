@@ -1,7 +1,7 @@
-#include "Tour.h"
+#include "workbench/tour/Tour.h"
 
-#include "TourSteps.h"
-#include "base/Error.h"
+#include "base/failure/Error.h"
+#include "workbench/tour/TourSteps.h"
 
 #include <QDir>
 #include <QFile>

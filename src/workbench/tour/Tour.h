@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Options.h"
+#include "workbench/application/Options.h"
 
 namespace tavrin::workbench {
 

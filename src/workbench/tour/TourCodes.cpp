@@ -1,8 +1,8 @@
-#include "TourSteps.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "lookup/AutoCompleteField.h"
-#include "widgets/DropDownList.h"
-#include "widgets/TextBox.h"
+#include "widgets/boxes/TextBox.h"
+#include "widgets/lists/DropDownList.h"
+#include "workbench/tour/TourSteps.h"
 
 #include <QApplication>
 #include <QLabel>

@@ -1,7 +1,7 @@
-#include "TourDriver.h"
+#include "workbench/tour/TourDriver.h"
 
-#include "base/Error.h"
-#include "base/Guard.h"
+#include "base/failure/Error.h"
+#include "base/failure/Guard.h"
 
 #include <QApplication>
 #include <QDir>

@@ -1,12 +1,12 @@
-#include "PickerRow.h"
-#include "TourSteps.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "lookup/AgencyPicker.h"
 #include "lookup/NibrsOffensePicker.h"
 #include "sections/MultiValue.h"
-#include "widgets/FlatOptionButton.h"
-#include "widgets/ListBox.h"
-#include "widgets/TextBox.h"
+#include "widgets/boxes/FlatOptionButton.h"
+#include "widgets/boxes/TextBox.h"
+#include "widgets/lists/ListBox.h"
+#include "workbench/pages/PickerRow.h"
+#include "workbench/tour/TourSteps.h"
 
 #include <QApplication>
 #include <QLineEdit>

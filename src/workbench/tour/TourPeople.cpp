@@ -1,8 +1,8 @@
-#include "PickerRow.h"
-#include "TourSteps.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "lookup/SearchPicker.h"
-#include "widgets/SuggestionView.h"
+#include "widgets/search_box/SuggestionView.h"
+#include "workbench/pages/PickerRow.h"
+#include "workbench/tour/TourSteps.h"
 
 #include <QLineEdit>
 

@@ -1,6 +1,6 @@
-#include "TourSteps.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "lookup/AutoCompleteField.h"
+#include "workbench/tour/TourSteps.h"
 
 #include <QLineEdit>
 #include <QPlainTextEdit>

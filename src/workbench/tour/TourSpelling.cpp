@@ -1,7 +1,7 @@
-#include "TourSteps.h"
-#include "base/Variant.h"
-#include "widgets/ListView.h"
-#include "widgets/TextArea.h"
+#include "base/values/Variant.h"
+#include "widgets/boxes/TextArea.h"
+#include "widgets/lists/ListView.h"
+#include "workbench/tour/TourSteps.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,9 +1,9 @@
-#include "TourSteps.h"
+#include "workbench/tour/TourSteps.h"
 
-#include "PickerRows.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "lookup/SearchPicker.h"
-#include "widgets/SuggestionView.h"
+#include "widgets/search_box/SuggestionView.h"
+#include "workbench/pages/PickerRows.h"
 
 #include <QAbstractButton>
 #include <QApplication>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "MainWindow.h"
-#include "TourDriver.h"
-#include "Workspace.h"
+#include "workbench/application/Workspace.h"
+#include "workbench/tour/TourDriver.h"
+#include "workbench/windows/MainWindow.h"
 
 #include <QMessageBox>
 

@@ -1,8 +1,8 @@
-#include "TourSteps.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "lookup/TavrinDropdown.h"
 #include "sections/SuspRelList.h"
-#include "widgets/ListView.h"
+#include "widgets/lists/ListView.h"
+#include "workbench/tour/TourSteps.h"
 
 #include <QApplication>
 #include <QLineEdit>

@@ -1,4 +1,4 @@
-#include "IncidentModel.h"
+#include "workbench/windows/IncidentModel.h"
 
 namespace tavrin::workbench {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/RecordStore.h"
+#include "host/records/RecordStore.h"
 
 #include <QAbstractTableModel>
 

@@ -1,13 +1,13 @@
-#include "MainWindow.h"
+#include "workbench/windows/MainWindow.h"
 
-#include "IncidentModel.h"
-#include "RecordWindow.h"
-#include "Theme.h"
-#include "Workspace.h"
-#include "attachments/modAttachments.h"
-#include "base/Error.h"
-#include "base/Guard.h"
+#include "attachments/files/modAttachments.h"
+#include "base/failure/Error.h"
+#include "base/failure/Guard.h"
 #include "frame/desktop/Desktop.h"
+#include "workbench/application/Theme.h"
+#include "workbench/application/Workspace.h"
+#include "workbench/windows/IncidentModel.h"
+#include "workbench/windows/RecordWindow.h"
 
 #include <QCloseEvent>
 #include <QFileInfo>

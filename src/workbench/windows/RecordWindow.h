@@ -1,7 +1,7 @@
 #pragma once
 
-#include "RecordPage.h"
 #include "frame/desktop/Desktop.h"
+#include "workbench/pages/RecordPage.h"
 
 #include <QWidget>
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "base/Error.h"
+#include "base/failure/Error.h"
 #include "support/FakeHost.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
-#include "widgets/Label.h"
-#include "widgets/TextLink.h"
+#include "widgets/labels/Label.h"
+#include "widgets/labels/TextLink.h"
 
 #include <QApplication>
 #include <QDir>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/Error.h"
+#include "base/failure/Error.h"
 #include "support/FakeDesktop.h"
 #include "support/FakeHost.h"
 

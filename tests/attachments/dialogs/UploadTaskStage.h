@@ -1,12 +1,12 @@
 #pragma once
 
-#include "UploadStage.h"
-#include "attachments/FileUpload.h"
-#include "attachments/frmUploadTask.h"
+#include "attachments/dialogs/FileUpload.h"
+#include "attachments/dialogs/UploadStage.h"
+#include "attachments/dialogs/frmUploadTask.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
-#include "widgets/FlowPanel.h"
-#include "widgets/ScrollPanel.h"
+#include "widgets/panels/FlowPanel.h"
+#include "widgets/panels/ScrollPanel.h"
 
 #include <QApplication>
 #include <QPointer>

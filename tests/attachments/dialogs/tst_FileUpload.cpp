@@ -1,12 +1,12 @@
-#include "UploadStage.h"
-#include "attachments/FileUpload.h"
-#include "attachments/StoredName.h"
-#include "attachments/TransferBar.h"
-#include "attachments/UploadIcon.h"
+#include "attachments/dialogs/FileUpload.h"
+#include "attachments/dialogs/TransferBar.h"
+#include "attachments/dialogs/UploadIcon.h"
+#include "attachments/dialogs/UploadStage.h"
+#include "attachments/files/StoredName.h"
+#include "support/Looks.h"
 #include "support/TestCase.h"
-#include "widgets/Label.h"
-#include "widgets/Looks.h"
-#include "widgets/WrapLabel.h"
+#include "widgets/labels/Label.h"
+#include "widgets/labels/WrapLabel.h"
 
 #include <QAccessible>
 #include <QApplication>

@@ -1,6 +1,6 @@
-#include "DownloadStage.h"
-#include "attachments/frmDownloadAllTask.h"
-#include "base/FileWriter.h"
+#include "attachments/dialogs/DownloadStage.h"
+#include "attachments/dialogs/frmDownloadAllTask.h"
+#include "base/files/FileWriter.h"
 
 #include <QProcess>
 

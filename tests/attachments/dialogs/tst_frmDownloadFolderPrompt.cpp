@@ -1,8 +1,8 @@
-#include "attachments/frmDownloadFolderPrompt.h"
+#include "attachments/dialogs/frmDownloadFolderPrompt.h"
 #include "frame/modUtils.h"
 #include "support/NextModal.h"
 #include "support/TestCase.h"
-#include "widgets/TextBox.h"
+#include "widgets/boxes/TextBox.h"
 
 #include <QLabel>
 #include <QPushButton>

@@ -1,5 +1,5 @@
-#include "DownloadStage.h"
-#include "attachments/frmDownloadTask.h"
+#include "attachments/dialogs/DownloadStage.h"
+#include "attachments/dialogs/frmDownloadTask.h"
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;

@@ -1,7 +1,7 @@
-#include "UploadTaskStage.h"
+#include "attachments/dialogs/UploadTaskStage.h"
 #include "support/NextModal.h"
 #include "support/TickingClock.h"
-#include "widgets/WrapLabel.h"
+#include "widgets/labels/WrapLabel.h"
 
 #include <QPushButton>
 

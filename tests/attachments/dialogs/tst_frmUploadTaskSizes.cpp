@@ -1,5 +1,5 @@
-#include "UploadTaskStage.h"
-#include "widgets/WrapLabel.h"
+#include "attachments/dialogs/UploadTaskStage.h"
+#include "widgets/labels/WrapLabel.h"
 
 #include <QPushButton>
 #include <QScopeGuard>

@@ -1,6 +1,6 @@
-#include "attachments/ModuleKey.h"
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "attachments/files/ModuleKey.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 #include "support/FakeRecords.h"
 #include "support/TestCase.h"
 

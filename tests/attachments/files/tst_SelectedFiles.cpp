@@ -1,4 +1,4 @@
-#include "attachments/SelectedFiles.h"
+#include "attachments/files/SelectedFiles.h"
 #include "support/TestCase.h"
 
 using namespace Qt::StringLiterals;

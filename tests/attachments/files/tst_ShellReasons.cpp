@@ -1,5 +1,5 @@
-#include "attachments/ShellReasons.h"
-#include "base/Error.h"
+#include "attachments/files/ShellReasons.h"
+#include "base/failure/Error.h"
 #include "support/FakeDesktop.h"
 #include "support/TestCase.h"
 

@@ -1,5 +1,5 @@
-#include "attachments/StoredName.h"
-#include "base/Error.h"
+#include "attachments/files/StoredName.h"
+#include "base/failure/Error.h"
 #include "support/FakeDesktop.h"
 #include "support/TestCase.h"
 #include "support/TickingClock.h"

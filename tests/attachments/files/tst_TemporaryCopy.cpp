@@ -1,5 +1,5 @@
-#include "attachments/TemporaryCopy.h"
-#include "base/Error.h"
+#include "attachments/files/TemporaryCopy.h"
+#include "base/failure/Error.h"
 #include "support/TestCase.h"
 
 #include <QDir>

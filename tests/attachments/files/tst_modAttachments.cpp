@@ -1,5 +1,5 @@
-#include "AttachmentRows.h"
-#include "attachments/modAttachments.h"
+#include "attachments/AttachmentRows.h"
+#include "attachments/files/modAttachments.h"
 #include "support/FakeHost.h"
 #include "support/TestCase.h"
 

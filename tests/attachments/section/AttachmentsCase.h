@@ -1,6 +1,6 @@
 #pragma once
 
-#include "AttachmentsForm.h"
+#include "attachments/section/AttachmentsForm.h"
 
 #include <optional>
 

@@ -1,21 +1,21 @@
 #pragma once
 
-#include "attachments/Attachments.h"
-#include "base/Variant.h"
+#include "attachments/section/Attachments.h"
+#include "base/values/Variant.h"
 #include "support/FakeDesktop.h"
 #include "support/FakeHost.h"
 #include "support/Keys.h"
 #include "support/NextModal.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
-#include "widgets/CheckBox.h"
-#include "widgets/GroupBox.h"
-#include "widgets/Label.h"
-#include "widgets/ListView.h"
-#include "widgets/PopupMenu.h"
-#include "widgets/TextArea.h"
-#include "widgets/TextBox.h"
-#include "widgets/TextLink.h"
+#include "widgets/boxes/CheckBox.h"
+#include "widgets/boxes/TextArea.h"
+#include "widgets/boxes/TextBox.h"
+#include "widgets/labels/Label.h"
+#include "widgets/labels/TextLink.h"
+#include "widgets/lists/ListView.h"
+#include "widgets/panels/GroupBox.h"
+#include "widgets/panels/PopupMenu.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,16 +1,16 @@
 #pragma once
 
-#include "attachments/Attachments.h"
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "attachments/section/Attachments.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 #include "support/FakeDesktop.h"
 #include "support/FakeHost.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
-#include "widgets/GroupBox.h"
-#include "widgets/Label.h"
-#include "widgets/ListView.h"
-#include "widgets/TextBox.h"
+#include "widgets/boxes/TextBox.h"
+#include "widgets/labels/Label.h"
+#include "widgets/lists/ListView.h"
+#include "widgets/panels/GroupBox.h"
 
 #include <QDateTime>
 #include <QLineEdit>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "AttachmentsForm.h"
-#include "attachments/UndoLine.h"
+#include "attachments/section/AttachmentsForm.h"
+#include "attachments/section/UndoLine.h"
 
 #include <functional>
 

@@ -1,5 +1,5 @@
-#include "AttachmentsForm.h"
-#include "attachments/frmDownloadFolderPrompt.h"
+#include "attachments/dialogs/frmDownloadFolderPrompt.h"
+#include "attachments/section/AttachmentsForm.h"
 
 #include <QDropEvent>
 #include <QMimeData>

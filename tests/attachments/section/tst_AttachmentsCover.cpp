@@ -1,6 +1,6 @@
-#include "AttachmentRows.h"
-#include "AttachmentsCase.h"
-#include "attachments/CoverImage.h"
+#include "attachments/AttachmentRows.h"
+#include "attachments/section/AttachmentsCase.h"
+#include "attachments/section/CoverImage.h"
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;

@@ -1,4 +1,4 @@
-#include "AttachmentsCase.h"
+#include "attachments/section/AttachmentsCase.h"
 #include "support/OtherDensity.h"
 
 #include <QScrollBar>

@@ -1,4 +1,4 @@
-#include "AttachmentsStage.h"
+#include "attachments/section/AttachmentsStage.h"
 
 #include <QAccessible>
 #include <QHeaderView>

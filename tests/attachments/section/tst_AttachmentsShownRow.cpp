@@ -1,4 +1,4 @@
-#include "AttachmentsForm.h"
+#include "attachments/section/AttachmentsForm.h"
 
 #include <QFileInfo>
 

@@ -1,4 +1,4 @@
-#include "AttachmentsCase.h"
+#include "attachments/section/AttachmentsCase.h"
 
 #include <functional>
 

@@ -1,4 +1,4 @@
-#include "AttachmentsUndoForm.h"
+#include "attachments/section/AttachmentsUndoForm.h"
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;

@@ -1,12 +1,12 @@
-#include "AttachmentRows.h"
-#include "attachments/CoverImage.h"
+#include "attachments/AttachmentRows.h"
+#include "attachments/section/CoverImage.h"
 #include "component/ClassRegister.h"
 #include "support/FakeDesktop.h"
 #include "support/FakeHost.h"
 #include "support/OtherDensity.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
-#include "widgets/Label.h"
+#include "widgets/labels/Label.h"
 
 #include <QAccessible>
 #include <QApplication>

@@ -1,5 +1,5 @@
-#include "AttachmentsStage.h"
-#include "attachments/PrimaryRule.h"
+#include "attachments/section/AttachmentsStage.h"
+#include "attachments/section/PrimaryRule.h"
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;

@@ -1,5 +1,5 @@
-#include "base/Error.h"
-#include "base/Event.h"
+#include "base/failure/Error.h"
+#include "base/failure/Event.h"
 #include "support/TestCase.h"
 
 #include <memory>

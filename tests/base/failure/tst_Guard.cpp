@@ -1,4 +1,4 @@
-#include "base/Guard.h"
+#include "base/failure/Guard.h"
 #include "support/TestCase.h"
 
 #include <QTimer>

@@ -1,4 +1,4 @@
-#include "base/FileReader.h"
+#include "base/files/FileReader.h"
 #include "support/TestCase.h"
 #include "support/TestFiles.h"
 

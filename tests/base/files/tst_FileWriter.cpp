@@ -1,5 +1,5 @@
-#include "base/Error.h"
-#include "base/FileWriter.h"
+#include "base/failure/Error.h"
+#include "base/files/FileWriter.h"
 #include "support/TestCase.h"
 
 #include <QDateTime>

@@ -1,6 +1,6 @@
-#include "base/Error.h"
-#include "base/FileWriter.h"
-#include "base/LocalFiles.h"
+#include "base/failure/Error.h"
+#include "base/files/FileWriter.h"
+#include "base/files/LocalFiles.h"
 #include "support/TestCase.h"
 
 #include <QDir>

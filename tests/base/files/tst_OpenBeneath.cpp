@@ -1,4 +1,4 @@
-#include "base/OpenBeneath.h"
+#include "base/files/OpenBeneath.h"
 #include "support/TestCase.h"
 
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "base/Sha256.h"
+#include "base/files/Sha256.h"
 #include "support/TestCase.h"
 
 #include <QCryptographicHash>

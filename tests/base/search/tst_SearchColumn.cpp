@@ -1,5 +1,5 @@
-#include "base/SearchColumn.h"
-#include "base/SearchPlan.h"
+#include "base/search/SearchColumn.h"
+#include "base/search/SearchPlan.h"
 #include "support/TestCase.h"
 
 #include <QRandomGenerator>

@@ -1,4 +1,4 @@
-#include "base/SearchPlan.h"
+#include "base/search/SearchPlan.h"
 #include "support/TestCase.h"
 
 #include <cmath>

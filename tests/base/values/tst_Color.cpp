@@ -1,4 +1,4 @@
-#include "base/Color.h"
+#include "base/values/Color.h"
 #include "support/TestCase.h"
 
 using tavrin::Color;

@@ -1,5 +1,5 @@
-#include "base/Error.h"
-#include "base/Font.h"
+#include "base/failure/Error.h"
+#include "base/values/Font.h"
 #include "support/TestCase.h"
 
 #include <QApplication>

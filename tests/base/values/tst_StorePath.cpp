@@ -1,4 +1,4 @@
-#include "base/StorePath.h"
+#include "base/values/StorePath.h"
 #include "support/TestCase.h"
 
 using namespace Qt::StringLiterals;

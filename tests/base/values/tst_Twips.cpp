@@ -1,4 +1,4 @@
-#include "base/Twips.h"
+#include "base/values/Twips.h"
 #include "support/TestCase.h"
 
 using tavrin::ScaleMode;

@@ -1,6 +1,6 @@
-#include "base/Color.h"
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Color.h"
+#include "base/values/Variant.h"
 #include "support/TestCase.h"
 
 #include <QDate>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "base/Error.h"
-#include "base/SearchPlan.h"
-#include "base/XmlDocument.h"
+#include "base/failure/Error.h"
+#include "base/search/SearchPlan.h"
+#include "base/xml/XmlDocument.h"
 
 #include <QStringList>
 

@@ -1,5 +1,5 @@
-#include "base/Error.h"
-#include "base/XmlDocument.h"
+#include "base/failure/Error.h"
+#include "base/xml/XmlDocument.h"
 #include "support/TestCase.h"
 
 using tavrin::Error;

@@ -1,5 +1,5 @@
-#include "base/Error.h"
-#include "base/XmlNodes.h"
+#include "base/failure/Error.h"
+#include "base/xml/XmlNodes.h"
 #include "support/TestCase.h"
 
 #include <algorithm>

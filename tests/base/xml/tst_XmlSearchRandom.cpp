@@ -1,4 +1,4 @@
-#include "SearchCases.h"
+#include "base/xml/SearchCases.h"
 #include "support/TestCase.h"
 
 #include <QRandomGenerator>

@@ -1,4 +1,4 @@
-#include "base/Error.h"
+#include "base/failure/Error.h"
 #include "frame/control_frame/ControlRegister.h"
 #include "support/ProbeControl.h"
 #include "support/TestCase.h"

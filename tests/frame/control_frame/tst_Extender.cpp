@@ -1,4 +1,4 @@
-#include "base/Error.h"
+#include "base/failure/Error.h"
 #include "frame/control_frame/Extender.h"
 #include "support/FakeHost.h"
 #include "support/ProbeControl.h"

@@ -1,4 +1,4 @@
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "support/ProbeControl.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"

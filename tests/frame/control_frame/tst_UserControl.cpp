@@ -1,5 +1,5 @@
-#include "base/Guard.h"
-#include "base/Variant.h"
+#include "base/failure/Guard.h"
+#include "base/values/Variant.h"
 #include "support/ProbeControl.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"

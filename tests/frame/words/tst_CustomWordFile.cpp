@@ -1,4 +1,4 @@
-#include "frame/CustomWordFile.h"
+#include "frame/words/CustomWordFile.h"
 #include "support/TestCase.h"
 #include "support/TestFiles.h"
 

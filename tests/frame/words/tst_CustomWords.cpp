@@ -1,4 +1,4 @@
-#include "frame/CustomWords.h"
+#include "frame/words/CustomWords.h"
 #include "support/TestCase.h"
 #include "support/TestFiles.h"
 

@@ -1,4 +1,4 @@
-#include "frame/SpellingDictionary.h"
+#include "frame/words/SpellingDictionary.h"
 #include "support/TestCase.h"
 #include "support/TestFiles.h"
 

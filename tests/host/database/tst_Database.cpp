@@ -1,8 +1,8 @@
-#include "HostTestSupport.h"
-#include "base/Variant.h"
-#include "host/Database.h"
-#include "host/DatabaseFile.h"
-#include "host/HostRows.h"
+#include "base/values/Variant.h"
+#include "host/HostTestSupport.h"
+#include "host/database/Database.h"
+#include "host/database/DatabaseFile.h"
+#include "host/lists/HostRows.h"
 
 #include <QScopeGuard>
 

@@ -1,7 +1,7 @@
-#include "HostTestSupport.h"
-#include "host/HostLists.h"
-#include "host/Migrations.h"
-#include "host/RecordStore.h"
+#include "host/HostTestSupport.h"
+#include "host/database/Migrations.h"
+#include "host/lists/HostLists.h"
+#include "host/records/RecordStore.h"
 
 using namespace tavrin;
 using namespace tavrin::test;

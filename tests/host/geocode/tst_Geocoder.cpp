@@ -1,5 +1,5 @@
-#include "HostTestSupport.h"
-#include "host/Geocoder.h"
+#include "host/HostTestSupport.h"
+#include "host/geocode/Geocoder.h"
 
 using namespace tavrin;
 using namespace tavrin::test;

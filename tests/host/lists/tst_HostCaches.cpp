@@ -1,7 +1,7 @@
-#include "HostCase.h"
-#include "host/HostCaches.h"
-#include "host/ReferenceHost.h"
-#include "host/SampleData.h"
+#include "host/HostCase.h"
+#include "host/lists/HostCaches.h"
+#include "host/samples/SampleData.h"
+#include "host/services/ReferenceHost.h"
 
 using namespace tavrin;
 using namespace tavrin::test;

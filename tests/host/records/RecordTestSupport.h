@@ -1,7 +1,7 @@
 #pragma once
 
-#include "HostTestSupport.h"
-#include "host/RecordStore.h"
+#include "host/HostTestSupport.h"
+#include "host/records/RecordStore.h"
 
 #include <QSqlRecord>
 

@@ -1,5 +1,5 @@
-#include "HostCase.h"
-#include "RecordTestSupport.h"
+#include "host/HostCase.h"
+#include "host/records/RecordTestSupport.h"
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;

@@ -1,9 +1,9 @@
-#include "HostCase.h"
-#include "RecordTestSupport.h"
-#include "attachments/Attachments.h"
+#include "attachments/section/Attachments.h"
+#include "host/HostCase.h"
+#include "host/records/RecordTestSupport.h"
 #include "support/FakeDesktop.h"
 #include "support/FakeHost.h"
-#include "widgets/ListView.h"
+#include "widgets/lists/ListView.h"
 
 #include <QTest>
 

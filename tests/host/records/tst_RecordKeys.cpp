@@ -1,5 +1,5 @@
-#include "RecordTestSupport.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
+#include "host/records/RecordTestSupport.h"
 
 using namespace tavrin;
 using namespace tavrin::test;

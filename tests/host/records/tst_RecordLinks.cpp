@@ -1,8 +1,8 @@
-#include "HostCase.h"
-#include "RecordTestSupport.h"
-#include "base/Error.h"
-#include "host/ChildRows.h"
-#include "host/PartOfRecord.h"
+#include "base/failure/Error.h"
+#include "host/HostCase.h"
+#include "host/records/ChildRows.h"
+#include "host/records/PartOfRecord.h"
+#include "host/records/RecordTestSupport.h"
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;

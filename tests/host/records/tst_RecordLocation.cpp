@@ -1,4 +1,4 @@
-#include "RecordTestSupport.h"
+#include "host/records/RecordTestSupport.h"
 
 using namespace tavrin;
 using namespace tavrin::test;

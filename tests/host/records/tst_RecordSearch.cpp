@@ -1,5 +1,5 @@
-#include "HostTestSupport.h"
-#include "host/RecordStore.h"
+#include "host/HostTestSupport.h"
+#include "host/records/RecordStore.h"
 
 using namespace tavrin;
 using namespace tavrin::test;

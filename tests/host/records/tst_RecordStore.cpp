@@ -1,6 +1,6 @@
-#include "RecordTestSupport.h"
-#include "base/Variant.h"
-#include "host/HostRows.h"
+#include "base/values/Variant.h"
+#include "host/lists/HostRows.h"
+#include "host/records/RecordTestSupport.h"
 
 using namespace tavrin;
 using namespace tavrin::test;

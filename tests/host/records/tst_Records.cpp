@@ -1,6 +1,6 @@
-#include "HostTestSupport.h"
-#include "base/Variant.h"
-#include "host/Record.h"
+#include "base/values/Variant.h"
+#include "host/HostTestSupport.h"
+#include "host/records/Record.h"
 
 using namespace tavrin;
 using namespace tavrin::test;

@@ -1,5 +1,5 @@
-#include "HostTestSupport.h"
-#include "host/Generator.h"
+#include "host/HostTestSupport.h"
+#include "host/samples/Generator.h"
 
 #include <QSet>
 

@@ -1,7 +1,7 @@
-#include "HostTestSupport.h"
-#include "base/Variant.h"
-#include "host/RecordStore.h"
-#include "host/SampleData.h"
+#include "base/values/Variant.h"
+#include "host/HostTestSupport.h"
+#include "host/records/RecordStore.h"
+#include "host/samples/SampleData.h"
 
 #include <QDirIterator>
 

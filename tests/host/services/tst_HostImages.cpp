@@ -1,6 +1,6 @@
-#include "HostTestSupport.h"
-#include "host/HostImages.h"
-#include "host/HostListFilling.h"
+#include "host/HostTestSupport.h"
+#include "host/lists/HostListFilling.h"
+#include "host/services/HostImages.h"
 
 #include <QBuffer>
 #include <QtEndian>

@@ -1,9 +1,9 @@
-#include "HostCase.h"
-#include "host/RecordStore.h"
-#include "host/ReferenceHost.h"
-#include "host/SampleData.h"
+#include "host/HostCase.h"
+#include "host/records/RecordStore.h"
+#include "host/samples/SampleData.h"
+#include "host/services/ReferenceHost.h"
 #include "support/FakeDropdown.h"
-#include "widgets/GridCombo.h"
+#include "widgets/grid_combo/GridCombo.h"
 
 #include <QScopeGuard>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "HostCase.h"
-#include "base/FileWriter.h"
-#include "host/AttachmentStore.h"
+#include "base/files/FileWriter.h"
+#include "host/HostCase.h"
+#include "host/store/AttachmentStore.h"
 
 #include <QDeadlineTimer>
 #include <QDir>

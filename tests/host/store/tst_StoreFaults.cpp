@@ -1,4 +1,4 @@
-#include "StoreTestSupport.h"
+#include "host/store/StoreTestSupport.h"
 
 #include <QElapsedTimer>
 #include <QProcess>

@@ -1,7 +1,7 @@
-#include "HostTestSupport.h"
-#include "base/FileWriter.h"
-#include "host/AttachmentStore.h"
-#include "host/Thumbnails.h"
+#include "base/files/FileWriter.h"
+#include "host/HostTestSupport.h"
+#include "host/store/AttachmentStore.h"
+#include "host/store/Thumbnails.h"
 #include "pictures/PictureReading.h"
 #include "pictures/ThumbnailMaker.h"
 

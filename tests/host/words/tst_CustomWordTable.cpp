@@ -1,7 +1,7 @@
-#include "HostCase.h"
-#include "base/Descriptor.h"
-#include "frame/CustomWords.h"
+#include "base/files/Descriptor.h"
 #include "frame/host_contracts/RemovableWord.h"
+#include "frame/words/CustomWords.h"
+#include "host/HostCase.h"
 #include "support/TestFiles.h"
 
 #include <sys/file.h>

@@ -1,6 +1,6 @@
-#include "HostCase.h"
-#include "frame/SpellingDictionary.h"
-#include "host/InstalledDictionary.h"
+#include "frame/words/SpellingDictionary.h"
+#include "host/HostCase.h"
+#include "host/words/InstalledDictionary.h"
 #include "support/TestFiles.h"
 
 #include <sys/stat.h>

@@ -1,7 +1,7 @@
-#include "base/Error.h"
+#include "base/failure/Error.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
-#include "widgets/CheckBox.h"
+#include "widgets/boxes/CheckBox.h"
 
 #include <QAccessible>
 #include <QPointer>

@@ -1,8 +1,8 @@
-#include "base/Error.h"
+#include "base/failure/Error.h"
+#include "support/Looks.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
-#include "widgets/FlatOptionButton.h"
-#include "widgets/Looks.h"
+#include "widgets/boxes/FlatOptionButton.h"
 
 #include <QAccessible>
 #include <QPointer>

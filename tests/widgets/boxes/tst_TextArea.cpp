@@ -1,6 +1,6 @@
 #include "support/Keys.h"
 #include "support/TestCase.h"
-#include "widgets/TextArea.h"
+#include "widgets/boxes/TextArea.h"
 
 #include <QApplication>
 #include <QClipboard>

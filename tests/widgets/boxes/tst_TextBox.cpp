@@ -1,9 +1,9 @@
-#include "base/Error.h"
-#include "base/Guard.h"
+#include "base/failure/Error.h"
+#include "base/failure/Guard.h"
 #include "support/Keys.h"
 #include "support/TestCase.h"
-#include "widgets/KeyCodes.h"
-#include "widgets/TextBox.h"
+#include "widgets/boxes/KeyCodes.h"
+#include "widgets/boxes/TextBox.h"
 
 #include <QApplication>
 #include <QInputMethodEvent>

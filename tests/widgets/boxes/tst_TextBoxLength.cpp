@@ -1,6 +1,6 @@
 #include "support/Keys.h"
 #include "support/TestCase.h"
-#include "widgets/TextBox.h"
+#include "widgets/boxes/TextBox.h"
 
 #include <QApplication>
 #include <QClipboard>

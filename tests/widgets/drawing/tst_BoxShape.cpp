@@ -1,6 +1,6 @@
+#include "support/Looks.h"
 #include "support/TestCase.h"
-#include "widgets/BoxShape.h"
-#include "widgets/Looks.h"
+#include "widgets/drawing/BoxShape.h"
 
 #include <QAccessible>
 #include <QPushButton>

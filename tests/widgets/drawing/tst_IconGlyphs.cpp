@@ -1,6 +1,6 @@
+#include "support/Looks.h"
 #include "support/TestCase.h"
-#include "widgets/IconGlyphs.h"
-#include "widgets/Looks.h"
+#include "widgets/drawing/IconGlyphs.h"
 
 #include <QImage>
 #include <QPainter>

@@ -1,7 +1,7 @@
 #include "frame/modUtils.h"
+#include "support/Looks.h"
 #include "support/TestCase.h"
-#include "widgets/Looks.h"
-#include "widgets/PictureSurface.h"
+#include "widgets/drawing/PictureSurface.h"
 
 #include <QFontDatabase>
 #include <QImage>

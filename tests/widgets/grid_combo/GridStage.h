@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/Variant.h"
-#include "widgets/GridComboBox.h"
+#include "base/values/Variant.h"
+#include "widgets/grid_combo/GridComboBox.h"
 
 #include <QLineEdit>
 #include <QTest>

@@ -1,7 +1,7 @@
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 #include "support/TestCase.h"
-#include "widgets/GridCombo.h"
+#include "widgets/grid_combo/GridCombo.h"
 
 using namespace Qt::StringLiterals;
 using tavrin::Error;

@@ -1,7 +1,7 @@
-#include "GridStage.h"
-#include "base/Error.h"
+#include "base/failure/Error.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
+#include "widgets/grid_combo/GridStage.h"
 
 #include <QAccessible>
 #include <QApplication>

@@ -1,8 +1,8 @@
-#include "GridStage.h"
-#include "base/Error.h"
+#include "base/failure/Error.h"
 #include "support/Keys.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
+#include "widgets/grid_combo/GridStage.h"
 
 #include <QApplication>
 #include <QClipboard>

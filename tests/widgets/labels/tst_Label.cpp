@@ -1,6 +1,6 @@
+#include "support/Looks.h"
 #include "support/TestCase.h"
-#include "widgets/Label.h"
-#include "widgets/Looks.h"
+#include "widgets/labels/Label.h"
 
 #include <QAccessible>
 #include <QLineEdit>

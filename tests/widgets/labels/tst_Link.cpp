@@ -1,7 +1,7 @@
+#include "support/Looks.h"
 #include "support/TestCase.h"
-#include "widgets/IconGlyphs.h"
-#include "widgets/Link.h"
-#include "widgets/Looks.h"
+#include "widgets/drawing/IconGlyphs.h"
+#include "widgets/labels/Link.h"
 
 #include <QAccessible>
 #include <QPushButton>

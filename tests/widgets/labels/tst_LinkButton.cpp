@@ -1,9 +1,9 @@
-#include "base/Error.h"
+#include "base/failure/Error.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
-#include "widgets/IconGlyphs.h"
-#include "widgets/Link.h"
-#include "widgets/TextLink.h"
+#include "widgets/drawing/IconGlyphs.h"
+#include "widgets/labels/Link.h"
+#include "widgets/labels/TextLink.h"
 
 #include <QAccessible>
 #include <QPointer>

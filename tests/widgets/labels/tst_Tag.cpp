@@ -1,6 +1,6 @@
+#include "support/Looks.h"
 #include "support/TestCase.h"
-#include "widgets/Looks.h"
-#include "widgets/Tag.h"
+#include "widgets/labels/Tag.h"
 
 #include <QAccessible>
 #include <QMouseEvent>

@@ -1,6 +1,6 @@
+#include "support/Looks.h"
 #include "support/TestCase.h"
-#include "widgets/Looks.h"
-#include "widgets/TextLink.h"
+#include "widgets/labels/TextLink.h"
 
 #include <QAccessible>
 #include <QPushButton>

@@ -1,6 +1,6 @@
+#include "support/Looks.h"
 #include "support/TestCase.h"
-#include "widgets/Looks.h"
-#include "widgets/WrapLabel.h"
+#include "widgets/labels/WrapLabel.h"
 
 #include <QAccessible>
 

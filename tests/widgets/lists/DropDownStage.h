@@ -1,6 +1,6 @@
 #pragma once
 
-#include "widgets/DropDownList.h"
+#include "widgets/lists/DropDownList.h"
 
 #include <QFrame>
 #include <QLineEdit>

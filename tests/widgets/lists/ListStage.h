@@ -1,9 +1,9 @@
 #pragma once
 
-#include "base/Error.h"
+#include "base/failure/Error.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
-#include "widgets/ListView.h"
+#include "widgets/lists/ListView.h"
 
 #include <QLineEdit>
 #include <QPointer>

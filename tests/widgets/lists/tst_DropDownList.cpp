@@ -1,10 +1,10 @@
-#include "DropDownStage.h"
-#include "base/Error.h"
-#include "base/Guard.h"
+#include "base/failure/Error.h"
+#include "base/failure/Guard.h"
 #include "support/Keys.h"
 #include "support/TestCase.h"
-#include "widgets/DropDownList.h"
-#include "widgets/KeyCodes.h"
+#include "widgets/boxes/KeyCodes.h"
+#include "widgets/lists/DropDownList.h"
+#include "widgets/lists/DropDownStage.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

@@ -1,8 +1,8 @@
-#include "Looks.h"
-#include "base/Error.h"
+#include "base/failure/Error.h"
+#include "support/Looks.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
-#include "widgets/FlatDropdown.h"
+#include "widgets/lists/FlatDropdown.h"
 
 #include <QApplication>
 #include <QClipboard>

@@ -1,9 +1,9 @@
-#include "base/Error.h"
+#include "base/failure/Error.h"
 #include "support/Keys.h"
+#include "support/Looks.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
-#include "widgets/ListBox.h"
-#include "widgets/Looks.h"
+#include "widgets/lists/ListBox.h"
 
 #include <QAccessible>
 #include <QPushButton>

@@ -1,7 +1,7 @@
-#include "base/Error.h"
+#include "base/failure/Error.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
-#include "widgets/ListView.h"
+#include "widgets/lists/ListView.h"
 
 #include <QAccessible>
 #include <QHeaderView>

@@ -1,4 +1,4 @@
-#include "ListStage.h"
+#include "widgets/lists/ListStage.h"
 
 #include <QDropEvent>
 #include <QMimeData>

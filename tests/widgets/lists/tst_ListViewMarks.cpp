@@ -1,5 +1,5 @@
-#include "ListStage.h"
-#include "Looks.h"
+#include "support/Looks.h"
+#include "widgets/lists/ListStage.h"
 
 #include <QAccessible>
 #include <QHeaderView>

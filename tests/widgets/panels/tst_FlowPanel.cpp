@@ -1,5 +1,5 @@
 #include "support/TestCase.h"
-#include "widgets/FlowPanel.h"
+#include "widgets/panels/FlowPanel.h"
 
 using tavrin::FlowPanel;
 

@@ -1,6 +1,6 @@
+#include "support/Looks.h"
 #include "support/TestCase.h"
-#include "widgets/GroupBox.h"
-#include "widgets/Looks.h"
+#include "widgets/panels/GroupBox.h"
 
 #include <QAccessible>
 

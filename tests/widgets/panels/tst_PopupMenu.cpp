@@ -1,8 +1,8 @@
-#include "base/Error.h"
+#include "base/failure/Error.h"
 #include "support/Keys.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
-#include "widgets/PopupMenu.h"
+#include "widgets/panels/PopupMenu.h"
 
 #include <QPointer>
 #include <QTest>

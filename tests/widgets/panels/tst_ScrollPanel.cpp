@@ -1,5 +1,5 @@
 #include "support/TestCase.h"
-#include "widgets/ScrollPanel.h"
+#include "widgets/panels/ScrollPanel.h"
 
 #include <QPointer>
 #include <QScrollBar>

@@ -1,7 +1,7 @@
+#include "support/Looks.h"
 #include "support/TestCase.h"
-#include "widgets/Label.h"
-#include "widgets/Looks.h"
-#include "widgets/TipPanel.h"
+#include "widgets/labels/Label.h"
+#include "widgets/panels/TipPanel.h"
 
 #include <QPushButton>
 #include <QTest>

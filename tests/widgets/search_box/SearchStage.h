@@ -1,10 +1,10 @@
 #pragma once
 
-#include "base/Error.h"
+#include "base/failure/Error.h"
 #include "support/Keys.h"
-#include "widgets/AutoCompleteTextBox.h"
-#include "widgets/PictureSurface.h"
-#include "widgets/SuggestionView.h"
+#include "widgets/drawing/PictureSurface.h"
+#include "widgets/search_box/AutoCompleteTextBox.h"
+#include "widgets/search_box/SuggestionView.h"
 
 #include <QAction>
 #include <QDialog>

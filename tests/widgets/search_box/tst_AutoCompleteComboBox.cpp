@@ -1,9 +1,9 @@
-#include "SearchStage.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
-#include "widgets/AutoCompleteComboBox.h"
-#include "widgets/IconGlyphs.h"
-#include "widgets/Link.h"
+#include "widgets/drawing/IconGlyphs.h"
+#include "widgets/labels/Link.h"
+#include "widgets/search_box/AutoCompleteComboBox.h"
+#include "widgets/search_box/SearchStage.h"
 
 #include <QApplication>
 

@@ -1,5 +1,5 @@
-#include "SearchStage.h"
 #include "support/TestCase.h"
+#include "widgets/search_box/SearchStage.h"
 
 #include <QApplication>
 

@@ -1,6 +1,6 @@
-#include "SearchStage.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
+#include "widgets/search_box/SearchStage.h"
 
 #include <QApplication>
 #include <QClipboard>

@@ -1,7 +1,7 @@
-#include "SearchStage.h"
-#include "base/Guard.h"
+#include "base/failure/Guard.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
+#include "widgets/search_box/SearchStage.h"
 
 #include <QAccessible>
 #include <QImage>

@@ -1,5 +1,5 @@
-#include "host/Database.h"
-#include "host/SampleData.h"
+#include "host/database/Database.h"
+#include "host/samples/SampleData.h"
 #include "support/TestCase.h"
 
 #include <QDir>

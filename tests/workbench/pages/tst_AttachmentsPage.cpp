@@ -1,11 +1,11 @@
-#include "Site.h"
-#include "attachments/CoverImage.h"
-#include "base/Variant.h"
-#include "host/AttachmentStore.h"
+#include "attachments/section/CoverImage.h"
+#include "base/values/Variant.h"
+#include "host/store/AttachmentStore.h"
 #include "support/TestCase.h"
-#include "widgets/ListView.h"
-#include "widgets/TextArea.h"
-#include "workbench/MainWindow.h"
+#include "widgets/boxes/TextArea.h"
+#include "widgets/lists/ListView.h"
+#include "workbench/Site.h"
+#include "workbench/windows/MainWindow.h"
 
 #include <QDir>
 #include <QImage>

@@ -1,9 +1,9 @@
-#include "Site.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "lookup/AgencyPicker.h"
 #include "support/TestCase.h"
-#include "widgets/FlatOptionButton.h"
-#include "widgets/TextBox.h"
+#include "widgets/boxes/FlatOptionButton.h"
+#include "widgets/boxes/TextBox.h"
+#include "workbench/Site.h"
 
 #include <QListWidget>
 

@@ -1,11 +1,11 @@
-#include "Site.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "lookup/NibrsOffensePicker.h"
 #include "sections/MultiValue.h"
 #include "support/NextModal.h"
 #include "support/TestCase.h"
-#include "widgets/ListBox.h"
-#include "workbench/PickerRows.h"
+#include "widgets/lists/ListBox.h"
+#include "workbench/Site.h"
+#include "workbench/pages/PickerRows.h"
 
 #include <QListWidget>
 #include <QPushButton>

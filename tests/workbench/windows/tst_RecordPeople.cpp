@@ -1,8 +1,8 @@
-#include "Site.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "sections/SuspRelList.h"
 #include "support/TestCase.h"
-#include "widgets/ListView.h"
+#include "widgets/lists/ListView.h"
+#include "workbench/Site.h"
 
 #include <QListWidget>
 #include <QPushButton>

@@ -1,8 +1,8 @@
-#include "Site.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "support/TestCase.h"
-#include "widgets/SuggestionView.h"
-#include "workbench/PickerRows.h"
+#include "widgets/search_box/SuggestionView.h"
+#include "workbench/Site.h"
+#include "workbench/pages/PickerRows.h"
 
 #include <QCheckBox>
 #include <QListWidget>

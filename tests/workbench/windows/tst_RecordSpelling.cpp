@@ -1,12 +1,12 @@
-#include "Site.h"
-#include "base/Variant.h"
-#include "host/Statement.h"
+#include "base/values/Variant.h"
+#include "host/database/Statement.h"
 #include "spell/SpellingStage.h"
 #include "spell/modInstanceCounter.h"
 #include "support/TestCase.h"
-#include "widgets/ListView.h"
-#include "widgets/TextArea.h"
-#include "workbench/Theme.h"
+#include "widgets/boxes/TextArea.h"
+#include "widgets/lists/ListView.h"
+#include "workbench/Site.h"
+#include "workbench/application/Theme.h"
 
 #include <QListWidget>
 #include <QPlainTextEdit>

@@ -1,12 +1,12 @@
-#include "Site.h"
-#include "base/Variant.h"
+#include "base/values/Variant.h"
 #include "lookup/TavrinDropdown.h"
 #include "sections/SuspRelList.h"
 #include "support/Keys.h"
 #include "support/NextModal.h"
 #include "support/TestCase.h"
-#include "widgets/FlatDropdown.h"
-#include "widgets/ListView.h"
+#include "widgets/lists/FlatDropdown.h"
+#include "widgets/lists/ListView.h"
+#include "workbench/Site.h"
 
 #include <QListWidget>
 #include <QPushButton>

@@ -1,12 +1,12 @@
-#include "Site.h"
-#include "base/Error.h"
-#include "base/Variant.h"
+#include "base/failure/Error.h"
+#include "base/values/Variant.h"
 #include "lookup/AutoCompleteField.h"
 #include "support/TestCase.h"
-#include "widgets/DropDownList.h"
-#include "widgets/TextBox.h"
-#include "workbench/MainWindow.h"
-#include "workbench/Theme.h"
+#include "widgets/boxes/TextBox.h"
+#include "widgets/lists/DropDownList.h"
+#include "workbench/Site.h"
+#include "workbench/application/Theme.h"
+#include "workbench/windows/MainWindow.h"
 
 #include <QClipboard>
 #include <QComboBox>
