@@ -1,9 +1,6 @@
 #include "host/geocode/Geocoder.h"
 
-#include "base/values/Variant.h"
-#include "host/records/Record.h"
-
-#include <algorithm>
+#include <cmath>
 
 namespace tavrin {
 
@@ -42,12 +39,6 @@ QString keyOf(const QString& address, const QString& city)
     return streets.join(QLatin1Char('&')) + QLatin1Char('\n') + folded(city);
 }
 
-QString joined(const QString& address, const QString& city)
-{
-    const QString separator = address.isEmpty() || city.isEmpty() ? QString() : QStringLiteral(", ");
-    return address + separator + city;
-}
-
 /// One line of the table.
 class Line
 {
@@ -71,7 +62,7 @@ public:
         result.Latitude = coordinate("Latitude", 90);
         result.Longitude = coordinate("Longitude", 180);
         const QString match = m_table.text(m_row, QStringLiteral("Match"));
-        result.OutputAddress = match.isEmpty() ? joined(required("Address"), required("City")) : match;
+        result.OutputAddress = match.isEmpty() ? Geocoder::oneLine(required("Address"), required("City")) : match;
         const bool isIntersection = streetsOf(required("Address")).size() > 1;
         if (kind == QStringLiteral("exact")) {
             result.Accuracy = 1.0;
@@ -124,26 +115,6 @@ private:
     int m_row;
 };
 
-QVariant textOrNull(const QString& text)
-{
-    return text.isEmpty() ? Null() : QVariant(text);
-}
-
-/// The text of a column; "" where the row has none of this name.
-QString textOf(const RecordRow& row, const QString& column)
-{
-    return row.table().indexOf(column) < 0 ? QString() : ToText(row.cell(column).value());
-}
-
-bool geocodesOnSave(const RecordRow& location)
-{
-    const QString column = QStringLiteral("GeocodeOnSave");
-    if (location.table().indexOf(column) < 0)
-        return false;
-    const QVariant value = location.cell(column).value();
-    return !IsNull(value) && ToBoolean(value);
-}
-
 } // namespace
 
 Geocoder::Geocoder(const DataFiles& files)
@@ -171,50 +142,10 @@ GeocodeResult Geocoder::find(const QString& address, const QString& city) const
     return m_results.value(keyOf(address, city));
 }
 
-LocationFilling::LocationFilling(const Record& record, const Geocoder& geocoder)
+QString Geocoder::oneLine(const QString& address, const QString& city)
 {
-    const RecordRowPtr location = record.part(QStringLiteral("LocationName"));
-    if (!location || !geocodesOnSave(*location))
-        return;
-    const QString address = textOf(*record.mainRow(), Address).trimmed();
-    const QString city = textOf(*record.mainRow(), City).trimmed();
-    const QString input = joined(address, city);
-    const bool isSameAddress = textOf(*location, QStringLiteral("GeocodeInputAddress")) == input;
-    // What was found for this address before, and nobody has touched since, need not be looked up again.
-    const QVariant status = location->table().indexOf(QStringLiteral("GeocodeStatus")) < 0
-                                ? Null()
-                                : location->cell(QStringLiteral("GeocodeStatus")).value();
-    if (isSameAddress && !location->isChanged() && !location->IsNew() && !IsNull(status) &&
-        ToLong(status) == GeocodeResult::Found)
-        return;
-    const GeocodeResult result = geocoder.find(address, city);
-    const bool keepsCoordinates = result.Status == GeocodeResult::Failed && isSameAddress;
-    if (!keepsCoordinates) {
-        fillIn(*location, "Latitude", textOrNull(result.Latitude));
-        fillIn(*location, "Longitude", textOrNull(result.Longitude));
-    }
-    fillIn(*location, "GeocodeStatus", result.Status);
-    fillIn(*location, "GeocodeAccuracy", result.Accuracy ? QVariant(*result.Accuracy) : Null());
-    fillIn(*location, "GeocodeAccuracyType", textOrNull(result.AccuracyType));
-    fillIn(*location, "GeocodeError", textOrNull(result.Error));
-    fillIn(*location, "GeocodeInputAddress", textOrNull(input));
-    fillIn(*location, "GeocodeOutputAddress", textOrNull(result.OutputAddress));
-}
-
-LocationFilling::~LocationFilling()
-{
-    for (const auto& [cell, value] : m_before)
-        cell->fillIn(value);
-}
-
-void LocationFilling::fillIn(const RecordRow& location, const char* column, const QVariant& value)
-{
-    const QString name = QString::fromLatin1(column);
-    if (location.table().indexOf(name) < 0)
-        return;
-    FieldCell& cell = location.cell(name);
-    m_before.emplace_back(&cell, cell.value());
-    cell.fillIn(value);
+    const QString separator = address.isEmpty() || city.isEmpty() ? QString() : QStringLiteral(", ");
+    return address + separator + city;
 }
 
 } // namespace tavrin

@@ -2,7 +2,6 @@
 
 #include "base/failure/Error.h"
 #include "base/values/Variant.h"
-#include "host/samples/SampleIncidents.h"
 
 #include <optional>
 

@@ -12,6 +12,9 @@
 
 namespace tavrin {
 
+/// The code table of reporting codes.
+inline constexpr int OffenseCodeTable = 319;
+
 struct CodeTableRow
 {
     int TableNo = 0;

@@ -2,6 +2,7 @@
 
 #include "base/failure/Error.h"
 #include "base/values/Variant.h"
+#include "host/records/LocationFilling.h"
 #include "host/records/RecordSql.h"
 
 #include <QHash>

@@ -9,9 +9,6 @@
 
 namespace tavrin {
 
-/// The code table of reporting codes.
-inline constexpr int OffenseCodeTable = 319;
-
 /// What the rows of an incident may refer to.
 struct KnownCodes
 {
