@@ -3,6 +3,7 @@
 #include "lookup/SearchTerms.h"
 
 #include <QVariant>
+#include <QVariantList>
 
 #include <functional>
 #include <optional>

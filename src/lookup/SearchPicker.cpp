@@ -3,6 +3,8 @@
 #include "base/values/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 
+#include <QVariantList>
+
 namespace tavrin {
 
 namespace {

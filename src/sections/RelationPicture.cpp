@@ -1,5 +1,6 @@
 #include "sections/RelationPicture.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
 

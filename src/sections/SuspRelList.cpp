@@ -17,6 +17,7 @@
 #include <QEvent>
 #include <QFontMetrics>
 #include <QScopeGuard>
+#include <QVariantList>
 
 namespace tavrin {
 

@@ -14,6 +14,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QPaintEvent>
 #include <QPainter>
 
 #include <algorithm>

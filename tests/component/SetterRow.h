@@ -10,6 +10,7 @@
 #include "widgets/lists/FlatDropdown.h"
 
 #include <QDebug>
+#include <QVariantMap>
 
 #include <functional>
 #include <optional>

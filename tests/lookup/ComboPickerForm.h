@@ -13,6 +13,7 @@
 #include <QLineEdit>
 #include <QSignalSpy>
 #include <QTest>
+#include <QVariantList>
 
 namespace tavrin::test {
 
@@ -42,7 +43,7 @@ inline RecordParts employee(int number, const char* id, const char* name, const 
             {"IsK9Handler", k9 ? QStringLiteral("True") : QString()}};
 }
 
-inline XmlDocument sampleEmployees()
+inline XmlDocument comboEmployees()
 {
     return listOf("Employees", "Employee",
                   {employee(11, "A11", "Adams, Ann", "501", true),
@@ -184,7 +185,7 @@ struct ComboPickerForm
     explicit ComboPickerForm(int width = 300)
         : installation(host)
     {
-        host.state().employees = sampleEmployees();
+        host.state().employees = comboEmployees();
         host.state().offenses = sampleOffenses();
         picker = new Picker(&window);
         picker->setGeometry(20, 20, width, 30);

@@ -12,6 +12,7 @@
 #include "widgets/search_box/SuggestionView.h"
 
 #include <QTest>
+#include <QVariantList>
 
 namespace tavrin::test {
 

@@ -4,14 +4,16 @@
 #include "support/TestCase.h"
 #include "widgets/labels/Link.h"
 
+#include <QVariantList>
+
 using namespace tavrin;
 using namespace Qt::StringLiterals;
 using tavrin::test::bagOf;
+using tavrin::test::comboEmployees;
 using tavrin::test::FakeHost;
 using tavrin::test::keysOf;
 using tavrin::test::listOf;
 using tavrin::test::RecordParts;
-using tavrin::test::sampleEmployees;
 using Form = tavrin::test::ComboPickerForm<EmployeePicker>;
 
 namespace {
@@ -21,7 +23,7 @@ struct Site
     Site()
         : installation(host)
     {
-        host.state().employees = sampleEmployees();
+        host.state().employees = comboEmployees();
     }
     FakeHost host;
     HostInstallation installation;
@@ -324,7 +326,7 @@ private Q_SLOTS:
                 // own.
                 form.host.failWith(Error(u"no list"_s));
                 form.box->SelectItem(
-                    sampleEmployees().documentElement().selectSingleNode(u"Employee[OfficerNo=12]"_s));
+                    comboEmployees().documentElement().selectSingleNode(u"Employee[OfficerNo=12]"_s));
             } else {
                 form.hold(12);
             }

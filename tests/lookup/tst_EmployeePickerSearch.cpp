@@ -9,7 +9,6 @@ using namespace tavrin;
 using namespace Qt::StringLiterals;
 using tavrin::test::employee;
 using tavrin::test::listOf;
-using tavrin::test::sampleEmployees;
 using tavrin::test::Unhandled;
 using Form = tavrin::test::ComboPickerForm<EmployeePicker>;
 

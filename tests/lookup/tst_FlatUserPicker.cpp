@@ -2,6 +2,8 @@
 #include "lookup/FlatPickerForm.h"
 #include "support/TestCase.h"
 
+#include <QVariantList>
+
 using namespace tavrin;
 using namespace Qt::StringLiterals;
 using tavrin::test::Journal;

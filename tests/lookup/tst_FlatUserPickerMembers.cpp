@@ -4,6 +4,8 @@
 #include "support/Unhandled.h"
 #include "widgets/drawing/IconGlyphs.h"
 
+#include <QVariantList>
+
 using namespace tavrin;
 using namespace Qt::StringLiterals;
 using tavrin::test::Journal;

@@ -3,14 +3,16 @@
 #include "lookup/EmployeeList.h"
 #include "support/TestCase.h"
 
+#include <QVariantList>
+
 #include <array>
 
 using namespace tavrin;
 using namespace Qt::StringLiterals;
+using tavrin::test::comboEmployees;
 using tavrin::test::FakeHost;
 using tavrin::test::listOf;
 using tavrin::test::RecordParts;
-using tavrin::test::sampleEmployees;
 
 namespace {
 
@@ -43,7 +45,7 @@ struct Site
     Site()
         : installation(host)
     {
-        host.state().employees = sampleEmployees();
+        host.state().employees = comboEmployees();
     }
     int fetches() { return static_cast<int>(host.state().log.count(u"EmployeeListCache.Document"_s)); }
 

@@ -6,6 +6,7 @@
 #include "support/Unhandled.h"
 
 #include <QClipboard>
+#include <QVariantList>
 
 using namespace tavrin;
 using namespace Qt::StringLiterals;

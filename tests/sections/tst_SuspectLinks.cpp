@@ -6,6 +6,7 @@
 #include "support/TestCase.h"
 
 #include <QDate>
+#include <QVariantList>
 
 #include <random>
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/TestCase.h"
+
 #include <QCoreApplication>
 #include <QProcess>
 #include <QTest>
@@ -15,7 +17,7 @@ inline bool passesAtDensity(const QString& density)
     program.setProcessEnvironment(environment);
     program.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     program.start(QCoreApplication::applicationFilePath(),
-                  {QString::fromLatin1(QTest::currentTestFunction())});
+                  {TestUnit::running(), QString::fromLatin1(QTest::currentTestFunction())});
     constexpr int patience = 120'000;
     const bool hasEnded = program.waitForFinished(patience) && program.exitStatus() == QProcess::NormalExit;
     if (hasEnded && program.exitCode() == 0)

@@ -1,9 +1,24 @@
 #include "support/TestCase.h"
 
 #include <QApplication>
+#include <QMap>
 #include <QRegularExpression>
 
+#include <cstdio>
+
 namespace tavrin::test {
+
+namespace {
+
+QMap<QString, TestUnit::Main>& units()
+{
+    static QMap<QString, TestUnit::Main> units;
+    return units;
+}
+
+QString runningUnit;
+
+} // namespace
 
 void TestCase::failOnUnexpectedWarnings()
 {
@@ -30,6 +45,29 @@ int run(TestCase& testCase, int argc, char** argv)
     QApplication application(argc, argv);
     QApplication::setStyle(QStringLiteral("Fusion"));
     return QTest::qExec(&testCase, argc, argv);
+}
+
+TestUnit::TestUnit(const char* testCase, Main main)
+{
+    units().insert(QString::fromLatin1(testCase).mid(static_cast<qsizetype>(qstrlen("tst_"))), main);
+}
+
+int TestUnit::runNamed(int argc, char** argv)
+{
+    runningUnit = QString::fromLocal8Bit(argc > 1 ? argv[1] : "");
+    const Main main = units().value(runningUnit);
+    if (!main) {
+        std::fprintf(stderr, "usage: %s UNIT [TEST...], with one of these units:\n  %s\n", argv[0],
+                     qPrintable(units().keys().join(QStringLiteral("\n  "))));
+        return 2;
+    }
+    argv[1] = argv[0];
+    return main(argc - 1, argv + 1);
+}
+
+QString TestUnit::running()
+{
+    return runningUnit;
 }
 
 } // namespace tavrin::test

@@ -1,5 +1,6 @@
 #include "attachments/dialogs/TransferBar.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
 

@@ -3,6 +3,8 @@
 #include "base/values/Variant.h"
 #include "frame/host_contracts/HostObjects.h"
 
+#include <QVariantList>
+
 #include <algorithm>
 
 namespace tavrin {

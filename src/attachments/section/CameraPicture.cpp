@@ -1,5 +1,6 @@
 #include "attachments/section/CameraPicture.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
 

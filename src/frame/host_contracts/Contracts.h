@@ -3,6 +3,7 @@
 #include "frame/host_contracts/Records.h"
 
 #include <QVariant>
+#include <QVariantList>
 
 namespace tavrin {
 

@@ -4,6 +4,7 @@
 #include "base/values/Variant.h"
 
 #include <QDateTime>
+#include <QVariantList>
 
 namespace tavrin {
 

@@ -62,7 +62,8 @@ public:
         result.Latitude = coordinate("Latitude", 90);
         result.Longitude = coordinate("Longitude", 180);
         const QString match = m_table.text(m_row, QStringLiteral("Match"));
-        result.OutputAddress = match.isEmpty() ? Geocoder::oneLine(required("Address"), required("City")) : match;
+        result.OutputAddress =
+            match.isEmpty() ? Geocoder::oneLine(required("Address"), required("City")) : match;
         const bool isIntersection = streetsOf(required("Address")).size() > 1;
         if (kind == QStringLiteral("exact")) {
             result.Accuracy = 1.0;

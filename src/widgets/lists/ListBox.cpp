@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QStyledItemDelegate>
+#include <QTextDocument>
 #include <QToolTip>
 
 namespace tavrin {

@@ -3,6 +3,7 @@
 #include "widgets/drawing/Placement.h"
 #include "widgets/labels/Label.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
 

@@ -3,7 +3,9 @@
 #include "widgets/drawing/IconGlyphs.h"
 #include "widgets/labels/Link.h"
 
+#include <QEvent>
 #include <QPointer>
+#include <QResizeEvent>
 
 namespace tavrin {
 

@@ -6,6 +6,7 @@
 #include "workbench/application/Theme.h"
 
 #include <QDate>
+#include <QFocusEvent>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>

@@ -4,6 +4,8 @@
 #include "lookup/SearchPicker.h"
 #include "workbench/bindings/PickedValue.h"
 
+#include <QVariantList>
+
 class QCheckBox;
 class QHBoxLayout;
 class QPushButton;

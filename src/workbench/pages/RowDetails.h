@@ -5,6 +5,7 @@
 #include "host/records/Record.h"
 #include "workbench/bindings/PickedValue.h"
 
+#include <QVariantList>
 #include <QWidget>
 
 #include <optional>

@@ -25,6 +25,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QUrl>
+#include <QVariantList>
 
 #include <utility>
 

@@ -5,6 +5,7 @@
 #include "workbench/tour/TourSteps.h"
 
 #include <QCheckBox>
+#include <QVariantList>
 
 namespace tavrin::workbench {
 

@@ -5,6 +5,7 @@
 #include "workbench/tour/TourSteps.h"
 
 #include <QLineEdit>
+#include <QVariantList>
 
 namespace tavrin::workbench {
 

@@ -8,6 +8,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QListWidget>
+#include <QVariantList>
 
 #include <algorithm>
 

@@ -5,6 +5,7 @@
 #include "workbench/windows/MainWindow.h"
 
 #include <QMessageBox>
+#include <QVariantList>
 
 namespace tavrin {
 class SearchPicker;

@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QTest>
+#include <QVariantList>
 #include <QWindow>
 
 namespace tavrin::workbench {

@@ -424,7 +424,8 @@ private Q_SLOTS:
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(u"TMPDIR"_s, childsFiles.path());
         child.setProcessEnvironment(environment);
-        child.start(QCoreApplication::applicationFilePath(), {u"--run-until-killed"_s, stage.downloads});
+        child.start(QCoreApplication::applicationFilePath(),
+                    {test::TestUnit::running(), u"--run-until-killed"_s, stage.downloads});
         QVERIFY(child.waitForFinished());
         QCOMPARE(child.exitStatus(), QProcess::CrashExit);
         QCOMPARE(child.exitCode(), SIGKILL);
@@ -557,7 +558,7 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char** argv)
+static int runOrBeStarted(int argc, char** argv)
 {
     if (argc == 3 && qstrcmp(argv[1], "--run-until-killed") == 0) {
         const QApplication application(argc, argv);
@@ -566,4 +567,5 @@ int main(int argc, char** argv)
     tst_frmDownloadAllTask testCase;
     return tavrin::test::run(testCase, argc, argv);
 }
+TAVRIN_TEST_UNIT(tst_frmDownloadAllTask, runOrBeStarted)
 #include "tst_frmDownloadAllTask.moc"

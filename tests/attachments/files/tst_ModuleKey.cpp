@@ -4,6 +4,8 @@
 #include "support/FakeRecords.h"
 #include "support/TestCase.h"
 
+#include <QVariantList>
+
 using namespace Qt::StringLiterals;
 using namespace tavrin;
 using tavrin::test::FakeField;

@@ -3,6 +3,7 @@
 
 #include <QMetaClassInfo>
 #include <QStyle>
+#include <QVariantList>
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;

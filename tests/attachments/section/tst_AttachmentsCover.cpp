@@ -2,6 +2,8 @@
 #include "attachments/section/AttachmentsCase.h"
 #include "attachments/section/CoverImage.h"
 
+#include <QVariantList>
+
 using namespace Qt::StringLiterals;
 using namespace tavrin;
 

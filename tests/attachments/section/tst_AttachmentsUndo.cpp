@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QShortcut>
+#include <QVariantList>
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;

@@ -95,7 +95,8 @@ int moveWith(const QStringList& faults, const QString& from, const QString& to)
     QStringList arguments{u"-f"_s, u"-qq"_s, u"-o"_s, u"/dev/null"_s};
     for (const QString& fault : faults)
         arguments << u"-e"_s << u"inject="_s + fault;
-    arguments << QCoreApplication::applicationFilePath() << u"--move"_s << from << to;
+    arguments << QCoreApplication::applicationFilePath() << test::TestUnit::running() << u"--move"_s << from
+              << to;
     QProcess program;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     // The search for leaks traces the program too, which only one can do at a time.
@@ -410,7 +411,7 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char** argv)
+static int runOrBeStarted(int argc, char** argv)
 {
     if (argc == 4 && qstrcmp(argv[1], "--move") == 0) {
         const QCoreApplication application(argc, argv);
@@ -421,4 +422,5 @@ int main(int argc, char** argv)
     tst_LocalFiles testCase;
     return tavrin::test::run(testCase, argc, argv);
 }
+TAVRIN_TEST_UNIT(tst_LocalFiles, runOrBeStarted)
 #include "tst_LocalFiles.moc"

@@ -3,6 +3,7 @@
 #include "support/TestCase.h"
 
 #include <QApplication>
+#include <QVariantList>
 
 using namespace Qt::StringLiterals;
 using tavrin::Font;

@@ -4,6 +4,8 @@
 #include "support/TestCase.h"
 
 #include <QDate>
+#include <QVariantList>
+#include <QVariantMap>
 
 #include <limits>
 

@@ -6,6 +6,7 @@
 
 #include <QFile>
 #include <QTemporaryDir>
+#include <QVariantList>
 
 using namespace Qt::StringLiterals;
 using tavrin::ControlRegister;

@@ -9,6 +9,7 @@
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QVariantMap>
 
 #include <limits>
 

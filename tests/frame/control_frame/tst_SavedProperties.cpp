@@ -5,6 +5,7 @@
 
 #include <QRegularExpression>
 #include <QSignalSpy>
+#include <QVariantList>
 
 using namespace Qt::StringLiterals;
 using tavrin::Color;

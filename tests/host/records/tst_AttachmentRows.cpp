@@ -1,6 +1,8 @@
 #include "host/HostCase.h"
 #include "host/records/RecordTestSupport.h"
 
+#include <QVariantList>
+
 using namespace Qt::StringLiterals;
 using namespace tavrin;
 using namespace tavrin::test;

@@ -2,6 +2,8 @@
 #include "host/HostTestSupport.h"
 #include "host/records/Record.h"
 
+#include <QVariantList>
+
 using namespace tavrin;
 using namespace tavrin::test;
 

@@ -428,7 +428,8 @@ private Q_SLOTS:
     {
         QProcess program;
         program.setProcessChannelMode(QProcess::ForwardedChannels);
-        program.start(QCoreApplication::applicationFilePath(), {u"--download-in"_s, m_folder->path()});
+        program.start(QCoreApplication::applicationFilePath(),
+                      {test::TestUnit::running(), u"--download-in"_s, m_folder->path()});
         QVERIFY(program.waitForFinished(60'000));
         QCOMPARE(program.exitStatus(), QProcess::CrashExit);
         QCOMPARE(program.exitCode(), SIGKILL);
@@ -443,7 +444,7 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char** argv)
+static int runOrBeStarted(int argc, char** argv)
 {
     if (argc == 3 && qstrcmp(argv[1], "--download-in") == 0) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -453,4 +454,5 @@ int main(int argc, char** argv)
     tst_AttachmentsFaults testCase;
     return tavrin::test::run(testCase, argc, argv);
 }
+TAVRIN_TEST_UNIT(tst_AttachmentsFaults, runOrBeStarted)
 #include "tst_AttachmentsFaults.moc"

@@ -267,7 +267,8 @@ private:
         QStringList arguments{u"-f"_s, u"-qq"_s, u"-o"_s, u"/dev/null"_s};
         for (const QString& fault : faults)
             arguments << u"-e"_s << u"inject="_s + fault;
-        arguments << QCoreApplication::applicationFilePath() << u"--upload-in"_s << m_folder->path();
+        arguments << QCoreApplication::applicationFilePath() << test::TestUnit::running() << u"--upload-in"_s
+                  << m_folder->path();
         QProcess program;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         // The search for leaks traces the program too, which only one can do at a time.
@@ -746,7 +747,7 @@ private Q_SLOTS:
         program.start(u"strace"_s,
                       {u"-f"_s, u"-qq"_s, u"-o"_s, u"/dev/null"_s, u"-P"_s, path("attachments"), u"-e"_s,
                        u"inject=getdents64:delay_enter=12s"_s, QCoreApplication::applicationFilePath(),
-                       u"--sign-on-in"_s, m_folder->path()});
+                       test::TestUnit::running(), u"--sign-on-in"_s, m_folder->path()});
         QVERIFY(program.waitForFinished(120'000));
         QCOMPARE(program.exitCode(), Passed);
     }
@@ -856,7 +857,7 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char** argv)
+static int runOrBeStarted(int argc, char** argv)
 {
     if (argc == 3 && qstrcmp(argv[1], "--upload-in") == 0) {
         const QCoreApplication application(argc, argv);
@@ -869,4 +870,5 @@ int main(int argc, char** argv)
     tst_StoreFaults testCase;
     return tavrin::test::run(testCase, argc, argv);
 }
+TAVRIN_TEST_UNIT(tst_StoreFaults, runOrBeStarted)
 #include "tst_StoreFaults.moc"

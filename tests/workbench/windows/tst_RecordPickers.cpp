@@ -8,6 +8,7 @@
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QVariantList>
 
 using namespace tavrin;
 using namespace tavrin::workbench;

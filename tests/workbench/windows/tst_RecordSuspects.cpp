@@ -10,6 +10,7 @@
 
 #include <QListWidget>
 #include <QPushButton>
+#include <QVariantList>
 
 using namespace tavrin;
 using namespace tavrin::workbench;
