@@ -31,21 +31,25 @@ void guard(const char* where, Body&& body) noexcept
     }
 }
 
+/// Calls a handler that takes the arguments or none.
+template <typename Handler, typename... Args>
+void callWith(Handler& handler, Args&... args)
+{
+    if constexpr (std::is_invocable_v<Handler&, Args&...>)
+        handler(args...);
+    else
+        handler();
+}
+
 /// Connects a Qt signal with a handler that may throw. The handler takes the signal's arguments or none.
 template <typename Sender, typename Signal, typename Handler>
 QMetaObject::Connection connectGuarded(const Sender* sender, Signal signal, const QObject* context,
                                        const char* where, Handler handler)
 {
-    return QObject::connect(
-        sender, signal, context, [where, handler = std::move(handler)](auto&&... args) mutable -> void {
-            constexpr bool takesArguments = std::is_invocable_v<Handler&, decltype(args)...>;
-            guard(where, [&] {
-                if constexpr (takesArguments)
-                    handler(args...);
-                else
-                    handler();
-            });
-        });
+    return QObject::connect(sender, signal, context,
+                            [where, handler = std::move(handler)](auto&&... args) mutable -> void {
+                                guard(where, [&] { callWith(handler, args...); });
+                            });
 }
 
 } // namespace tavrin
