@@ -189,7 +189,7 @@ QVariant SelectGridComboValue(GridCombo& combo, const QVariant& value)
         combo.SetBookmark(row);
         return combo.Array().Value(row, ValueColumn); // raises
     }
-    const QVariant selected = combo.Array().Value(row, ValueColumn);
+    QVariant selected = combo.Array().Value(row, ValueColumn);
     combo.SetBookmark(row); // whose followers may delete the combo
     return selected;
 }

@@ -10,7 +10,7 @@ namespace tavrin::ThumbnailMaker {
 /// Longest side of a thumbnail in pixels: enough for a cover on a dense screen.
 inline constexpr int LongestSide = 640;
 /// Longest thumbnail in bytes.
-inline constexpr qsizetype MaxLength = 4 * 1024 * 1024;
+inline constexpr qsizetype MaxLength = qsizetype(4) * 1024 * 1024;
 
 /// The bytes of a JPEG: the picture turned as its camera was held, on a light ground where it is transparent,
 /// in the colours of a common screen, and without what else the file tells, such as the place. A picture is

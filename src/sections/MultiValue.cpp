@@ -153,7 +153,8 @@ void MultiValue::BoundControl_SetValue(const BoundBinding* binding, const QVaria
                    // With copies: a follower of the rows may close the form.
                    const QVariantList values = m_values;
                    const QString fieldName = binding->FieldName;
-                   const tvTableCollectionPtr kept = rows;
+                   const tvTableCollectionPtr kept =
+                       rows; // NOLINT(performance-unnecessary-copy-initialization)
                    writeValues(values, fieldName, *kept, line);
                });
 }

@@ -293,7 +293,7 @@ void SuspRelList::BoundSection_WriteData(const tvBusinessObjectPtr& record)
 QString SuspRelList::AddListRow(tvTableRow& party, const QVariant& relationNo)
 {
     // All texts before the row: a failure leaves none that lacks something.
-    const QString key = rowKey(party);
+    QString key = rowKey(party);
     const QString code = ToText(relationNo);
     const QString name = ToText(fieldOf(party, m_otherItemName + QStringLiteral("Name"))->Value());
     if (!m_tableCache)

@@ -219,7 +219,7 @@ void frmSpelling::arrange()
 void frmSpelling::connectButtons()
 {
     using Decision = std::function<void(SpellingWalk&)>;
-    const auto onClick = [this](QPushButton* button, const char* where, Decision decision) {
+    const auto onClick = [this](QPushButton* button, const char* where, const Decision& decision) {
         connectGuarded(button, &QPushButton::clicked, this, where, [this, decision] { decide(decision); });
     };
     onClick(cmdIgnore, "cmdIgnore_Click", [](SpellingWalk& walk) { walk.ignore(); });

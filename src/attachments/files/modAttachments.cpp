@@ -40,7 +40,7 @@ QImage thumbnailAt(const QString& path, Twips width, Twips height)
 
 QString GetAttachmentsFolder()
 {
-    const QString folder = GetAttachmentsFolderSetting();
+    QString folder = GetAttachmentsFolderSetting();
     if (folder.isEmpty())
         throw Error(QStringLiteral(
             "The \"Attachments Folder\" setting is not currently configured under \"<General>\" in Default "
@@ -76,7 +76,7 @@ bool IsImageAttachment(tvTableRow& row)
 
 QString GetAttachmentPath(tvTableRow& row)
 {
-    const QString fileName = textOf(row, FileNameField);
+    QString fileName = textOf(row, FileNameField);
     if (HasDriveName(fileName))
         return fileName;
     const QVariant folderNo = fieldOf(row, FolderNoField)->Value();

@@ -105,7 +105,7 @@ void RemovedRow::append(tvTableCollection& attachments)
 
 tvTableRowPtr RemovedRow::copyFor(tvTableCollection& attachments, bool withKey) const
 {
-    const tvTableRowPtr copy = attachments.NewItem();
+    tvTableRowPtr copy = attachments.NewItem();
     const QString keyColumn = attachments.KeyColumn();
     for (int index = 1; index <= m_row->FieldCount(); ++index) {
         const tvFieldPtr field = m_row->Item(index);

@@ -23,7 +23,7 @@ namespace {
 /// Bytes after which the disk is set to work, so that the last flush finds little to do.
 constexpr qint64 WritingStep = 8 << 20;
 constexpr qint64 ReadingStep = 1 << 20;
-constexpr qint64 DayInSeconds = 24 * 60 * 60;
+constexpr qint64 DayInSeconds = qint64(24) * 60 * 60;
 
 /// Tells the workstations that share a folder apart.
 const QByteArray& ownMark()

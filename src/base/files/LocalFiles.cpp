@@ -36,7 +36,7 @@ QString reason(int code)
 /// The path as the system takes it. A NUL would end it early, and name something else.
 QByteArray encoded(const QString& path)
 {
-    const QByteArray bytes = QFile::encodeName(path);
+    QByteArray bytes = QFile::encodeName(path);
     if (bytes.isEmpty() || bytes.contains('\0'))
         throw Error(QStringLiteral("\"%1\" is no path of a file").arg(path));
     return bytes;

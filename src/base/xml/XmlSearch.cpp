@@ -305,7 +305,7 @@ std::size_t XmlSearch::memory() const
 {
     std::size_t bytes = 0;
     for (const Records& records : m_lists) {
-        bytes += records.rows.capacity() * sizeof(records.rows.front());
+        bytes += records.rows.capacity() * sizeof(Nodes::value_type);
         for (const Column& column : records.columns)
             bytes += column.column.memory();
     }

@@ -65,7 +65,7 @@ QString flawOf(const QString& word)
 
 QString requireWord(const QString& word)
 {
-    const QString normal = normalForm(word);
+    QString normal = normalForm(word);
     const QString flaw = flawOf(normal);
     if (flaw.isEmpty())
         return normal;

@@ -92,7 +92,7 @@ private:
 
     QString coordinate(const char* column, double limit) const
     {
-        const QString text = required(column);
+        QString text = required(column);
         bool isNumber = false;
         const double degrees = text.toDouble(&isNumber);
         if (!isNumber || !(std::abs(degrees) <= limit))

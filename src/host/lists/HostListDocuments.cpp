@@ -58,7 +58,7 @@ XmlDocument cloneOf(std::unique_ptr<XmlDocument>& kept, const Build& build)
 
 XmlDocument buildTableCodes(const QList<CodeValueRow>& rows)
 {
-    const XmlDocument document = newList(QStringLiteral("TableCodes"));
+    XmlDocument document = newList(QStringLiteral("TableCodes"));
     for (const CodeValueRow& row : rows) {
         const XmlNode node = document.documentElement().appendElement(QStringLiteral("TableCode"));
         append(node, "ValueNo", QString::number(row.ValueNo));
@@ -71,7 +71,7 @@ XmlDocument buildTableCodes(const QList<CodeValueRow>& rows)
 
 XmlDocument buildEmployees(const QList<EmployeeRow>& rows)
 {
-    const XmlDocument document = newList(QStringLiteral("Employees"));
+    XmlDocument document = newList(QStringLiteral("Employees"));
     for (const EmployeeRow& row : rows) {
         const XmlNode node = document.documentElement().appendElement(QStringLiteral("Employee"));
         append(node, "OfficerNo", QString::number(row.OfficerNo));
@@ -86,7 +86,7 @@ XmlDocument buildEmployees(const QList<EmployeeRow>& rows)
 
 XmlDocument buildOffenses(const QList<OffenseRow>& rows)
 {
-    const XmlDocument document = newList(QStringLiteral("Offenses"));
+    XmlDocument document = newList(QStringLiteral("Offenses"));
     for (const OffenseRow& row : rows) {
         const XmlNode node = document.documentElement().appendElement(QStringLiteral("Offense"));
         append(node, "OffenseNo", QString::number(row.OffenseNo));
@@ -100,7 +100,7 @@ XmlDocument buildOffenses(const QList<OffenseRow>& rows)
 
 XmlDocument buildUsers(const QList<UserRow>& rows)
 {
-    const XmlDocument document = newList(QStringLiteral("UserAccounts"));
+    XmlDocument document = newList(QStringLiteral("UserAccounts"));
     for (const UserRow& row : rows) {
         const XmlNode node = document.documentElement().appendElement(QStringLiteral("UserAccount"));
         append(node, "UserId", row.UserId);

@@ -18,7 +18,7 @@ bool sameName(const QString& a, const QString& b)
 
 std::shared_ptr<Record> Record::create(const RecordSchema& schema)
 {
-    const std::shared_ptr<Record> record(new Record(schema));
+    std::shared_ptr<Record> record(new Record(schema));
     record->adoptChildren();
     return record;
 }

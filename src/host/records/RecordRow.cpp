@@ -97,7 +97,7 @@ void RecordRow::markSaved()
     m_isNew = false;
 }
 
-void RecordRow::setOwner(std::weak_ptr<ChangeSink> sink, std::weak_ptr<tvBusinessObject> record)
+void RecordRow::setOwner(const std::weak_ptr<ChangeSink>& sink, std::weak_ptr<tvBusinessObject> record)
 {
     for (FieldCell* cell : m_cells)
         cell->setSink(sink);

@@ -32,7 +32,7 @@ public:
     bool isKeyChanged() const;
     void markSaved();
 
-    void setOwner(std::weak_ptr<ChangeSink> sink, std::weak_ptr<tvBusinessObject> record);
+    void setOwner(const std::weak_ptr<ChangeSink>& sink, std::weak_ptr<tvBusinessObject> record);
     /// The record that the row belongs to; nullptr when it stands alone.
     tvBusinessObjectPtr record() const { return m_record.lock(); }
     /// The row stands in a collection.

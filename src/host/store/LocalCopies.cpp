@@ -21,7 +21,7 @@ namespace {
 
 const QString FolderPrefix = QStringLiteral("tavrin-download-");
 constexpr int Attempts = 100;
-constexpr time_t DayInSeconds = 24 * 60 * 60;
+constexpr time_t DayInSeconds = time_t(24) * 60 * 60;
 
 /// Whether the lock is had now; a file system without locks has nobody waiting for one.
 bool lockOf(const Descriptor& folder)

@@ -26,7 +26,8 @@ void LocalCopy::finish(qint64 expectedLength)
         throw SystemError::last();
     if (status.st_size != expectedLength)
         throw StoreProblem(QStringLiteral("the copy in '%1' has not its length").arg(m_copies->path()));
-    const QByteArray whole = "attachment-" + m_name.mid(qstrlen(TemporaryPrefix)) + ".tmp";
+    const QByteArray whole =
+        "attachment-" + m_name.mid(static_cast<qsizetype>(qstrlen(TemporaryPrefix))) + ".tmp";
     m_copies->rename(m_name, whole);
     m_name = whole;
 }

@@ -42,7 +42,7 @@ ThumbnailAnswer makeThumbnailApart(const QString& program, const QFile& file, in
     const int picture = file.handle();
     if (::lseek(picture, 0, SEEK_SET) != 0)
         return {};
-    const auto seconds = static_cast<rlim_t>(timeLimitMs / 1000 + 1);
+    const auto seconds = static_cast<rlim_t>(timeLimitMs) / 1000 + 1;
     QProcess process;
     process.setProgram(program);
     process.setStandardErrorFile(QProcess::nullDevice());

@@ -84,7 +84,7 @@ QRect Label::room() const
 
 int Label::textFlags() const
 {
-    int flags = QStyle::visualAlignment(layoutDirection(), alignment());
+    auto flags = static_cast<int>(QStyle::visualAlignment(layoutDirection(), alignment()));
     if (buddy()) {
         const bool underlines = style()->styleHint(QStyle::SH_UnderlineShortcut, nullptr, this) != 0;
         flags |= underlines ? Qt::TextShowMnemonic : Qt::TextHideMnemonic;

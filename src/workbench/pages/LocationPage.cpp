@@ -17,7 +17,7 @@ namespace {
 
 RecordRowPtr locationOf(const Record& record)
 {
-    const RecordRowPtr row = record.part(QStringLiteral("LocationName"));
+    RecordRowPtr row = record.part(QStringLiteral("LocationName"));
     if (!row)
         throw Error(QStringLiteral("The record has no location"));
     return row;

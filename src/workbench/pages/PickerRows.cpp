@@ -39,7 +39,7 @@ QString PickerRows::hostText(const char* key) const
 
 tvTableCollectionPtr PickerRows::collectionOf(Record& record) const
 {
-    const tvTableCollectionPtr rows = record.collection(hostText("collection"));
+    tvTableCollectionPtr rows = record.collection(hostText("collection"));
     if (!rows)
         throw Error(QStringLiteral("The record has no collection %1").arg(hostText("collection")));
     return rows;

@@ -38,7 +38,8 @@ bool RowDetails::isWanted(const QJsonObject& host)
 QString RowDetails::problem(const QJsonObject& host)
 {
     const auto& collections = incidentSchema().Collections;
-    for (const QJsonValue& value : host.value(QLatin1String("lists")).toArray()) {
+    const QJsonArray lists = host.value(QLatin1String("lists")).toArray();
+    for (const QJsonValue value : lists) {
         const QJsonObject list = value.toObject();
         const QString name = hostText(list, "collection");
         const auto found = std::find_if(collections.begin(), collections.end(),
@@ -67,7 +68,8 @@ RowDetails::RowDetails(const QJsonObject& host, QWidget* parent)
     grid->setVerticalSpacing(4);
     if (!hostText(host, "code").isEmpty())
         addCode(host, *grid);
-    for (const QJsonValue& list : host.value(QLatin1String("lists")).toArray())
+    const QJsonArray lists = host.value(QLatin1String("lists")).toArray();
+    for (const QJsonValue list : lists)
         addList(list.toObject(), *grid);
 }
 

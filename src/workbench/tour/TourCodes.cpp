@@ -10,6 +10,8 @@
 #include <QListView>
 #include <QTableView>
 
+#include <algorithm>
+
 namespace tavrin::workbench {
 
 namespace {
@@ -125,14 +127,12 @@ void CodeSteps::chooseByMouse()
                   QStringLiteral("the list is open"));
     });
     d.step(QStringLiteral("Choose with the mouse"), [&] {
-        QListView* open = nullptr;
-        for (auto* candidate : record()->findChildren<QListView*>(QStringLiteral("entries"))) {
-            if (candidate->isVisible())
-                open = candidate;
-        }
-        d.check(open != nullptr, QStringLiteral("the list can be seen"));
+        const auto lists = record()->findChildren<QListView*>(QStringLiteral("entries"));
+        const auto open =
+            std::find_if(lists.begin(), lists.end(), [](QListView* list) { return list->isVisible(); });
+        d.check(open != lists.end(), QStringLiteral("the list can be seen"));
         const QString first = matches(QStringLiteral("LocationType"))->List(0);
-        d.click(open->viewport(), open->visualRect(open->model()->index(0, 0)).center());
+        d.click((*open)->viewport(), (*open)->visualRect((*open)->model()->index(0, 0)).center());
         d.checkEqual(text(QStringLiteral("LocationType")), first, QStringLiteral("the location type's text"));
         d.check(!matches(QStringLiteral("LocationType"))->IsOpen(), QStringLiteral("the list is closed"));
     });
