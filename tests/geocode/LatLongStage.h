@@ -21,6 +21,12 @@
 
 namespace tavrin::test {
 
+inline const QString ManualMode = QStringLiteral("manual");
+inline const QString OnSaveMode = QStringLiteral("on save");
+inline const QString PoorMatch = QStringLiteral("Lat/long may be incorrect.");
+inline const QString NotFound = QStringLiteral("Address not found.");
+inline const QString Failed = QStringLiteral("A geocoding error occurred.");
+
 /// A record with a location row, which notes what is written to it and may refuse.
 class LocationRecord
 {
@@ -45,6 +51,17 @@ public:
     void put(const char* name, const QVariant& value)
     {
         m_fields.at(QString::fromLatin1(name))->value = value;
+    }
+    /// A choice of coordinates that are worked out at each save, and what came of the last time.
+    void putGeocoded(const QVariant& status)
+    {
+        put("GeocodeOnSave", true);
+        put("GeocodeStatus", status);
+    }
+    void putCoordinates(const QVariant& latitude, const QVariant& longitude)
+    {
+        put("Latitude", latitude);
+        put("Longitude", longitude);
     }
 
     std::shared_ptr<FakeRecord> record;
@@ -142,7 +159,7 @@ public:
         auto* label = child<FontIconLabel>("lblWarning");
         return label->isVisible() ? label->Caption() : QString();
     }
-    /// "manual" or "on save", with whether the boxes can be typed in; anything else is no good.
+    /// `ManualMode` or `OnSaveMode`, with whether the boxes can be typed in; anything else is no good.
     QString mode() const
     {
         if (lat()->isEnabled() != lon()->isEnabled() || lat()->BackColor() != lon()->BackColor())
@@ -154,7 +171,26 @@ public:
             return QStringLiteral("wrong colour");
         if (option(0)->Value() != lat()->isEnabled())
             return QStringLiteral("boxes against the option");
-        return option(0)->Value() ? QStringLiteral("manual") : QStringLiteral("on save");
+        return option(0)->Value() ? ManualMode : OnSaveMode;
+    }
+
+    /// One box tells of the failure of a member of the control; it is gone behind this.
+    void checkFailure(const QString& member, const QString& description)
+    {
+        const QList<ShownBox> shown = boxes.take();
+        QCOMPARE(shown.size(), 1);
+        QCOMPARE(
+            shown.first().text,
+            QStringLiteral("An unexpected error occurred in LatLong in %1: %2").arg(member, description));
+        QCOMPARE(shown.first().title, QStringLiteral("Error"));
+        QCOMPARE(shown.first().icon, BoxIcon::Critical);
+        QCOMPARE(shown.first().buttons, BoxButtons::Ok);
+    }
+    /// The failure of a write while no record could be read.
+    void checkNothingIsRead()
+    {
+        checkFailure(QStringLiteral("BoundSection_WriteData"),
+                     QStringLiteral("No coordinates have been read, so none are written."));
     }
 
     FakeMessageBoxes boxes;

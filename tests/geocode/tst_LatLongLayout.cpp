@@ -142,8 +142,7 @@ private Q_SLOTS:
         LatLongStage stage;
         stage.child<FontIconLabel>("lblWarning")->Font()->SetSize(points);
         LocationRecord location;
-        location.put("GeocodeOnSave", true);
-        location.put("GeocodeStatus", 4);
+        location.putGeocoded(4);
         stage.read(location);
         for (const char* name : {"Label13", "Label14", "optGeocodeOnSave1", "optGeocodeOnSave0", "lblWarning",
                                  "lnkViewDetails"}) {
@@ -260,8 +259,7 @@ private Q_SLOTS:
         LatLongStage stage;
         QVERIFY(stage.isReady());
         LocationRecord location;
-        location.put("GeocodeOnSave", true);
-        location.put("GeocodeStatus", 1);
+        location.putGeocoded(1);
         stage.read(location);
         stage.control->setFocus();
         QVERIFY(stage.option(1)->hasFocus());
@@ -290,8 +288,7 @@ private Q_SLOTS:
         LatLongStage stage;
         QVERIFY(stage.isReady());
         LocationRecord poor;
-        poor.put("GeocodeOnSave", true);
-        poor.put("GeocodeStatus", 1);
+        poor.putGeocoded(1);
         stage.read(poor);
         stage.details()->setFocus();
         LocationRecord location;
@@ -314,8 +311,7 @@ private Q_SLOTS:
         QVERIFY(stage.isReady());
         for (const int status : {1, 4}) {
             LocationRecord location;
-            location.put("GeocodeOnSave", true);
-            location.put("GeocodeStatus", status);
+            location.putGeocoded(status);
             stage.read(location);
             if (status == 1)
                 stage.details()->setFocus();
@@ -332,10 +328,10 @@ private Q_SLOTS:
         stage.read(location);
         stage.control->setFocus();
         stage.press(Qt::Key_Down);
-        QTRY_COMPARE(stage.mode(), u"manual"_s);
+        QTRY_COMPARE(stage.mode(), ManualMode);
         QVERIFY(stage.option(0)->hasFocus());
         stage.press(Qt::Key_Up);
-        QTRY_COMPARE(stage.mode(), u"on save"_s);
+        QTRY_COMPARE(stage.mode(), OnSaveMode);
         QCOMPARE(location.written, QStringList({u"GeocodeOnSave=False"_s, u"GeocodeOnSave=True"_s}));
     }
 

@@ -27,8 +27,7 @@ std::unique_ptr<LocationRecord> located(bool onSave)
     auto location = std::make_unique<LocationRecord>();
     location->put("GeocodeOnSave", onSave);
     location->put("GeocodeStatus", 1);
-    location->put("Latitude", u"44.05"_s);
-    location->put("Longitude", -121.25);
+    location->putCoordinates(u"44.05"_s, -121.25);
     return location;
 }
 
@@ -225,8 +224,7 @@ private Q_SLOTS:
         QVERIFY(stage.isReady());
         LocationRecord location;
         location.put("GeocodeOnSave", true);
-        location.put("Latitude", latitude);
-        location.put("Longitude", longitude);
+        location.putCoordinates(latitude, longitude);
         stage.read(location);
         rightClick(stage, stage.lat(), QPoint(4, 4));
         QCOMPARE(lastText(), u"Copy coordinates"_s);
