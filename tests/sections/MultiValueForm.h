@@ -22,14 +22,23 @@ inline QList<TableValue> weapons()
             {QStringLiteral("K"), QStringLiteral("Knife"), 13}};
 }
 
-/// Child rows of the columns SeqNo (key), WeaponNo and Remark, one for each value.
+/// The columns of the child rows; the first is their key.
+inline const QStringList WeaponColumns{QStringLiteral("SeqNo"), QStringLiteral("WeaponNo"),
+                                       QStringLiteral("Remark")};
+
+/// Child rows, one for each value.
 inline std::shared_ptr<FakeCollection> rowsOf(const QVariantList& values)
 {
-    auto rows = std::make_shared<FakeCollection>(
-        QStringList{QStringLiteral("SeqNo"), QStringLiteral("WeaponNo"), QStringLiteral("Remark")});
+    auto rows = std::make_shared<FakeCollection>(WeaponColumns);
     for (const QVariant& value : values)
         fieldOf(*rows->AddNew(), QStringLiteral("WeaponNo"))->SetValue(value);
     return rows;
+}
+
+/// Puts a value into a row, whose number counts from 1.
+inline void putField(tvTableCollection& rows, int row, const QString& name, const QVariant& value)
+{
+    fieldOf(*rows.Item(row), name)->SetValue(value);
 }
 
 inline QVariantList fieldsOf(tvTableCollection& rows, const QString& name)
@@ -83,12 +92,9 @@ struct MultiValueForm
     }
 
     BoundControl& contract() const { return *control; }
-    void fill(const std::shared_ptr<FakeCollection>& rows) const
-    {
-        contract().FillControl(&binding, {}, rows);
-    }
+    void fill(const tvTableCollectionPtr& rows) const { contract().FillControl(&binding, {}, rows); }
     void fill(const QVariantList& values) const { fill(rowsOf(values)); }
-    void save(const std::shared_ptr<FakeCollection>& rows) const { contract().SetValue(&binding, {}, rows); }
+    void save(const tvTableCollectionPtr& rows) const { contract().SetValue(&binding, {}, rows); }
     /// The values, as a save into a record without rows gives them.
     QVariantList values() const
     {

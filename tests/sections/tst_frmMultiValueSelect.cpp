@@ -3,6 +3,7 @@
 #include "sections/MultiValueForm.h"
 #include "sections/frmMultiValueSelect.h"
 #include "support/NextModal.h"
+#include "support/RaisedError.h"
 #include "support/TestCase.h"
 
 #include <QLabel>
@@ -131,14 +132,11 @@ private Q_SLOTS:
         QFETCH(QVariant, code);
         Dialog dialog;
         dialog.host.setTable(WeaponTable, {{u"A"_s, u"Large"_s, 32768}, {u"B"_s, u"Largest"_s, 70000}});
-        int number = 0;
-        try {
+        const Error error = raisedBy([&] {
             dialog.form.LoadValues(WeaponTable, {code});
             QCOMPARE(dialog.codes(), QList<qint32>({32768, 70000})); // choices may be larger
-        } catch (const Error& error) {
-            number = error.Number;
-        }
-        QTEST(number, "number");
+        });
+        QTEST(error.Number, "number");
     }
 
     void theMarkedCodesComeFromTopToBottom()

@@ -5,6 +5,8 @@
 #include <QDateTime>
 #include <QList>
 
+#include <functional>
+#include <memory>
 #include <utility>
 
 namespace tavrin::test {
@@ -40,6 +42,8 @@ public:
 
     /// The answers to the next boxes, in their order. A box beyond them is answered Ok.
     void answerWith(const QList<BoxAnswer>& answers) { m_script->answers = answers; }
+    /// Happens once, while the next box is shown.
+    void during(std::function<void()> act) { m_script->act = std::move(act); }
 
     /// The boxes that were shown since the last `take`.
     const QList<ShownBox>& shown() const { return m_script->shown; }
@@ -61,11 +65,14 @@ private:
                        BoxButtons buttons) override
         {
             shown.append({text, icon, title, buttons, parent});
+            if (const auto once = std::exchange(act, {}))
+                once();
             return answers.isEmpty() ? BoxAnswer::Ok : answers.takeFirst();
         }
 
         QList<BoxAnswer> answers;
         QList<ShownBox> shown;
+        std::function<void()> act;
     };
 
     std::shared_ptr<Script> m_script;
