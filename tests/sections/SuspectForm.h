@@ -2,8 +2,10 @@
 
 #include "base/values/Variant.h"
 #include "sections/SuspRelList.h"
+#include "support/FailingRecords.h"
 #include "support/FakeDesktop.h"
 #include "support/FakeHost.h"
+#include "support/RaisedError.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
 #include "widgets/lists/ListView.h"
@@ -14,6 +16,22 @@
 #include <QTest>
 
 namespace tavrin::test {
+
+/// Why a save is refused; %1 tells how many relationships are missing.
+inline const QString Incomplete =
+    QStringLiteral("You must specify the relationship this suspect has to each victim before "
+                   "continuing.\r\n\r\nYou need to add %1 to complete this section.");
+
+/// Why a write is refused behind a read that has failed.
+inline const QString NotRead =
+    QStringLiteral("The relationships of the record could not be read, so none are written.");
+
+/// Removes a row with the next save; rows count from 1.
+inline void removeAt(tvTableCollection& rows, qint16 position)
+{
+    rows.SetPosition(position);
+    rows.RemoveCurrent(false);
+}
 
 /// An incident with one suspect, Moss, and no victims, and the section of that suspect's relationships to the
 /// victims on a form.
@@ -84,6 +102,19 @@ struct SuspectForm
         addLink(1, 1);
         addLink(2, 2);
     }
+    /// A row of a victim, as the dialog adds it, with the code of a relationship.
+    void addRow(int victim, const QString& relation = {}) const
+    {
+        const QString key = QStringLiteral("key_%1").arg(victim);
+        list->AddItem(key, key);
+        if (!relation.isNull())
+            setRelation(victim, relation);
+    }
+    void setRelation(int victim, const QString& relation) const
+    {
+        list->SetSubItem(QStringLiteral("key_%1").arg(victim), QStringLiteral("relationship_value"),
+                         relation);
+    }
     void requireRelations()
     {
         host.state().requiredFields << QStringLiteral("Incident/IncdSuspVictim/RelationNo");
@@ -94,12 +125,7 @@ struct SuspectForm
     /// The error that a write raises; its number is 0 when it raises none.
     Error writeError()
     {
-        try {
-            write();
-        } catch (const Error& error) {
-            return error;
-        }
-        return Error(QString(), 0);
+        return raisedBy([this] { write(); });
     }
 
     /// The rows as they show, with their two hidden texts: "key_1/1/Ash, Ann/Friend".
@@ -159,6 +185,23 @@ struct SuspectForm
     PopupMenu* menu;
     MenuItem* add;
     MenuItem* remove;
+};
+
+/// The record of a form behind one whose calls may fail.
+struct FailingSuspectPage
+{
+    FailingSuspectPage(SuspectForm& form, RecordCalls& calls)
+        : section(form.section)
+        , record(std::make_shared<FailingRecord>(form.page, calls))
+    {
+        const HostObjectPtr suspect = record->Item(QStringLiteral("SuspectBO"));
+        form.host.state().parents.insert(suspect.get(),
+                                         std::make_shared<FailingRecord>(form.incident, calls));
+    }
+    BoundSection& contract() const { return *section; }
+
+    SuspRelList* section;
+    std::shared_ptr<FailingRecord> record;
 };
 
 } // namespace tavrin::test

@@ -1,6 +1,7 @@
 #include "host/HostCase.h"
 #include "host/records/RecordTestSupport.h"
 #include "sections/SuspRelList.h"
+#include "sections/SuspectForm.h"
 #include "support/FakeDesktop.h"
 #include "support/Keys.h"
 #include "support/NextModal.h"
@@ -196,14 +197,12 @@ private Q_SLOTS:
         Page page(opened(incidentNo));
         QVERIFY(page.isReady());
         QVERIFY(page.add(1));
-        const QString missing =
-            u"You must specify the relationship this suspect has to each victim before continuing.\r\n\r\nYou need to add %1 to complete this section."_s;
-        QCOMPARE(page.refusal(), missing.arg(u"2 more relationships"_s));
+        QCOMPARE(page.refusal(), Incomplete.arg(u"2 more relationships"_s));
         QCOMPARE(page.record->collection(LinkRows)->Count(), 1); // written into the record; this is meant
         QCOMPARE(stored(incidentNo), QStringList());
         QCOMPARE(page.rows(), QStringList{u"Ash, Ann/"_s + description(1)});
         QVERIFY(page.add(2));
-        QCOMPARE(page.refusal(), missing.arg(u"1 relationship"_s));
+        QCOMPARE(page.refusal(), Incomplete.arg(u"1 relationship"_s));
         QVERIFY(page.add(3));
         QCOMPARE(page.refusal(), QString());
         m_store->save(*page.record);
@@ -290,8 +289,7 @@ private Q_SLOTS:
         QVERIFY(failure.contains(u"WitnessSeqNo"_s));
         QCOMPARE(page.rows(), QStringList());
         page.section->SetOtherItemSeqName(u"VictimSeqNo"_s);
-        QCOMPARE(page.refusal(),
-                 u"The relationships of the record could not be read, so none are written."_s);
+        QCOMPARE(page.refusal(), NotRead);
         m_store->save(*page.record);
         QCOMPARE(stored(incidentNo), QStringList{u"1 1 "_s + code(1)});
     }
