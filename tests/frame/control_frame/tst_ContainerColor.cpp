@@ -1,4 +1,5 @@
 #include "frame/control_frame/ContainerColor.h"
+#include "frame/control_frame/ContainerPalette.h"
 #include "support/ProbeControl.h"
 #include "support/TestCase.h"
 
@@ -12,25 +13,15 @@ using namespace Qt::StringLiterals;
 using tavrin::Color;
 using tavrin::colorOf;
 using tavrin::shownBackColor;
+using tavrin::test::plain;
 using tavrin::test::ProbeControl;
+using tavrin::test::windowOf;
 namespace SystemColor = tavrin::SystemColor;
 
 namespace {
 
 const QColor Yellow(250, 240, 10);
 const QColor Blue(20, 30, 200);
-
-Color plain(const QColor& color)
-{
-    return Color::rgb(color.red(), color.green(), color.blue());
-}
-
-QPalette windowOf(const QColor& color)
-{
-    QPalette palette;
-    palette.setColor(QPalette::Window, color);
-    return palette;
-}
 
 } // namespace
 

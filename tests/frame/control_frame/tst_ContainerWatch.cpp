@@ -1,3 +1,4 @@
+#include "frame/control_frame/ContainerPalette.h"
 #include "support/ProbeControl.h"
 #include "support/TestCase.h"
 
@@ -6,25 +7,15 @@
 
 using namespace Qt::StringLiterals;
 using tavrin::Color;
+using tavrin::test::plain;
 using tavrin::test::ProbeControl;
+using tavrin::test::windowOf;
 
 namespace {
 
 const QColor Red(200, 20, 10);
 const QColor Green(20, 200, 10);
 const QColor Blue(20, 30, 200);
-
-Color plain(const QColor& color)
-{
-    return Color::rgb(color.red(), color.green(), color.blue());
-}
-
-QPalette windowOf(const QColor& color)
-{
-    QPalette palette;
-    palette.setColor(QPalette::Window, color);
-    return palette;
-}
 
 /// A page on a red window, with a control on it.
 struct Stage
