@@ -3,6 +3,7 @@
 #include "frame/Timer.h"
 #include "lookup/AutoCompleteField.h"
 #include "support/FakeHost.h"
+#include "support/Members.h"
 #include "widgets/boxes/TextBox.h"
 #include "widgets/lists/DropDownList.h"
 
@@ -29,15 +30,6 @@ inline QList<TableValue> sampleTable()
             entry("14", "Shotgun", 14),      entry("HND9", "Nine Millimeter", 15),
             entry("Unknown", "Unknown", 16), entry("O1", "O'Hara's \"Place\"", 17),
             entry("R&D", "Lab (north)", 18)};
-}
-
-/// The keys that `PropertyChanged` bore.
-inline QStringList keysOf(const QSignalSpy& spy)
-{
-    QStringList keys;
-    for (const auto& call : spy)
-        keys << call.at(0).toString();
-    return keys;
 }
 
 /// A form with one field over the sample table, and another box to go to.

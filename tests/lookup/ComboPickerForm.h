@@ -1,8 +1,9 @@
 #pragma once
 
 #include "base/xml/XmlDocument.h"
-#include "frame/control_frame/PropertyBag.h"
 #include "support/FakeHost.h"
+#include "support/Fonts.h"
+#include "support/Members.h"
 #include "widgets/drawing/PictureSurface.h"
 #include "widgets/labels/Label.h"
 #include "widgets/search_box/AutoCompleteComboBox.h"
@@ -72,51 +73,6 @@ inline XmlDocument sampleOffenses()
                    offense(33, "220", "Burglary", "Y200", "1"),
                    offense(34, "240", "Vehicle Theft", "Y13A", "1"),
                    offense(35, "999", "Written as a text", "Z1", "True")});
-}
-
-/// The keys that `PropertyChanged` bore.
-inline QStringList keysOf(const QSignalSpy& spy)
-{
-    QStringList keys;
-    for (const auto& call : spy)
-        keys << call.at(0).toString();
-    return keys;
-}
-
-inline QStringList keysOf(const PropertyBag& bag)
-{
-    QStringList keys;
-    for (const PropertyBag::Entry& entry : bag.entries())
-        keys << entry.key;
-    return keys;
-}
-
-/// A bag of these values, stored whatever the defaults.
-inline PropertyBag bagOf(const std::vector<std::pair<const char*, QVariant>>& values)
-{
-    PropertyBag bag;
-    for (const auto& [key, value] : values)
-        bag.WriteProperty(QString::fromLatin1(key), value, QVariant());
-    return bag;
-}
-
-/// The properties and signals that a class declares itself, in their order.
-inline QStringList ownProperties(const QMetaObject& meta)
-{
-    QStringList names;
-    for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i)
-        names << QString::fromLatin1(meta.property(i).name());
-    return names;
-}
-
-inline QStringList ownSignals(const QMetaObject& meta)
-{
-    QStringList names;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        if (meta.method(i).methodType() == QMetaMethod::Signal)
-            names << QString::fromLatin1(meta.method(i).methodSignature());
-    }
-    return names;
 }
 
 /// Notes what is printed, where and in which font. A letter is 100 twips wide, in bold 120, and 200 high.

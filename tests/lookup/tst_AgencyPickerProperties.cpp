@@ -3,6 +3,7 @@
 #include "frame/control_frame/Ambient.h"
 #include "lookup/AgencyForm.h"
 #include "support/FakeDesktop.h"
+#include "support/Members.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
 
@@ -12,19 +13,13 @@
 using namespace Qt::StringLiterals;
 using namespace tavrin;
 using tavrin::test::AgencyForm;
+using tavrin::test::keysOf;
+using tavrin::test::ownProperties;
 
 namespace {
 
 const QStringList SavedKeys{u"Enabled"_s, u"ShowName"_s,  u"ListAllAgencies"_s, u"RemoveUsedValues"_s,
                             u"Font"_s,    u"BackColor"_s, u"ForeColor"_s};
-
-QStringList keysOf(const PropertyBag& bag)
-{
-    QStringList keys;
-    for (const PropertyBag::Entry& entry : bag.entries())
-        keys << entry.key;
-    return keys;
-}
 
 int lineOf(const QWidget& widget)
 {
@@ -42,12 +37,10 @@ private Q_SLOTS:
     void theMembersAndEventsStandInThePublishedOrder()
     {
         const QMetaObject& meta = AgencyPicker::staticMetaObject;
-        QStringList names;
-        for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i)
-            names << QString::fromLatin1(meta.property(i).name());
-        QCOMPARE(names, QStringList({u"hWnd"_s, u"BackColor"_s, u"ForeColor"_s, u"Font"_s, u"Value"_s,
-                                     u"Enabled"_s, u"ShowName"_s, u"ListAllAgencies"_s, u"RemoveUsedValues"_s,
-                                     u"FullText"_s, u"ShortText"_s}));
+        QCOMPARE(ownProperties(meta),
+                 QStringList({u"hWnd"_s, u"BackColor"_s, u"ForeColor"_s, u"Font"_s, u"Value"_s, u"Enabled"_s,
+                              u"ShowName"_s, u"ListAllAgencies"_s, u"RemoveUsedValues"_s, u"FullText"_s,
+                              u"ShortText"_s}));
         QStringList events;
         for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
             events << QString::fromLatin1(meta.method(i).methodSignature());

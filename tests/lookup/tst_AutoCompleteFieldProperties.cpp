@@ -6,8 +6,10 @@
 
 using namespace tavrin;
 using tavrin::test::AutoCompleteForm;
+using tavrin::test::bagOf;
 using tavrin::test::FakeHost;
 using tavrin::test::keysOf;
+using tavrin::test::ownProperties;
 using tavrin::test::SampleTableNo;
 
 namespace {
@@ -19,23 +21,6 @@ const QStringList AllKeys{
     QStringLiteral("Enabled"),  QStringLiteral("TableNo"), QStringLiteral("IncludeInactiveValues"),
     QStringLiteral("Value"),    QStringLiteral("Text"),    QStringLiteral("BackColor"),
     QStringLiteral("ForeColor")};
-
-QStringList keysOf(const PropertyBag& bag)
-{
-    QStringList keys;
-    for (const PropertyBag::Entry& entry : bag.entries())
-        keys << entry.key;
-    return keys;
-}
-
-/// A bag of these values, stored whatever the defaults.
-PropertyBag bagOf(const std::vector<std::pair<const char*, QVariant>>& values)
-{
-    PropertyBag bag;
-    for (const auto& [key, value] : values)
-        bag.WriteProperty(QString::fromLatin1(key), value, QVariant());
-    return bag;
-}
 
 struct Site
 {
@@ -59,10 +44,7 @@ private Q_SLOTS:
     void theMembersStandInThePublishedOrder()
     {
         const QMetaObject& meta = AutoCompleteField::staticMetaObject;
-        QStringList names;
-        for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i)
-            names << QString::fromLatin1(meta.property(i).name());
-        QCOMPARE(names, QStringList{QStringLiteral("hWnd")} + AllKeys);
+        QCOMPARE(ownProperties(meta), QStringList{QStringLiteral("hWnd")} + AllKeys);
         QVERIFY(meta.indexOfMethod("ReloadList()") >= 0);
         QCOMPARE(meta.classInfo(meta.indexOfClassInfo("ClassName")).value(),
                  "TVBoundControls.AutoCompleteField");

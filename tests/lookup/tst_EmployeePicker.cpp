@@ -11,6 +11,7 @@ using namespace Qt::StringLiterals;
 using tavrin::test::bagOf;
 using tavrin::test::comboEmployees;
 using tavrin::test::FakeHost;
+using tavrin::test::fontOf;
 using tavrin::test::keysOf;
 using tavrin::test::listOf;
 using tavrin::test::RecordParts;
@@ -33,13 +34,6 @@ struct Site
 const QStringList SavedKeys{u"Enabled"_s,   u"ShowName"_s,       u"RemoveUsedValues"_s,
                             u"Font"_s,      u"K9HandlersOnly"_s, u"ListAllEmployees"_s,
                             u"BackColor"_s, u"ForeColor"_s};
-
-FontPtr fontOf(double size)
-{
-    auto font = std::make_shared<Font>();
-    font->SetSize(size);
-    return font;
-}
 
 } // namespace
 

@@ -9,6 +9,7 @@
 using namespace tavrin;
 using namespace Qt::StringLiterals;
 using tavrin::test::employee;
+using tavrin::test::fontOf;
 using tavrin::test::listOf;
 using tavrin::test::RecordParts;
 using Form = tavrin::test::ComboPickerForm<EmployeePicker>;
@@ -17,13 +18,6 @@ namespace {
 
 constexpr int ComboPixels = 113; // 1695 twips
 constexpr int LabelPixels = 116; // and 45 more
-
-FontPtr fontOf(double size)
-{
-    auto font = std::make_shared<Font>();
-    font->SetSize(size);
-    return font;
-}
 
 XmlNode recordOf(const RecordParts& parts)
 {

@@ -1,5 +1,6 @@
 #include "base/values/Variant.h"
 #include "lookup/FlatPickerForm.h"
+#include "support/Members.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
 #include "widgets/drawing/IconGlyphs.h"
@@ -8,6 +9,8 @@ using namespace tavrin;
 using namespace Qt::StringLiterals;
 using tavrin::test::EmployeeForm;
 using tavrin::test::Journal;
+using tavrin::test::keysOf;
+using tavrin::test::ownProperties;
 using tavrin::test::PeopleSite;
 using tavrin::test::usedValues;
 
@@ -17,14 +20,6 @@ const QString Jack = u"K12: O'Brien, Jack #4512"_s;
 const QString Ann = u"A1: Smith, Ann #1245"_s;
 const QString Ninel = u"Z0: Zed, Ninel"_s;
 const QString Bare = u":"_s;
-
-QStringList keysOf(const PropertyBag& bag)
-{
-    QStringList keys;
-    for (const PropertyBag::Entry& entry : bag.entries())
-        keys << entry.key;
-    return keys;
-}
 
 } // namespace
 
@@ -37,10 +32,7 @@ private Q_SLOTS:
     void theMembersAndEventsStandInThePublishedOrder()
     {
         const QMetaObject& meta = FlatEmployeePicker::staticMetaObject;
-        QStringList names;
-        for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i)
-            names << QString::fromLatin1(meta.property(i).name());
-        QCOMPARE(names,
+        QCOMPARE(ownProperties(meta),
                  QStringList({u"hWnd"_s, u"Caption"_s, u"Required"_s, u"BackColor"_s, u"ForeColor"_s,
                               u"Font"_s, u"Value"_s, u"Enabled"_s, u"ShowName"_s, u"K9HandlersOnly"_s,
                               u"ListAllEmployees"_s, u"RemoveUsedValues"_s, u"FullText"_s, u"ShortText"_s}));

@@ -1,5 +1,6 @@
 #include "base/values/Variant.h"
 #include "lookup/FlatPickerForm.h"
+#include "support/Members.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
 #include "widgets/drawing/IconGlyphs.h"
@@ -9,6 +10,7 @@
 using namespace tavrin;
 using namespace Qt::StringLiterals;
 using tavrin::test::Journal;
+using tavrin::test::ownProperties;
 using tavrin::test::UserForm;
 
 namespace {
@@ -28,12 +30,10 @@ private Q_SLOTS:
     void theMembersAndEventsStandInThePublishedOrder()
     {
         const QMetaObject& meta = FlatUserPicker::staticMetaObject;
-        QStringList names;
-        for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i)
-            names << QString::fromLatin1(meta.property(i).name());
-        QCOMPARE(names, QStringList({u"hWnd"_s, u"Caption"_s, u"Required"_s, u"BackColor"_s, u"ForeColor"_s,
-                                     u"Font"_s, u"Value"_s, u"Enabled"_s, u"ShowName"_s, u"IncludeInactive"_s,
-                                     u"RemoveUsedValues"_s, u"FullText"_s, u"ShortText"_s}));
+        QCOMPARE(ownProperties(meta),
+                 QStringList({u"hWnd"_s, u"Caption"_s, u"Required"_s, u"BackColor"_s, u"ForeColor"_s,
+                              u"Font"_s, u"Value"_s, u"Enabled"_s, u"ShowName"_s, u"IncludeInactive"_s,
+                              u"RemoveUsedValues"_s, u"FullText"_s, u"ShortText"_s}));
         const int change = meta.indexOfSignal("Change()");
         QVERIFY(change >= 0);
         QVERIFY(change < meta.indexOfSignal("ItemSelect()"));

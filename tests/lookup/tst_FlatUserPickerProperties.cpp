@@ -2,12 +2,17 @@
 #include "frame/control_frame/PropertyBag.h"
 #include "lookup/FlatPickerForm.h"
 #include "support/FakeDesktop.h"
+#include "support/Fonts.h"
+#include "support/Members.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
 
 using namespace tavrin;
 using namespace Qt::StringLiterals;
+using tavrin::test::bagOf;
+using tavrin::test::fontOf;
 using tavrin::test::Journal;
+using tavrin::test::keysOf;
 using tavrin::test::PeopleSite;
 using tavrin::test::UserForm;
 
@@ -15,29 +20,6 @@ namespace {
 
 const QStringList ReportedKeys{u"Enabled"_s,   u"ShowName"_s,  u"RemoveUsedValues"_s, u"Font"_s,
                                u"BackColor"_s, u"ForeColor"_s, u"Caption"_s,          u"Required"_s};
-
-PropertyBag bagOf(const std::vector<std::pair<const char*, QVariant>>& values)
-{
-    PropertyBag bag;
-    for (const auto& [key, value] : values)
-        bag.WriteProperty(QString::fromLatin1(key), value, QVariant());
-    return bag;
-}
-
-QStringList keysOf(const PropertyBag& bag)
-{
-    QStringList keys;
-    for (const PropertyBag::Entry& entry : bag.entries())
-        keys << entry.key;
-    return keys;
-}
-
-FontPtr fontOfSize(double points)
-{
-    auto font = std::make_shared<Font>();
-    font->SetSize(points);
-    return font;
-}
 
 /// Makes each property differ from its default.
 void changeAll(FlatUserPicker& picker)
@@ -47,7 +29,7 @@ void changeAll(FlatUserPicker& picker)
     picker.SetEnabled(false);
     picker.SetShowName(false);
     picker.SetRemoveUsedValues(true);
-    picker.SetFont(fontOfSize(21));
+    picker.SetFont(fontOf(21));
     picker.SetIncludeInactive(true);
     picker.SetForeColor(Color::rgb(2, 2, 2));
     picker.SetBackColor(Color::rgb(1, 1, 1));
@@ -183,7 +165,7 @@ private Q_SLOTS:
         QWidget form;
         FlatUserPicker picker(&form);
         picker.SetEnabled(false);
-        const FontPtr font = fontOfSize(19);
+        const FontPtr font = fontOf(19);
         picker.SetFont(font);
         picker.ReadProperties(bag);
         QVERIFY(!picker.Enabled()); // what cannot be restored keeps what it had
@@ -368,7 +350,7 @@ private Q_SLOTS:
     {
         UserForm form;
         const FontPtr old = form.picker->Font();
-        const FontPtr font = fontOfSize(10);
+        const FontPtr font = fontOf(10);
         form.picker->SetFont(font);
         const QSize size = form.picker->size();
         form.host.state().log.clear();

@@ -4,6 +4,7 @@
 #include "frame/modUtils.h"
 #include "lookup/NibrsOffensePicker.h"
 #include "support/FakeHost.h"
+#include "support/Members.h"
 #include "support/TestCase.h"
 #include "widgets/lists/FlatDropdown.h"
 
@@ -14,16 +15,10 @@
 using namespace Qt::StringLiterals;
 using namespace tavrin;
 using tavrin::test::FakeHost;
+using tavrin::test::keysOf;
+using tavrin::test::ownProperties;
 
 namespace {
-
-QStringList keysOf(const PropertyBag& bag)
-{
-    QStringList keys;
-    for (const PropertyBag::Entry& entry : bag.entries())
-        keys << entry.key;
-    return keys;
-}
 
 struct Site
 {
@@ -76,11 +71,9 @@ private Q_SLOTS:
     void theMembersStandInThePublishedOrder()
     {
         const QMetaObject& meta = NibrsOffensePicker::staticMetaObject;
-        QStringList names;
-        for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i)
-            names << QString::fromLatin1(meta.property(i).name());
-        QCOMPARE(names, QStringList({u"hWnd"_s, u"Enabled"_s, u"Value"_s, u"Text"_s, u"ValueIsNull"_s,
-                                     u"Font"_s, u"ForeColor"_s, u"BackColor"_s}));
+        QCOMPARE(ownProperties(meta),
+                 QStringList({u"hWnd"_s, u"Enabled"_s, u"Value"_s, u"Text"_s, u"ValueIsNull"_s, u"Font"_s,
+                              u"ForeColor"_s, u"BackColor"_s}));
     }
 
     void theListHoldsNoneAndEachCodeWithItsDescriptionUnlessThatSaysNothing()

@@ -14,6 +14,7 @@ using namespace tavrin;
 using namespace Qt::StringLiterals;
 using tavrin::test::bagOf;
 using tavrin::test::FakeHost;
+using tavrin::test::fontOf;
 using tavrin::test::keysOf;
 using tavrin::test::listOf;
 using tavrin::test::offense;
@@ -27,13 +28,6 @@ const QStringList Everything{u"13A"_s, u"13B"_s, u"220"_s, u"240"_s, u"999"_s};
 const QStringList InUse{u"13A"_s, u"220"_s, u"240"_s};
 const QString Alphabets = u"'abcdefghijklmnopqrstuvwxyzabcdefghijklmnopqrstuvwxyz', "
                           u"'ABCDEFGHIJKLMNOPQRSTUVWXYZABCDEFGHIJKLMNOPQRSTUVWXYZ'"_s;
-
-FontPtr fontOf(double size)
-{
-    auto font = std::make_shared<Font>();
-    font->SetSize(size);
-    return font;
-}
 
 /// The width of letters in a font, in pixels.
 int pixelsOf(const QString& letters, const FontPtr& font, const QWidget& widget)

@@ -3,6 +3,7 @@
 #include "lookup/FlatUserPicker.h"
 #include "lookup/OffensePicker.h"
 #include "support/FakeHost.h"
+#include "support/Fonts.h"
 #include "support/TestCase.h"
 #include "widgets/search_box/SuggestionView.h"
 
@@ -11,6 +12,7 @@
 using namespace tavrin;
 using namespace Qt::StringLiterals;
 using tavrin::test::FakeHost;
+using tavrin::test::fontOf;
 
 namespace {
 
@@ -19,14 +21,6 @@ XmlDocument xmlOf(const QString& text)
     XmlDocument document;
     document.loadXML(text);
     return document;
-}
-
-/// A font that says only how large it is, as one does of which nothing else was ever set.
-FontPtr fontOf(double size)
-{
-    auto font = std::make_shared<Font>();
-    font->SetSize(size);
-    return font;
 }
 
 void makeFancy(Font& font)

@@ -3,6 +3,7 @@
 #include "frame/control_frame/PropertyBag.h"
 #include "lookup/TavrinDropdown.h"
 #include "support/FakeHost.h"
+#include "support/Members.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
 #include "widgets/lists/FlatDropdown.h"
@@ -14,19 +15,13 @@
 using namespace Qt::StringLiterals;
 using namespace tavrin;
 using tavrin::test::FakeHost;
+using tavrin::test::keysOf;
+using tavrin::test::ownProperties;
 
 namespace {
 
 constexpr tavrin::TableNumber Races = 312;
 constexpr tavrin::TableNumber Nothing = 313;
-
-QStringList keysOf(const PropertyBag& bag)
-{
-    QStringList keys;
-    for (const PropertyBag::Entry& entry : bag.entries())
-        keys << entry.key;
-    return keys;
-}
 
 QImage redIcon()
 {
@@ -89,10 +84,8 @@ private Q_SLOTS:
     void theMembersStandInThePublishedOrder()
     {
         const QMetaObject& meta = TavrinDropdown::staticMetaObject;
-        QStringList names;
-        for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i)
-            names << QString::fromLatin1(meta.property(i).name());
-        QCOMPARE(names, QStringList({u"hWnd"_s, u"Font"_s, u"Icon"_s, u"TableNumber"_s, u"Value"_s}));
+        QCOMPARE(ownProperties(meta),
+                 QStringList({u"hWnd"_s, u"Font"_s, u"Icon"_s, u"TableNumber"_s, u"Value"_s}));
     }
 
     void theListIsBuiltAtShowAndNotBefore()

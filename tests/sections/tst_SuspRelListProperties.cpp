@@ -1,6 +1,7 @@
 #include "frame/control_frame/PropertyBag.h"
 #include "sections/SuspectForm.h"
 #include "support/Looks.h"
+#include "support/Members.h"
 
 #include <QHeaderView>
 #include <QMetaProperty>
@@ -9,19 +10,13 @@
 using namespace Qt::StringLiterals;
 using namespace tavrin;
 using tavrin::test::FakeHost;
+using tavrin::test::keysOf;
+using tavrin::test::ownProperties;
 using tavrin::test::SuspectForm;
 
 namespace {
 
 const QStringList SavedKeys{u"Enabled"_s, u"OtherCollectionTag"_s, u"OtherItemName"_s, u"OtherItemSeqName"_s};
-
-QStringList keysOf(const QSignalSpy& spy)
-{
-    QStringList keys;
-    for (const auto& call : spy)
-        keys << call.at(0).toString();
-    return keys;
-}
 
 struct Site
 {
@@ -44,11 +39,8 @@ private Q_SLOTS:
     void theMembersStandInThePublishedOrderAndThereAreNoEvents()
     {
         const QMetaObject& meta = SuspRelList::staticMetaObject;
-        QStringList names;
-        for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i)
-            names << QString::fromLatin1(meta.property(i).name());
-        QCOMPARE(names, QStringList({u"hWnd"_s, u"OtherCollectionTag"_s, u"OtherItemName"_s,
-                                     u"OtherItemSeqName"_s, u"Enabled"_s}));
+        QCOMPARE(ownProperties(meta), QStringList({u"hWnd"_s, u"OtherCollectionTag"_s, u"OtherItemName"_s,
+                                                   u"OtherItemSeqName"_s, u"Enabled"_s}));
         QCOMPARE(meta.classInfo(meta.indexOfClassInfo("ClassName")).value(), "TVBoundControls.SuspRelList");
         for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
             QVERIFY(meta.method(i).methodType() != QMetaMethod::Signal);

@@ -226,13 +226,9 @@ private Q_SLOTS:
         QCOMPARE(error.Description, u"no server"_s);
         QCOMPARE(error.Number, 1234);
         QCOMPARE(error.Source, u"Session"_s);
-        try {
-            form.read();
-            QFAIL("a read without a host went on");
-        } catch (const Error& failure) {
-            QCOMPARE(failure.Number, 1234);
-            QCOMPARE(failure.Source, u"Session"_s);
-        }
+        const Error failure = raisedBy([&] { form.read(); });
+        QCOMPARE(failure.Number, 1234);
+        QCOMPARE(failure.Source, u"Session"_s);
     }
 
     // Followers

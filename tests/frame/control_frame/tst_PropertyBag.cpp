@@ -4,6 +4,7 @@
 #include "base/values/Variant.h"
 #include "frame/control_frame/PropertyBag.h"
 #include "frame/control_frame/SavedProperty.h"
+#include "support/Members.h"
 #include "support/TestCase.h"
 
 #include <QImage>
@@ -21,16 +22,9 @@ using tavrin::FontPtr;
 using tavrin::Null;
 using tavrin::PropertyBag;
 using tavrin::PropertyKind;
+using tavrin::test::keysOf;
 
 namespace {
-
-QStringList keysOf(const PropertyBag& bag)
-{
-    QStringList keys;
-    for (const PropertyBag::Entry& entry : bag.entries())
-        keys << entry.key;
-    return keys;
-}
 
 /// The bag after it went through the text of a file.
 PropertyBag reread(const PropertyBag& bag, QStringList* problems = nullptr)
