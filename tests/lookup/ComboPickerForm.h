@@ -2,8 +2,7 @@
 
 #include "base/xml/XmlDocument.h"
 #include "support/FakeHost.h"
-#include "support/Fonts.h"
-#include "support/Members.h"
+#include "support/RaisedError.h"
 #include "widgets/drawing/PictureSurface.h"
 #include "widgets/labels/Label.h"
 #include "widgets/search_box/AutoCompleteComboBox.h"
@@ -74,6 +73,19 @@ inline XmlDocument sampleOffenses()
                    offense(34, "240", "Vehicle Theft", "Y13A", "1"),
                    offense(35, "999", "Written as a text", "Z1", "True")});
 }
+
+/// A host with the sample employees.
+struct EmployeeSite
+{
+    EmployeeSite()
+        : installation(host)
+    {
+        host.state().employees = comboEmployees();
+    }
+
+    FakeHost host;
+    HostInstallation installation;
+};
 
 /// Notes what is printed, where and in which font. A letter is 100 twips wide, in bold 120, and 200 high.
 class RowRecorder final : public PictureSurface
@@ -214,12 +226,7 @@ struct ComboPickerForm
     /// The description of the error of a search; "" for none.
     QString searchError(const QString& query = {}) const
     {
-        try {
-            search(query);
-        } catch (const Error& error) {
-            return error.Description;
-        }
-        return {};
+        return raisedBy([&] { search(query); }).Description;
     }
     void hold(const QVariant& value, const QVariantList& used = {}) const
     {

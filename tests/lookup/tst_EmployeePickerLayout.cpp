@@ -1,6 +1,7 @@
 #include "base/values/Variant.h"
 #include "lookup/ComboPickerForm.h"
 #include "lookup/EmployeePicker.h"
+#include "support/Fonts.h"
 #include "support/TestCase.h"
 #include "widgets/drawing/Placement.h"
 

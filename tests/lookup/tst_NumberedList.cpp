@@ -9,8 +9,7 @@
 
 using namespace tavrin;
 using namespace Qt::StringLiterals;
-using tavrin::test::comboEmployees;
-using tavrin::test::FakeHost;
+using tavrin::test::EmployeeSite;
 using tavrin::test::listOf;
 using tavrin::test::RecordParts;
 
@@ -40,17 +39,9 @@ QStringList idsOf(const NumberedList& list, const XmlNodes& items)
     return ids;
 }
 
-struct Site
+struct Site : EmployeeSite
 {
-    Site()
-        : installation(host)
-    {
-        host.state().employees = comboEmployees();
-    }
     int fetches() { return static_cast<int>(host.state().log.count(u"EmployeeListCache.Document"_s)); }
-
-    FakeHost host;
-    HostInstallation installation;
 };
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "base/values/Variant.h"
 #include "lookup/ComboPickerForm.h"
 #include "lookup/OffensePicker.h"
+#include "support/Fonts.h"
+#include "support/Members.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
 #include "widgets/drawing/Placement.h"
