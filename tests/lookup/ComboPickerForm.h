@@ -32,6 +32,12 @@ inline XmlDocument listOf(const char* root, const char* record, const std::vecto
     return document;
 }
 
+/// One record of that name.
+inline XmlNode recordOf(const char* record, const RecordParts& parts)
+{
+    return listOf("L", record, {parts}).documentElement().childElement(QString::fromLatin1(record));
+}
+
 inline RecordParts employee(int number, const char* id, const char* name, const char* badge, bool active,
                             bool k9 = false)
 {

@@ -12,6 +12,7 @@ using namespace Qt::StringLiterals;
 using tavrin::test::employee;
 using tavrin::test::fontOf;
 using tavrin::test::listOf;
+using tavrin::test::recordOf;
 using tavrin::test::RecordParts;
 using Form = tavrin::test::ComboPickerForm<EmployeePicker>;
 
@@ -19,11 +20,6 @@ namespace {
 
 constexpr int ComboPixels = 113; // 1695 twips
 constexpr int LabelPixels = 116; // and 45 more
-
-XmlNode recordOf(const RecordParts& parts)
-{
-    return listOf("L", "Employee", {parts}).documentElement().childElement(u"Employee"_s);
-}
 
 } // namespace
 
@@ -178,7 +174,7 @@ private Q_SLOTS:
     {
         Form form;
         form.picker->SetFont(fontOf(30));
-        const XmlNode item = recordOf(employee(1, "A11", "Adams, Ann", "501", true));
+        const XmlNode item = recordOf("Employee", employee(1, "A11", "Adams, Ann", "501", true));
         const QStringList calls{u"Segoe UI 9 bold \"A11: \" at 0"_s,
                                 u"Segoe UI 9 \"Adams, Ann\" at 600"_s,
                                 u"Segoe UI 9 \"#501\" at 2500"_s,
@@ -192,10 +188,11 @@ private Q_SLOTS:
     void aLongNameIsOverprintedByTheBadge()
     {
         const Form form;
-        QCOMPARE(form.drawn(recordOf(employee(1, "A11", "A name of more than 25 letters", "7", true))),
-                 QStringList({u"Segoe UI 9 bold \"A11: \" at 0"_s,
-                              u"Segoe UI 9 \"A name of more than 25 letters\" at 600"_s,
-                              u"Segoe UI 9 \"#7\" at 2500"_s, u"width 2700"_s, u"line"_s, u"height 200"_s}));
+        QCOMPARE(
+            form.drawn(recordOf("Employee", employee(1, "A11", "A name of more than 25 letters", "7", true))),
+            QStringList({u"Segoe UI 9 bold \"A11: \" at 0"_s,
+                         u"Segoe UI 9 \"A name of more than 25 letters\" at 600"_s,
+                         u"Segoe UI 9 \"#7\" at 2500"_s, u"width 2700"_s, u"line"_s, u"height 200"_s}));
     }
 
     void aBadgeOfBlanksPrintsNothingAndTheNumberSignComesForARealBadgeOnly_data()
@@ -214,7 +211,7 @@ private Q_SLOTS:
         QFETCH(QStringList, printed);
         QFETCH(QString, width);
         const Form form;
-        QCOMPARE(form.drawn(recordOf(employee(1, "A", "N", qPrintable(badge), true))),
+        QCOMPARE(form.drawn(recordOf("Employee", employee(1, "A", "N", qPrintable(badge), true))),
                  QStringList({u"Segoe UI 9 bold \"A: \" at 0"_s, u"Segoe UI 9 \"N\" at 360"_s}) + printed +
                      QStringList({width, u"line"_s, u"height 200"_s}));
     }
@@ -222,7 +219,7 @@ private Q_SLOTS:
     void theQueryIsMarkedInAllThreeTexts()
     {
         const Form form;
-        const XmlNode item = recordOf(employee(1, "A5", "Bo 5a", "A5", true));
+        const XmlNode item = recordOf("Employee", employee(1, "A5", "Bo 5a", "A5", true));
         QCOMPARE(form.drawn(item, u"a5"_s),
                  QStringList(
                      {u"box 0 to 240"_s, u"Segoe UI 9 bold \"A5\" at 0"_s, u"Segoe UI 9 bold \": \" at 240"_s,
@@ -233,15 +230,16 @@ private Q_SLOTS:
     void theColonBelongsToTheTextThatIsMarked()
     {
         const Form form;
-        const XmlNode item = recordOf(employee(1, "A5", "Bo", "", true));
+        const XmlNode item = recordOf("Employee", employee(1, "A5", "Bo", "", true));
         QVERIFY(form.drawn(item, u"5: "_s).contains(u"Segoe UI 9 bold \"5: \" at 120"_s));
     }
 
     void aRecordWithoutChildElementsPrintsEmptyTextsInTheirPlaces()
     {
         const Form form;
-        QCOMPARE(form.drawn(recordOf({})), QStringList({u"Segoe UI 9 bold \": \" at 0"_s, u"width 2500"_s,
-                                                        u"line"_s, u"height 200"_s}));
+        QCOMPARE(
+            form.drawn(recordOf("Employee", {})),
+            QStringList({u"Segoe UI 9 bold \": \" at 0"_s, u"width 2500"_s, u"line"_s, u"height 200"_s}));
     }
 
     void theRealListHasRowsOfTheFixedFontWhateverTheControlsFont()
