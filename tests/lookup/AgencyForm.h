@@ -25,6 +25,20 @@ inline void setAgencies(FakeHost& host)
     host.state().inactive[Tables::Agency] = {20};
 }
 
+/// Notes the events of a picker, each by its name.
+inline void follow(AgencyPicker& picker, QStringList& told)
+{
+    QObject::connect(&picker, &AgencyPicker::Change, &picker, [&] { told << QStringLiteral("Change"); });
+    QObject::connect(&picker, &AgencyPicker::ItemSelect, &picker,
+                     [&] { told << QStringLiteral("ItemSelect"); });
+}
+
+/// What an `AgencyForm` notes of a choice of the person's: "10 Aston Police".
+inline QStringList chosen(const QString& agency)
+{
+    return {QStringLiteral("ItemSelect ") + agency, QStringLiteral("Change ") + agency};
+}
+
 /// A form with one picker that was restored from an empty bag, and what the picker told.
 struct AgencyForm
 {

@@ -3,6 +3,7 @@
 #include "frame/control_frame/Ambient.h"
 #include "lookup/AgencyForm.h"
 #include "support/FakeDesktop.h"
+#include "support/Fonts.h"
 #include "support/Members.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
@@ -13,6 +14,7 @@
 using namespace Qt::StringLiterals;
 using namespace tavrin;
 using tavrin::test::AgencyForm;
+using tavrin::test::fontOf;
 using tavrin::test::keysOf;
 using tavrin::test::ownProperties;
 
@@ -106,9 +108,7 @@ private Q_SLOTS:
         form.picker->SetShowName(false);
         form.picker->SetListAllAgencies(true);
         form.picker->SetRemoveUsedValues(true);
-        const auto font = std::make_shared<tavrin::Font>();
-        font->SetSize(17);
-        form.picker->SetFont(font);
+        form.picker->SetFont(fontOf(17));
         form.picker->SetBackColor(Color::rgb(1, 2, 3));
         form.picker->SetForeColor(Color::rgb(4, 5, 6));
         form.picker->WriteProperties(bag);
@@ -157,8 +157,7 @@ private Q_SLOTS:
         // One to which somebody can listen before it is restored.
         AgencyPicker second(&form);
         QStringList told;
-        connect(&second, &AgencyPicker::Change, &form, [&] { told << u"Change"_s; });
-        connect(&second, &AgencyPicker::ItemSelect, &form, [&] { told << u"ItemSelect"_s; });
+        tavrin::test::follow(second, told);
         second.ReadProperties(bag); // its first row change, the one from filling, counts for nothing
         QCOMPARE(second.findChild<GridComboBox*>()->Bookmark(), QVariant(1));
         QVERIFY(IsNull(second.Value()));
