@@ -56,10 +56,6 @@ struct UploadStage
     FakeClock clock{QDateTime(QDate(2016, 2, 1), QTime(13, 5, 7))};
 };
 
-inline const QString FolderNotSet = QStringLiteral(
-    "The \"Attachments Folder\" setting is not currently configured under \"<General>\" in Default Values in "
-    "Administration. Configure this setting to use attachments.");
-
 inline const QString LongReason = QStringLiteral(
     "The file could not be copied to the attachments folder, because the server that holds it has not "
     "answered for a minute: //records-server.example/shared/departments/attachments/archive/2016");

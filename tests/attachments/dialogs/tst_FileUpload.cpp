@@ -1,3 +1,4 @@
+#include "attachments/FolderNotSet.h"
 #include "attachments/dialogs/FileUpload.h"
 #include "attachments/dialogs/TransferBar.h"
 #include "attachments/dialogs/UploadIcon.h"

@@ -1,3 +1,4 @@
+#include "attachments/FolderNotSet.h"
 #include "attachments/dialogs/DownloadStage.h"
 #include "attachments/dialogs/frmDownloadAllTask.h"
 #include "base/files/FileWriter.h"
@@ -14,6 +15,7 @@ using tavrin::test::contentOf;
 using tavrin::test::DownloadStage;
 using tavrin::test::entriesOf;
 using tavrin::test::errorOf;
+using tavrin::test::FolderNotSet;
 using tavrin::test::putFile;
 
 namespace {
@@ -312,11 +314,7 @@ private Q_SLOTS:
     {
         Stage stage(1);
         stage.host.state().settings.clear();
-        QCOMPARE(
-            stage.start().Description,
-            u"Error downloading file 1.pdf: The \"Attachments Folder\" setting is not currently configured "
-            u"under \"<General>\" in Default Values in Administration. Configure this setting to use "
-            u"attachments."_s);
+        QCOMPARE(stage.start().Description, u"Error downloading file 1.pdf: "_s + FolderNotSet);
         QCOMPARE(entriesOf(stage.downloads), QStringList());
     }
 

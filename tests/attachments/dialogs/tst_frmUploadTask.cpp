@@ -1,3 +1,4 @@
+#include "attachments/FolderNotSet.h"
 #include "attachments/dialogs/UploadTaskStage.h"
 #include "support/NextModal.h"
 #include "support/TickingClock.h"

@@ -1,4 +1,5 @@
 #include "attachments/AttachmentRows.h"
+#include "attachments/FolderNotSet.h"
 #include "attachments/files/modAttachments.h"
 #include "support/FakeHost.h"
 #include "support/TestCase.h"
@@ -18,9 +19,6 @@ using namespace tavrin::test;
 namespace {
 
 const QString FolderSetting = u"_Global/Attachments Folder"_s;
-const QString NotConfigured = u"The \"Attachments Folder\" setting is not currently configured under "
-                              u"\"<General>\" in Default Values in "
-                              "Administration. Configure this setting to use attachments."_s;
 
 const QString StoredReport = uR"(2014\03\20160201130507_Report.pdf)"_s;
 const QString StoredPhoto = uR"(2014\03\20160201130507_Photo.png)"_s;
@@ -89,7 +87,7 @@ private Q_SLOTS:
     {
         const Raised raised = raisedBy([] { GetAttachmentsFolder(); });
         QCOMPARE(raised.number, 5);
-        QCOMPARE(raised.description, NotConfigured);
+        QCOMPARE(raised.description, FolderNotSet);
         QCOMPARE(GetAttachmentsFolderSetting(), QString());
     }
 
@@ -186,7 +184,7 @@ private Q_SLOTS:
     {
         const Raised raised = raisedBy([] { GetAttachmentPath(*attachment({{"FileName", StoredReport}})); });
         QCOMPARE(raised.number, 5);
-        QCOMPARE(raised.description, NotConfigured);
+        QCOMPARE(raised.description, FolderNotSet);
     }
 
     void aRelativeRowLiesBelowTheSettingWithOneSeparatorBetween_data()

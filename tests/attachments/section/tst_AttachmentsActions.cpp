@@ -1,3 +1,4 @@
+#include "attachments/FolderNotSet.h"
 #include "attachments/dialogs/frmDownloadFolderPrompt.h"
 #include "attachments/section/AttachmentsForm.h"
 
@@ -8,15 +9,12 @@
 using namespace Qt::StringLiterals;
 using namespace tavrin;
 using tavrin::test::AttachmentsForm;
+using tavrin::test::FolderNotSet;
 using tavrin::test::NextModal;
 using tavrin::test::ShownBox;
 using tavrin::test::Unhandled;
 
 namespace {
-
-const QString MissingSetting = u"The \"Attachments Folder\" setting is not currently configured under "
-                               u"\"<General>\" in Default Values in "
-                               u"Administration. Configure this setting to use attachments."_s;
 
 /// Drops onto the list; the action that the list took.
 Qt::DropAction drop(AttachmentsForm& form, const QMimeData& data)
@@ -184,7 +182,7 @@ private Q_SLOTS:
         form.type(u"a "_s);
         form.dialogs.choose({form.newFile(u"a.txt"_s)});
         form.click(form.link);
-        QCOMPARE(theBox(form), MissingSetting + u"|Attachments|critical"_s);
+        QCOMPARE(theBox(form), FolderNotSet + u"|Attachments|critical"_s);
         QCOMPARE(form.host.state().log.filter(u"Uploader"_s), QStringList());
         QCOMPARE(form.text(1, "Notes"), u"one"_s); // the details come behind the setting
         QVERIFY(form.section->isEnabled());
@@ -531,7 +529,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("reason");
         QTest::newRow("no right") << false
                                   << u"You don't have permission to add attachments in this module."_s;
-        QTest::newRow("no setting") << true << MissingSetting;
+        QTest::newRow("no setting") << true << FolderNotSet;
     }
     void aFailingDropIsToldInItsOwnBox()
     {

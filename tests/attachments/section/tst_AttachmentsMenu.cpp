@@ -1,3 +1,4 @@
+#include "attachments/FolderNotSet.h"
 #include "attachments/section/AttachmentsForm.h"
 
 #include <QDialog>
@@ -731,10 +732,7 @@ private Q_SLOTS:
         form.host.state().settings.clear();
         form.doubleClick(form.placeOfLine(0));
         QTRY_COMPARE(form.boxes.shown().size(), 1);
-        QCOMPARE(
-            form.boxes.shown().first().text,
-            u"The \"Attachments Folder\" setting is not currently configured under \"<General>\" in Default "
-            u"Values in Administration. Configure this setting to use attachments."_s);
+        QCOMPARE(form.boxes.shown().first().text, tavrin::test::FolderNotSet);
     }
 
     void aCancelledDownloadIsSilent()

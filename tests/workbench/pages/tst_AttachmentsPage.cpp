@@ -1,3 +1,4 @@
+#include "attachments/FolderNotSet.h"
 #include "attachments/section/CoverImage.h"
 #include "base/values/Variant.h"
 #include "host/store/AttachmentStore.h"
@@ -19,10 +20,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int AttachmentsPageNo = 7;
-
-const QString FolderMessage = u"The \"Attachments Folder\" setting is not currently configured under "
-                              u"\"<General>\" in Default Values in "
-                              "Administration. Configure this setting to use attachments."_s;
 
 /// A site whose person chooses files without a dialog.
 struct AttachmentsSite : Site
@@ -259,7 +256,7 @@ private Q_SLOTS:
             MainWindow window(workspace);
             window.show();
             QCoreApplication::processEvents();
-            QCOMPARE(boxes.texts(), isSet || !isFirst ? QStringList() : QStringList{FolderMessage});
+            QCOMPARE(boxes.texts(), isSet || !isFirst ? QStringList() : QStringList{FolderNotSet});
             boxes.take();
         }
     }
