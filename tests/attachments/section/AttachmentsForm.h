@@ -184,6 +184,12 @@ struct AttachmentsForm
         picture.fill(Qt::darkCyan);
         host.state().pictures.insert(thumbnail, picture);
     }
+    /// From now on the record has another collection, without rows.
+    void replaceRows()
+    {
+        rows = std::make_shared<NumberedRows>();
+        record->setItem(QStringLiteral("Attachments"), rows);
+    }
     QString storedPath(QString fileName) const { return store.filePath(fileName.replace(u'\\', u'/')); }
 
     static void set(tvTableRow& row, const char* field, const QVariant& value)
@@ -274,6 +280,18 @@ struct AttachmentsForm
         click(placeOfLine(line), Qt::RightButton);
         QTRY_VERIFY(menu->isVisible());
         chooseByKey(menu, key);
+    }
+
+    /// The only box since the last look, as its text, title and icon; "" for none.
+    QString theBox()
+    {
+        const QList<ShownBox> shown = boxes.take();
+        if (shown.isEmpty())
+            return {};
+        const ShownBox box = shown.first();
+        const QString icon =
+            box.icon == BoxIcon::Critical ? QStringLiteral("critical") : QStringLiteral("other");
+        return shown.size() > 1 ? QStringLiteral("several boxes") : box.text + u'|' + box.title + u'|' + icon;
     }
 
     QString selected() const { return list->SelectedItem().value_or(QStringLiteral("none")); }
