@@ -17,9 +17,11 @@
 #include "widgets/panels/GroupBox.h"
 #include "widgets/panels/PopupMenu.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QTemporaryDir>
 #include <QTest>
@@ -274,11 +276,24 @@ struct AttachmentsForm
         for (const QChar character : what)
             QTest::keyClick(window.windowHandle(), character.toLatin1());
     }
+    /// Presses keys and keeps them down for three repeats.
+    void hold(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
+    {
+        press(key, modifiers);
+        for (int repeat = 0; repeat < 3; ++repeat) {
+            QKeyEvent event(QEvent::KeyPress, key, modifiers, QString(), true);
+            QApplication::sendEvent(list, &event);
+        }
+    }
+    void openMenu(const QPoint& place)
+    {
+        click(place, Qt::RightButton);
+        QTRY_VERIFY(menu->isVisible());
+    }
     /// Opens the menu at a line and chooses an item by its key.
     void choose(int line, Qt::Key key)
     {
-        click(placeOfLine(line), Qt::RightButton);
-        QTRY_VERIFY(menu->isVisible());
+        openMenu(placeOfLine(line));
         chooseByKey(menu, key);
     }
 

@@ -1,40 +1,14 @@
-#include "attachments/FolderNotSet.h"
 #include "attachments/section/AttachmentsForm.h"
 
-#include <QDialog>
+#include <QApplication>
 #include <QPointer>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;
-using tavrin::test::AttachmentsForm;
-using tavrin::test::NumberedRows;
-using tavrin::test::ShownBox;
+using namespace tavrin::test;
 
 namespace {
-
-void openMenu(AttachmentsForm& form, const QPoint& place)
-{
-    form.click(place, Qt::RightButton);
-    QTRY_VERIFY(form.menu->isVisible());
-}
-
-void chooseRemove(AttachmentsForm& form, const QString& way)
-{
-    openMenu(form, form.placeOfLine(0));
-    PopupMenu* menu = form.menu;
-    if (way == u"key of the menu"_s) {
-        QTest::keyClick(menu, Qt::Key_R);
-    } else if (way == u"mouse"_s) {
-        QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(form.item("mnuRemove")).center());
-    } else {
-        for (int line = 0; line < 3; ++line)
-            QTest::keyClick(menu, Qt::Key_Down);
-        QCOMPARE(menu->activeAction(), form.item("mnuRemove"));
-        QTest::keyClick(menu, Qt::Key_Return);
-    }
-    tavrin::test::letMenusTell();
-}
 
 /// Lets whatever the timer of the menu would have done happen.
 void waitLongerThanTheTimer()
@@ -90,19 +64,9 @@ QStringList enabledItems(const AttachmentsForm& form)
     return names;
 }
 
-/// Presses a key and keeps it down for three repeats.
-void holdKey(AttachmentsForm& form, Qt::Key key)
-{
-    form.press(key);
-    for (int repeat = 0; repeat < 3; ++repeat) {
-        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
-        QApplication::sendEvent(form.list, &event);
-    }
-}
-
 } // namespace
 
-/// The menu of `Attachments`, and the keys and clicks of its list.
+/// The menu of `Attachments`: what is enabled in it, and how it opens.
 class tst_AttachmentsMenu : public tavrin::test::TestCase
 {
     Q_OBJECT
@@ -170,7 +134,7 @@ private Q_SLOTS:
         for (int index = 0; index < 3; ++index)
             form.addRow(u"%1.txt"_s.arg(index), Null(), Null(), index == newLine);
         QVERIFY(form.open());
-        openMenu(form, form.placeOfLine(line));
+        form.openMenu(form.placeOfLine(line));
         QCOMPARE(enabledItems(form), expected);
         form.menu->close();
     }
@@ -196,7 +160,7 @@ private Q_SLOTS:
         for (const QString& right : rights)
             permissions << u"Incident/"_s + right;
         QVERIFY(form.openThree());
-        openMenu(form, form.placeOfLine(0));
+        form.openMenu(form.placeOfLine(0));
         const QStringList before = enabledItems(form);
         form.menu->close();
 
@@ -205,7 +169,7 @@ private Q_SLOTS:
             if (!rights.contains(right))
                 permissions << u"Warrant/"_s + right;
         }
-        const auto wrong = std::make_shared<tavrin::test::FakeRecord>();
+        const auto wrong = std::make_shared<FakeRecord>();
         wrong->className = reason == u"class of another name"_s ? u"Warrant"_s : u"tvWarrantBO"_s;
         if (reason != u"no attachments"_s)
             wrong->setItem(u"Attachments"_s, std::make_shared<NumberedRows>());
@@ -213,7 +177,7 @@ private Q_SLOTS:
             form.host.failWith(Error(u"no session"_s));
         QVERIFY_THROWS_EXCEPTION(Error, static_cast<BoundSection*>(form.section)->ReadData(wrong));
         form.host.failWith({});
-        openMenu(form, form.placeOfLine(0));
+        form.openMenu(form.placeOfLine(0));
         QCOMPARE(enabledItems(form), before);
         form.menu->close();
     }
@@ -231,11 +195,11 @@ private Q_SLOTS:
         made->Add(old);
         form.dialogs.choose({form.newFile(u"new.txt"_s)});
         form.host.state().transferFailures.insert(form.workplace.filePath(u"new.txt"_s), u"no room"_s);
-        const tavrin::test::NextModal skip([](QWidget&) {});
+        const NextModal skip([](QWidget&) {});
         form.section->AddAttachments(); // whose upload is skipped; the list shows what is there
         QCOMPARE(form.boxes.shown().size(), 0);
         QCOMPARE(form.list->Count(), 1);
-        openMenu(form, form.placeOfLine(0));
+        form.openMenu(form.placeOfLine(0));
         QCOMPARE(enabledItems(form),
                  QStringList({u"mnuOpen"_s, u"mnuAdd"_s, u"mnuRemove"_s, u"mnuDownloadAll"_s}));
         form.menu->close();
@@ -244,9 +208,8 @@ private Q_SLOTS:
     void inAnEmptyListOpenRemoveAndDownloadAreDisabled()
     {
         AttachmentsForm form;
-        form.read();
-        QVERIFY(form.show());
-        openMenu(form, form.emptyPlace());
+        QVERIFY(form.open());
+        form.openMenu(form.emptyPlace());
         QCOMPARE(enabledItems(form), QStringList{u"mnuAdd"_s});
         form.menu->close();
     }
@@ -254,12 +217,10 @@ private Q_SLOTS:
     void onEmptySpaceWithoutAMarkedLineOpenAndRemoveAreDisabled()
     {
         AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
+        QVERIFY(form.openThree());
         form.list->SetDropHighlight(std::nullopt);
         form.list->SetSelectedItem(std::nullopt);
-        openMenu(form, form.emptyPlace());
+        form.openMenu(form.emptyPlace());
         QCOMPARE(enabledItems(form), QStringList({u"mnuAdd"_s, u"mnuDownloadAll"_s}));
         QCOMPARE(form.rows->Position(), 1);
         form.menu->close();
@@ -280,9 +241,7 @@ private Q_SLOTS:
     void aRightPressOpensTheMenuThroughTheTimerOnly()
     {
         AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
+        QVERIFY(form.openThree());
         const QPoint place = form.placeOfLine(0);
         QTest::mousePress(form.window.windowHandle(), Qt::RightButton, {}, place);
         QVERIFY(!form.menu->isVisible());
@@ -302,7 +261,7 @@ private Q_SLOTS:
         bool ranAsItOpened = true;
         QObject::connect(form.menu, &QMenu::aboutToShow, form.menu,
                          [&] { ranAsItOpened = !watch.timer || watch.timer->isActive(); });
-        openMenu(form, form.placeOfLine(0));
+        form.openMenu(form.placeOfLine(0));
         QVERIFY(watch.timer);
         QCOMPARE(watch.timer->interval(), 1);
         QVERIFY(!ranAsItOpened);
@@ -310,7 +269,7 @@ private Q_SLOTS:
         waitLongerThanTheTimer();
         QCOMPARE(watch.fired, 1);
         QVERIFY(!form.menu->isVisible());
-        openMenu(form, form.placeOfLine(1)); // and again
+        form.openMenu(form.placeOfLine(1)); // and again
         QCOMPARE(watch.fired, 2);
         form.menu->close();
     }
@@ -318,10 +277,8 @@ private Q_SLOTS:
     void aRightPressOnAnotherLineSelectsIt()
     {
         AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
-        openMenu(form, form.placeOfLine(2));
+        QVERIFY(form.openThree());
+        form.openMenu(form.placeOfLine(2));
         QCOMPARE(form.rows->Position(), 3);
         QCOMPARE(form.selected(), u"103"_s);
         QCOMPARE(form.marked(), u"103"_s);
@@ -332,10 +289,8 @@ private Q_SLOTS:
     void aRightPressBesideTheLinesKeepsTheCurrentOne()
     {
         AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
-        openMenu(form, form.emptyPlace());
+        QVERIFY(form.openThree());
+        form.openMenu(form.emptyPlace());
         QCOMPARE(form.rows->Position(), 1);
         QCOMPARE(form.marked(), u"101"_s);
         QCOMPARE(enabledItems(form).size(), 4);
@@ -345,9 +300,7 @@ private Q_SLOTS:
     void theOtherButtonsOpenNoMenu()
     {
         AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
+        QVERIFY(form.openThree());
         form.click(form.placeOfLine(1));
         form.click(form.placeOfLine(1), Qt::MiddleButton);
         waitLongerThanTheTimer();
@@ -366,9 +319,7 @@ private Q_SLOTS:
         QFETCH(Qt::Key, key);
         QFETCH(Qt::KeyboardModifiers, modifiers);
         AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
+        QVERIFY(form.openThree());
         form.press(Qt::Key_Down);
         QCOMPARE(form.rows->Position(), 2);
         form.press(key, modifiers);
@@ -383,391 +334,11 @@ private Q_SLOTS:
     void aSectionThatGoesTakesItsTimerAlong()
     {
         AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
+        QVERIFY(form.openThree());
         QTest::mousePress(form.window.windowHandle(), Qt::RightButton, {}, form.placeOfLine(0));
         delete form.section.data();
         waitLongerThanTheTimer();
         QVERIFY(!QApplication::activePopupWidget());
-    }
-
-    // Remove
-
-    void removingTakesTheCurrentRowWithoutAQuestionAndLeavesTheFile()
-    {
-        AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
-        const QString stored = form.storedPath(form.text(2, "FileName"));
-        form.choose(1, Qt::Key_R);
-        QCOMPARE(form.fileNames(), QStringList({u"report.docx"_s, u"lock.png"_s}));
-        QCOMPARE(form.rows->removedImmediately(), QList<bool>{false});
-        QCOMPARE(form.list->Count(), 2);
-        QCOMPARE(form.selected(), u"103"_s);
-        QCOMPARE(form.marked(), u"103"_s);
-        QCOMPARE(form.description->Text(), u"third"_s);
-        QCOMPARE(form.boxes.shown().size(), 0);
-        QVERIFY(QFile::exists(stored));
-    }
-
-    void removingTheLastRowEmptiesThePane()
-    {
-        AttachmentsForm form;
-        form.addRow(u"a.txt"_s, u"first"_s);
-        form.read();
-        QVERIFY(form.show());
-        form.choose(0, Qt::Key_R);
-        QCOMPARE(form.list->Count(), 0);
-        QCOMPARE(form.marked(), u"none"_s);
-        QCOMPARE(form.description->Text(), QString());
-        QVERIFY(!form.description->isEnabled());
-    }
-
-    void aFailureToRemoveIsToldInABox()
-    {
-        AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
-        form.rows->removalFailure = Error(u"the row is locked"_s);
-        form.choose(1, Qt::Key_R);
-        const QList<ShownBox> shown = form.boxes.take();
-        QCOMPARE(shown.size(), 1);
-        QCOMPARE(shown.first().text, u"Unexpected error removing attachment: the row is locked"_s);
-        QCOMPARE(shown.first().title, u"Attachments"_s);
-        QCOMPARE(shown.first().icon, BoxIcon::Critical);
-        QCOMPARE(form.rows->Count(), 3);
-    }
-
-    void aFollowerThatFailsBehindTheRemovalLeavesListAndPaneInStep()
-    {
-        AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
-        const Subscription failing = form.rows->ItemRemovedEx.subscribe(
-            [](qint32, const tvTableRowPtr&) { throw Error(u"the cover is away"_s); });
-        form.choose(1, Qt::Key_R);
-        QCOMPARE(form.boxes.take().first().text,
-                 u"Unexpected error removing attachment: the cover is away"_s);
-        QCOMPARE(form.rows->Count(), 2);
-        QCOMPARE(form.list->Count(), 2);
-        QCOMPARE(form.list->Key(1), u"103"_s);
-        QCOMPARE(form.marked(), u"103"_s);
-        QCOMPARE(form.description->Text(), u"third"_s);
-        form.write();
-        QCOMPARE(form.text(2, "Description"), u"third"_s);
-        QCOMPARE(form.text(2, "Notes"), u"three"_s);
-    }
-
-    void aFailureThatLeavesTheRowKeepsTheTypedComment()
-    {
-        AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
-        form.comment->setFocus();
-        form.type(u"a "_s);
-        form.rows->removalFailure = Error(u"the row is locked"_s);
-        form.choose(0, Qt::Key_R);
-        QCOMPARE(form.boxes.take().size(), 1);
-        QCOMPARE(form.comment->Text(), u"a one"_s);
-    }
-
-    void aRemovalMayBindAnotherRecord()
-    {
-        AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
-        const std::weak_ptr<NumberedRows> before = form.rows;
-        const Subscription binding =
-            form.rows->ItemRemovedEx.subscribe([&form](qint32, const tvTableRowPtr&) {
-                form.rows = std::make_shared<NumberedRows>();
-                form.addRow(u"other.txt"_s, u"other"_s);
-                form.rows->SetPosition(1);
-                form.record->setItem(u"Attachments"_s, form.rows);
-                form.read();
-            });
-        form.choose(1, Qt::Key_R);
-        QVERIFY(before.expired());
-        QCOMPARE(form.list->Count(), 1);
-        QCOMPARE(form.description->Text(), u"other"_s);
-        QCOMPARE(form.boxes.shown().size(), 0);
-    }
-
-    void aRemovalMayDeleteTheSection_data()
-    {
-        QTest::addColumn<QString>("way");
-        for (const char* way : {"Delete", "key of the menu", "arrows and Return", "mouse"})
-            QTest::newRow(way) << QString::fromLatin1(way);
-    }
-    void aRemovalMayDeleteTheSection()
-    {
-        QFETCH(QString, way);
-        AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
-        const tavrin::test::Unhandled unhandled;
-        int removed = 0;
-        const Subscription deleting = form.rows->ItemRemovedEx.subscribe([&](qint32, const tvTableRowPtr&) {
-            ++removed;
-            delete form.section.data();
-        });
-        if (way == u"Delete"_s)
-            form.press(Qt::Key_Delete);
-        else
-            chooseRemove(form, way);
-        QVERIFY(form.section.isNull());
-        QCOMPARE(removed, 1);
-        QCOMPARE(form.rows->Count(), 2);
-        QCOMPARE(form.boxes.shown().size(), 0);
-        QCOMPARE(unhandled.texts, QStringList());
-    }
-
-    void aRemovalWithoutItsRowIsAnError()
-    {
-        AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY_THROWS_EXCEPTION(Error, form.rows->ItemRemovedEx.raise(1, nullptr));
-        QCOMPARE(form.rows->primaries, QStringList());
-    }
-
-    void deleteRemovesWhereItIsAllowed_data()
-    {
-        QTest::addColumn<bool>("canDelete");
-        QTest::addColumn<int>("left");
-        QTest::newRow("allowed") << true << 2;
-        QTest::newRow("not allowed") << false << 3;
-    }
-    void deleteRemovesWhereItIsAllowed()
-    {
-        QFETCH(bool, canDelete);
-        QFETCH(int, left);
-        AttachmentsForm form;
-        if (!canDelete)
-            form.host.state().permissions.remove(u"Incident/20"_s);
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
-        form.press(Qt::Key_Delete);
-        QCOMPARE(form.rows->Count(), left);
-        QCOMPARE(form.list->Count(), left);
-    }
-
-    void aHeldDeleteRemovesOneRowOnly()
-    {
-        AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
-        holdKey(form, Qt::Key_Delete);
-        QCOMPARE(form.rows->Count(), 2);
-        QCOMPARE(form.list->Count(), 2);
-    }
-
-    void aHeldEnterOpensTheFileOnce_data()
-    {
-        QTest::addColumn<Qt::Key>("key");
-        QTest::newRow("Return") << Qt::Key_Return;
-        QTest::newRow("Enter of the number pad") << Qt::Key_Enter;
-    }
-    void aHeldEnterOpensTheFileOnce()
-    {
-        QFETCH(Qt::Key, key);
-        AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
-        holdKey(form, key);
-        QCOMPARE(form.shell.opened().size(), 1);
-        QVERIFY(!QApplication::activeModalWidget());
-    }
-
-    void deleteInTheTextsRemovesNoRow()
-    {
-        AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
-        form.description->setFocus();
-        form.press(Qt::Key_Delete);
-        form.comment->setFocus();
-        form.press(Qt::Key_Delete);
-        QCOMPARE(form.rows->Count(), 3);
-    }
-
-    void aChoiceThatAnotherRecordOvertakesIsDropped()
-    {
-        AttachmentsForm form;
-        QVERIFY(form.openThree());
-        const auto former = form.rows;
-        openMenu(form, form.placeOfLine(1));
-        QTest::keyClick(form.menu, Qt::Key_R);
-        form.rows = std::make_shared<NumberedRows>();
-        form.addThree();
-        form.record->setItem(u"Attachments"_s, form.rows);
-        form.read();
-        tavrin::test::letMenusTell();
-        QCOMPARE(former->Count(), 3);
-        QCOMPARE(form.rows->Count(), 3);
-    }
-
-    void aChoiceIsKeptWhenTheSameRecordIsReadAgain()
-    {
-        AttachmentsForm form;
-        QVERIFY(form.openThree());
-        openMenu(form, form.placeOfLine(1));
-        QTest::keyClick(form.menu, Qt::Key_R);
-        form.read();
-        tavrin::test::letMenusTell();
-        QCOMPARE(form.fileNames(), QStringList({u"report.docx"_s, u"lock.png"_s}));
-    }
-
-    // Open
-
-    void openingFromTheMenuOpensTheCopyUnderItsOwnName()
-    {
-        AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
-        form.choose(1, Qt::Key_O);
-        QTRY_COMPARE(form.shell.opened().size(), 1);
-        const QString opened = form.shell.opened().first();
-        QCOMPARE(QFileInfo(opened).fileName(), u"door.png"_s);
-        QCOMPARE(AttachmentsForm::readFile(opened), "door.png");
-        QVERIFY(!QFileInfo(opened).isExecutable());
-        QCOMPARE(form.boxes.shown().size(), 0);
-        QVERIFY(form.window.findChildren<QDialog*>().isEmpty());
-    }
-
-    void aDoubleClickAndEnterOpenTheCurrentFile_data()
-    {
-        QTest::addColumn<bool>("byKey");
-        QTest::newRow("double click") << false;
-        QTest::newRow("Enter") << true;
-    }
-    void aDoubleClickAndEnterOpenTheCurrentFile()
-    {
-        QFETCH(bool, byKey);
-        AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
-        if (byKey)
-            form.press(Qt::Key_Return);
-        else
-            form.doubleClick(form.placeOfLine(0));
-        QTRY_COMPARE(form.shell.opened().size(), 1);
-        QCOMPARE(QFileInfo(form.shell.opened().first()).fileName(), u"report.docx"_s);
-    }
-
-    void withoutAMarkedLineADoubleClickOpensNothing()
-    {
-        AttachmentsForm form;
-        form.read();
-        QVERIFY(form.show());
-        form.doubleClick(form.emptyPlace());
-        form.press(Qt::Key_Return);
-        QCOMPARE(form.shell.opened(), QStringList());
-        QCOMPARE(form.boxes.shown().size(), 0);
-    }
-
-    void aFailureToOpenIsToldInABox_data()
-    {
-        QTest::addColumn<bool>("fromMenu");
-        QTest::addColumn<QString>("prefix");
-        QTest::newRow("menu") << true << u"Unexpected error opening attachment: "_s;
-        QTest::newRow("double click") << false << QString();
-    }
-    void aFailureToOpenIsToldInABox()
-    {
-        QFETCH(bool, fromMenu);
-        QFETCH(QString, prefix);
-        AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
-        form.shell.answerWith(31);
-        if (fromMenu)
-            form.choose(0, Qt::Key_O);
-        else
-            form.doubleClick(form.placeOfLine(0));
-        QTRY_COMPARE(form.boxes.shown().size(), 1);
-        const ShownBox box = form.boxes.shown().first();
-        QCOMPARE(box.text, prefix + u"Could not open file '"_s + form.shell.opened().first() +
-                               u"'. Reason: There is no application associated with the given file name "
-                               u"extension."_s);
-        QCOMPARE(box.title, u"Attachments"_s);
-        QCOMPARE(box.icon, BoxIcon::Critical);
-    }
-
-    void aFailedDownloadNamesTheFileOfTheStore()
-    {
-        AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
-        const QString source = form.store.path() + u'\\' + form.text(1, "FileName");
-        form.host.state().transferFailures.insert(source, u"the store is away"_s);
-        form.choose(0, Qt::Key_O);
-        QTRY_COMPARE(form.boxes.shown().size(), 1);
-        QCOMPARE(form.boxes.shown().first().text,
-                 u"Unexpected error opening attachment: Error downloading file '"_s + source +
-                     u"': the store is away"_s);
-        QCOMPARE(form.shell.opened(), QStringList());
-    }
-
-    void aMissingSettingIsToldWhenAFileIsOpened()
-    {
-        AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
-        form.host.state().settings.clear();
-        form.doubleClick(form.placeOfLine(0));
-        QTRY_COMPARE(form.boxes.shown().size(), 1);
-        QCOMPARE(form.boxes.shown().first().text, tavrin::test::FolderNotSet);
-    }
-
-    void aCancelledDownloadIsSilent()
-    {
-        AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
-        bool cancelled = false;
-        form.host.state().duringTransfer = [&](const QString&, qint64, qint64) {
-            QTest::keyClick(QApplication::activeModalWidget()->windowHandle(), Qt::Key_Escape);
-            cancelled = true;
-        };
-        form.choose(0, Qt::Key_O);
-        QTRY_VERIFY(cancelled && !QApplication::activeModalWidget());
-        QCOMPARE(form.shell.opened(), QStringList());
-        QCOMPARE(form.boxes.shown().size(), 0);
-    }
-
-    void aFormThatDeletesTheSectionDuringADownloadEndsTheOpeningQuietly()
-    {
-        AttachmentsForm form;
-        form.addThree();
-        form.read();
-        QVERIFY(form.show());
-        const tavrin::test::Unhandled unhandled;
-        form.host.state().duringTransfer = [&](const QString&, qint64, qint64) {
-            delete form.section.data();
-        };
-        form.choose(0, Qt::Key_O);
-        QVERIFY(form.section.isNull());
-        QVERIFY(!QApplication::activeModalWidget());
-        QCOMPARE(unhandled.texts, QStringList());
-        QCOMPARE(form.boxes.shown().size(), 0);
-        QCOMPARE(form.shell.opened(), QStringList());
     }
 };
 

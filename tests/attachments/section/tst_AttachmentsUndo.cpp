@@ -239,11 +239,7 @@ private Q_SLOTS:
         QVERIFY(open(form));
         form.press(Qt::Key_Delete);
         form.press(Qt::Key_Delete);
-        form.press(Qt::Key_Z, Qt::ControlModifier);
-        for (int repeat = 0; repeat < 3; ++repeat) {
-            QKeyEvent event(QEvent::KeyPress, Qt::Key_Z, Qt::ControlModifier, QString(), true);
-            QApplication::sendEvent(form.list, &event);
-        }
+        form.hold(Qt::Key_Z, Qt::ControlModifier);
         QCOMPARE(form.rows->Count(), 2);
         QCOMPARE(said(form), u"report.docx removed. Undo"_s);
     }
@@ -367,10 +363,9 @@ private Q_SLOTS:
         const auto former = form.rows;
         notes->follower = [&] {
             notes->follower = {};
-            form.rows = std::make_shared<NumberedRows>();
+            form.replaceRows();
             form.addRow(u"other.txt"_s);
             form.addRow(u"another.txt"_s);
-            form.record->setItem(u"Attachments"_s, form.rows);
             form.read();
             form.press(Qt::Key_Delete);
         };

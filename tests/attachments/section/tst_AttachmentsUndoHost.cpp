@@ -54,11 +54,10 @@ private Q_SLOTS:
         form.press(Qt::Key_Tab);
         form.press(Qt::Key_Tab);
         QVERIFY(form.child<TextLink>("lnkUndo")->hasFocus());
-        form.rows = std::make_shared<NumberedRows>();
-        form.addThree();
         if (isNewRecord)
             form.record = std::make_shared<tavrin::test::FakeRecord>();
-        form.record->setItem(u"Attachments"_s, form.rows);
+        form.replaceRows();
+        form.addThree();
         const int count = form.rows->Count();
         form.read();
         QCOMPARE(said(form), QString());
@@ -75,9 +74,8 @@ private Q_SLOTS:
         form.press(Qt::Key_Tab);
         form.press(Qt::Key_Tab);
         const auto bind = [&form](const QString& name) {
-            form.rows = std::make_shared<NumberedRows>();
+            form.replaceRows();
             form.addRow(name, name);
-            form.record->setItem(u"Attachments"_s, form.rows);
             form.read();
         };
         bool hasBound = false;
@@ -334,9 +332,8 @@ private Q_SLOTS:
         remove(form, 1);
         const auto former = form.rows;
         const Subscription binding = former->PrimaryStatusChanged.subscribe([&](const QVariant&) {
-            form.rows = std::make_shared<NumberedRows>();
+            form.replaceRows();
             form.addRow(u"other.txt"_s, u"other"_s);
-            form.record->setItem(u"Attachments"_s, form.rows);
             form.read();
         });
         undo(form);
