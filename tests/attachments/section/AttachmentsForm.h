@@ -276,6 +276,19 @@ struct AttachmentsForm
         for (const QChar character : what)
             QTest::keyClick(window.windowHandle(), character.toLatin1());
     }
+    /// In front of what stands there.
+    void typeComment(const QString& what)
+    {
+        comment->setFocus();
+        type(what);
+    }
+    /// Behind what stands there.
+    void typeDescription(const QString& what)
+    {
+        description->setFocus();
+        description->end(false);
+        type(what);
+    }
     /// Presses keys and keeps them down for three repeats.
     void hold(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
     {

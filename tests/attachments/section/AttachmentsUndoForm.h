@@ -1,6 +1,7 @@
 #pragma once
 
 #include "attachments/section/AttachmentsForm.h"
+#include "attachments/section/AttachmentsHosts.h"
 #include "attachments/section/UndoLine.h"
 
 #include <functional>
@@ -26,6 +27,13 @@ inline void remove(AttachmentsForm& form, int line)
 {
     form.click(form.placeOfLine(line));
     form.press(Qt::Key_Delete);
+}
+
+/// By the keys, from the list past the link that adds files.
+inline void goToUndoLink(AttachmentsForm& form)
+{
+    form.press(Qt::Key_Tab);
+    form.press(Qt::Key_Tab);
 }
 
 inline void undo(AttachmentsForm& form)
@@ -106,22 +114,6 @@ inline int coverOf(const AttachmentsForm& form)
 {
     const qint32 index = form.rows->PrimaryIndex();
     return index == 0 ? 0 : form.text(index, "SeqNo").toInt();
-}
-
-/// Each test runs for both kinds of host.
-inline void addHosts()
-{
-    QTest::addColumn<bool>("makesRowsAnew");
-    QTest::newRow("a host that keeps its rows") << false;
-    QTest::newRow("a host that makes rows anew") << true;
-}
-
-inline void prepare(AttachmentsForm& form)
-{
-    QFETCH_GLOBAL(bool, makesRowsAnew);
-    if (makesRowsAnew)
-        form.rows->makeRowsAnew();
-    form.addThree();
 }
 
 inline bool open(AttachmentsForm& form)

@@ -112,8 +112,7 @@ private Q_SLOTS:
         AttachmentsForm form;
         QVERIFY(form.openThree());
         form.host.state().settings.clear();
-        form.comment->setFocus();
-        form.type(u"a "_s);
+        form.typeComment(u"a "_s);
         form.dialogs.choose({form.newFile(u"a.txt"_s)});
         form.click(form.link);
         QCOMPARE(form.theBox(), FolderNotSet + u"|Attachments|critical"_s);
@@ -151,8 +150,7 @@ private Q_SLOTS:
     {
         AttachmentsForm form;
         QVERIFY(form.openThree());
-        form.comment->setFocus();
-        form.type(u"a "_s);
+        form.typeComment(u"a "_s);
         form.dialogs.choose({form.newFile(u"a.txt"_s), form.newFile(u"b.txt"_s)});
         form.click(form.link);
         QTRY_COMPARE(form.rows->Position(), 5);
@@ -169,8 +167,7 @@ private Q_SLOTS:
     {
         AttachmentsForm form;
         QVERIFY(form.openThree());
-        form.comment->setFocus();
-        form.type(u"a "_s);
+        form.typeComment(u"a "_s);
         QStringList notes;
         form.host.state().duringTransfer = [&](const QString&, qint64, qint64) {
             notes << form.text(1, "Notes");

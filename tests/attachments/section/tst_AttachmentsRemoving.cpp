@@ -140,8 +140,7 @@ private Q_SLOTS:
     {
         AttachmentsForm form;
         QVERIFY(form.openThree());
-        form.comment->setFocus();
-        form.type(u"a "_s);
+        form.typeComment(u"a "_s);
         form.rows->removalFailure = Error(u"the row is locked"_s);
         form.choose(0, Qt::Key_R);
         QCOMPARE(form.boxes.take().size(), 1);

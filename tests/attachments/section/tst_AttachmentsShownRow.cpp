@@ -1,4 +1,5 @@
 #include "attachments/section/AttachmentsForm.h"
+#include "attachments/section/AttachmentsHosts.h"
 
 #include <QFileInfo>
 
@@ -14,27 +15,12 @@ class tst_AttachmentsShownRow : public tavrin::test::TestCase
     Q_OBJECT
 
 private:
-    static void addHosts()
-    {
-        QTest::addColumn<bool>("makesRowsAnew");
-        QTest::newRow("a host that keeps its rows") << false;
-        QTest::newRow("a host that makes rows anew") << true;
-    }
-
     /// The form with three rows, the second shown.
     static bool openSecond(AttachmentsForm& form)
     {
-        QFETCH_GLOBAL(bool, makesRowsAnew);
-        if (makesRowsAnew)
-            form.rows->makeRowsAnew();
-        form.addThree();
+        test::prepare(form);
         form.rows->SetPosition(2);
         return form.open() && form.marked() == u"102"_s;
-    }
-    static void typeComment(AttachmentsForm& form)
-    {
-        form.comment->setFocus();
-        form.type(u"a "_s);
     }
 
     /// What the rows hold: name, description and comment of each.
@@ -49,7 +35,7 @@ private:
     }
 
 private Q_SLOTS:
-    void initTestCase_data() { addHosts(); }
+    void initTestCase_data() { test::addHosts(); }
 
     // What is typed
 
@@ -58,9 +44,7 @@ private Q_SLOTS:
         AttachmentsForm form;
         QVERIFY(openSecond(form));
         form.rows->SetPosition(3);
-        form.description->setFocus();
-        form.description->end(false);
-        form.type(u"x"_s);
+        form.typeDescription(u"x"_s);
         QCOMPARE(textsOf(form), QStringList({u"report.docx|first|one"_s, u"door.png|secondx|two"_s,
                                              u"lock.png|third|three"_s}));
         QCOMPARE(form.list->SubItem(u"102"_s, u"Description"_s), u"secondx"_s);
@@ -130,7 +114,7 @@ private Q_SLOTS:
     {
         AttachmentsForm form;
         QVERIFY(openSecond(form));
-        typeComment(form);
+        form.typeComment(u"a "_s);
         form.rows->SetPosition(1);
         form.write();
         QCOMPARE(textsOf(form), QStringList({u"report.docx|first|one"_s, u"door.png|second|a two"_s,
@@ -141,12 +125,10 @@ private Q_SLOTS:
     {
         AttachmentsForm form;
         QVERIFY(openSecond(form));
-        typeComment(form);
+        form.typeComment(u"a "_s);
         AttachmentsForm::set(*form.rows->AddNew(), "OriginalFileName", u"new"_s);
         QCOMPARE(form.rows->Position(), 4);
-        form.description->setFocus();
-        form.description->end(false);
-        form.type(u"x"_s);
+        form.typeDescription(u"x"_s);
         form.write();
         QCOMPARE(textsOf(form), QStringList({u"report.docx|first|one"_s, u"door.png|secondx|a two"_s,
                                              u"lock.png|third|three"_s, u"new||"_s}));
@@ -157,13 +139,11 @@ private Q_SLOTS:
     {
         AttachmentsForm form;
         QVERIFY(openSecond(form));
-        typeComment(form);
+        form.typeComment(u"a "_s);
         form.rows->SetPosition(1);
         form.rows->RemoveCurrent(false);
         form.rows->SetPosition(2);
-        form.description->setFocus();
-        form.description->end(false);
-        form.type(u"x"_s);
+        form.typeDescription(u"x"_s);
         form.write();
         QCOMPARE(textsOf(form), QStringList({u"door.png|secondx|a two"_s, u"lock.png|third|three"_s}));
         form.read();
@@ -175,7 +155,7 @@ private Q_SLOTS:
         AttachmentsForm form;
         QVERIFY(openSecond(form));
         form.rows->RemoveCurrent(false);
-        typeComment(form);
+        form.typeComment(u"a "_s);
         form.description->setFocus();
         form.type(u"x"_s);
         form.write();
@@ -189,7 +169,7 @@ private Q_SLOTS:
     {
         AttachmentsForm form;
         QVERIFY(openSecond(form));
-        typeComment(form);
+        form.typeComment(u"a "_s);
         const auto others = std::make_shared<NumberedRows>();
         const tvTableRowPtr theirs = NumberedRows::makeRow(false);
         AttachmentsForm::set(*theirs, "SeqNo", 102); // and its other fields cannot be shown
@@ -230,7 +210,7 @@ private Q_SLOTS:
         QFETCH(bool, byKey);
         AttachmentsForm form;
         QVERIFY(openSecond(form));
-        typeComment(form);
+        form.typeComment(u"a "_s);
         form.rows->SetPosition(3);
         if (byKey) {
             form.list->setFocus();
@@ -251,7 +231,7 @@ private Q_SLOTS:
     {
         AttachmentsForm form;
         QVERIFY(openSecond(form));
-        typeComment(form);
+        form.typeComment(u"a "_s);
         form.rows->SetPosition(3);
         form.click(form.placeOfLine(1));
         QCOMPARE(form.rows->Position(), 2);
@@ -265,7 +245,7 @@ private Q_SLOTS:
     {
         AttachmentsForm form;
         QVERIFY(openSecond(form));
-        typeComment(form);
+        form.typeComment(u"a "_s);
         form.click(form.placeOfLine(0));
         QCOMPARE(form.text(2, "Notes"), u"a two"_s);
         QCOMPARE(form.comment->Text(), u"one"_s);

@@ -70,9 +70,7 @@ private Q_SLOTS:
     void aTypedDescriptionReachesTheRowAndTheLineWithEachKey()
     {
         QVERIFY(m_form->openThree());
-        m_form->description->setFocus();
-        m_form->description->end(false);
-        m_form->type(u"x"_s);
+        m_form->typeDescription(u"x"_s);
         QCOMPARE(m_form->text(1, "Description"), u"firstx"_s);
         QCOMPARE(m_form->list->SubItem(u"101"_s, u"Description"_s), u"firstx"_s);
         m_form->type(u"y"_s);
@@ -85,8 +83,7 @@ private Q_SLOTS:
     void aTypedCommentWaitsForTheSave()
     {
         QVERIFY(m_form->openThree());
-        m_form->comment->setFocus();
-        m_form->type(u"a "_s);
+        m_form->typeComment(u"a "_s);
         QCOMPARE(m_form->text(1, "Notes"), u"one"_s);
         m_form->write();
         QCOMPARE(m_form->text(1, "Notes"), u"a one"_s);
@@ -95,8 +92,7 @@ private Q_SLOTS:
     void aLeftClickOnAnotherLineSavesTheComment()
     {
         QVERIFY(m_form->openThree());
-        m_form->comment->setFocus();
-        m_form->type(u"a "_s);
+        m_form->typeComment(u"a "_s);
         m_form->click(m_form->placeOfLine(1));
         QCOMPARE(m_form->text(1, "Notes"), u"a one"_s);
         QCOMPARE(m_form->comment->Text(), u"two"_s);
@@ -106,8 +102,7 @@ private Q_SLOTS:
     void aRightClickOnAnotherLineLosesTheCommentAsItIsMeant()
     {
         QVERIFY(m_form->openThree());
-        m_form->comment->setFocus();
-        m_form->type(u"a "_s);
+        m_form->typeComment(u"a "_s);
         m_form->click(m_form->placeOfLine(1), Qt::RightButton);
         QCOMPARE(m_form->comment->Text(), u"two"_s);
         QTRY_VERIFY(m_form->menu->isVisible());
@@ -128,8 +123,7 @@ private Q_SLOTS:
     {
         QFETCH(Qt::MouseButton, button);
         QVERIFY(m_form->openThree());
-        m_form->comment->setFocus();
-        m_form->type(u"a "_s);
+        m_form->typeComment(u"a "_s);
         m_form->click(m_form->placeOfLine(0), button);
         QCOMPARE(m_form->comment->Text(), u"a one"_s);
         QCOMPARE(m_form->text(1, "Notes"), u"one"_s);
@@ -219,8 +213,7 @@ private Q_SLOTS:
     {
         m_form->addRow(u"a.txt"_s, u"first"_s, u"one\ntwo"_s);
         QVERIFY(m_form->open());
-        m_form->comment->setFocus();
-        m_form->type(u"a"_s);
+        m_form->typeComment(u"a"_s);
         m_form->press(Qt::Key_Return);
         m_form->write();
         QCOMPARE(m_form->text(1, "Notes"), u"a\r\none\r\ntwo"_s);

@@ -19,8 +19,7 @@ private Q_SLOTS:
         AttachmentsForm form;
         QVERIFY(open(form));
         form.press(Qt::Key_Delete);
-        form.press(Qt::Key_Tab);
-        form.press(Qt::Key_Tab);
+        goToUndoLink(form);
         form.read();
         QCOMPARE(said(form), u"report.docx removed. Undo"_s);
         QVERIFY(form.child<TextLink>("lnkUndo")->hasFocus());
@@ -51,8 +50,7 @@ private Q_SLOTS:
         AttachmentsForm form;
         QVERIFY(open(form));
         form.press(Qt::Key_Delete);
-        form.press(Qt::Key_Tab);
-        form.press(Qt::Key_Tab);
+        goToUndoLink(form);
         QVERIFY(form.child<TextLink>("lnkUndo")->hasFocus());
         if (isNewRecord)
             form.record = std::make_shared<tavrin::test::FakeRecord>();
@@ -71,8 +69,7 @@ private Q_SLOTS:
         AttachmentsForm form;
         QVERIFY(open(form));
         form.press(Qt::Key_Delete);
-        form.press(Qt::Key_Tab);
-        form.press(Qt::Key_Tab);
+        goToUndoLink(form);
         const auto bind = [&form](const QString& name) {
             form.replaceRows();
             form.addRow(name, name);
@@ -271,8 +268,7 @@ private Q_SLOTS:
         form.rows->SetPrimaryValue(102);
         QVERIFY(form.open());
         form.click(form.placeOfLine(1));
-        form.comment->setFocus();
-        form.type(u"a "_s);
+        form.typeComment(u"a "_s);
         form.choose(1, Qt::Key_R);
         QCOMPARE(coverOf(form), 103);
         form.rows->afterAdding = [] { throw Error(u"the title is away"_s); };
@@ -293,8 +289,7 @@ private Q_SLOTS:
         prepare(form);
         form.rows->SetPrimaryValue(101);
         QVERIFY(form.open());
-        form.comment->setFocus();
-        form.type(u"a "_s);
+        form.typeComment(u"a "_s);
         form.choose(0, Qt::Key_R);
         QCOMPARE(coverOf(form), 103);
         notes->follower = [] { throw Error(u"the comment is locked"_s); };
