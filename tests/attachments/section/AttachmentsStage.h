@@ -85,6 +85,18 @@ struct AttachmentsStage
         add(3, QStringLiteral("2014\\04\\list.txt"), QStringLiteral("List"));
     }
     void read() { boundSection().ReadData(record); }
+    bool openThree()
+    {
+        addThree();
+        read();
+        return show();
+    }
+    /// From now on the record has another collection, without rows.
+    void replaceRows()
+    {
+        rows = newAttachmentRows();
+        record->setItem(QStringLiteral("Attachments"), rows);
+    }
     void write() { boundSection().WriteData(record); }
     BoundSection& boundSection() { return *section; }
     /// The error that the read of a record raises; its number is 0 when it raises none.

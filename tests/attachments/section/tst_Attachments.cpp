@@ -173,8 +173,7 @@ private Q_SLOTS:
         stage.addThree();
         stage.read();
         const std::shared_ptr<FakeCollection> old = stage.rows;
-        stage.rows = newAttachmentRows();
-        stage.record->setItem(u"Attachments"_s, stage.rows);
+        stage.replaceRows();
         stage.add(9, u"other.png"_s);
         stage.read();
         QCOMPARE(stage.keys(), QStringList{u"9"_s});
@@ -391,9 +390,7 @@ private Q_SLOTS:
     void tabLeavesTheListForTheLink()
     {
         AttachmentsStage stage;
-        stage.addThree();
-        stage.read();
-        QVERIFY(stage.show());
+        QVERIFY(stage.openThree());
         QTest::keyClick(stage.window.windowHandle(), Qt::Key_Tab);
         QVERIFY(stage.child<QWidget>("lnkAddAttachments")->hasFocus());
     }

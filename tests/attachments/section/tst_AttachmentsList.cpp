@@ -27,7 +27,7 @@ struct Changes
 
 } // namespace
 
-/// The list of `Attachments`.
+/// What the list of `Attachments` shows, and how it looks.
 class tst_AttachmentsList : public tavrin::test::TestCase
 {
     Q_OBJECT
@@ -58,9 +58,7 @@ private Q_SLOTS:
     void aLineIsAsHighAsItsCellAndTheIconStandsInItsMiddleWithoutMagenta()
     {
         AttachmentsStage stage;
-        stage.addThree();
-        stage.read();
-        QVERIFY(stage.show());
+        QVERIFY(stage.openThree());
         const QModelIndex cell = stage.list->model()->index(1, 0);
         QCOMPARE(stage.list->visualRect(cell).height(), 32);
         const auto icon = cell.data(Qt::DecorationRole).value<QIcon>();
@@ -79,6 +77,12 @@ private Q_SLOTS:
         QVERIFY(ink.width() <= 20 && ink.height() <= 20); // in its own size
         QVERIFY(std::abs(ink.left() - (31 - ink.right())) <= 1);
         QVERIFY(std::abs(ink.top() - (31 - ink.bottom())) <= 1);
+    }
+
+    void theColumnsCannotBeMoved()
+    {
+        const AttachmentsStage stage;
+        QVERIFY(!stage.list->header()->sectionsMovable());
     }
 
     // Lines
@@ -218,8 +222,7 @@ private Q_SLOTS:
         AttachmentsStage stage;
         stage.addThree();
         stage.read();
-        stage.rows = newAttachmentRows();
-        stage.record->setItem(u"Attachments"_s, stage.rows);
+        stage.replaceRows();
         stage.add(2, u"other.txt"_s);
         stage.add(5, u"new.txt"_s);
         const Changes changes(*stage.list);
@@ -234,8 +237,7 @@ private Q_SLOTS:
         AttachmentsStage stage;
         stage.addThree();
         stage.read();
-        stage.rows = newAttachmentRows();
-        stage.record->setItem(u"Attachments"_s, stage.rows);
+        stage.replaceRows();
         stage.add(9, u"nine.txt"_s);
         stage.add(3, u"three.txt"_s);
         stage.add(1, u"one.txt"_s);
@@ -260,177 +262,6 @@ private Q_SLOTS:
         AttachmentsStage stage;
         stage.add(Null(), u"a.txt"_s);
         QCOMPARE(stage.readError(stage.record).Number, 94);
-    }
-
-    // The selection
-
-    void withAnEmptyCollectionTheListIsEmptyAndThePaneTooWithCountZero()
-    {
-        AttachmentsStage stage;
-        stage.addThree();
-        stage.read();
-        stage.rows = newAttachmentRows();
-        stage.record->setItem(u"Attachments"_s, stage.rows);
-        stage.read();
-        QCOMPARE(stage.lines(), QStringList());
-        QCOMPARE(stage.caption("lblCount"), u"0"_s);
-        QVERIFY(!stage.list->SelectedItem());
-        QVERIFY(!stage.list->DropHighlight());
-        QCOMPARE(stage.caption("lblFilename"), QString());
-        QCOMPARE(stage.description()->Text(), QString());
-        QVERIFY(!stage.description()->isEnabled());
-        QCOMPARE(stage.rows->Position(), 0);
-    }
-
-    void theCurrentLineIsInViewSelectedAndMarkedAlsoWhileTheFocusIsInTheBoxes()
-    {
-        AttachmentsStage stage;
-        for (int key = 1; key <= 40; ++key)
-            stage.add(key, u"a.txt"_s);
-        stage.rows->SetPosition(40);
-        QVERIFY(stage.show());
-        stage.read();
-        QCOMPARE(stage.list->SelectedItem(), u"40"_s);
-        QCOMPARE(stage.list->DropHighlight(), u"40"_s);
-        const QRect line = stage.list->visualRect(stage.list->model()->index(39, 1));
-        QVERIFY(stage.list->viewport()->rect().contains(line));
-        stage.description()->setFocus();
-        const QImage image = stage.list->viewport()->grab().toImage();
-        const QColor ground = image.pixelColor(line.right() - 4, line.center().y());
-        const QColor highlight = stage.list->palette().color(QPalette::Active, QPalette::Highlight);
-        QVERIFY(std::abs(ground.red() - highlight.red()) < 10); // a style may shade it a little
-        QVERIFY(std::abs(ground.blue() - highlight.blue()) < 10);
-    }
-
-    void aSelectionThatIsNotMarkedShowsOnlyWithTheFocus()
-    {
-        AttachmentsStage stage;
-        stage.addThree();
-        stage.read();
-        QVERIFY(stage.show());
-        const auto ground = [&] {
-            const QRect line = stage.list->visualRect(stage.list->model()->index(0, 1));
-            return stage.list->viewport()->grab().toImage().pixel(line.right() - 4, line.center().y());
-        };
-        const QRgb plain = stage.list->palette().color(QPalette::Base).rgb();
-        stage.list->SetDropHighlight(std::nullopt);
-        QCOMPARE(stage.list->SelectedItem(), u"1"_s);
-        QVERIFY(ground() != plain);
-        stage.other->setFocus();
-        QCOMPARE(ground(), plain);
-        QCOMPARE(stage.list->SelectedItem(), u"1"_s);
-    }
-
-    void theListHasNoBorderBesidesItsFocus()
-    {
-        AttachmentsStage stage;
-        QVERIFY(stage.show());
-        const auto edge = [&] { return stage.list->grab().toImage().pixel(0, stage.list->height() / 2); };
-        QCOMPARE(edge(), stage.list->palette().color(QPalette::Highlight).rgb());
-        stage.other->setFocus();
-        QCOMPARE(edge(), stage.list->palette().color(QPalette::Base).rgb());
-    }
-
-    void aClickMakesALineCurrentAndBringsTheTypedTextsHomeFirst()
-    {
-        AttachmentsStage stage;
-        stage.addThree();
-        stage.read();
-        QVERIFY(stage.show());
-        stage.describe(u"Broken"_s);
-        stage.comment()->setPlainText(u"seen"_s);
-        stage.click(2);
-        QCOMPARE(stage.rows->Position(), 3);
-        QCOMPARE(stage.list->DropHighlight(), u"3"_s);
-        QCOMPARE(stage.list->SelectedItem(), u"3"_s);
-        QCOMPARE(stage.value(stage.rows->Item(1), "Description"), u"Broken"_s);
-        QCOMPARE(stage.value(stage.rows->Item(1), "Notes"), u"seen"_s);
-        QCOMPARE(stage.lines().first(), u"1|photo.png|Broken||"_s);
-        QCOMPARE(stage.caption("lblFilename"), u"list.txt"_s);
-        QCOMPARE(stage.description()->Text(), u"List"_s);
-    }
-
-    void aClickBringsTheLineOfTheRowBeforeUpToDate()
-    {
-        AttachmentsStage stage;
-        stage.addThree();
-        stage.read();
-        QVERIFY(stage.show());
-        fieldOf(*stage.rows->Item(1), u"UserId"_s)->SetValue(u"mmoss"_s); // as a host may
-        fieldOf(*stage.rows->Item(2), u"UserId"_s)->SetValue(u"mmoss"_s);
-        stage.click(1);
-        QCOMPARE(stage.lines().mid(0, 2),
-                 QStringList({u"1|photo.png|Window|mmoss|"_s, u"2|report.docx|Report||"_s}));
-    }
-
-    void aClickOnTheCurrentLineDoesNotSaveTheTexts()
-    {
-        AttachmentsStage stage;
-        stage.addThree();
-        stage.read();
-        QVERIFY(stage.show());
-        stage.comment()->setPlainText(u"not yet"_s);
-        stage.click(0);
-        QCOMPARE(stage.value(stage.rows->Item(1), "Notes"), QString());
-        QCOMPARE(stage.comment()->toPlainText(), u"not yet"_s);
-    }
-
-    void arrowKeysAndLettersChooseALineAsAClickDoes()
-    {
-        AttachmentsStage stage;
-        stage.addThree();
-        stage.read();
-        QVERIFY(stage.show());
-        stage.comment()->setPlainText(u"seen"_s);
-        QTest::keyClick(stage.window.windowHandle(), Qt::Key_Down);
-        QCOMPARE(stage.rows->Position(), 2);
-        QCOMPARE(stage.value(stage.rows->Item(1), "Notes"), u"seen"_s);
-        QCOMPARE(stage.caption("lblFilename"), u"report.docx"_s);
-        QTest::keyClick(stage.window.windowHandle(), Qt::Key_P);
-        QCOMPARE(stage.rows->Position(), 1);
-        QCOMPARE(stage.list->DropHighlight(), u"1"_s);
-        QVERIFY(stage.list->hasFocus());
-    }
-
-    void aFailureIsShownAndTheLineWhoseTextsShowStaysTheChosenOne()
-    {
-        AttachmentsStage stage;
-        stage.addThree();
-        stage.read();
-        QVERIFY(stage.show());
-        stage.comment()->setPlainText(u"seen"_s);
-        stage.host.failWith(Error(u"the host is gone"_s));
-        stage.click(1);
-        stage.host.failWith({});
-        QCOMPARE(stage.boxes.shown().size(), 1);
-        const ShownBox box = stage.boxes.take().first();
-        QCOMPARE(box.text, u"Unexpected error handling item click: the host is gone"_s);
-        QCOMPARE(box.title, u"Attachments"_s);
-        QCOMPARE(box.icon, BoxIcon::Critical);
-        QCOMPARE(stage.rows->Position(), 1);
-        QCOMPARE(stage.list->SelectedItem(), u"1"_s);
-        QCOMPARE(stage.comment()->toPlainText(), u"seen"_s);
-        stage.click(1); // and again, with a host
-        QCOMPARE(stage.rows->Position(), 2);
-        QCOMPARE(stage.boxes.texts(), QStringList());
-    }
-
-    void aLineBeyondWhatAPositionHoldsIsRefused()
-    {
-        AttachmentsStage stage;
-        constexpr int beyond = 32768;
-        for (int key = 1; key <= beyond; ++key)
-            stage.add(key, u"a.txt"_s);
-        stage.rows->SetPosition(32766);
-        stage.read();
-        QVERIFY(stage.show());
-        QTest::keyClick(stage.window.windowHandle(), Qt::Key_Down);
-        QCOMPARE(stage.rows->Position(), 32767);
-        QTest::keyClick(stage.window.windowHandle(), Qt::Key_Down);
-        QCOMPARE(stage.rows->Position(), 32767);
-        QCOMPARE(stage.boxes.shown().size(), 1);
-        QVERIFY(stage.boxes.texts().first().startsWith(u"Unexpected error handling item click: "_s));
-        QCOMPARE(stage.list->SelectedItem(), u"32767"_s);
     }
 
     // Layout
@@ -515,10 +346,14 @@ private Q_SLOTS:
         QCOMPARE(stage.list->SubItem(u"1"_s, u"Description"_s), description);
     }
 
-    void theColumnsCannotBeMoved()
+    void theListHasNoBorderBesidesItsFocus()
     {
-        const AttachmentsStage stage;
-        QVERIFY(!stage.list->header()->sectionsMovable());
+        AttachmentsStage stage;
+        QVERIFY(stage.show());
+        const auto edge = [&] { return stage.list->grab().toImage().pixel(0, stage.list->height() / 2); };
+        QCOMPARE(edge(), stage.list->palette().color(QPalette::Highlight).rgb());
+        stage.other->setFocus();
+        QCOMPARE(edge(), stage.list->palette().color(QPalette::Base).rgb());
     }
 };
 
