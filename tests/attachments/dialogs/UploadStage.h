@@ -37,6 +37,12 @@ struct UploadStage
             paths << file(name);
         return paths;
     }
+    /// The uploads of these paths fail from now on.
+    void fail(const QStringList& paths, const QString& reason = QStringLiteral("The disk is full."))
+    {
+        for (const QString& path : paths)
+            host.state().transferFailures.insert(path, reason);
+    }
     /// What the store holds under a stored name; nothing when there is no such file.
     QByteArray stored(QString name) const
     {

@@ -41,12 +41,6 @@ struct UploadTaskStage : UploadStage
         dialog->SetFiles(paths);
         dialog->Start(owner);
     }
-    /// The uploads of these paths fail from now on.
-    void fail(const QStringList& paths, const QString& reason = QStringLiteral("The disk is full."))
-    {
-        for (const QString& path : paths)
-            host.state().transferFailures.insert(path, reason);
-    }
     /// Runs `act` once at each step of the copies, before the step.
     void during(const std::function<void(const QString& path)>& act)
     {
