@@ -1,4 +1,5 @@
 #include "attachments/FolderNotSet.h"
+#include "attachments/dialogs/EventWatch.h"
 #include "attachments/dialogs/UploadTaskStage.h"
 #include "support/NextModal.h"
 #include "support/TickingClock.h"
@@ -8,35 +9,10 @@
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;
+using test::EventWatch;
 using test::FolderNotSet;
 using test::NextModal;
 using test::UploadTaskStage;
-
-namespace {
-
-/// Tells of each move of a widget: the dialog is moved as its activation begins.
-class MoveWatch : public QObject
-{
-public:
-    explicit MoveWatch(std::function<void()> act)
-        : m_act(std::move(act))
-    {
-    }
-    QList<qsizetype> lines;
-
-protected:
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        if (event->type() == QEvent::Move)
-            m_act();
-        return false;
-    }
-
-private:
-    std::function<void()> m_act;
-};
-
-} // namespace
 
 /// What the dialog of an upload does, file by file.
 class tst_frmUploadTask : public test::TestCase
@@ -184,12 +160,14 @@ private Q_SLOTS:
     void messagesArePumpedBeforeTheFirstLine()
     {
         UploadTaskStage stage;
-        MoveWatch watch(
-            [&] { QTimer::singleShot(0, stage.dialog, [&] { watch.lines << stage.lines().size(); }); });
-        stage.dialog->installEventFilter(&watch);
+        QList<qsizetype> lines;
+        // The dialog is moved as its activation begins.
+        const EventWatch watch(*stage.dialog, QEvent::Move, [&] {
+            QTimer::singleShot(0, stage.dialog, [&] { lines << stage.lines().size(); });
+        });
         stage.start(stage.files({u"a"_s}));
-        QVERIFY(!watch.lines.isEmpty());
-        QCOMPARE(watch.lines.last(), qsizetype(1)); // the hidden one alone
+        QVERIFY(!lines.isEmpty());
+        QCOMPARE(lines.last(), qsizetype(1)); // the hidden one alone
     }
 
     void aRetryThatFailsAsksAgain()
