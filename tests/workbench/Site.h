@@ -6,15 +6,32 @@
 #include "workbench/application/Workspace.h"
 #include "workbench/windows/RecordWindow.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPointer>
 #include <QTemporaryDir>
+#include <QTest>
+#include <QVariantList>
 
 namespace tavrin::test {
 
 using namespace tavrin::workbench;
+
+/// The pages of a record's window, in the order of its list.
+enum PageNo
+{
+    GeneralPageNo,
+    OfficersPageNo,
+    OffensesPageNo,
+    SuspectsPageNo,
+    PeoplePageNo,
+    NarrativePageNo,
+    LocationPageNo,
+    AttachmentsPageNo,
+};
 
 /// A person's workspace on a database of its own, and the window of one incident.
 struct Site
@@ -40,13 +57,37 @@ struct Site
         window = new RecordWindow(*workspace, workspace->store().load(incidentNo));
         window->show();
     }
+    void openPage(PageNo page)
+    {
+        open();
+        showPage(page);
+    }
+    void showPage(PageNo page) const
+    {
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        pages()->setCurrentRow(page);
+        layOut();
+    }
+    /// A click finds its widget by its place.
+    static void layOut() { QApplication::processEvents(); }
+    QListWidget* pages() const { return window->findChild<QListWidget*>(QStringLiteral("pages")); }
     AutoCompleteField* code(const QString& name) const { return window->findChild<AutoCompleteField*>(name); }
     SearchPicker* picker(const QString& name) const { return window->findChild<SearchPicker*>(name); }
     QString status() const { return window->findChild<QLabel*>(QStringLiteral("status"))->text(); }
     QLineEdit* line(const QString& name) const { return window->findChild<QLineEdit*>(name); }
+    void editSummary() const { QTest::keyClicks(line(QStringLiteral("Summary")), QStringLiteral("x")); }
     QVariant stored(const QString& field)
     {
         return fieldOf(*workspace->store().load(incidentNo)->mainRow(), field)->Value();
+    }
+    /// What a field of the rows of a collection holds.
+    QVariantList storedRows(const QString& collection, const QString& field)
+    {
+        QVariantList values;
+        const RecordPtr record = workspace->store().load(incidentNo);
+        for (const RecordRowPtr& row : record->collection(collection)->rows())
+            values << fieldOf(*row, field)->Value();
+        return values;
     }
     void store(const QString& field, const QVariant& value)
     {

@@ -10,7 +10,6 @@
 
 #include <QDir>
 #include <QImage>
-#include <QListWidget>
 
 using namespace tavrin;
 using namespace tavrin::workbench;
@@ -19,18 +18,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int AttachmentsPageNo = 7;
-
 /// A site whose person chooses files without a dialog.
 struct AttachmentsSite : Site
 {
-    void openPage()
-    {
-        open();
-        QVERIFY(QTest::qWaitForWindowActive(window));
-        window->findChild<QListWidget*>(u"pages"_s)->setCurrentRow(AttachmentsPageNo);
-        QApplication::processEvents(); // a click finds its widget by its place
-    }
+    void openPage() { Site::openPage(AttachmentsPageNo); }
     QString makePicture(const QString& name, Qt::GlobalColor color) const
     {
         QImage picture(40, 30, QImage::Format_RGB32);

@@ -5,15 +5,11 @@
 #include "widgets/boxes/TextBox.h"
 #include "workbench/Site.h"
 
-#include <QListWidget>
-
 using namespace tavrin;
 using namespace tavrin::workbench;
-using tavrin::test::Site;
+using namespace tavrin::test;
 
 namespace {
-
-constexpr int LocationPageNo = 6;
 
 /// A site whose incident has the location that a test wants.
 struct LocationSite : Site
@@ -36,13 +32,7 @@ struct LocationSite : Site
             ->cell(QLatin1String(column))
             .value();
     }
-    void openPage(int page = LocationPageNo)
-    {
-        open();
-        QVERIFY(QTest::qWaitForWindowActive(window));
-        window->findChild<QListWidget*>(QStringLiteral("pages"))->setCurrentRow(page);
-        QApplication::processEvents(); // a click finds its widget by its place
-    }
+    void openPage(PageNo page = LocationPageNo) { Site::openPage(page); }
     TextBox* latitude() const { return window->findChild<TextBox*>(QStringLiteral("txtLat")); }
     TextBox* longitude() const { return window->findChild<TextBox*>(QStringLiteral("txtLong")); }
     FlatOptionButton* manual() const
@@ -86,7 +76,7 @@ private Q_SLOTS:
         QCOMPARE(site.latitude()->Text(), ToText(site.location("Latitude")));
         QCOMPARE(site.manual()->Value(), isManual);
         QVERIFY(!site.window->isDirty());
-        QTest::keyClicks(site.line(QStringLiteral("Summary")), QStringLiteral("x"));
+        site.editSummary();
         QVERIFY(site.window->save());
         QVERIFY(SameValue(site.location("GeocodeOnSave"), geocodes)); // also the choice that nobody has made
         QVERIFY(!site.window->isDirty());
@@ -174,7 +164,7 @@ private Q_SLOTS:
     {
         LocationSite site;
         site.store(QStringLiteral("AgencyNo"), 13); // which is no longer in use
-        site.openPage(0);
+        site.openPage(GeneralPageNo);
         QVERIFY(SameValue(site.agency()->Value(), 13));
         QVERIFY(!site.window->isDirty());
         QTest::keyClick(site.window, Qt::Key_G, Qt::AltModifier);
@@ -194,7 +184,7 @@ private Q_SLOTS:
         QVERIFY(IsNull(site.agency()->Value()));
         QVERIFY(site.agency()->toolTip().contains(QStringLiteral("4711")));
         QVERIFY(!site.window->isDirty());
-        QTest::keyClicks(site.line(QStringLiteral("Summary")), QStringLiteral("x"));
+        site.editSummary();
         QVERIFY(site.window->save());
         QVERIFY(SameValue(site.stored(QStringLiteral("AgencyNo")), 4711));
     }

@@ -7,17 +7,13 @@
 #include "workbench/Site.h"
 #include "workbench/pages/PickerRows.h"
 
-#include <QListWidget>
 #include <QPushButton>
 
 using namespace tavrin;
 using namespace tavrin::workbench;
-using tavrin::test::NextModal;
-using tavrin::test::Site;
+using namespace tavrin::test;
 
 namespace {
-
-constexpr int OffensesPage = 2;
 
 const QString Offenses = QStringLiteral("Offenses");
 const QString NibrsCode = QStringLiteral("NibrsCode");
@@ -73,15 +69,7 @@ struct DetailSite : Site
             codes << row->cell(NibrsCode).value();
         return codes;
     }
-    void openPage()
-    {
-        open();
-        QVERIFY(QTest::qWaitForWindowActive(window));
-        window->findChild<QListWidget*>(QStringLiteral("pages"))->setCurrentRow(OffensesPage);
-        layOut();
-    }
-    /// A click finds its widget by its place.
-    static void layOut() { QApplication::processEvents(); }
+    void openPage() { Site::openPage(OffensesPageNo); }
     QList<PickerRow*> lines() const
     {
         auto lines = window->findChild<PickerRows*>(Offenses)->findChildren<PickerRow*>();

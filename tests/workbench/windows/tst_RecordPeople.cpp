@@ -4,18 +4,14 @@
 #include "widgets/lists/ListView.h"
 #include "workbench/Site.h"
 
-#include <QListWidget>
 #include <QPushButton>
 #include <QTreeWidget>
 
 using namespace tavrin;
 using namespace tavrin::workbench;
-using tavrin::test::Site;
+using namespace tavrin::test;
 
 namespace {
-
-constexpr int SuspectsPage = 3;
-constexpr int PeoplePage = 4;
 
 const QString Unnamed = QStringLiteral("(no name)");
 const QString NoneRecorded = QStringLiteral("None recorded");
@@ -33,17 +29,7 @@ struct PeopleSite : Site
     {
         return window->findChild<QPushButton*>(QString::fromLatin1(name));
     }
-    void showPage(int page) const
-    {
-        QVERIFY(QTest::qWaitForWindowActive(window));
-        window->findChild<QListWidget*>(QStringLiteral("pages"))->setCurrentRow(page);
-        QApplication::processEvents(); // a click finds its widget by its place
-    }
-    void openPage()
-    {
-        open();
-        showPage(PeoplePage);
-    }
+    void openPage() { Site::openPage(PeoplePageNo); }
     void press(const char* name) const { QTest::mouseClick(button(name), Qt::LeftButton); }
     void add(const char* button, const QString& text) const
     {
@@ -196,7 +182,7 @@ private Q_SLOTS:
         const QStringList before = site.stored("Witnesses", "WitnessName");
         site.openPage();
         site.add("addWitness", QStringLiteral("  "));
-        site.showPage(0);
+        site.showPage(GeneralPageNo);
         QVERIFY(!site.window->save());
         QCOMPARE(site.boxes.texts(), QStringList{QStringLiteral(
                                          "\"Name\" must be filled in; \"Unknown\" will do.\n\nWhat you typed "
@@ -216,12 +202,12 @@ private Q_SLOTS:
         PeopleSite site;
         QCOMPARE(site.stored("SuspectWitnesses", "SeqNo"), QStringList{QStringLiteral("1")});
         site.open();
-        site.showPage(SuspectsPage);
+        site.showPage(SuspectsPageNo);
         QCOMPARE(site.relationshipRows("SuspectWitnesses"), 1);
-        site.showPage(PeoplePage);
+        site.showPage(PeoplePageNo);
         site.choose(1, 0);
         site.press("removePerson");
-        site.showPage(SuspectsPage);
+        site.showPage(SuspectsPageNo);
         QCOMPARE(site.relationshipRows("SuspectWitnesses"), 0);
         QCOMPARE(site.relationshipRows("SuspectVictims"), 1); // the others stay
         QVERIFY(site.window->save());
@@ -234,15 +220,15 @@ private Q_SLOTS:
     {
         PeopleSite site;
         site.open();
-        site.showPage(SuspectsPage);
+        site.showPage(SuspectsPageNo);
         QLineEdit* suspect = site.line(QStringLiteral("SuspectName"));
         suspect->setFocus();
         QTest::keyClick(suspect, Qt::Key_End);
         QTest::keyClicks(suspect, QStringLiteral("x"));
         const QString typed = suspect->text();
-        site.showPage(PeoplePage);
+        site.showPage(PeoplePageNo);
         site.add("addOther", QStringLiteral("Somebody"));
-        site.showPage(SuspectsPage);
+        site.showPage(SuspectsPageNo);
         QCOMPARE(suspect->text(), typed);
         QVERIFY(site.window->save());
         QCOMPARE(site.stored("Suspects", "SuspectName").constFirst(), typed);

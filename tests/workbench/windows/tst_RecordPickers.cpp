@@ -5,19 +5,15 @@
 #include "workbench/pages/PickerRows.h"
 
 #include <QCheckBox>
-#include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QVariantList>
 
 using namespace tavrin;
 using namespace tavrin::workbench;
-using tavrin::test::Site;
+using namespace tavrin::test;
 
 namespace {
-
-constexpr int OfficersPage = 1;
-constexpr int OffensesPage = 2;
 
 const QString ReportingOfficer = QStringLiteral("ReportingOfficer");
 const QString ReportingOfficerNo = QStringLiteral("ReportingOfficerNo");
@@ -46,14 +42,6 @@ struct PickerSite : Site
             fieldOf(*rows->AddNew(), field)->SetValue(value);
         workspace->store().save(*record);
     }
-    QVariantList storedRows(const QString& collection, const QString& field)
-    {
-        QVariantList values;
-        const RecordPtr record = workspace->store().load(incidentNo);
-        for (const RecordRowPtr& row : record->collection(collection)->rows())
-            values << fieldOf(*row, field)->Value();
-        return values;
-    }
     /// Two employees and an offense that came after this workstation has read its lists.
     void makeNewcomers()
     {
@@ -63,15 +51,6 @@ struct PickerSite : Site
             QStringLiteral("INSERT INTO offense_code (offense_no, offense_id, "
                            "description, rpt_code) VALUES (997, 'N7', 'New', '90Z')"));
     }
-    void openPage(int page)
-    {
-        open();
-        QVERIFY(QTest::qWaitForWindowActive(window));
-        window->findChild<QListWidget*>(QStringLiteral("pages"))->setCurrentRow(page);
-        layOut();
-    }
-    /// A click finds its widget by its place.
-    static void layOut() { QApplication::processEvents(); }
     QList<PickerRow*> lines(const QString& collection) const
     {
         auto lines = window->findChild<PickerRows*>(collection)->findChildren<PickerRow*>();
@@ -101,7 +80,6 @@ struct PickerSite : Site
         QTest::mouseClick(addButton(collection), Qt::LeftButton);
         return lines(collection).last()->picker();
     }
-    void editSummary() const { QTest::keyClicks(line(QStringLiteral("Summary")), QStringLiteral("x")); }
 };
 
 /// Types into the picker's box; the texts of the rows that are then offered.
@@ -192,7 +170,7 @@ private Q_SLOTS:
         PickerSite site;
         site.makeNewcomers();
         site.store(K9HandlerNo, 998);
-        site.openPage(OfficersPage);
+        site.openPage(OfficersPageNo);
         choose(*site.picker(K9Handler), QStringLiteral("mcbram"));
         QCOMPARE(site.picker(K9Handler)->toolTip(), QString());
         QVERIFY(site.window->isDirty());
@@ -209,7 +187,7 @@ private Q_SLOTS:
     {
         PickerSite site;
         site.store(K9HandlerNo, 37); // who has left, and is offered because the record holds him
-        site.openPage(OfficersPage);
+        site.openPage(OfficersPageNo);
         clear(*site.picker(K9Handler));
         QVERIFY(site.window->isDirty());
         choose(*site.picker(K9Handler), QStringLiteral("stonecr"));
@@ -221,7 +199,7 @@ private Q_SLOTS:
     {
         PickerSite site;
         site.store(K9HandlerNo, 7);
-        site.openPage(OfficersPage);
+        site.openPage(OfficersPageNo);
         QCOMPARE(offered(*site.picker(K9Handler), QStringLiteral("oaken")), QStringList());
         QCOMPARE(offered(*site.picker(K9Handler), QStringLiteral("stonecr")), QStringList());
         QCOMPARE(offered(*site.picker(K9Handler), QStringLiteral("starling")).size(), 1);
@@ -231,9 +209,9 @@ private Q_SLOTS:
     {
         PickerSite site;
         site.store(ReportingOfficerNo, 13);
-        site.openPage(OfficersPage);
+        site.openPage(OfficersPageNo);
         clear(*site.picker(ReportingOfficer));
-        site.window->findChild<QListWidget*>(QStringLiteral("pages"))->setCurrentRow(0);
+        site.showPage(GeneralPageNo);
         QVERIFY(!site.window->save());
         QCOMPARE(site.boxes.texts(), QStringList{QStringLiteral("\"Reporting officer\" must be filled in.\n\n"
                                                                 "What you typed is still in this window.")});
@@ -265,7 +243,7 @@ private Q_SLOTS:
         QFETCH(bool, isOffered);
         PickerSite site;
         site.store(ReportingOfficerNo, 13);
-        site.openPage(OfficersPage);
+        site.openPage(OfficersPageNo);
         site.line(QStringLiteral("OccurredAt"))->setText(occurred);
         site.line(QStringLiteral("ReportedAt"))->setText(reported);
         QCOMPARE(offered(*site.picker(ReportingOfficer), WhoLeftOnMarch31st).size(), isOffered ? 1 : 0);
@@ -276,7 +254,7 @@ private Q_SLOTS:
     {
         PickerSite site;
         site.store(ReportingOfficerNo, 57);
-        site.openPage(OfficersPage);
+        site.openPage(OfficersPageNo);
         site.line(QStringLiteral("OccurredAt"))->setText(QStringLiteral("2026-04-01 00:00"));
         QCOMPARE(offered(*site.picker(ReportingOfficer), WhoLeftOnMarch31st).size(), 1);
         QCOMPARE(offered(*site.picker(ReportingOfficer), QStringLiteral("oakenfold")), QStringList());
@@ -286,7 +264,7 @@ private Q_SLOTS:
     {
         PickerSite site;
         site.storeRows(Assignments, AssignedTo, {QStringLiteral("user:jobrien"), QStringLiteral("team:1")});
-        site.openPage(OfficersPage);
+        site.openPage(OfficersPageNo);
         SearchPicker& third = site.add(Assignments);
         QCOMPARE(offered(third, QStringLiteral("jobrien")), QStringList());
         QCOMPARE(offered(third, QStringLiteral("patrol a")), QStringList());
@@ -300,7 +278,7 @@ private Q_SLOTS:
     {
         PickerSite site;
         site.storeRows(Offenses, OffenseNo, {30, 73});
-        site.openPage(OffensesPage);
+        site.openPage(OffensesPageNo);
         QCOMPARE(offered(site.lines(Offenses).constFirst()->picker(), QStringLiteral("220.51")).size(), 1);
         QCOMPARE(offered(site.lines(Offenses).constFirst()->picker(), QStringLiteral("440.10")),
                  QStringList());
@@ -311,7 +289,7 @@ private Q_SLOTS:
         PickerSite site;
         site.storeRows(Assignments, AssignedTo,
                        {QStringLiteral("user:jobrien"), QStringLiteral("team:1"), QStringLiteral("team:2")});
-        site.openPage(OfficersPage);
+        site.openPage(OfficersPageNo);
         choose(site.add(Assignments), QStringLiteral("patrol c"));
         site.remove(Assignments, 1);
         clear(site.lines(Assignments).constFirst()->picker());
@@ -332,7 +310,7 @@ private Q_SLOTS:
     {
         PickerSite site;
         site.storeRows(Assignments, AssignedTo, {QStringLiteral("team:1")});
-        site.openPage(OfficersPage);
+        site.openPage(OfficersPageNo);
         site.add(Assignments);
         QVERIFY(!site.window->isDirty());
         QCOMPARE(&site.add(Assignments), &site.lines(Assignments).at(1)->picker());
@@ -346,7 +324,7 @@ private Q_SLOTS:
     {
         PickerSite site;
         site.storeRows(Assignments, AssignedTo, {QStringLiteral("team:1")});
-        site.openPage(OfficersPage);
+        site.openPage(OfficersPageNo);
         SearchPicker& picker = site.add(Assignments);
         QVERIFY(!offered(picker, QStringLiteral("patrol")).isEmpty());
         QVERIFY(site.window->isWindowModified());
@@ -373,7 +351,7 @@ private Q_SLOTS:
         QFETCH(bool, inALine);
         PickerSite site;
         site.storeRows(Assignments, AssignedTo, {QStringLiteral("team:1")});
-        site.openPage(OfficersPage);
+        site.openPage(OfficersPageNo);
         SearchPicker& picker = inALine ? site.add(Assignments)
                                        : *site.window->findChild<SearchPicker*>(QStringLiteral("K9Handler"));
         QVERIFY(!site.window->isWindowModified());
@@ -393,7 +371,7 @@ private Q_SLOTS:
     {
         PickerSite site;
         site.storeRows(Offenses, OffenseNo, {30}); // whose flag is empty
-        site.openPage(OffensesPage);
+        site.openPage(OffensesPageNo);
         const auto flag = [&](int line) { return site.lines(Offenses).at(line)->findChild<QCheckBox*>(); };
         QVERIFY(!flag(0)->isChecked());
         QVERIFY(!site.window->isDirty());
@@ -413,7 +391,7 @@ private Q_SLOTS:
     {
         PickerSite site;
         site.storeRows(Offenses, OffenseNo, {30, 18});
-        site.openPage(OffensesPage);
+        site.openPage(OffensesPageNo);
         choose(site.add(Offenses), QStringLiteral("440.10"));
         site.remove(Offenses, 0);
         site.window->findChild<QPlainTextEdit*>(Narrative)->setPlainText(QString(19000, QLatin1Char('n')));
@@ -432,7 +410,7 @@ private Q_SLOTS:
     {
         PickerSite site;
         site.storeRows(Assignments, AssignedTo, {QStringLiteral("team:1")});
-        site.openPage(OfficersPage);
+        site.openPage(OfficersPageNo);
         choose(site.add(Assignments), QStringLiteral("patrol b"));
         site.storeRows(Assignments, AssignedTo, {QStringLiteral("team:9")});
         QVERIFY(!site.window->save());
@@ -447,7 +425,7 @@ private Q_SLOTS:
     {
         PickerSite site;
         site.storeRows(Assignments, AssignedTo, {QStringLiteral("team:1")});
-        site.openPage(OfficersPage);
+        site.openPage(OfficersPageNo);
         site.remove(Assignments, 0);
         site.boxes.answerWith({BoxAnswer::Cancel, BoxAnswer::Save});
         QVERIFY(!site.window->close());
@@ -461,7 +439,7 @@ private Q_SLOTS:
     {
         PickerSite site;
         site.storeRows(Assignments, AssignedTo, {QStringLiteral("team:1")});
-        site.openPage(OfficersPage);
+        site.openPage(OfficersPageNo);
         SearchPicker& second = site.add(Assignments);
         choose(second, QStringLiteral("patrol b"));
         clear(second);
@@ -484,7 +462,7 @@ private Q_SLOTS:
     {
         PickerSite site;
         site.storeRows(Offenses, OffenseNo, {30, 18});
-        site.openPage(OffensesPage);
+        site.openPage(OffensesPageNo);
         site.remove(Offenses, 0);
         QVERIFY(site.lines(Offenses).constFirst()->picker().isAncestorOf(QApplication::focusWidget()));
         site.remove(Offenses, 0);

@@ -20,13 +20,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-enum PageNo
-{
-    GeneralPageNo = 0,
-    NarrativePageNo = 5,
-    AttachmentsPageNo = 7,
-};
-
 const QString CompleteText = u"Spell check complete."_s;
 
 /// A site with an incident's window, in front of which a person asks for the spelling.
@@ -34,18 +27,6 @@ struct SpellingSite : Site
 {
     SpellingSite() { modInstanceCounter::InstanceCount = 0; }
 
-    void openPage(PageNo page)
-    {
-        open();
-        window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(window));
-        show(page);
-    }
-    void show(PageNo page)
-    {
-        window->findChild<QListWidget*>(u"pages"_s)->setCurrentRow(page);
-        QApplication::processEvents(); // a click finds its widget by its place
-    }
     QPlainTextEdit* narrative() const { return window->findChild<QPlainTextEdit*>(u"Narrative"_s); }
     TextArea* comment() const { return window->findChild<TextArea*>(u"txtComment"_s); }
     /// That of the page in front.

@@ -14,13 +14,9 @@
 
 using namespace tavrin;
 using namespace tavrin::workbench;
-using tavrin::test::NextModal;
-using tavrin::test::Site;
+using namespace tavrin::test;
 
 namespace {
-
-constexpr int GeneralPage = 0;
-constexpr int SuspectsPage = 3;
 
 const QString Suspects = QStringLiteral("Suspects");
 const QString SuspectName = QStringLiteral("SuspectName");
@@ -50,22 +46,11 @@ struct SuspectSite : Site
         incidentNo = workspace->store().list(summary).constFirst().IncidentNo;
     }
 
-    QListWidget* pages() const { return window->findChild<QListWidget*>(QStringLiteral("pages")); }
     QListWidget* list() const { return window->findChild<QListWidget*>(QStringLiteral("suspects")); }
     SuspRelList* section(const QString& name) const { return window->findChild<SuspRelList*>(name); }
     ListView* rows(const QString& name) const { return section(name)->findChild<ListView*>(); }
     TavrinDropdown* code(const QString& name) const { return window->findChild<TavrinDropdown*>(name); }
-    void showPage(int page) const
-    {
-        QVERIFY(QTest::qWaitForWindowActive(window));
-        pages()->setCurrentRow(page);
-        QApplication::processEvents(); // a click finds its widget by its place
-    }
-    void openPage()
-    {
-        open();
-        showPage(SuspectsPage);
-    }
+    void openPage() { Site::openPage(SuspectsPageNo); }
     /// By keys, as long as the list is in view.
     void goTo(int row) const
     {
@@ -101,7 +86,7 @@ struct SuspectSite : Site
             QTest::keyClicks(relations, letters);
             QTest::keyClick(relations, Qt::Key_Return);
         });
-        tavrin::test::chooseByKey(menu, Qt::Key_A);
+        chooseByKey(menu, Qt::Key_A);
         QVERIFY(dialog.came());
         window->activateWindow(); // what a desktop does by itself, the offscreen platform does not
         QVERIFY(QTest::qWaitForWindowActive(window));
@@ -112,16 +97,8 @@ struct SuspectSite : Site
         const int before = rows(sectionName)->Count();
         QWidget* menu = openMenu(sectionName);
         QVERIFY(menu);
-        tavrin::test::chooseByKey(menu, Qt::Key_R);
+        chooseByKey(menu, Qt::Key_R);
         QTRY_COMPARE(rows(sectionName)->Count(), before - 1);
-    }
-    QVariantList storedRows(const QString& collection, const QString& field)
-    {
-        QVariantList values;
-        const RecordPtr record = workspace->store().load(incidentNo);
-        for (const RecordRowPtr& row : record->collection(collection)->rows())
-            values << fieldOf(*row, field)->Value();
-        return values;
     }
     /// The suspect and the victim of each link, as "1-2".
     QStringList storedPairs()
@@ -139,7 +116,6 @@ struct SuspectSite : Site
         QTest::keyClick(line(SuspectName), Qt::Key_End);
         QTest::keyClicks(line(SuspectName), QStringLiteral("x"));
     }
-    void editSummary() const { QTest::keyClicks(line(QStringLiteral("Summary")), QStringLiteral("x")); }
 };
 
 } // namespace
@@ -157,7 +133,7 @@ private Q_SLOTS:
         SuspectSite site(Incomplete);
         site.open();
         QVERIFY(!site.window->isDirty());
-        site.showPage(SuspectsPage);
+        site.showPage(SuspectsPageNo);
         QCOMPARE(site.list()->count(), 2);
         QCOMPARE(site.list()->item(1)->text(), QStringLiteral("Hopscotch, Dale"));
         QCOMPARE(site.line(SuspectName)->text(), QStringLiteral("Skylarkin, Perry"));
@@ -280,11 +256,11 @@ private Q_SLOTS:
         const QVariant summary = site.stored(QStringLiteral("Summary"));
         site.openPage();
         site.editName();
-        site.showPage(GeneralPage);
+        site.showPage(GeneralPageNo);
         site.editSummary();
         QVERIFY(!site.window->save());
         QCOMPARE(site.boxes.texts(), QStringList({Refusal}));
-        QCOMPARE(site.pages()->currentRow(), SuspectsPage);
+        QCOMPARE(site.pages()->currentRow(), int(SuspectsPageNo));
         QCOMPARE(site.list()->currentRow(), 1);
         QCOMPARE(site.line(SuspectName)->text(), QStringLiteral("Hopscotch, Dale"));
         QVERIFY(site.rows(Victims)->hasFocus());
@@ -332,7 +308,7 @@ private Q_SLOTS:
                 ->SetValue(name);
         site.window = new RecordWindow(*site.workspace, record);
         site.window->show();
-        site.showPage(SuspectsPage);
+        site.showPage(SuspectsPageNo);
         QVERIFY(site.window->findChild<QLabel*>(QStringLiteral("noSuspect"))->isVisible());
         for (const auto& name : {QStringLiteral("First"), QStringLiteral("Second")}) {
             site.addSuspect(name);
@@ -362,7 +338,7 @@ private Q_SLOTS:
             words = modal.findChild<FlatDropdown*>(QStringLiteral("cboRelationship"))->accessibleName();
             QTest::keyClick(&modal, Qt::Key_Escape);
         });
-        tavrin::test::chooseByKey(menu, Qt::Key_A);
+        chooseByKey(menu, Qt::Key_A);
         QVERIFY(dialog.came());
         QCOMPARE(words, QStringLiteral("Relationship to Fresh"));
     }

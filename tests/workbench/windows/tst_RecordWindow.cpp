@@ -105,7 +105,7 @@ private Q_SLOTS:
         site.open();
         QCOMPARE(site.code(Weapon)->Value(), QVariant(12));
         QVERIFY(ToText(site.code(Weapon)->Text()).contains(QStringLiteral("Handgun")));
-        QTest::keyClicks(site.line(Summary), QStringLiteral("x"));
+        site.editSummary();
         QVERIFY(site.window->save());
         QVERIFY(SameValue(site.stored(WeaponNo), 12));
     }
@@ -210,7 +210,7 @@ private Q_SLOTS:
     {
         Site site;
         site.open();
-        QTest::keyClicks(site.line(Summary), QStringLiteral("x"));
+        site.editSummary();
         QCOMPARE(site.status(), QStringLiteral("Unsaved changes"));
         QTest::keyClick(site.line(Summary), Qt::Key_Backspace);
         QVERIFY(!site.window->isDirty());
