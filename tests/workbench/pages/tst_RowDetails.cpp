@@ -4,7 +4,7 @@
 #include "support/NextModal.h"
 #include "support/TestCase.h"
 #include "widgets/lists/ListBox.h"
-#include "workbench/Site.h"
+#include "workbench/PickerSite.h"
 #include "workbench/pages/PickerRows.h"
 
 #include <QPushButton>
@@ -15,7 +15,6 @@ using namespace tavrin::test;
 
 namespace {
 
-const QString Offenses = QStringLiteral("Offenses");
 const QString NibrsCode = QStringLiteral("NibrsCode");
 const QString Weapons = QStringLiteral("OffenseWeapons");
 const QString WeaponNo = QStringLiteral("WeaponNo");
@@ -24,7 +23,7 @@ const QString BiasNo = QStringLiteral("BiasNo");
 const QString OffenseSeqNo = QStringLiteral("OffenseSeqNo");
 
 /// A site whose incident has two offenses: the first with two weapons and a bias, the second with a weapon.
-struct DetailSite : Site
+struct DetailSite : PickerSite
 {
     DetailSite()
     {
@@ -49,7 +48,7 @@ struct DetailSite : Site
         workspace->store().save(*record);
     }
     /// What the database has, of all offenses: each value behind the number of its offense.
-    QVariantList storedRows(const QString& collection, const QString& field)
+    QVariantList storedDetails(const QString& collection, const QString& field)
     {
         QVariantList values;
         const RecordPtr record = workspace->store().load(incidentNo);
@@ -70,12 +69,7 @@ struct DetailSite : Site
         return codes;
     }
     void openPage() { Site::openPage(OffensesPageNo); }
-    QList<PickerRow*> lines() const
-    {
-        auto lines = window->findChild<PickerRows*>(Offenses)->findChildren<PickerRow*>();
-        lines.removeIf([](const PickerRow* line) { return line->isHidden(); });
-        return lines;
-    }
+    QList<PickerRow*> lines() const { return PickerSite::lines(Offenses); }
     NibrsOffensePicker* code(int line) const
     {
         return lines().at(line)->findChild<NibrsOffensePicker*>(NibrsCode);
@@ -96,7 +90,7 @@ struct DetailSite : Site
         QTest::keyClick(box, Qt::Key_Delete);
     }
     /// Goes through the dialog with the first choice.
-    void add(int line, const QString& name, Qt::Key end = Qt::Key_Return) const
+    void addValue(int line, const QString& name, Qt::Key end = Qt::Key_Return) const
     {
         layOut();
         const NextModal dialog([end](QWidget& window) { QTest::keyClick(&window, end); });
@@ -105,11 +99,7 @@ struct DetailSite : Site
     }
     void addOffense(const QString& text) const
     {
-        layOut();
-        QTest::mouseClick(window->findChild<QPushButton*>(QStringLiteral("addOffenses")), Qt::LeftButton);
-        lines().constLast()->picker().setFocus();
-        QTest::keyClicks(QApplication::focusWidget(), text);
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        choose(add(Offenses), text);
         QVERIFY(!IsNull(lines().constLast()->value()));
     }
 };
@@ -167,14 +157,14 @@ private Q_SLOTS:
         site.openPage();
         site.deleteFirst(0, Weapons);
         QVERIFY(site.window->isDirty());
-        site.add(1, Weapons);
-        site.add(1, Biases);
+        site.addValue(1, Weapons);
+        site.addValue(1, Biases);
         QVERIFY(site.window->save());
-        const QVariantList weapons = site.storedRows(Weapons, WeaponNo);
+        const QVariantList weapons = site.storedDetails(Weapons, WeaponNo);
         QCOMPARE(weapons.size(), 6);
         QCOMPARE(weapons.mid(0, 4), QVariantList({30, 20, 18, 30}));
         QCOMPARE(weapons.at(4), QVariant(18));
-        const QVariantList biases = site.storedRows(Biases, BiasNo);
+        const QVariantList biases = site.storedDetails(Biases, BiasNo);
         QCOMPARE(biases.mid(0, 3), QVariantList({30, 88, 18}));
         QVERIFY(!site.window->isDirty());
     }
@@ -183,7 +173,7 @@ private Q_SLOTS:
     {
         DetailSite site;
         site.openPage();
-        site.add(0, Weapons, Qt::Key_Escape);
+        site.addValue(0, Weapons, Qt::Key_Escape);
         QVERIFY(!site.window->isDirty());
     }
 
@@ -193,7 +183,7 @@ private Q_SLOTS:
         site.openPage();
         site.deleteFirst(1, Weapons);
         QVERIFY(site.window->save());
-        QCOMPARE(site.storedRows(Weapons, WeaponNo), QVariantList({30, 13, 30, 20}));
+        QCOMPARE(site.storedDetails(Weapons, WeaponNo), QVariantList({30, 13, 30, 20}));
     }
 
     void aNewOffenseIsSavedWithItsDetailsInOneGo()
@@ -206,15 +196,15 @@ private Q_SLOTS:
         QCOMPARE(site.list(2, Weapons)->Count(), 0);
         site.code(2)->setFocus();
         QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("9"));
-        site.add(2, Weapons);
+        site.addValue(2, Weapons);
         QVERIFY(site.window->save());
         QCOMPARE(site.storedCodes().constLast(), QVariant(QStringLiteral("90B")));
-        const QVariantList weapons = site.storedRows(Weapons, WeaponNo);
+        const QVariantList weapons = site.storedDetails(Weapons, WeaponNo);
         QCOMPARE(weapons.size(), 8);
         QCOMPARE(weapons.at(6), QVariant(73));
         QVERIFY(!site.window->isDirty());
         QVERIFY(site.window->save()); // again, and nothing is there twice
-        QCOMPARE(site.storedRows(Weapons, WeaponNo), weapons);
+        QCOMPARE(site.storedDetails(Weapons, WeaponNo), weapons);
     }
 
     void aNewOffenseScrollsIntoViewAndSoDoItsDetails()
@@ -229,9 +219,7 @@ private Q_SLOTS:
         QTest::keyClick(site.window, Qt::Key_A, Qt::AltModifier);
         QTRY_COMPARE(site.lines().size(), 3);
         QTRY_VERIFY(isSeen(&site.lines().constLast()->picker()));
-        site.lines().constLast()->picker().setFocus();
-        QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("440.10"));
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        choose(site.lines().constLast()->picker(), QStringLiteral("440.10"));
         QTRY_VERIFY(isSeen(site.details(2)));
         QVERIFY(isSeen(&site.lines().constLast()->picker()));
     }
@@ -241,8 +229,7 @@ private Q_SLOTS:
         DetailSite site;
         site.openPage();
         QVERIFY(site.details(0)->isVisible());
-        QTest::mouseClick(site.window->findChild<QPushButton*>(QStringLiteral("addOffenses")),
-                          Qt::LeftButton);
+        site.add(Offenses);
         QVERIFY(!site.details(2)->isVisible());
         QVERIFY(!site.window->isDirty());
     }
@@ -251,10 +238,9 @@ private Q_SLOTS:
     {
         DetailSite site;
         site.openPage();
-        QTest::mouseClick(site.lines().constFirst()->findChild<QPushButton*>(QStringLiteral("remove")),
-                          Qt::LeftButton);
+        site.remove(Offenses, 0);
         QVERIFY(site.window->save());
-        QCOMPARE(site.storedRows(Weapons, WeaponNo), QVariantList({18, 30}));
+        QCOMPARE(site.storedDetails(Weapons, WeaponNo), QVariantList({18, 30}));
         QCOMPARE(site.workspace->store().load(site.incidentNo)->collection(Weapons)->Count(), 1);
         QCOMPARE(site.workspace->store().load(site.incidentNo)->collection(Biases)->Count(), 0);
     }
@@ -263,15 +249,15 @@ private Q_SLOTS:
     {
         DetailSite site;
         site.openPage();
-        site.add(1, Biases);
+        site.addValue(1, Biases);
         site.deleteFirst(0, Weapons);
         site.workspace->database().execute(QStringLiteral("PRAGMA query_only = 1"));
         QVERIFY(!site.window->save());
         QVERIFY(site.window->isDirty());
         site.workspace->database().execute(QStringLiteral("PRAGMA query_only = 0"));
         QVERIFY(site.window->save());
-        QCOMPARE(site.storedRows(Weapons, WeaponNo), QVariantList({30, 20, 18, 30}));
-        QCOMPARE(site.storedRows(Biases, BiasNo).size(), 4);
+        QCOMPARE(site.storedDetails(Weapons, WeaponNo), QVariantList({30, 20, 18, 30}));
+        QCOMPARE(site.storedDetails(Biases, BiasNo).size(), 4);
         QVERIFY(!site.window->isDirty());
     }
 
