@@ -3,49 +3,26 @@
 #include "base/files/FileWriter.h"
 #include "host/HostCase.h"
 #include "host/store/AttachmentStore.h"
+#include "support/ChildProcess.h"
 
-#include <QDeadlineTimer>
 #include <QDir>
-#include <QThread>
 
 #include <functional>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <utility>
 
 // What the tests of the attachments folders share.
 
 namespace tavrin::test {
 
-/// Waits until a thread that has done its work is gone too: one that allocates while this process forks
-/// leaves the child with a lock that nobody gives back.
-inline void waitForThreadsToEnd()
-{
-    constexpr int own = 2; // this one, and the one that watches the time of the tests
-    const QDir threads(QStringLiteral("/proc/self/task"));
-    const QDeadlineTimer patience(1000); // not longer: a test may want a thread that hangs
-    while (threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size() > own && !patience.hasExpired())
-        QThread::yieldCurrentThread();
-}
+/// The file that most tests store, and where its row finds it.
+inline const QString Stored = QStringLiteral("attachments\\2014\\03\\20160201130507_Report.pdf");
 
-/// Runs `body` in a child process and returns what it returns: a small number; 128 and the signal when it was
-/// killed.
-inline int inChild(const std::function<int()>& body)
-{
-    waitForThreadsToEnd();
-    const pid_t child = ::fork();
-    if (child == 0)
-        ::_exit(body());
-    int status = 0;
-    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
-    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-}
-
-/// Gives up the rights of the superuser, to whom file modes mean nothing. For children only.
-inline bool dropRights()
-{
-    return ::getuid() != 0 || (::setgid(65534) == 0 && ::setuid(65534) == 0);
-}
+// What a child or a second program answers.
+inline constexpr int Passed = 0;
+inline constexpr int OtherText = 1;
+inline constexpr int NotPossible = 2;
+inline constexpr int Raised = 3;
+inline constexpr int LeftSomething = 4;
 
 /// All entries below a folder, each as its path from there, sorted.
 inline QStringList treeOf(const QString& folder)
@@ -66,8 +43,6 @@ inline QStringList treeOf(const QString& folder)
 class StoreCase : public HostCase
 {
 protected:
-    const QString Stored = QStringLiteral("attachments\\2014\\03\\20160201130507_Report.pdf");
-
     void init() override
     {
         HostCase::init();
@@ -94,12 +69,60 @@ protected:
     /// The platform's path of a stored file, and the names in the attachments folder.
     QString storedPath(const QString& below = {}) const { return path("attachments") + u'/' + below; }
     QStringList stored() const { return treeOf(path("attachments")); }
-    QString report() const { return storedPath(QStringLiteral("2014/03/20160201130507_Report.pdf")); }
+    /// Where `Stored` lies.
+    QString month() const { return storedPath(QStringLiteral("2014/03")); }
+    QString report() const { return month() + QStringLiteral("/20160201130507_Report.pdf"); }
     /// Where copies of downloads lie.
     QString temporary() const { return m_temporary->path(); }
 
     void upload(const QString& from, const QString& to) { m_host->newUploader()->Upload(from, to, {}); }
     QString download(const QString& from) { return m_host->newDownloader()->Download(from); }
+
+    /// Uploads, and does something when the first buffer has been written.
+    void uploadMeeting(const QString& from, const std::function<void()>& event)
+    {
+        const auto uploader = m_host->newUploader();
+        bool met = false;
+        const auto progress = uploader->UploadProgress.subscribe([&](const QString&, qint64, qint64) {
+            if (!std::exchange(met, true))
+                event();
+        });
+        uploader->Upload(from, Stored, {});
+    }
+
+    /// Downloads, and does something when the first buffer has been written.
+    void downloadMeeting(const std::function<void()>& event)
+    {
+        const auto downloader = m_host->newDownloader();
+        bool met = false;
+        const auto progress = downloader->DownloadProgress.subscribe([&](const QString&, qint64, qint64) {
+            if (!std::exchange(met, true))
+                event();
+        });
+        downloader->Download(Stored);
+    }
+
+    /// The next start of the program, up to the end of its sweep.
+    void startAgain()
+    {
+        signOn(QStringLiteral("admin"));
+        m_host->waitForSweep();
+    }
+
+    /// The part of an upload whose program was killed.
+    void onlyAPartIsLeft() const
+    {
+        const QStringList left = filesIn(month());
+        QCOMPARE(left.size(), 1);
+        QVERIFY2(left.constFirst().startsWith(QLatin1String(TemporaryPrefix)), qPrintable(left.constFirst()));
+    }
+    void nothingIsLeftAndTheNextUploadWorks(const QString& from)
+    {
+        QCOMPARE(filesIn(month()), QStringList());
+        upload(from, Stored);
+        QVERIFY(contentOf(report()) == contentOf(from));
+        QCOMPARE(filesIn(month()).size(), 1);
+    }
 
     void setSetting(const QString& section, const QString& key, const QString& value)
     {
