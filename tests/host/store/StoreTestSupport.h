@@ -8,6 +8,7 @@
 #include <QDir>
 
 #include <functional>
+#include <sys/stat.h>
 #include <utility>
 
 // What the tests of the attachments folders share.
@@ -37,6 +38,13 @@ inline QStringList treeOf(const QString& folder)
         }
     }
     return entries;
+}
+
+/// The mode of a file, without its kind; 0 when there is none.
+inline mode_t modeOf(const QString& path)
+{
+    struct stat status = {};
+    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777 : 0;
 }
 
 /// A host on the sample database, whose attachments lie in the folder "attachments" beside it.

@@ -1,11 +1,13 @@
 #include "host/store/StoreTestSupport.h"
 
+#include <cstdio>
+
 using namespace Qt::StringLiterals;
 using namespace tavrin;
 using namespace tavrin::test;
 
 /// The copies that downloads hand out: whose they are, how long they stay, and what is left without one.
-class tst_DownloadedCopies : public StoreCase
+class tst_LocalCopies : public StoreCase
 {
     Q_OBJECT
 
@@ -68,6 +70,83 @@ private:
     }
 
 private Q_SLOTS:
+    void copiesAreThePersonsAloneAndLieInTheFolderOfTheHost()
+    {
+        upload(source("x"), Stored);
+        const QString first = download(Stored);
+        const QString second = download(Stored);
+        const QString folder = QFileInfo(first).path();
+        QCOMPARE(QFileInfo(folder).path(), temporary());
+        QCOMPARE(QFileInfo(second).path(), folder);
+        QVERIFY(first != second);
+        QCOMPARE(modeOf(first), mode_t(0600));
+        QCOMPARE(modeOf(folder), mode_t(0700));
+        QCOMPARE(filesIn(folder).size(), 2);
+        QCOMPARE(filesIn(temporary()).size(), 1);
+    }
+
+    void theEndOfTheHostRemovesItsCopies()
+    {
+        upload(source("x"), Stored);
+        download(Stored);
+        const QString renamed = QFileInfo(download(Stored)).path() + u"/Report.pdf"_s;
+        QVERIFY(QFile::rename(download(Stored), renamed));
+        QVERIFY(QFile::setPermissions(renamed, QFile::ReadOwner));
+        m_host.reset();
+        QCOMPARE(filesIn(temporary()), QStringList());
+    }
+
+    void whatSomebodyHasWrittenOutlivesTheHost()
+    {
+        upload(source("x"), Stored);
+        const QString edited = download(Stored);
+        const QString untouched = download(Stored);
+        const QString replaced = download(Stored);
+        const QString folder = QFileInfo(edited).path();
+        QFile file(edited);
+        QVERIFY(file.open(QIODevice::Append) && file.write("more") == 4);
+        file.close();
+        // As an editor does that writes a new file and renames it.
+        writeFile(folder + u"/new"_s, "y");
+        QCOMPARE(std::rename(qPrintable(folder + u"/new"_s), qPrintable(replaced)), 0);
+        writeFile(folder + u"/.~lock.Report.pdf#"_s, "somebody");
+        m_host.reset();
+        QCOMPARE(contentOf(edited), QByteArray("xmore"));
+        QCOMPARE(contentOf(replaced), QByteArray("y"));
+        QVERIFY(!QFileInfo::exists(untouched));
+        QCOMPARE(filesIn(folder).size(), 3);
+    }
+
+    void aDownloaderThatOutlivesItsHostKeepsItsCopiesUntilItsOwnEnd()
+    {
+        upload(source("x"), Stored);
+        auto downloader = m_host->newDownloader();
+        m_host.reset();
+        const QString copy = downloader->Download(Stored);
+        QCOMPARE(contentOf(copy), QByteArray("x"));
+        downloader.reset();
+        QCOMPARE(filesIn(temporary()), QStringList());
+    }
+
+    void aFolderThatWentWithItsLastCopyIsMadeAnew_data()
+    {
+        QTest::addColumn<bool>("atOnce");
+        QTest::newRow("taken away by whoever had the copy") << false;
+        QTest::newRow("swept with all that was in it") << true;
+    }
+    void aFolderThatWentWithItsLastCopyIsMadeAnew()
+    {
+        QFETCH(bool, atOnce);
+        upload(source("x"), Stored);
+        for (int i = 0; i < 3; ++i) {
+            const QString copy = download(Stored);
+            QCOMPARE(contentOf(copy), QByteArray("x"));
+            QDir folder(QFileInfo(copy).path());
+            QVERIFY(atOnce ? folder.removeRecursively() : QFile::remove(copy) && QDir().rmdir(folder.path()));
+        }
+        QCOMPARE(filesIn(temporary()), QStringList());
+    }
+
     void aCopyThatHasNotItsLengthIsNotHandedOut_data()
     {
         QTest::addColumn<qint64>("length");
@@ -125,5 +204,5 @@ private Q_SLOTS:
     }
 };
 
-TAVRIN_TEST_MAIN(tst_DownloadedCopies)
-#include "tst_DownloadedCopies.moc"
+TAVRIN_TEST_MAIN(tst_LocalCopies)
+#include "tst_LocalCopies.moc"
