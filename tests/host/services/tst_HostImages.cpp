@@ -1,38 +1,10 @@
 #include "host/HostTestSupport.h"
+#include "host/TestPictures.h"
 #include "host/lists/HostListFilling.h"
 #include "host/services/HostImages.h"
 
-#include <QBuffer>
-#include <QtEndian>
-
 using namespace tavrin;
 using namespace tavrin::test;
-
-namespace {
-
-/// A PNG that says it has this many pixels, and holds none.
-QByteArray hollowPng(quint32 width, quint32 height)
-{
-    QImage image(1, 1, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "png");
-    qToBigEndian(width, bytes.data() + 16);
-    qToBigEndian(height, bytes.data() + 20);
-    // The checksum of the header chunk, CRC-32 of type and content.
-    quint32 crc = 0xFFFFFFFFU;
-    for (int i = 12; i < 29; ++i) {
-        crc ^= static_cast<quint8>(bytes.at(i));
-        for (int bit = 0; bit < 8; ++bit)
-            crc = (crc & 1U) ? (crc >> 1) ^ 0xEDB88320U : crc >> 1;
-    }
-    qToBigEndian(~crc, bytes.data() + 29);
-    return bytes;
-}
-
-} // namespace
 
 class tst_HostImages : public TestCase
 {
