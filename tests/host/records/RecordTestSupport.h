@@ -5,7 +5,7 @@
 
 #include <QSqlRecord>
 
-// What the tests of the records' store share.
+// What the tests of records and their store share.
 
 namespace tavrin::test {
 
@@ -13,6 +13,23 @@ inline const QString Offenses = QStringLiteral("Offenses");
 inline const QString Suspects = QStringLiteral("Suspects");
 inline const QString Witnesses = QStringLiteral("Witnesses");
 inline const QString Assignments = QStringLiteral("Assignments");
+inline const QString SeqNo = QStringLiteral("SeqNo");
+
+/// An incident that no store knows.
+inline RecordPtr newRecord()
+{
+    return Record::create(incidentSchema());
+}
+
+inline tvTableCollectionPtr rowsOf(const RecordPtr& record, const QString& name)
+{
+    return std::dynamic_pointer_cast<tvTableCollection>(record->Item(name));
+}
+
+inline QVariant keyOf(const tvTableRowPtr& row)
+{
+    return fieldOf(*row, SeqNo)->Value();
+}
 
 inline void put(const RecordPtr& record, const char* field, const QVariant& value)
 {

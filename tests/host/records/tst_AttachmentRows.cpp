@@ -41,7 +41,7 @@ private Q_SLOTS:
     {
         const RecordCollectionPtr rows = m_store->create()->collection(Attachments);
         QVERIFY(rows);
-        QCOMPARE(rows->KeyColumn(), QStringLiteral("SeqNo"));
+        QCOMPARE(rows->KeyColumn(), SeqNo);
         QCOMPARE(rows->schema().Table.RowClass, QStringLiteral("TVEvent.tvAttachmentIndex"));
         const tvTableRowPtr row = rows->NewItem();
         for (const char* name : {"SeqNo", "FileName", "OriginalFileName", "FolderNo", "Description", "Notes",
@@ -49,7 +49,7 @@ private Q_SLOTS:
             QVERIFY2(row->Item(QString::fromLatin1(name)), name);
         QCOMPARE(fieldOf(*row, QStringLiteral("Description"))->MaxLength(), 100);
         QCOMPARE(fieldOf(*row, QStringLiteral("Notes"))->MaxLength(), 2000);
-        QVERIFY(fieldOf(*row, QStringLiteral("SeqNo"))->IsKey());
+        QVERIFY(fieldOf(*row, SeqNo)->IsKey());
         QVERIFY(IsNull(fieldOf(*row, QStringLiteral("FolderNo"))->Value()));
     }
 
@@ -159,7 +159,7 @@ private Q_SLOTS:
             rows->ItemRemoved.subscribe([&](const QVariant& key) { told << u"removed "_s + ToText(key); });
         const auto removedEx = rows->ItemRemovedEx.subscribe([&](qint32 index, const tvTableRowPtr& row) {
             told << QStringLiteral("removed at %1 ").arg(index) +
-                        ToText(fieldOf(*row, QStringLiteral("SeqNo"))->Value());
+                        ToText(fieldOf(*row, SeqNo)->Value());
         });
         const auto primary = rows->PrimaryStatusChanged.subscribe(
             [&](const QVariant& key) { told << (IsNull(key) ? QStringLiteral("no primary") : ToText(key)); });

@@ -28,7 +28,7 @@ private:
 
     static void putKey(const RecordPtr& record, int index, int key)
     {
-        witness(record, index).cell(QStringLiteral("SeqNo")).setValue(key);
+        witness(record, index).cell(SeqNo).setValue(key);
     }
 
     /// The witnesses that the database holds for an incident.
@@ -137,7 +137,7 @@ private Q_SLOTS:
     void aRowWithoutAKeyIsRefusedByName()
     {
         const RecordPtr record = incidentWithWitnesses();
-        witness(record, 1).cell(QStringLiteral("SeqNo")).setValue(Null());
+        witness(record, 1).cell(SeqNo).setValue(Null());
         const QString text = errorOf([&] { m_store->save(*record); });
         QVERIFY2(text.contains(QStringLiteral("IncdWitness, row 2: the row has no SeqNo")), qPrintable(text));
         QCOMPARE(witnessesIn(record->key()), QStringLiteral("1 W1, 2 W2, 3 W3"));
