@@ -9,6 +9,7 @@
 #include "host/records/RecordStore.h"
 #include "host/store/StoreTestSupport.h"
 #include "support/FakeDesktop.h"
+#include "support/FileSizeLimit.h"
 #include "support/TickingClock.h"
 #include "support/Unhandled.h"
 #include "widgets/labels/WrapLabel.h"
@@ -22,7 +23,7 @@
 #include <QTimer>
 
 #include <csignal>
-#include <sys/resource.h>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;
@@ -174,7 +175,7 @@ class tst_AttachmentsFaults : public StoreCase
 
 private:
     std::unique_ptr<Page> m_page;
-    rlimit m_limit = {};
+    std::optional<FileSizeLimit> m_limit;
 
     QString from(const QString& name) const { return path("from") + u'/' + name; }
     QString target() const { return path("down") + u"/Incident 7"_s; }
@@ -187,11 +188,6 @@ private:
                 files << entry;
         }
         return files;
-    }
-    void limitFiles(rlim_t bytes) const
-    {
-        const rlimit limit = {std::min(bytes, m_limit.rlim_max), m_limit.rlim_max};
-        QCOMPARE(::setrlimit(RLIMIT_FSIZE, &limit), 0);
     }
     /// One file can be added, and opened, as on any other day.
     void verifyUsable(const QStringList& before)
@@ -210,16 +206,13 @@ protected:
     void init() override
     {
         StoreCase::init();
-        m_host->waitForSweep();
-        ::getrlimit(RLIMIT_FSIZE, &m_limit);
-        std::signal(SIGXFSZ, SIG_IGN); // a write beyond the limit fails instead of ending the process
         QVERIFY(QDir().mkpath(path("from")));
         QVERIFY(QDir().mkpath(path("down")));
         m_page = std::make_unique<Page>(*m_host, *m_database);
     }
     void cleanup() override
     {
-        ::setrlimit(RLIMIT_FSIZE, &m_limit);
+        m_limit.reset();
         m_page.reset();
         StoreCase::cleanup();
     }
@@ -265,9 +258,9 @@ private Q_SLOTS:
             expected = problem(u"its folder was moved or replaced meanwhile"_s);
             meanwhile = [&] { QVERIFY(QDir().rename(path("attachments"), path("away"))); };
         } else {
-            limitFiles(1 << 20);
+            m_limit.emplace(1 << 20);
             expected = problem(u"File too large"_s);
-            mend = [&] { limitFiles(m_limit.rlim_max); };
+            mend = [&] { m_limit.reset(); };
         }
         QStringList whileAsked;
         Person person;

@@ -1,10 +1,9 @@
 #include "host/store/StoreTestSupport.h"
+#include "support/FileSizeLimit.h"
 
-#include <csignal>
 #include <cstdio>
 #include <sched.h>
 #include <sys/mount.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -21,13 +20,6 @@ int expectText(const QString& expected, const std::function<void()>& action)
         return Passed;
     std::fprintf(stderr, "expected: %s\nraised:   %s\n", qPrintable(expected), qPrintable(text));
     return OtherText;
-}
-
-bool limitFileSize(rlim_t bytes)
-{
-    std::signal(SIGXFSZ, SIG_IGN); // the write then fails instead of ending the process
-    const rlimit limit = {bytes, bytes};
-    return ::setrlimit(RLIMIT_FSIZE, &limit) == 0;
 }
 
 } // namespace
@@ -88,21 +80,13 @@ private Q_SLOTS:
     {
         QFETCH(int, limit);
         const QString from = source(QByteArray(3 << 20, 'x'));
-        QCOMPARE(inChild([&] {
-                     return limitFileSize(static_cast<rlim_t>(limit))
-                                ? expectText(uploadProblem(from, u"File too large"_s),
-                                             [&] { upload(from, Stored); })
-                                : NotPossible;
-                 }),
-                 Passed);
+        const auto limited = [limit](const std::function<void()>& action) {
+            const FileSizeLimit full(static_cast<rlim_t>(limit));
+            return errorOf(action);
+        };
+        QCOMPARE(limited([&] { upload(from, Stored); }), uploadProblem(from, u"File too large"_s));
         nothingIsLeftAndTheNextUploadWorks(from);
-        QCOMPARE(inChild([&] {
-                     return limitFileSize(static_cast<rlim_t>(limit))
-                                ? expectText(downloadProblem(Stored, u"File too large"_s),
-                                             [&] { download(Stored); })
-                                : NotPossible;
-                 }),
-                 Passed);
+        QCOMPARE(limited([&] { download(Stored); }), downloadProblem(Stored, u"File too large"_s));
         QCOMPARE(filesIn(temporary()), QStringList());
     }
 
