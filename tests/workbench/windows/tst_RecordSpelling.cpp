@@ -38,11 +38,22 @@ struct SpellingSite : Site
         }
         return nullptr;
     }
+    void activate() const
+    {
+        window->activateWindow(); // a box may have been in front of it
+        QVERIFY(QTest::qWaitForWindowActive(window));
+    }
     void pressF7() const
     {
-        window->activateWindow(); // a box was in front of it
-        QVERIFY(QTest::qWaitForWindowActive(window));
+        activate();
         QTest::keyClick(window->windowHandle(), Qt::Key_F7);
+    }
+    void check(bool byKey) const
+    {
+        if (byKey)
+            pressF7();
+        else
+            QTest::mouseClick(button(), Qt::LeftButton);
     }
     /// With a comment that can be typed into.
     void addFile()
@@ -50,8 +61,7 @@ struct SpellingSite : Site
         putFile(folder.filePath(u"seen.txt"_s), "seen");
         dialogs.choose({folder.filePath(u"seen.txt"_s)});
         QTest::mouseClick(window->findChild<QWidget*>(u"lnkAddAttachments"_s), Qt::LeftButton);
-        window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(window));
+        activate();
         auto* list = window->findChild<ListView*>(u"lvwFiles"_s);
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
                           list->visualRect(list->model()->index(0, 1)).center());
@@ -123,10 +133,7 @@ private Q_SLOTS:
         site.store(u"Narrative"_s, u"The bicycle was recieved."_s);
         site.openPage(NarrativePageNo);
         const Person person({Person::click("cmdChange")});
-        if (byKey)
-            site.pressF7();
-        else
-            QTest::mouseClick(site.button(), Qt::LeftButton);
+        site.check(byKey);
         QVERIFY(person.isDone());
         QCOMPARE(site.narrative()->toPlainText(), u"The bicycle was received."_s);
         QCOMPARE(site.boxes.texts(), QStringList(CompleteText));
@@ -146,10 +153,7 @@ private Q_SLOTS:
         site.comment()->setFocus();
         QTest::keyClicks(site.comment(), u"The lok is fine."_s);
         const Person person({changeTo(u"lock"_s)});
-        if (byKey)
-            site.pressF7();
-        else
-            QTest::mouseClick(site.button(), Qt::LeftButton);
+        site.check(byKey);
         QVERIFY(person.isDone());
         QCOMPARE(site.comment()->toPlainText(), u"The lock is fine."_s);
         QCOMPARE(site.narrative()->toPlainText(), u"A wrnog narrative."_s);
@@ -194,10 +198,7 @@ private Q_SLOTS:
         site.store(u"Narrative"_s, Null());
         site.openPage(NarrativePageNo);
         const Person person({});
-        if (byKey)
-            site.pressF7();
-        else
-            QTest::mouseClick(site.button(), Qt::LeftButton);
+        site.check(byKey);
         QVERIFY(!person.came());
         QCOMPARE(site.boxes.texts(), QStringList(CompleteText));
         QVERIFY(!site.window->isDirty());
