@@ -1,5 +1,6 @@
 #include "base/values/Variant.h"
 #include "lookup/FlatPickerForm.h"
+#include "support/RaisedError.h"
 #include "support/TestCase.h"
 
 #include <QVariantList>
@@ -7,6 +8,7 @@
 using namespace tavrin;
 using namespace Qt::StringLiterals;
 using tavrin::test::Journal;
+using tavrin::test::raisedBy;
 using tavrin::test::usedValues;
 using tavrin::test::UserForm;
 
@@ -132,13 +134,9 @@ private Q_SLOTS:
         form.picker->SetValue(Jack);
         Journal journal(form.picker);
         const XmlNode item = form.box->SelectedItem();
-        try {
-            form.picker->SetValue(value);
-            QFAIL("accepted");
-        } catch (const Error& error) {
-            QCOMPARE(error.Description, u"Unrecognized value format '"_s + text + u"'"_s);
-            QCOMPARE(error.Number, 5);
-        }
+        const Error error = raisedBy([&] { form.picker->SetValue(value); });
+        QCOMPARE(error.Description, u"Unrecognized value format '"_s + text + u"'"_s);
+        QCOMPARE(error.Number, 5);
         QCOMPARE(form.picker->Value(), Jack);
         QCOMPARE(form.tag->Caption(), u"Jack O'Brien (user)"_s);
         QVERIFY(form.tag->isVisible());

@@ -1,6 +1,7 @@
 #include "base/values/Variant.h"
 #include "lookup/FlatPickerForm.h"
 #include "support/Members.h"
+#include "support/RaisedError.h"
 #include "support/TestCase.h"
 #include "support/Unhandled.h"
 #include "widgets/drawing/IconGlyphs.h"
@@ -11,6 +12,7 @@ using namespace tavrin;
 using namespace Qt::StringLiterals;
 using tavrin::test::Journal;
 using tavrin::test::ownProperties;
+using tavrin::test::raisedBy;
 using tavrin::test::UserForm;
 
 namespace {
@@ -273,12 +275,8 @@ private Q_SLOTS:
             form.host.failWith(failure);
         else
             form.host.state().failures.emplace(operation, failure);
-        try {
-            form.contract().SetValue(value, nullptr);
-            QFAIL("nothing raised");
-        } catch (const Error& error) {
-            QCOMPARE(error.Number, 17);
-        }
+        const Error error = raisedBy([&] { form.contract().SetValue(value, nullptr); });
+        QCOMPARE(error.Number, 17);
         QVERIFY(form.box->isVisible()); // at once, before anything else lays the picker out
         QVERIFY(!form.tag->isVisible());
         QCOMPARE(form.link->Symbol(), DropDownGlyph);

@@ -5,6 +5,7 @@
 #include "lookup/NibrsOffensePicker.h"
 #include "support/FakeHost.h"
 #include "support/Members.h"
+#include "support/RaisedError.h"
 #include "support/TestCase.h"
 #include "widgets/lists/FlatDropdown.h"
 
@@ -17,6 +18,7 @@ using namespace tavrin;
 using tavrin::test::FakeHost;
 using tavrin::test::keysOf;
 using tavrin::test::ownProperties;
+using tavrin::test::raisedBy;
 
 namespace {
 
@@ -191,12 +193,8 @@ private Q_SLOTS:
         contract.SetValue(u"09A"_s, nullptr);
         site.follow(control);
         site.host.failWith(Error(u"the module is away"_s, 17));
-        try {
-            contract.SetValue(u"13A"_s, nullptr);
-            QFAIL("nothing raised");
-        } catch (const Error& error) {
-            QCOMPARE(error.Number, 17);
-        }
+        const Error error = raisedBy([&] { contract.SetValue(u"13A"_s, nullptr); });
+        QCOMPARE(error.Number, 17);
         QVERIFY(IsNull(contract.GetValue())); // and asks nobody for that
         QCOMPARE(control.Text(), u"(None)"_s);
         QCOMPARE(site.take(), QStringList{u"Change"_s});
@@ -223,12 +221,9 @@ private Q_SLOTS:
                     control->SetValue(u"720"_s);
             });
             site.host.failWith(Error(u"the module is away"_s, 17));
-            try {
-                static_cast<TavrinControl&>(*control).SetValue(u"13A"_s, nullptr);
-                QFAIL("nothing raised");
-            } catch (const Error& error) {
-                QCOMPARE(error.Number, 17); // the failure of the load is told all the same
-            }
+            const Error error =
+                raisedBy([&] { static_cast<TavrinControl&>(*control).SetValue(u"13A"_s, nullptr); });
+            QCOMPARE(error.Number, 17); // the failure of the load is told all the same
             QCOMPARE(control.isNull(), deletes);
             if (deletes)
                 continue;

@@ -1,6 +1,7 @@
 #include "base/values/Variant.h"
 #include "lookup/ComboPickerForm.h"
 #include "lookup/EmployeeList.h"
+#include "support/RaisedError.h"
 #include "support/TestCase.h"
 
 #include <QVariantList>
@@ -11,6 +12,7 @@ using namespace tavrin;
 using namespace Qt::StringLiterals;
 using tavrin::test::EmployeeSite;
 using tavrin::test::listOf;
+using tavrin::test::raisedBy;
 using tavrin::test::RecordParts;
 
 namespace {
@@ -331,14 +333,11 @@ private Q_SLOTS:
         QFETCH(int, error);
         const XmlDocument document = listOf("L", "Employee", {RecordParts{{"OfficerNo", text}}});
         std::optional<qint32> asked;
-        int raised = 0;
-        try {
+        const Error raised = raisedBy([&] {
             EmployeeList().filtered(XmlNodes(document.documentElement().childNodes()),
                                     [&](qint32 officerNo, bool&) { asked = officerNo; });
-        } catch (const Error& overflow) {
-            raised = overflow.Number;
-        }
-        QCOMPARE(raised, error);
+        });
+        QCOMPARE(raised.Number, error);
         QCOMPARE(asked, error == 0 ? std::optional(number) : std::nullopt);
     }
 };

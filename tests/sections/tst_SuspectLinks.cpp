@@ -3,6 +3,7 @@
 #include "sections/SuspectLinks.h"
 #include "support/FakeHost.h"
 #include "support/FakeRecords.h"
+#include "support/RaisedError.h"
 #include "support/TestCase.h"
 
 #include <QDate>
@@ -15,6 +16,7 @@ using namespace tavrin;
 using tavrin::test::FakeCollection;
 using tavrin::test::FakeField;
 using tavrin::test::FakeRecord;
+using tavrin::test::raisedBy;
 
 namespace {
 
@@ -191,12 +193,8 @@ private Q_SLOTS:
         for (int i = 1; i <= 32768; ++i)
             stage.add(i);
         SuspectLinks links = stage.links();
-        try {
-            links.remove(32768);
-            QFAIL("removed a row that a position cannot reach");
-        } catch (const Error& error) {
-            QCOMPARE(error.Number, Error::OverflowNumber);
-        }
+        const Error error = raisedBy([&] { links.remove(32768); });
+        QCOMPARE(error.Number, Error::OverflowNumber);
         links.remove(32767);
         QCOMPARE(stage.rows->Count(), 32767);
     }

@@ -1,6 +1,7 @@
 #include "base/failure/Error.h"
 #include "frame/control_frame/ControlRegister.h"
 #include "support/ProbeControl.h"
+#include "support/RaisedError.h"
 #include "support/TestCase.h"
 
 using namespace Qt::StringLiterals;
@@ -9,6 +10,7 @@ using tavrin::ControlSite;
 using tavrin::Error;
 using tavrin::PropertyBag;
 using tavrin::test::ProbeControl;
+using tavrin::test::raisedBy;
 
 class tst_ControlRegister : public tavrin::test::TestCase
 {
@@ -37,12 +39,8 @@ private Q_SLOTS:
         classes.add<ProbeControl>(u"Test.Probe"_s);
         QVERIFY(!classes.contains(u"Test.Other"_s));
         QWidget parent;
-        try {
-            classes.create(u"Test.Other"_s, &parent, {});
-            QFAIL("no error");
-        } catch (const Error& error) {
-            QCOMPARE(error.Description, u"There is no control of the class Test.Other"_s);
-        }
+        const Error error = raisedBy([&] { classes.create(u"Test.Other"_s, &parent, {}); });
+        QCOMPARE(error.Description, u"There is no control of the class Test.Other"_s);
         QVERIFY(parent.children().isEmpty());
     }
 

@@ -2,6 +2,7 @@
 #include "frame/control_frame/Extender.h"
 #include "support/FakeHost.h"
 #include "support/ProbeControl.h"
+#include "support/RaisedError.h"
 #include "support/TestCase.h"
 
 using namespace Qt::StringLiterals;
@@ -9,6 +10,7 @@ using tavrin::Color;
 using tavrin::Error;
 using tavrin::test::FakeHost;
 using tavrin::test::ProbeControl;
+using tavrin::test::raisedBy;
 namespace SystemColor = tavrin::SystemColor;
 
 class tst_Extender : public tavrin::test::TestCase
@@ -38,12 +40,8 @@ private Q_SLOTS:
         QWidget container;
         container.setProperty("BackColor", property);
         ProbeControl control(&container);
-        try {
-            control.extender().Container().BackColor();
-            QFAIL("no error");
-        } catch (const Error& error) {
-            QCOMPARE(error.Number, Error::NoSuchMemberNumber);
-        }
+        const Error error = raisedBy([&] { control.extender().Container().BackColor(); });
+        QCOMPARE(error.Number, Error::NoSuchMemberNumber);
         QCOMPARE(control.ambient().BackColor(), SystemColor::ButtonFace);
     }
 

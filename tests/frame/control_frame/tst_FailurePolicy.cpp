@@ -1,5 +1,6 @@
 #include "frame/control_frame/FailurePolicy.h"
 #include "support/FakeDesktop.h"
+#include "support/RaisedError.h"
 #include "support/TestCase.h"
 
 #include <QWidget>
@@ -11,6 +12,7 @@ using tavrin::BoxButtons;
 using tavrin::BoxIcon;
 using tavrin::Error;
 using tavrin::test::FakeMessageBoxes;
+using tavrin::test::raisedBy;
 
 namespace {
 
@@ -114,37 +116,33 @@ private Q_SLOTS:
         QFETCH(QString, prefix);
         QFETCH(QString, oldSource);
         QStringList ran;
-        try {
+        const Error error = raisedBy([&] {
             tavrin::addContext(u"MultiValue"_s, routine, prefix, [&](int& line) {
                 line = 1000;
                 ran << u"first"_s;
                 line = 1020;
                 throw Error(u"disk full"_s, 61, oldSource);
             });
-            QFAIL("no error");
-        } catch (const Error& error) {
-            QCOMPARE(error.Number, 61);
-            QTEST(error.Source, "source");
-            QTEST(error.Description, "description");
-        }
+        });
+        QCOMPARE(error.Number, 61);
+        QTEST(error.Source, "source");
+        QTEST(error.Description, "description");
         QCOMPARE(ran, QStringList({u"first"_s}));
     }
 
     void addContextMakesErrorsOfExceptionsOfOtherKinds()
     {
-        try {
+        const Error error = raisedBy([&] {
             tavrin::addContext(u"T"_s, u"R"_s, u"P: "_s, [](int&) { throw std::runtime_error("other"); });
-            QFAIL("no error");
-        } catch (const Error& error) {
-            QCOMPARE(error.Number, Error::OrdinaryNumber);
-            QCOMPARE(error.Source, u" -> T.R [line 0]"_s);
-            QCOMPARE(error.Description, u"P: other"_s);
-        }
+        });
+        QCOMPARE(error.Number, Error::OrdinaryNumber);
+        QCOMPARE(error.Source, u" -> T.R [line 0]"_s);
+        QCOMPARE(error.Description, u"P: other"_s);
     }
 
     void contextCanBeAddedTwice()
     {
-        try {
+        const Error error = raisedBy([&] {
             tavrin::addContext(u"Outer"_s, u"R"_s, u"a: "_s, [](int& line) {
                 line = 10;
                 tavrin::addContext(u"Inner"_s, u"S"_s, u"b: "_s, [](int& inner) {
@@ -152,12 +150,10 @@ private Q_SLOTS:
                     throw Error(u"c"_s, 7, u"d"_s);
                 });
             });
-            QFAIL("no error");
-        } catch (const Error& error) {
-            QCOMPARE(error.Number, 7);
-            QCOMPARE(error.Source, u"d -> Inner.S [line 20] -> Outer.R [line 10]"_s);
-            QCOMPARE(error.Description, u"a: b: c"_s);
-        }
+        });
+        QCOMPARE(error.Number, 7);
+        QCOMPARE(error.Source, u"d -> Inner.S [line 20] -> Outer.R [line 10]"_s);
+        QCOMPARE(error.Description, u"a: b: c"_s);
     }
 
     void aBodyThatSucceedsIsNotTouched()

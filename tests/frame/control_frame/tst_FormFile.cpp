@@ -2,6 +2,7 @@
 #include "base/values/Variant.h"
 #include "frame/control_frame/FormFile.h"
 #include "support/ProbeControl.h"
+#include "support/RaisedError.h"
 #include "support/TestCase.h"
 
 #include <QFile>
@@ -14,6 +15,7 @@ using tavrin::ControlSite;
 using tavrin::Error;
 using tavrin::FormFile;
 using tavrin::test::ProbeControl;
+using tavrin::test::raisedBy;
 
 namespace {
 
@@ -251,12 +253,8 @@ private Q_SLOTS:
         form.controls[0].properties.WriteProperty(u"Fourth"_s, QVariantList({1}), 0);
         QVERIFY_EXCEPTION_THROWN(form.save(path), Error);
         QCOMPARE(contentOf(path), QByteArray("old"));
-        try {
-            sampleForm().save(folder.filePath(u"none/form.json"_s));
-            QFAIL("no error");
-        } catch (const Error& error) {
-            QVERIFY(error.Description.contains(folder.filePath(u"none/form.json"_s)));
-        }
+        const Error error = raisedBy([&] { sampleForm().save(folder.filePath(u"none/form.json"_s)); });
+        QVERIFY(error.Description.contains(folder.filePath(u"none/form.json"_s)));
     }
 
     void aFileCutAtAnyByteIsToldAndStaysAsItIs()

@@ -5,6 +5,7 @@
 #include "frame/control_frame/PropertyBag.h"
 #include "frame/control_frame/SavedProperty.h"
 #include "support/Members.h"
+#include "support/RaisedError.h"
 #include "support/TestCase.h"
 
 #include <QImage>
@@ -23,6 +24,7 @@ using tavrin::Null;
 using tavrin::PropertyBag;
 using tavrin::PropertyKind;
 using tavrin::test::keysOf;
+using tavrin::test::raisedBy;
 
 namespace {
 
@@ -48,12 +50,7 @@ QImage checkered()
 
 int errorOf(PropertyKind kind, const QVariant& value)
 {
-    try {
-        convertProperty(kind, value);
-        return 0;
-    } catch (const Error& error) {
-        return error.Number;
-    }
+    return raisedBy([&] { convertProperty(kind, value); }).Number;
 }
 
 } // namespace
@@ -227,12 +224,8 @@ private Q_SLOTS:
         QFETCH(QVariant, value);
         PropertyBag bag;
         bag.WriteProperty(u"TheKey"_s, value, 0);
-        try {
-            bag.toJson();
-            QFAIL("no error");
-        } catch (const Error& error) {
-            QCOMPARE(error.Description, u"The value of TheKey cannot be saved"_s);
-        }
+        const Error error = raisedBy([&] { bag.toJson(); });
+        QCOMPARE(error.Description, u"The value of TheKey cannot be saved"_s);
     }
 
     void anEntryThatCannotBeReadIsLeftOutAndTold_data()
