@@ -84,6 +84,11 @@ struct FakeHostState
 
     /// Counts the call, and raises the failure while one is set.
     void called(const QString& operation);
+    /// The values of a table without the inactive ones, unless these are asked for.
+    QList<TableValue> valuesOf(TableNumber table, bool includeInactive,
+                               const QVariant& alwaysIncluded = {}) const;
+    /// "1" for a value that is active, "0" for one that is not.
+    QString activeFlag(TableNumber table, const TableValue& value) const;
 };
 
 /// A host without database and files. A test sets what it answers through `state`, installs it with a
@@ -92,7 +97,6 @@ class FakeHost final : public Host
 {
 public:
     FakeHost();
-    ~FakeHost() override;
 
     FakeHostState& state() { return *m_state; }
     int calls() const { return m_state->calls; }
@@ -101,13 +105,13 @@ public:
     /// Whatever is called from now on raises this; `{}` ends that.
     void failWith(std::optional<Error> error) { m_state->failure = std::move(error); }
 
-    HostServices& hostServices() override;
-    XmlFactory& xmlFactory() override;
-    Session& session() override;
-    UiServices& uiServices() override;
-    ListFilling& listFilling() override;
-    Images& images() override;
-    Environment& environment() override;
+    HostServices& hostServices() override { return *m_hostServices; }
+    XmlFactory& xmlFactory() override { return *m_xmlFactory; }
+    Session& session() override { return *m_session; }
+    UiServices& uiServices() override { return *m_uiServices; }
+    ListFilling& listFilling() override { return *m_listFilling; }
+    Images& images() override { return *m_images; }
+    Environment& environment() override { return *m_environment; }
 
     std::unique_ptr<TableCodeCache> newTableCodeCache() override;
     std::unique_ptr<EmployeeListCache> newEmployeeListCache() override;
@@ -122,9 +126,14 @@ public:
     std::shared_ptr<NibrsModuleService> createNibrsModule(const QString& className) override;
 
 private:
-    struct Services;
     std::shared_ptr<FakeHostState> m_state;
-    std::unique_ptr<Services> m_services;
+    std::unique_ptr<HostServices> m_hostServices;
+    std::unique_ptr<XmlFactory> m_xmlFactory;
+    std::unique_ptr<Session> m_session;
+    std::unique_ptr<UiServices> m_uiServices;
+    std::unique_ptr<ListFilling> m_listFilling;
+    std::unique_ptr<Images> m_images;
+    std::unique_ptr<Environment> m_environment;
 };
 
 } // namespace tavrin::test

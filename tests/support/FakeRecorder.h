@@ -21,6 +21,12 @@ protected:
         m_state->called(operation);
         return *m_state;
     }
+    /// Notes what the operation was given as well.
+    FakeHostState& asked(const QString& operation, const QString& given) const
+    {
+        m_state->given << operation + u' ' + given;
+        return asked(operation);
+    }
     const StatePtr& state() const { return m_state; }
 
 private:

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "support/FakeRecorder.h"
+
+namespace tavrin::test {
+
+// Pictures, their thumbnails, and the folders that they lie in.
+
+std::unique_ptr<Images> makeFakeImages(StatePtr state);
+std::unique_ptr<ThumbnailService> makeFakeThumbnailService(StatePtr state);
+std::unique_ptr<AttachmentFolders> makeFakeAttachmentFolders(StatePtr state);
+
+} // namespace tavrin::test
