@@ -117,9 +117,9 @@ class FakeRecord final : public tvBusinessObject
 {
 public:
     HostObjectPtr Item(const QString& name) override { return m_children.value(name.toLower()); }
-    void setItem(const QString& name, HostObjectPtr child)
+    void setItem(const QString& name, const HostObjectPtr& child)
     {
-        m_children.insert(name.toLower(), std::move(child));
+        m_children.insert(name.toLower(), child);
     }
     QString ClassName() const override { return className; }
 
