@@ -4,12 +4,6 @@ using namespace Qt::StringLiterals;
 using namespace tavrin;
 using namespace tavrin::test;
 
-namespace {
-
-using Stage = DialogStage;
-
-} // namespace
-
 class tst_frmSpelling : public tavrin::test::TestCase
 {
     Q_OBJECT
@@ -19,7 +13,7 @@ private Q_SLOTS:
 
     void itShowsTheWordInItsSentenceWithSuggestions()
     {
-        Stage stage(u"All was calm. Teh driver left. Nobody came."_s);
+        DialogStage stage(u"All was calm. Teh driver left. Nobody came."_s);
         QVERIFY(stage.open());
         const Dialog dialog = stage.dialog();
         QCOMPARE(stage.form->windowTitle(), u"Spelling"_s);
@@ -36,7 +30,7 @@ private Q_SLOTS:
 
     void theWordIsMarkedByMoreThanItsColour()
     {
-        Stage stage(u"Teh end"_s);
+        DialogStage stage(u"Teh end"_s);
         QVERIFY(stage.open());
         const auto* shown = stage.dialog().part<QTextEdit>("txtSentence");
         QTextCursor cursor(shown->document());
@@ -51,7 +45,7 @@ private Q_SLOTS:
 
     void theMarkAndTheMessageCanBeReadOnADarkTheme()
     {
-        Stage stage(u"Teh end"_s);
+        DialogStage stage(u"Teh end"_s);
         QVERIFY(stage.open());
         QPalette dark = stage.form->palette();
         dark.setColor(QPalette::Window, QColor(31, 34, 38));
@@ -69,7 +63,7 @@ private Q_SLOTS:
     void withoutSuggestionsTheWordItselfWaitsToBeEdited()
     {
         const QString word(60, u'q');
-        Stage stage(word + u" end"_s);
+        DialogStage stage(word + u" end"_s);
         QVERIFY(stage.open());
         const Dialog dialog = stage.dialog();
         QCOMPARE(dialog.list()->count(), 1);
@@ -98,7 +92,7 @@ private Q_SLOTS:
     void anEmptyReplacementIsNoChange()
     {
         QFETCH(QString, text);
-        Stage stage(u"Teh end"_s);
+        DialogStage stage(u"Teh end"_s);
         QVERIFY(stage.open());
         const Dialog dialog = stage.dialog();
         dialog.changeTo()->SetText(text);
@@ -111,7 +105,7 @@ private Q_SLOTS:
 
     void wordsAreAddedOnlyWithTheRight()
     {
-        Stage stage(u"Qxzville end"_s, false);
+        DialogStage stage(u"Qxzville end"_s, false);
         QVERIFY(stage.open());
         const Dialog dialog = stage.dialog();
         QVERIFY(!dialog.button("cmdAdd")->isVisible());
@@ -124,7 +118,7 @@ private Q_SLOTS:
 
     void aTextThatIsNotOpenIsShownWithoutAWayToChangeIt()
     {
-        Stage stage(u"Teh sayd"_s);
+        DialogStage stage(u"Teh sayd"_s);
         stage.area->setReadOnly(true);
         QVERIFY(stage.open());
         const Dialog dialog = stage.dialog();
@@ -164,7 +158,7 @@ private Q_SLOTS:
         QFETCH(QString, text);
         QFETCH(QString, next);
         QFETCH(QByteArray, added);
-        Stage stage(u"teh sayd teh"_s);
+        DialogStage stage(u"teh sayd teh"_s);
         QVERIFY(stage.open());
         const Dialog dialog = stage.dialog();
         dialog.changeTo()->SetText(u"the"_s);
@@ -193,7 +187,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, button);
         QFETCH(bool, again);
-        Stage stage(u"teh cat, teh end"_s);
+        DialogStage stage(u"teh cat, teh end"_s);
         QVERIFY(stage.open());
         stage.dialog().click(button);
         QCOMPARE(stage.form->isVisible(), again);
@@ -203,7 +197,7 @@ private Q_SLOTS:
 
     void theDialogGoesWithTheLastWord()
     {
-        Stage stage(u"teh sayd"_s);
+        DialogStage stage(u"teh sayd"_s);
         QVERIFY(stage.open());
         stage.dialog().click("cmdIgnore");
         QVERIFY(stage.form->isVisible());
@@ -214,7 +208,7 @@ private Q_SLOTS:
 
     void undoLastBringsBackTheWordAndItsText()
     {
-        Stage stage(u"teh sayd hte"_s);
+        DialogStage stage(u"teh sayd hte"_s);
         QVERIFY(stage.open());
         const Dialog dialog = stage.dialog();
         dialog.changeTo()->SetText(u"the"_s);
@@ -231,7 +225,7 @@ private Q_SLOTS:
 
     void undoLastTakesAnAddedWordOutAgain()
     {
-        Stage stage(u"Qxzville sayd"_s);
+        DialogStage stage(u"Qxzville sayd"_s);
         QVERIFY(stage.open());
         const Dialog dialog = stage.dialog();
         dialog.click("cmdAdd");
@@ -244,7 +238,7 @@ private Q_SLOTS:
 
     void aRefusedChangeIsToldAndWhatWasTypedStays()
     {
-        Stage stage(u"teh sayd"_s);
+        DialogStage stage(u"teh sayd"_s);
         stage.area->SetMaxLength(10);
         QVERIFY(stage.open());
         const Dialog dialog = stage.dialog();
@@ -265,7 +259,7 @@ private Q_SLOTS:
 
     void aWordThatCannotBeAddedIsToldAndTheDialogStays()
     {
-        Stage stage(u"Qxzville end"_s);
+        DialogStage stage(u"Qxzville end"_s);
         QVERIFY(stage.open());
         QVERIFY(QFile::remove(stage.folder.custom()));
         stage.dialog().click("cmdAdd");
@@ -276,7 +270,7 @@ private Q_SLOTS:
 
     void aTextThatAProgramHasChangedIsShownAnew()
     {
-        Stage stage(u"teh end"_s);
+        DialogStage stage(u"teh end"_s);
         QVERIFY(stage.open());
         stage.area->SetText(u"A sayd thing"_s);
         stage.dialog().click("cmdChange");
@@ -288,7 +282,7 @@ private Q_SLOTS:
 
     void aBoxThatDiesTakesTheDialogWithIt()
     {
-        Stage stage(u"teh end"_s);
+        DialogStage stage(u"teh end"_s);
         QVERIFY(stage.open());
         delete stage.area;
         QVERIFY(!stage.form->isVisible());

@@ -8,12 +8,6 @@ using namespace Qt::StringLiterals;
 using namespace tavrin;
 using namespace tavrin::test;
 
-namespace {
-
-using Stage = DialogStage;
-
-} // namespace
-
 class tst_frmSpellingInput : public tavrin::test::TestCase
 {
     Q_OBJECT
@@ -23,7 +17,7 @@ private Q_SLOTS:
 
     void enterChangesAndEscapeCancels()
     {
-        Stage stage(u"sayyd teh end"_s);
+        DialogStage stage(u"sayyd teh end"_s);
         QVERIFY(stage.open());
         const Dialog dialog = stage.dialog();
         const QString first = dialog.list()->item(0)->text();
@@ -38,7 +32,7 @@ private Q_SLOTS:
 
     void anEnterThatIsHeldDownChangesOneWord()
     {
-        Stage stage(u"teh sayd hte end"_s);
+        DialogStage stage(u"teh sayd hte end"_s);
         QVERIFY(stage.open());
         stage.dialog().press(Qt::Key_Return);
         QCOMPARE(stage.dialog().marked(), u"sayd"_s);
@@ -53,7 +47,7 @@ private Q_SLOTS:
 
     void arrowsChooseASuggestionFromTheListAndFromTheBox()
     {
-        Stage stage(u"teh end"_s);
+        DialogStage stage(u"teh end"_s);
         QVERIFY(stage.open());
         const Dialog dialog = stage.dialog();
         dialog.press(Qt::Key_Down);
@@ -72,7 +66,7 @@ private Q_SLOTS:
 
     void aDoubleClickTakesASuggestion()
     {
-        Stage stage(u"teh end"_s);
+        DialogStage stage(u"teh end"_s);
         QVERIFY(stage.open());
         QListWidget* list = stage.dialog().list();
         const QString chosen = list->item(1)->text();
@@ -86,7 +80,7 @@ private Q_SLOTS:
 
     void eachButtonHasALetterOfItsOwnForAlt()
     {
-        Stage stage(u"teh end"_s);
+        DialogStage stage(u"teh end"_s);
         QVERIFY(stage.open());
         QSet<QString> letters;
         QStringList captions;
@@ -120,7 +114,7 @@ private Q_SLOTS:
         QFETCH(int, key);
         QFETCH(QString, text);
         QFETCH(QString, next);
-        Stage stage(u"teh sayd teh"_s);
+        DialogStage stage(u"teh sayd teh"_s);
         QVERIFY(stage.open());
         stage.dialog().changeTo()->SetText(u"the"_s);
         stage.dialog().press(Qt::Key(key), Qt::AltModifier);
@@ -135,7 +129,7 @@ private Q_SLOTS:
 
     void theTabKeyGoesThroughAllParts()
     {
-        Stage stage(u"teh sayd"_s);
+        DialogStage stage(u"teh sayd"_s);
         QVERIFY(stage.open());
         const Dialog dialog = stage.dialog();
         dialog.click("cmdIgnore"); // so that there is something to undo
@@ -149,7 +143,7 @@ private Q_SLOTS:
 
     void enterOnAnotherButtonPressesThatButton()
     {
-        Stage stage(u"teh sayd"_s);
+        DialogStage stage(u"teh sayd"_s);
         QVERIFY(stage.open());
         stage.dialog().button("cmdIgnore")->setFocus(Qt::TabFocusReason);
         stage.dialog().press(Qt::Key_Return);
@@ -164,7 +158,7 @@ private Q_SLOTS:
 
     void everythingThatTakesTheFocusHasAName()
     {
-        Stage stage(u"teh end"_s);
+        DialogStage stage(u"teh end"_s);
         QVERIFY(stage.open());
         for (QWidget* widget : stage.form->findChildren<QWidget*>()) {
             if (widget->focusPolicy() != Qt::NoFocus && widget->parentWidget() == stage.form.get())
@@ -175,7 +169,7 @@ private Q_SLOTS:
 
     void eachWordAndEachRefusalCanBeReadByScreenReaders()
     {
-        Stage stage(u"teh sayd"_s);
+        DialogStage stage(u"teh sayd"_s);
         stage.area->SetMaxLength(10);
         QVERIFY(stage.open());
         const auto name = [&](const char* label) {
@@ -197,7 +191,7 @@ private Q_SLOTS:
 
     void itNeverCoversTheWord()
     {
-        Stage stage(u"One line with nothing.\nteh second line\nthird line sayd\nend"_s);
+        DialogStage stage(u"One line with nothing.\nteh second line\nthird line sayd\nend"_s);
         const QRect screen = stage.window.screen()->availableGeometry();
         for (const QPoint& corner : {screen.topLeft(), screen.center() - QPoint(150, 60),
                                      QPoint(screen.left(), screen.bottom() - 130),
@@ -223,7 +217,7 @@ private Q_SLOTS:
     {
         QFETCH(bool, below);
         constexpr int distance = 12; // from the word, all around
-        Stage stage(u"teh second line\nthird line sayd\nend"_s);
+        DialogStage stage(u"teh second line\nthird line sayd\nend"_s);
         const QRect screen = stage.window.screen()->availableGeometry();
         stage.window.move(screen.left() + 60, below ? screen.top() + 40 : screen.bottom() - 160);
         QVERIFY(stage.open());
@@ -243,7 +237,7 @@ private Q_SLOTS:
 
     void itStaysWhereItIsWhileItCoversNothing()
     {
-        Stage stage(u"teh sayd end"_s);
+        DialogStage stage(u"teh sayd end"_s);
         QVERIFY(stage.open());
         stage.form->move(300, 320);
         stage.dialog().click("cmdIgnore");
