@@ -2,6 +2,7 @@
 // The rival is a QCompleter in contains mode, ignoring case, over the same texts in a QStringListModel.
 
 #include "Ratios.h"
+#include "Typing.h"
 #include "base/values/Variant.h"
 #include "lookup/AutoCompleteField.h"
 #include "support/FakeHost.h"
@@ -11,7 +12,6 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QCompleter>
-#include <QLineEdit>
 #include <QStringListModel>
 #include <QTest>
 
@@ -72,11 +72,7 @@ struct Field
         host.setTable(Table, tableOf(count));
         field.resize(400, 30);
         field.SetTableNo(Table);
-        field.show();
-        field.activateWindow();
-        field.setFocus();
-        const bool active = QTest::qWaitForWindowActive(&field);
-        Q_UNUSED(active)
+        bench::activate(field, field);
         QObject::connect(&field, &UserControl::PropertyChanged, &field, [this](const QString& key) {
             searched = searched || key == QLatin1String("Value");
         });
@@ -112,29 +108,16 @@ void Search_Rival(benchmark::State& state)
 {
     const QStringList texts = textsOf(tableOf(static_cast<int>(state.range(0))));
     QStringListModel model(texts);
-    QLineEdit edit;
-    auto* completer = new QCompleter(&model, &edit);
-    completer->setFilterMode(Qt::MatchContains);
-    completer->setCaseSensitivity(Qt::CaseInsensitive);
-    edit.setCompleter(completer);
-    edit.resize(400, 30);
-    edit.show();
-    edit.activateWindow();
-    edit.setFocus();
-    const bool active = QTest::qWaitForWindowActive(&edit);
-    Q_UNUSED(active)
+    bench::CompletedEdit rival(model);
     const QString query = queryOf(state);
     for (auto _ : state) {
-        completer->popup()->hide();
-        edit.setText(query.chopped(1));
+        rival.completer->popup()->hide();
+        rival.edit.setText(query.chopped(1));
         model.setStringList(texts); // the completer keeps results; this makes it search again
         QApplication::processEvents();
-        state.SetIterationTime(seconds([&] {
-            QTest::keyClicks(&edit, query.right(1));
-            QApplication::processEvents();
-        }));
+        state.SetIterationTime(seconds([&] { rival.typeLast(query); }));
     }
-    state.counters["matches"] = completer->completionCount();
+    state.counters["matches"] = rival.completer->completionCount();
 }
 
 void Load(benchmark::State& state)
@@ -150,8 +133,7 @@ void Load_Rival(benchmark::State& state)
     for (auto _ : state) {
         QStringListModel model(textsOf(values));
         QCompleter completer(&model);
-        completer.setFilterMode(Qt::MatchContains);
-        completer.setCaseSensitivity(Qt::CaseInsensitive);
+        bench::findAnywhere(completer);
         benchmark::DoNotOptimize(completer.completionCount());
     }
 }

@@ -3,23 +3,23 @@
 // The rivals are a QCompleter in contains mode over the names alone, ignoring case, memmem over the bytes of
 // the three columns in upper case, and the XPath engine's own evaluation.
 
+#include "Costs.h"
+#include "Employees.h"
+#include "Ratios.h"
+#include "Typing.h"
 #include "base/xml/XmlDocument.h"
 #include "lookup/EmployeeList.h"
 
 #include <QApplication>
 #include <QCompleter>
-#include <QFile>
 #include <QStringListModel>
-#include <benchmark/benchmark.h>
 
 #include <cstring>
-#include <ctime>
-#include <malloc.h>
-#include <map>
 #include <memory>
-#include <unistd.h>
+#include <string>
 
 using namespace tavrin;
+using namespace tavrin::bench;
 
 namespace {
 
@@ -40,31 +40,6 @@ QString queryOf(int64_t matching)
                                      : QStringLiteral("person");
 }
 
-/// Of the processor, all on this thread: what else the machine does counts for nothing.
-double now()
-{
-    timespec time = {};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-}
-
-template <typename Work>
-double seconds(Work&& work)
-{
-    const double start = now();
-    work();
-    return now() - start;
-}
-
-double residentMegabytes()
-{
-    malloc_trim(0);
-    QFile file(QStringLiteral("/proc/self/statm"));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    return file.readAll().split(' ').at(1).toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1e6;
-}
-
 /// `count` employees: 20 hold "needle" in their name and 2,000 "thread", evenly spread, and each holds
 /// "person".
 struct Employees
@@ -73,28 +48,18 @@ struct Employees
         : number(count)
     {
         const double before = residentMegabytes();
-        XmlNode list = document.appendChild(document.createElement(QStringLiteral("Employees")));
-        for (int i = 0; i < count; ++i) {
-            const QString name = nameOf(i);
-            const QString officerId = QStringLiteral("A%1").arg(i, 6, 10, QLatin1Char('0'));
-            const QString badgeNo = QString::number(count - i);
-            XmlNode record = list.appendElement(QStringLiteral("Employee"));
-            record.appendElement(QStringLiteral("OfficerNo"), QString::number(i + 1));
-            record.appendElement(QStringLiteral("OfficerId"), officerId);
-            record.appendElement(QStringLiteral("Name"), name);
-            record.appendElement(QStringLiteral("BadgeNo"), badgeNo);
-            record.appendElement(QStringLiteral("ActiveFlag"), QStringLiteral("True"));
-            record.appendElement(QStringLiteral("IsK9Handler"));
-        }
+        const XmlNode root = newEmployeeList(document);
+        for (int i = 0; i < count; ++i)
+            appendEmployee(root, i + 1, at(i));
         treeMegabytes = residentMegabytes() - before;
     }
 
-    QString nameOf(int i) const
+    Employee at(int i) const
     {
         const QString extra = i % (number / 20) == 0     ? QStringLiteral(" Needle")
                               : i % (number / 2000) == 1 ? QStringLiteral(" Thread")
                                                          : QString();
-        return QStringLiteral("Person%1, Number%2").arg(i).arg(extra);
+        return employeeAt(i, number, extra);
     }
 
     /// The search of the pickers.
@@ -211,11 +176,10 @@ void Completer(benchmark::State& state)
     QStringList names;
     const Employees& employees = employeesOf(state.range(0));
     for (int i = 0; i < employees.number; ++i)
-        names << employees.nameOf(i);
+        names << employees.at(i).Name;
     QStringListModel model(names);
     QCompleter completer(&model);
-    completer.setFilterMode(Qt::MatchContains);
-    completer.setCaseSensitivity(Qt::CaseInsensitive);
+    findAnywhere(completer);
     const QString query = queryOf(state.range(1));
     int matches = 0;
     for (auto _ : state) {
@@ -230,39 +194,10 @@ void Completer(benchmark::State& state)
     state.counters["matches"] = matches;
 }
 
-/// Prints ratios between benchmarks of different names.
-class Reporter final : public benchmark::ConsoleReporter
+Comparison comparison(const std::string& subject, const std::string& rival)
 {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        for (const Run& run : runs) {
-            if (!run.error_occurred)
-                m_times[run.benchmark_name()] = run.GetAdjustedRealTime();
-        }
-        ConsoleReporter::ReportRuns(runs);
-    }
-
-    void Finalize() override
-    {
-        for (const auto& [subject, rival] : {std::pair{"Search", "Completer"},
-                                             {"Search", "Memmem"},
-                                             {"Search", "Engine"},
-                                             {"TypedOn", "Memmem"},
-                                             {"FirstSearch", "Engine"}}) {
-            std::printf("\nRatio of %s to %s (below 1: faster)\n", subject, rival);
-            for (const auto& [name, time] : m_times) {
-                const std::size_t slash = name.find('/');
-                const auto found = m_times.find(rival + name.substr(slash));
-                if (name.substr(0, slash) == subject && found != m_times.end())
-                    std::printf("  %-56s %8.3f\n", name.c_str(), time / found->second);
-            }
-        }
-    }
-
-private:
-    std::map<std::string, double> m_times;
-};
+    return {"Ratio of " + subject + " to " + rival + " (below 1: faster)", subject, rival};
+}
 
 void every(benchmark::internal::Benchmark* search)
 {
@@ -286,10 +221,9 @@ int main(int argc, char** argv)
                 benchmark::RegisterBenchmark(name, *run)->Args({employees, matching})->Apply(every);
         }
     }
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 2;
-    Reporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    return 0;
+    const RatioReporter reporter({comparison("Search", "Completer"), comparison("Search", "Memmem"),
+                                  comparison("Search", "Engine"), comparison("TypedOn", "Memmem"),
+                                  comparison("FirstSearch", "Engine")},
+                                 3);
+    return run(argc, argv, reporter);
 }

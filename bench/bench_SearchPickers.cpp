@@ -2,7 +2,10 @@
 // The rivals are a QCompleter in contains mode over the names alone, and a QSortFilterProxyModel over name,
 // officer id and badge, shown in a QTableView; both ignore case.
 
+#include "Costs.h"
+#include "Employees.h"
 #include "Ratios.h"
+#include "Typing.h"
 #include "base/xml/XmlDocument.h"
 #include "lookup/EmployeePicker.h"
 #include "support/FakeHost.h"
@@ -12,7 +15,6 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QCompleter>
-#include <QFile>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QSortFilterProxyModel>
@@ -21,20 +23,12 @@
 #include <QTest>
 #include <QVBoxLayout>
 
-#include <ctime>
-#include <malloc.h>
-#include <unistd.h>
+#include <string>
 
 using namespace tavrin;
+using namespace tavrin::bench;
 
 namespace {
-
-struct Employee
-{
-    QString Name;
-    QString OfficerId;
-    QString BadgeNo;
-};
 
 /// `count` employees, of whom 20 hold "needle" in their name, evenly spread, and each holds "person".
 QList<Employee> employeesOf(int count)
@@ -43,9 +37,7 @@ QList<Employee> employeesOf(int count)
     employees.reserve(count);
     for (int i = 0; i < count; ++i) {
         const bool hit = i % (count / 20) == 0;
-        employees.append(
-            {QStringLiteral("Person%1, Number%2").arg(i).arg(hit ? QStringLiteral(" Needle") : QString()),
-             QStringLiteral("A%1").arg(i, 6, 10, QLatin1Char('0')), QString::number(count - i)});
+        employees.append(employeeAt(i, count, hit ? QStringLiteral(" Needle") : QString()));
     }
     return employees;
 }
@@ -53,17 +45,10 @@ QList<Employee> employeesOf(int count)
 XmlDocument listOf(const QList<Employee>& employees)
 {
     XmlDocument document;
-    const XmlNode list = document.appendChild(document.createElement(QStringLiteral("Employees")));
+    const XmlNode list = newEmployeeList(document);
     int number = 0;
-    for (const Employee& employee : employees) {
-        const XmlNode record = list.appendElement(QStringLiteral("Employee"));
-        record.appendElement(QStringLiteral("OfficerNo"), QString::number(++number));
-        record.appendElement(QStringLiteral("OfficerId"), employee.OfficerId);
-        record.appendElement(QStringLiteral("Name"), employee.Name);
-        record.appendElement(QStringLiteral("BadgeNo"), employee.BadgeNo);
-        record.appendElement(QStringLiteral("ActiveFlag"), QStringLiteral("True"));
-        record.appendElement(QStringLiteral("IsK9Handler"));
-    }
+    for (const Employee& employee : employees)
+        appendEmployee(list, ++number, employee);
     return document;
 }
 
@@ -80,31 +65,6 @@ QString queryOf(int64_t matching)
     return matching == Nobody   ? QStringLiteral("zzzz")
            : matching == Twenty ? QStringLiteral("needle")
                                 : QStringLiteral("person");
-}
-
-/// Of the processor, all on this thread: what else the machine does counts for nothing.
-double now()
-{
-    timespec time = {};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-}
-
-template <typename Work>
-double seconds(Work&& work)
-{
-    const double start = now();
-    work();
-    return now() - start;
-}
-
-void activate(QWidget& window, QWidget& focus)
-{
-    window.show();
-    window.activateWindow();
-    focus.setFocus();
-    const bool active = QTest::qWaitForWindowActive(&window);
-    Q_UNUSED(active)
 }
 
 /// A window with pickers over one list.
@@ -163,27 +123,18 @@ void Completer(benchmark::State& state)
     for (const Employee& employee : employeesOf(static_cast<int>(state.range(0))))
         names << employee.Name;
     QStringListModel model(names);
-    QLineEdit edit;
-    auto* completer = new QCompleter(&model, &edit);
-    completer->setFilterMode(Qt::MatchContains);
-    completer->setCaseSensitivity(Qt::CaseInsensitive);
-    edit.setCompleter(completer);
-    edit.resize(400, 30);
-    activate(edit, edit);
+    CompletedEdit rival(model);
     const QString query = queryOf(state.range(1));
     for (auto _ : state) {
-        completer->popup()->hide();
-        edit.setText(query.chopped(1));
+        rival.completer->popup()->hide();
+        rival.edit.setText(query.chopped(1));
         // The completer keeps its results: this leaves it with those of another text only.
-        completer->setCompletionPrefix(QStringLiteral("~"));
+        rival.completer->setCompletionPrefix(QStringLiteral("~"));
         model.setStringList(names);
         QApplication::processEvents();
-        state.SetIterationTime(seconds([&] {
-            QTest::keyClicks(&edit, query.right(1));
-            QApplication::processEvents();
-        }));
+        state.SetIterationTime(seconds([&] { rival.typeLast(query); }));
     }
-    state.counters["matches"] = completer->completionCount();
+    state.counters["matches"] = rival.completer->completionCount();
 }
 
 /// Takes a row when any of its columns holds the text.
@@ -287,15 +238,6 @@ void Filter_None(benchmark::State& state)
         state.SetIterationTime(form.search(queryOf(Everybody)));
 }
 
-double residentMegabytes()
-{
-    malloc_trim(0);
-    QFile file(QStringLiteral("/proc/self/statm"));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    return file.readAll().split(' ').at(1).toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1e6;
-}
-
 /// What the pickers of one form take beyond the host's list, each after a search with every row matching and
 /// its list open or closed; the time is the one to make them and search once in each.
 void Memory(benchmark::State& state)
@@ -320,46 +262,6 @@ void Memory(benchmark::State& state)
 }
 
 const std::vector<std::vector<int64_t>> Cases{{1000, 10000, 100000}, {Nobody, Twenty, Everybody}};
-
-/// Prints ratios between benchmarks of different names.
-class Reporter final : public benchmark::ConsoleReporter
-{
-public:
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        for (const Run& run : runs) {
-            if (!run.error_occurred)
-                m_times[run.benchmark_name()] = run.GetAdjustedRealTime();
-        }
-        ConsoleReporter::ReportRuns(runs);
-    }
-
-    void Finalize() override
-    {
-        for (const char* rival : {"Completer", "Proxy"}) {
-            std::printf("\nTime from the key to the painted list, as a ratio to %s (below 1: faster)\n",
-                        rival);
-            for (const auto& [name, time] : m_times) {
-                if (name.rfind("Search/", 0) == 0)
-                    printRatio(name, rival + name.substr(6));
-            }
-        }
-        std::printf("\nTime with a follower of Filter that does nothing, as a ratio to none\n");
-        for (const auto& [name, time] : m_times) {
-            if (name.rfind("Filter/", 0) == 0)
-                printRatio(name, "Filter_None" + name.substr(6));
-        }
-    }
-
-private:
-    void printRatio(const std::string& name, const std::string& rival) const
-    {
-        if (const auto found = m_times.find(rival); found != m_times.end())
-            std::printf("  %-56s %8.2f\n", name.c_str(), m_times.at(name) / found->second);
-    }
-
-    std::map<std::string, double> m_times;
-};
 
 void timeSearches(benchmark::internal::Benchmark* search)
 {
@@ -386,10 +288,11 @@ int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 2;
-    Reporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    return 0;
+    const std::string searching = "Time from the key to the painted list, as a ratio to ";
+    const RatioReporter reporter(
+        {{searching + "Completer (below 1: faster)", "Search", "Completer"},
+         {searching + "Proxy (below 1: faster)", "Search", "Proxy"},
+         {"Time with a follower of Filter that does nothing, as a ratio to none", "Filter", "Filter_None"}},
+        2);
+    return run(argc, argv, reporter);
 }
