@@ -50,10 +50,22 @@ private Q_SLOTS:
         QTest::newRow("down at the end") << 41 << int(Qt::Key_Down) << 41;
         QTest::newRow("up at the start") << 1 << int(Qt::Key_Up) << 1;
         QTest::newRow("page down") << 3 << int(Qt::Key_PageDown) << 14;
+        QTest::newRow("page down near the end") << 35 << int(Qt::Key_PageDown) << 41;
+        QTest::newRow("page down at the end") << 41 << int(Qt::Key_PageDown) << 41;
         QTest::newRow("page up") << 20 << int(Qt::Key_PageUp) << 9;
         QTest::newRow("page up near the start") << 3 << int(Qt::Key_PageUp) << 1;
+        QTest::newRow("page up at the start") << 1 << int(Qt::Key_PageUp) << 1;
         QTest::newRow("home") << 30 << int(Qt::Key_Home) << 1;
+        QTest::newRow("home at the start") << 1 << int(Qt::Key_Home) << 1;
         QTest::newRow("end") << 30 << int(Qt::Key_End) << 41;
+        QTest::newRow("end at the end") << 41 << int(Qt::Key_End) << 41;
+        constexpr int none = 0;
+        QTest::newRow("down from none") << none << int(Qt::Key_Down) << 1;
+        QTest::newRow("up from none") << none << int(Qt::Key_Up) << 1;
+        QTest::newRow("page down from none") << none << int(Qt::Key_PageDown) << 11;
+        QTest::newRow("page up from none") << none << int(Qt::Key_PageUp) << 1;
+        QTest::newRow("home from none") << none << int(Qt::Key_Home) << 1;
+        QTest::newRow("end from none") << none << int(Qt::Key_End) << 41;
     }
     void keysChooseAnotherRowWhileTheListIsClosed()
     {
@@ -63,7 +75,7 @@ private Q_SLOTS:
         GridStage stage;
         QVERIFY(stage.isReady());
         stage.fill(40);
-        stage.combo->SetBookmark(from);
+        stage.combo->SetBookmark(from > 0 ? QVariant(from) : tavrin::Null());
         stage.take();
         stage.key(key);
         QCOMPARE(stage.combo->Bookmark(), QVariant(row));
@@ -75,10 +87,12 @@ private Q_SLOTS:
     {
         GridStage stage;
         QVERIFY(stage.isReady());
-        for (const int key : {Qt::Key_Down, Qt::Key_End, Qt::Key_A})
+        for (const int key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_PageDown, Qt::Key_PageUp, Qt::Key_Home,
+                              Qt::Key_End, Qt::Key_A})
             stage.key(key);
         stage.combo->OpenList();
-        for (const int key : {Qt::Key_Down, Qt::Key_End, Qt::Key_A, Qt::Key_Return})
+        for (const int key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_PageDown, Qt::Key_PageUp, Qt::Key_Home,
+                              Qt::Key_End, Qt::Key_A, Qt::Key_Return})
             stage.key(key);
         QCOMPARE(stage.take(), QStringList());
         QVERIFY(!stage.combo->ListIsOpen());
@@ -131,6 +145,19 @@ private Q_SLOTS:
         stage.key(Qt::Key_Return);
         QCOMPARE(stage.take(), QStringList({u"row 41"_s})); // not "open"
         QVERIFY(!stage.combo->ListIsOpen());
+    }
+
+    void charactersWhoseNumberIsAKeyCodeMoveNothing()
+    {
+        GridStage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(40);
+        stage.combo->SetBookmark(20);
+        stage.take();
+        for (const char character : {'!', '"', '#', '$', '&', '('}) // 33 to 40, as the keys that move
+            QTest::keyClick(stage.combo, character);
+        QCOMPARE(stage.combo->Bookmark(), QVariant(20));
+        QCOMPARE(stage.take(), QStringList());
     }
 
     void escapeClosesAndPutsBack()

@@ -131,12 +131,20 @@ private Q_SLOTS:
         row("up", 3, Qt::Key_Up, 2);
         row("down at the end", 39, Qt::Key_Down, 39);
         row("up at the start", 0, Qt::Key_Up, 0);
+        row("page down from none", -1, Qt::Key_PageDown, 10);
+        row("page up from none", -1, Qt::Key_PageUp, 0);
         row("page down", 3, Qt::Key_PageDown, 14);
         row("page down near the end", 35, Qt::Key_PageDown, 39);
+        row("page down at the end", 39, Qt::Key_PageDown, 39);
         row("page up", 20, Qt::Key_PageUp, 9);
         row("page up near the start", 4, Qt::Key_PageUp, 0);
+        row("page up at the start", 0, Qt::Key_PageUp, 0);
+        row("home from none", -1, Qt::Key_Home, 0);
+        row("end from none", -1, Qt::Key_End, 39);
         row("home", 20, Qt::Key_Home, 0);
+        row("home at the start", 0, Qt::Key_Home, 0);
         row("end", 20, Qt::Key_End, 39);
+        row("end at the end", 39, Qt::Key_End, 39);
     }
     void keysSelect()
     {
@@ -170,9 +178,51 @@ private Q_SLOTS:
         Stage stage;
         QVERIFY(stage.isReady());
         stage.list->setFocus();
-        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_End, Qt::Key_A})
-            QTest::keyClick(stage.window->windowHandle(), key);
-        QCOMPARE(stage.list->ListIndex(), -1);
+        for (const bool open : {false, true}) {
+            if (open)
+                stage.list->Open();
+            for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_PageDown, Qt::Key_PageUp,
+                                      Qt::Key_Home, Qt::Key_End, Qt::Key_A}) {
+                QTest::keyClick(stage.window->windowHandle(), key);
+                QCOMPARE(stage.list->ListIndex(), -1);
+            }
+            QCOMPARE(stage.take(), QStringList());
+            QCOMPARE(stage.list->IsOpen(), open);
+        }
+        stage.list->Close();
+    }
+
+    void theCodeThatKeyDownLeavesSelects()
+    {
+        Stage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(40);
+        stage.list->setFocus();
+        int code = KeyCode::PageDown;
+        const Subscription keep = stage.list->KeyDown.subscribe([&](int& key, int) { key = code; });
+        QTest::keyClick(stage.window->windowHandle(), Qt::Key_F5);
+        QCOMPARE(stage.take(), QStringList({u"click 10"_s}));
+        code = KeyCode::End;
+        QTest::keyClick(stage.window->windowHandle(), Qt::Key_Home);
+        QCOMPARE(stage.take(), QStringList({u"click 39"_s}));
+        code = KeyCode::F1;
+        QTest::keyClick(stage.window->windowHandle(), Qt::Key_Home);
+        code = Qt::Key_Home; // Qt's own is no code
+        QTest::keyClick(stage.window->windowHandle(), Qt::Key_F5);
+        QCOMPARE(stage.take(), QStringList());
+    }
+
+    void charactersWhoseNumberIsAKeyCodeMoveNothing()
+    {
+        Stage stage;
+        QVERIFY(stage.isReady());
+        stage.fill(40);
+        stage.list->SetListIndex(20);
+        stage.take();
+        stage.list->setFocus();
+        for (const char character : {'!', '"', '#', '$', '&', '('}) // 33 to 40, as the keys that move
+            QTest::keyClick(stage.window->windowHandle(), character);
+        QCOMPARE(stage.list->ListIndex(), 20);
         QCOMPARE(stage.take(), QStringList());
     }
 

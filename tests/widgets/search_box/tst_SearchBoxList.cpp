@@ -103,7 +103,7 @@ private Q_SLOTS:
         QVERIFY(greyPixels > 0);
         QCOMPARE(line.pixelColor(1, 1), ground);
         stage.take();
-        for (const int key : {Qt::Key_Down, Qt::Key_PageDown, Qt::Key_Up, Qt::Key_Return}) {
+        for (const int key : {Qt::Key_Down, Qt::Key_PageDown, Qt::Key_Up, Qt::Key_PageUp, Qt::Key_Return}) {
             stage.key(key);
             QCOMPARE(stage.highlighted(), -1);
         }
@@ -154,10 +154,13 @@ private Q_SLOTS:
         row("down at the end", 39, Qt::Key_Down, 39);
         row("up at the start", 0, Qt::Key_Up, 0);
         row("page down from none", -1, Qt::Key_PageDown, 9);
+        row("page up from none", -1, Qt::Key_PageUp, 0);
         row("page down", 3, Qt::Key_PageDown, 13);
         row("page down near the end", 35, Qt::Key_PageDown, 39);
+        row("page down at the end", 39, Qt::Key_PageDown, 39);
         row("page up", 20, Qt::Key_PageUp, 10);
         row("page up near the start", 4, Qt::Key_PageUp, 0);
+        row("page up at the start", 0, Qt::Key_PageUp, 0);
     }
     void keysWalk()
     {
@@ -172,6 +175,22 @@ private Q_SLOTS:
         QVERIFY(stage.view()->viewport()->rect().contains(stage.view()->rowRect(result)));
         QCOMPARE(stage.take(), QStringList()); // walking chooses nothing
         QCOMPARE(stage.box->Text(), QString());
+    }
+
+    void homeAndEndAreTheTexts()
+    {
+        OpenStage stage(40);
+        QVERIFY(stage.isOpen());
+        stage.type(u"item"_s);
+        for (const int start : {-1, 20}) {
+            stage.view()->setHighlightedRow(start);
+            stage.key(Qt::Key_Home);
+            QCOMPARE(stage.box->cursorPosition(), 0);
+            QCOMPARE(stage.highlighted(), start);
+            stage.key(Qt::Key_End);
+            QCOMPARE(stage.box->cursorPosition(), 4);
+            QCOMPARE(stage.highlighted(), start);
+        }
     }
 
     void typingGoesOnWhileTheListIsOpen()
