@@ -171,7 +171,7 @@ private:
     void take(int row);
     bool answersKey(const QKeyEvent& event);
     bool answersListKey(int key);
-    bool moveBy(int key);
+    bool moveBy(int keyCode);
     bool typeAhead(const QString& text);
     int rowOfText(const QString& text, int from) const;
     /// Where keys move from: the marked row of the open list, else the current row; 0 for none.

@@ -1,6 +1,7 @@
 // Keys, mouse and focus of the grid combo.
 
 #include "base/failure/Guard.h"
+#include "widgets/boxes/KeyCodes.h"
 #include "widgets/grid_combo/GridComboBox.h"
 #include "widgets/lists/ListKeys.h"
 
@@ -50,10 +51,10 @@ void GridComboBox::moveTo(int row)
 
 // Keys
 
-bool GridComboBox::moveBy(int key)
+bool GridComboBox::moveBy(int keyCode)
 {
     const int page = ListIsOpen() ? m_table->pageRows() : ClosedPage;
-    const std::optional<int> target = rowByKey(key, keyRow(), page, 1, rowCount());
+    const std::optional<int> target = rowByKey(keyCode, keyRow(), page, 1, rowCount());
     if (target && rowCount() > 0)
         moveTo(*target);
     return target.has_value();
@@ -116,7 +117,7 @@ bool GridComboBox::answersKey(const QKeyEvent& event)
     if (answersListKey(key)) // whatever the shift state
         return true;
     const QPointer<GridComboBox> self(this); // a handler may close the form
-    if (!modifiers && moveBy(key)) {
+    if (!modifiers && moveBy(keyCodeOf(event))) {
         if (self)
             m_typed.clear();
         return true;

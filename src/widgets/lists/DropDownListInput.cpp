@@ -8,7 +8,7 @@
 #include <QListView>
 #include <QMouseEvent>
 
-#include <algorithm>
+#include <optional>
 
 namespace tavrin {
 
@@ -105,33 +105,10 @@ void DropDownList::keyPressEvent(QKeyEvent* event)
 
 bool DropDownList::moveBy(int keyCode)
 {
-    const int last = ListCount() - 1;
-    int target = m_listIndex;
-    switch (keyCode) {
-    case KeyCode::Down:
-        target = m_listIndex + 1;
-        break;
-    case KeyCode::Up:
-        target = m_listIndex - 1;
-        break;
-    case KeyCode::PageDown:
-        target = m_listIndex + VisibleRows - 1;
-        break;
-    case KeyCode::PageUp:
-        target = m_listIndex - (VisibleRows - 1);
-        break;
-    case KeyCode::Home:
-        target = 0;
-        break;
-    case KeyCode::End:
-        target = last;
-        break;
-    default:
-        return false;
-    }
-    if (last >= 0)
-        SetListIndex(std::clamp(target, 0, last));
-    return true;
+    const std::optional<int> row = rowByKey(keyCode, m_listIndex, VisibleRows - 1, 0, ListCount() - 1);
+    if (row)
+        SetListIndex(*row); // a handler may close the form
+    return row.has_value();
 }
 
 bool DropDownList::isShortcut(const QKeyEvent& event)

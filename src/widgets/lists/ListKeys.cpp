@@ -1,5 +1,7 @@
 #include "widgets/lists/ListKeys.h"
 
+#include "widgets/boxes/KeyCodes.h"
+
 #include <QClipboard>
 #include <QGuiApplication>
 
@@ -80,26 +82,26 @@ bool copiesText(QEvent& event, const QString& text)
     return true;
 }
 
-std::optional<int> rowByKey(int key, int row, int page, int first, int last)
+std::optional<int> rowByKey(int keyCode, int row, int page, int first, int last)
 {
     int target = row;
-    switch (key) {
-    case Qt::Key_Down:
+    switch (keyCode) {
+    case KeyCode::Down:
         target = row + 1;
         break;
-    case Qt::Key_Up:
+    case KeyCode::Up:
         target = row - 1;
         break;
-    case Qt::Key_PageDown:
+    case KeyCode::PageDown:
         target = row + page;
         break;
-    case Qt::Key_PageUp:
+    case KeyCode::PageUp:
         target = row - page;
         break;
-    case Qt::Key_Home:
+    case KeyCode::Home:
         target = first;
         break;
-    case Qt::Key_End:
+    case KeyCode::End:
         target = last;
         break;
     default:

@@ -33,8 +33,9 @@ bool claimsListKey(QEvent& event, ListKeys keys);
 /// True when it was that. An empty text leaves the key to others.
 bool copiesText(QEvent& event, const QString& text);
 
-/// The row to which a key leads from `row`, kept within `first` and `last`: an arrow by one, a page key by
-/// `page`, Home and End to the ends. Nothing for any other key; `row` itself in an empty list.
-std::optional<int> rowByKey(int key, int row, int page, int first, int last);
+/// The row to which a key, given by its code (`KeyCodes.h`), leads from `row`, kept within `first` and
+/// `last`: an arrow by one, a page key by `page`, Home and End to the ends. Nothing for any other key; `row`
+/// itself in an empty list.
+std::optional<int> rowByKey(int keyCode, int row, int page, int first, int last);
 
 } // namespace tavrin

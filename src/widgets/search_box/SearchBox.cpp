@@ -1,6 +1,7 @@
 #include "widgets/search_box/SearchBox.h"
 
 #include "base/failure/Guard.h"
+#include "widgets/boxes/KeyCodes.h"
 #include "widgets/drawing/ConstituentLook.h"
 #include "widgets/lists/ListKeys.h"
 #include "widgets/search_box/SuggestionPopup.h"
@@ -230,7 +231,7 @@ bool SearchBox::answersKey(const QKeyEvent& event)
         return true;
     }
     if (ListIsOpen())
-        return m_list->moveHighlight(key);
+        return m_list->moveHighlight(keyCodeOf(event));
     if (key != Qt::Key_Down)
         return false;
     openByPerson();

@@ -1,6 +1,7 @@
 #include "widgets/search_box/SuggestionPopup.h"
 
 #include "base/failure/Guard.h"
+#include "widgets/boxes/KeyCodes.h"
 #include "widgets/lists/ListKeys.h"
 #include "widgets/lists/PopupFrame.h"
 
@@ -90,12 +91,12 @@ bool SuggestionPopup::isOpen() const
     return m_window && m_window->isVisible();
 }
 
-bool SuggestionPopup::moveHighlight(int key)
+bool SuggestionPopup::moveHighlight(int keyCode)
 {
-    if (key == Qt::Key_Home || key == Qt::Key_End)
+    if (keyCode == KeyCode::Home || keyCode == KeyCode::End)
         return false; // they are the text's
     const int last = m_view->rowCount() - 1;
-    const std::optional<int> row = rowByKey(key, m_view->highlightedRow(), m_view->pageRows(), 0, last);
+    const std::optional<int> row = rowByKey(keyCode, m_view->highlightedRow(), m_view->pageRows(), 0, last);
     if (row && last >= 0)
         m_view->setHighlightedRow(*row);
     return row.has_value();

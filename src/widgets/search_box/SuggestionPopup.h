@@ -38,7 +38,7 @@ public:
     int highlightedRow() const { return m_view ? m_view->highlightedRow() : -1; }
     void setHighlightedRow(int row) { m_view->setHighlightedRow(row); }
     /// Answers a key of the open list that moves the highlight; false for any other.
-    bool moveHighlight(int key);
+    bool moveHighlight(int keyCode);
     void scroll(QEvent* wheel);
     /// What stands in the highlighted row and where it is, or that there is none, for those who cannot see
     /// it.
