@@ -14,7 +14,6 @@
 #include <QScreen>
 #include <QStyleOptionFrame>
 #include <QStylePainter>
-#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -26,11 +25,6 @@ constexpr int BesideText = 5;
 constexpr int AboveText = 4; // and below
 constexpr int FrameLine = 2; // the frame's line and the margin, on either side of the list
 constexpr float Faded = 0.6F;
-
-QRect onScreen(const QWidget& widget)
-{
-    return {widget.mapToGlobal(QPoint(0, 0)), widget.size()};
-}
 
 } // namespace
 
@@ -235,10 +229,7 @@ void GridComboBox::makeList()
         take(row);
     }));
     m_tableSubscriptions.push_back(m_table->MarkChanged.subscribe([this] { markChanged(); }));
-    auto* layout = new QVBoxLayout(m_popup);
-    layout->setContentsMargins(1, 1, 1, 1);
-    layout->setSizeConstraint(QLayout::SetNoConstraint); // a short list is lower than the view's least height
-    layout->addWidget(m_table);
+    fillPopupFrame(m_popup, m_table);
 }
 
 void GridComboBox::OpenList()
@@ -280,7 +271,7 @@ bool GridComboBox::ListIsOpen() const
 
 void GridComboBox::placeList()
 {
-    m_place = onScreen(*this);
+    m_place = placeOnScreen(*this);
     const QSize page = m_table->pageSize();
     const QSize wanted(std::max(page.width() + 2 * FrameLine, width()), page.height() + 2 * FrameLine);
     const int least = m_table->headerHeight() + m_table->rowHeight() + 2 * FrameLine;

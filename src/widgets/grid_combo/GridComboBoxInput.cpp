@@ -4,6 +4,7 @@
 #include "widgets/boxes/KeyCodes.h"
 #include "widgets/grid_combo/GridComboBox.h"
 #include "widgets/lists/ListKeys.h"
+#include "widgets/lists/PopupFrame.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -223,8 +224,7 @@ bool GridComboBox::eventFilter(QObject* watched, QEvent* event)
         break;
     case QEvent::Move:
     case QEvent::Resize:
-        if ((widget == this || widget->isAncestorOf(this)) &&
-            QRect(mapToGlobal(QPoint(0, 0)), size()) != m_place)
+        if ((widget == this || widget->isAncestorOf(this)) && placeOnScreen(*this) != m_place)
             CloseList();
         break;
     case QEvent::WindowDeactivate:

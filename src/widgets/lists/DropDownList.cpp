@@ -9,7 +9,6 @@
 #include <QScreen>
 #include <QStyledItemDelegate>
 #include <QTimer>
-#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -158,10 +157,7 @@ void DropDownList::makePopup()
     m_view->setItemDelegate(new RowDelegate(m_view));
     m_view->setModel(m_model.get());
     m_view->viewport()->installEventFilter(this);
-    auto* layout = new QVBoxLayout(m_popup);
-    layout->setContentsMargins(1, 1, 1, 1);
-    layout->setSizeConstraint(QLayout::SetNoConstraint); // a short list is lower than the view's least height
-    layout->addWidget(m_view);
+    fillPopupFrame(m_popup, m_view);
 }
 
 void DropDownList::Open()
@@ -231,8 +227,8 @@ void DropDownList::placePopup()
     const int frame = 2 * (static_cast<QFrame*>(m_popup.data())->frameWidth() + 1);
     const int rowHeight = QFontMetrics(m_view->font()).height() + RowPadding;
     const QSize wanted(std::max(width(), contentWidth()), rows * rowHeight + frame);
-    m_popup->setGeometry(popupPlace({mapToGlobal(QPoint(0, 0)), size()}, wanted, rowHeight + frame,
-                                    screen()->availableGeometry()));
+    m_popup->setGeometry(
+        popupPlace(placeOnScreen(*this), wanted, rowHeight + frame, screen()->availableGeometry()));
 }
 
 } // namespace tavrin

@@ -1,6 +1,7 @@
 #include "widgets/lists/PopupFrame.h"
 
 #include <QFrame>
+#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -17,6 +18,14 @@ QFrame* newPopupFrame(QWidget* owner)
     return frame;
 }
 
+void fillPopupFrame(QWidget* frame, QWidget* view)
+{
+    auto* layout = new QVBoxLayout(frame);
+    layout->setContentsMargins(1, 1, 1, 1);
+    layout->setSizeConstraint(QLayout::SetNoConstraint); // a short list is lower than the view's least height
+    layout->addWidget(view);
+}
+
 void endPopup(QWidget* popup, bool isInUse)
 {
     if (!isInUse) {
@@ -28,6 +37,11 @@ void endPopup(QWidget* popup, bool isInUse)
     popup->hide();
     popup->setParent(nullptr, popup->windowFlags()); // its owner may be ended in the same event
     popup->deleteLater();
+}
+
+QRect placeOnScreen(const QWidget& widget)
+{
+    return {widget.mapToGlobal(QPoint(0, 0)), widget.size()};
 }
 
 QRect popupPlace(const QRect& anchor, const QSize& size, int leastHeight, const QRect& available)

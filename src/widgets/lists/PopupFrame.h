@@ -14,6 +14,9 @@ namespace tavrin {
 /// to `owner`.
 QFrame* newPopupFrame(QWidget* owner);
 
+/// Lets the view fill the frame, however low it is made.
+void fillPopupFrame(QWidget* frame, QWidget* view);
+
 /// Ends a popup with the box that it belongs to. One in whose event the box is ended is only hidden, belongs
 /// to nobody, and goes as soon as the event is through. nullptr is ignored.
 void endPopup(QWidget* popup, bool isInUse);
@@ -41,6 +44,9 @@ private:
     QPointer<QObject> m_user;
     bool& m_mark;
 };
+
+/// Where a widget stands on the screen.
+QRect placeOnScreen(const QWidget& widget);
 
 /// Where a popup of this size stands: below `anchor`, or above it where there is more room; inside
 /// `available`, and not lower than `leastHeight`. All on the screen, in pixels.

@@ -10,7 +10,6 @@
 #include <QMouseEvent>
 #include <QScreen>
 #include <QScrollBar>
-#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -20,11 +19,6 @@ namespace {
 
 /// The frame's line and the margin around the list, on either side.
 constexpr int AroundList = 4;
-
-QRect onScreen(const QWidget& widget)
-{
-    return {widget.mapToGlobal(QPoint(0, 0)), widget.size()};
-}
 
 } // namespace
 
@@ -59,10 +53,7 @@ void SuggestionPopup::make(QWidget& owner)
         RowClicked.raise(row);
     }));
     m_subscriptions.push_back(m_view->HighlightChanged.subscribe([this] { HighlightChanged.raise(); }));
-    auto* layout = new QVBoxLayout(m_window);
-    layout->setContentsMargins(1, 1, 1, 1);
-    layout->setSizeConstraint(QLayout::SetNoConstraint);
-    layout->addWidget(m_view);
+    fillPopupFrame(m_window, m_view);
 }
 
 void SuggestionPopup::open(QWidget& owner, int rows)
@@ -132,7 +123,7 @@ int SuggestionPopup::width() const
 
 void SuggestionPopup::place()
 {
-    m_place = onScreen(anchor());
+    m_place = placeOnScreen(anchor());
     const QSize frame(AroundList, AroundList);
     const QSize page = m_view->pageSize();
     const QSize wanted = QSize(std::max(page.width(), width() - frame.width()), page.height());
@@ -152,12 +143,12 @@ bool SuggestionPopup::isLeft(QObject* watched, QEvent* event) const
     case QEvent::MouseButtonDblClick: {
         // By its place: a press that the anchor does not take comes to its parents as well.
         const QPoint place = static_cast<QMouseEvent*>(event)->globalPosition().toPoint();
-        return !m_window->geometry().contains(place) && !onScreen(anchor()).contains(place);
+        return !m_window->geometry().contains(place) && !placeOnScreen(anchor()).contains(place);
     }
     case QEvent::Move:
     case QEvent::Resize:
-        return widget == m_box.window() ||
-               ((widget == &anchor() || widget->isAncestorOf(&anchor())) && onScreen(anchor()) != m_place);
+        return widget == m_box.window() || ((widget == &anchor() || widget->isAncestorOf(&anchor())) &&
+                                            placeOnScreen(anchor()) != m_place);
     case QEvent::WindowDeactivate:
         return widget == m_box.window();
     default:
