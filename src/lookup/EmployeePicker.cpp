@@ -5,9 +5,6 @@
 #include "widgets/drawing/Placement.h"
 #include "widgets/labels/Label.h"
 
-#include <QMetaMethod>
-#include <QPointer>
-
 namespace tavrin {
 
 EmployeePicker::EmployeePicker(QWidget* parent, const ControlSite& site)
@@ -58,14 +55,8 @@ SavedProperties EmployeePicker::savedProperties()
 
 void EmployeePicker::search(const QString& query, Suggestions& results)
 {
-    EmployeeList::Filter filter;
-    if (isSignalConnected(QMetaMethod::fromSignal(&EmployeePicker::Filter))) {
-        filter = [self = QPointer(this)](qint32 officerNo, bool& exclude) {
-            if (self) // a follower may delete the control
-                Q_EMIT self->Filter(officerNo, exclude);
-        };
-    }
-    results = m_list.search(query, searchOptions(m_listAllEmployees), m_k9HandlersOnly, filter);
+    results = m_list.search(query, searchOptions(m_listAllEmployees), m_k9HandlersOnly,
+                            followersOf(&EmployeePicker::Filter));
 }
 
 void EmployeePicker::drawRow(PictureSurface& picture, const XmlNode& item, const QString& query, bool)

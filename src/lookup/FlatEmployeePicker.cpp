@@ -4,9 +4,6 @@
 #include "widgets/drawing/Placement.h"
 #include "widgets/labels/Tag.h"
 
-#include <QMetaMethod>
-#include <QPointer>
-
 namespace tavrin {
 
 FlatEmployeePicker::FlatEmployeePicker(QWidget* parent, const ControlSite& site)
@@ -55,14 +52,8 @@ SavedProperties FlatEmployeePicker::savedProperties()
 
 void FlatEmployeePicker::search(const QString& query, Suggestions& results)
 {
-    EmployeeList::Filter filter;
-    if (isSignalConnected(QMetaMethod::fromSignal(&FlatEmployeePicker::Filter))) {
-        filter = [self = QPointer(this)](qint32 officerNo, bool& exclude) {
-            if (self) // a follower may delete the control
-                Q_EMIT self->Filter(officerNo, exclude);
-        };
-    }
-    results = m_list.search(query, searchOptions(m_listAllEmployees), m_k9HandlersOnly, filter);
+    results = m_list.search(query, searchOptions(m_listAllEmployees), m_k9HandlersOnly,
+                            followersOf(&FlatEmployeePicker::Filter));
 }
 
 void FlatEmployeePicker::drawRow(PictureSurface& picture, const XmlNode& item, const QString& query, bool)

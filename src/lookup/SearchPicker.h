@@ -5,6 +5,11 @@
 #include "lookup/NumberedList.h"
 #include "widgets/search_box/SearchBox.h"
 
+#include <QMetaMethod>
+#include <QPointer>
+
+#include <functional>
+
 namespace tavrin {
 
 /// What the four search pickers have in common: a search box, the value, and the host's contract.
@@ -58,6 +63,19 @@ protected:
     void putNumber(const QVariant& value, NumberedList& list);
     /// What a search heeds; `listAll` is the picker's own option.
     SearchOptions searchOptions(bool listAll) const;
+
+    /// Asks the followers of a signal such as `Filter` whether to leave a number out; nothing where there are
+    /// none.
+    template <typename Picker>
+    std::function<void(qint32, bool&)> followersOf(void (Picker::*signal)(qint32, bool&))
+    {
+        if (!isSignalConnected(QMetaMethod::fromSignal(signal)))
+            return {};
+        return [self = QPointer(static_cast<Picker*>(this)), signal](qint32 number, bool& exclude) {
+            if (self) // a follower may delete the control
+                Q_EMIT std::invoke(signal, *self, number, exclude);
+        };
+    }
 
     virtual void search(const QString& query, Suggestions& results) = 0;
     virtual void drawRow(PictureSurface& picture, const XmlNode& item, const QString& query,
