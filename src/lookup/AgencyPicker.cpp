@@ -26,11 +26,6 @@ constexpr Twips LabelLeft = 1680;
 constexpr Twips AroundLine = 120;
 constexpr Twips UsualWidth = 4500;
 
-QVariant asVariant(Color color)
-{
-    return QVariant::fromValue(color);
-}
-
 } // namespace
 
 AgencyPicker::AgencyPicker(QWidget* parent, const ControlSite& site)
@@ -263,30 +258,26 @@ void AgencyPicker::tdbcValues_FetchRowStyle(int row, GridRowStyle& style)
 
 SavedProperties AgencyPicker::savedProperties()
 {
-    const auto flag = [](const QString& key, bool standard, auto get, auto put) {
-        return SavedProperty{key, PropertyKind::Boolean, standard, [get] { return QVariant(get()); },
-                             [put](const QVariant& value) { put(value.toBool()); }};
-    };
-    return {flag(
+    return {booleanProperty(
                 QStringLiteral("Enabled"), true, [this] { return Enabled(); },
                 [this](bool enabled) { SetEnabled(enabled); }),
-            flag(
+            booleanProperty(
                 QStringLiteral("ShowName"), true, [this] { return ShowName(); },
                 [this](bool show) { SetShowName(show); }),
-            flag(
+            booleanProperty(
                 QStringLiteral("ListAllAgencies"), false, [this] { return ListAllAgencies(); },
                 [this](bool listAll) { m_listAllAgencies = listAll; }),
-            flag(
+            booleanProperty(
                 QStringLiteral("RemoveUsedValues"), false, [this] { return RemoveUsedValues(); },
                 [this](bool remove) { SetRemoveUsedValues(remove); }),
             fontProperty(
                 ambient().Font(), [this] { return Font(); }, [this](const FontPtr& font) { SetFont(font); }),
-            {QStringLiteral("BackColor"), PropertyKind::Color, asVariant(SystemColor::WindowBackground),
-             [this] { return asVariant(BackColor()); },
-             [this](const QVariant& value) { SetBackColor(value.value<Color>()); }},
-            {QStringLiteral("ForeColor"), PropertyKind::Color, asVariant(SystemColor::WindowText),
-             [this] { return asVariant(ForeColor()); },
-             [this](const QVariant& value) { SetForeColor(value.value<Color>()); }}};
+            colorProperty(
+                QStringLiteral("BackColor"), SystemColor::WindowBackground, [this] { return BackColor(); },
+                [this](Color color) { SetBackColor(color); }),
+            colorProperty(
+                QStringLiteral("ForeColor"), SystemColor::WindowText, [this] { return ForeColor(); },
+                [this](Color color) { SetForeColor(color); })};
 }
 
 void AgencyPicker::UserControl_InitProperties()

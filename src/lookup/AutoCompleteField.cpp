@@ -63,26 +63,27 @@ AutoCompleteField::~AutoCompleteField() = default;
 
 SavedProperties AutoCompleteField::savedProperties()
 {
-    const auto color = [](Color value) { return QVariant::fromValue(value); };
+    SavedProperty foreColor = colorProperty(
+        QStringLiteral("ForeColor"), SystemColor::WindowText, [this] { return ForeColor(); },
+        [this](Color color) { SetForeColor(color); });
+    foreColor.writtenKey = QStringLiteral("Forecolor"); // saved forms hold this form of the key
     return {
-        {QStringLiteral("Enabled"), PropertyKind::Boolean, true, [this] { return Enabled(); },
-         [this](const QVariant& value) { SetEnabled(value.toBool()); }},
+        booleanProperty(
+            QStringLiteral("Enabled"), true, [this] { return Enabled(); },
+            [this](bool enabled) { SetEnabled(enabled); }),
         {QStringLiteral("TableNo"), PropertyKind::Long, Tables::None, [this] { return TableNo(); },
          [this](const QVariant& value) { SetTableNo(value.toInt()); }},
-        {QStringLiteral("IncludeInactiveValues"), PropertyKind::Boolean, false,
-         [this] { return IncludeInactiveValues(); },
-         [this](const QVariant& value) { SetIncludeInactiveValues(value.toBool()); }},
+        booleanProperty(
+            QStringLiteral("IncludeInactiveValues"), false, [this] { return IncludeInactiveValues(); },
+            [this](bool include) { SetIncludeInactiveValues(include); }),
         {QStringLiteral("Value"), PropertyKind::Variant, Null(), [this] { return Value(); },
          [this](const QVariant& value) { SetValue(value); }},
         {QStringLiteral("Text"), PropertyKind::Text, QString(), [this] { return Text(); },
          [this](const QVariant& value) { SetText(value); }},
-        {QStringLiteral("BackColor"), PropertyKind::Color, color(SystemColor::WindowBackground),
-         [this, color] { return color(BackColor()); },
-         [this](const QVariant& value) { SetBackColor(value.value<Color>()); }},
-        {QStringLiteral("ForeColor"), PropertyKind::Color, color(SystemColor::WindowText),
-         [this, color] { return color(ForeColor()); },
-         [this](const QVariant& value) { SetForeColor(value.value<Color>()); },
-         QStringLiteral("Forecolor")}, // saved forms hold this form of the key
+        colorProperty(
+            QStringLiteral("BackColor"), SystemColor::WindowBackground, [this] { return BackColor(); },
+            [this](Color color) { SetBackColor(color); }),
+        foreColor,
     };
 }
 

@@ -134,8 +134,9 @@ SavedProperty FlatPicker::captionProperty()
 
 SavedProperty FlatPicker::requiredProperty()
 {
-    return {QStringLiteral("Required"), PropertyKind::Boolean, false, [this] { return Required(); },
-            [this](const QVariant& value) { SetRequired(value.toBool()); }};
+    return booleanProperty(
+        QStringLiteral("Required"), false, [this] { return Required(); },
+        [this](bool required) { SetRequired(required); });
 }
 
 // Choosing

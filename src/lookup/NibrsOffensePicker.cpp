@@ -28,11 +28,6 @@ QString displayText(const QPair<QString, QString>& entry)
     return description.isEmpty() || description == code ? code : code + QStringLiteral(" - ") + description;
 }
 
-QVariant asVariant(Color color)
-{
-    return QVariant::fromValue(color);
-}
-
 } // namespace
 
 NibrsOffensePicker::NibrsOffensePicker(QWidget* parent, const ControlSite& site)
@@ -181,12 +176,12 @@ SavedProperties NibrsOffensePicker::savedProperties()
         fontProperty(
             std::make_shared<tavrin::Font>(), [this] { return Font(); },
             [this](const FontPtr& font) { SetFont(font); }),
-        {QStringLiteral("ForeColor"), PropertyKind::Color, asVariant(SystemColor::WindowText),
-         [this] { return asVariant(ForeColor()); },
-         [this](const QVariant& value) { SetForeColor(value.value<Color>()); }},
-        {QStringLiteral("BackColor"), PropertyKind::Color, asVariant(SystemColor::WindowBackground),
-         [this] { return asVariant(BackColor()); },
-         [this](const QVariant& value) { SetBackColor(value.value<Color>()); }},
+        colorProperty(
+            QStringLiteral("ForeColor"), SystemColor::WindowText, [this] { return ForeColor(); },
+            [this](Color color) { SetForeColor(color); }),
+        colorProperty(
+            QStringLiteral("BackColor"), SystemColor::WindowBackground, [this] { return BackColor(); },
+            [this](Color color) { SetBackColor(color); }),
     };
 }
 

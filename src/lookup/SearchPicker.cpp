@@ -7,15 +7,6 @@
 
 namespace tavrin {
 
-namespace {
-
-QVariant asVariant(Color color)
-{
-    return QVariant::fromValue(color);
-}
-
-} // namespace
-
 SearchPicker::SearchPicker(QWidget* parent, const ControlSite& site, SearchBox& box)
     : UserControl(parent, site)
     , m_box(box)
@@ -115,21 +106,23 @@ void SearchPicker::SetRemoveUsedValues(bool remove)
 
 SavedProperty SearchPicker::enabledProperty()
 {
-    return {QStringLiteral("Enabled"), PropertyKind::Boolean, true, [this] { return Enabled(); },
-            [this](const QVariant& value) { SetEnabled(value.toBool()); }};
+    return booleanProperty(
+        QStringLiteral("Enabled"), true, [this] { return Enabled(); },
+        [this](bool enabled) { SetEnabled(enabled); });
 }
 
 SavedProperty SearchPicker::showNameProperty()
 {
-    return {QStringLiteral("ShowName"), PropertyKind::Boolean, true, [this] { return ShowName(); },
-            [this](const QVariant& value) { SetShowName(value.toBool()); }};
+    return booleanProperty(
+        QStringLiteral("ShowName"), true, [this] { return ShowName(); },
+        [this](bool show) { SetShowName(show); });
 }
 
 SavedProperty SearchPicker::removeUsedValuesProperty()
 {
-    return {QStringLiteral("RemoveUsedValues"), PropertyKind::Boolean, false,
-            [this] { return RemoveUsedValues(); },
-            [this](const QVariant& value) { SetRemoveUsedValues(value.toBool()); }};
+    return booleanProperty(
+        QStringLiteral("RemoveUsedValues"), false, [this] { return RemoveUsedValues(); },
+        [this](bool remove) { SetRemoveUsedValues(remove); });
 }
 
 SavedProperty SearchPicker::fontProperty()
@@ -140,22 +133,22 @@ SavedProperty SearchPicker::fontProperty()
 
 SavedProperty SearchPicker::backColorProperty()
 {
-    return {QStringLiteral("BackColor"), PropertyKind::Color, asVariant(SystemColor::WindowBackground),
-            [this] { return asVariant(BackColor()); },
-            [this](const QVariant& value) { SetBackColor(value.value<Color>()); }};
+    return colorProperty(
+        QStringLiteral("BackColor"), SystemColor::WindowBackground, [this] { return BackColor(); },
+        [this](Color color) { SetBackColor(color); });
 }
 
 SavedProperty SearchPicker::foreColorProperty()
 {
-    return {QStringLiteral("ForeColor"), PropertyKind::Color, asVariant(SystemColor::WindowText),
-            [this] { return asVariant(ForeColor()); },
-            [this](const QVariant& value) { SetForeColor(value.value<Color>()); }};
+    return colorProperty(
+        QStringLiteral("ForeColor"), SystemColor::WindowText, [this] { return ForeColor(); },
+        [this](Color color) { SetForeColor(color); });
 }
 
 SavedProperty SearchPicker::flagProperty(const QString& key, bool& field)
 {
-    return {key, PropertyKind::Boolean, false, [&field] { return field; },
-            [&field](const QVariant& value) { field = value.toBool(); }};
+    return booleanProperty(
+        key, false, [&field] { return field; }, [&field](bool value) { field = value; });
 }
 
 // Lifecycle

@@ -86,8 +86,9 @@ MultiValue::~MultiValue()
 
 SavedProperties MultiValue::savedProperties()
 {
-    return {{QStringLiteral("Enabled"), PropertyKind::Boolean, true, [this] { return Enabled(); },
-             [this](const QVariant& value) { SetEnabled(value.toBool()); }}};
+    return {booleanProperty(
+        QStringLiteral("Enabled"), true, [this] { return Enabled(); },
+        [this](bool enabled) { SetEnabled(enabled); })};
 }
 
 void MultiValue::UserControl_InitProperties()

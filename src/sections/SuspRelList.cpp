@@ -130,8 +130,9 @@ void SuspRelList::SetEnabled(bool enabled)
 
 SavedProperties SuspRelList::savedProperties()
 {
-    return {{QStringLiteral("Enabled"), PropertyKind::Boolean, true, [this] { return Enabled(); },
-             [this](const QVariant& value) { SetEnabled(value.toBool()); }},
+    return {booleanProperty(
+                QStringLiteral("Enabled"), true, [this] { return Enabled(); },
+                [this](bool enabled) { SetEnabled(enabled); }),
             {QStringLiteral("OtherCollectionTag"), PropertyKind::Text, QString(),
              [this] { return OtherCollectionTag(); },
              [this](const QVariant& value) { SetOtherCollectionTag(value.toString()); }},

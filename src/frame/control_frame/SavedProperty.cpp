@@ -53,6 +53,21 @@ SavedProperty fontProperty(const FontPtr& standard, std::function<FontPtr()> get
             [put = std::move(put)](const QVariant& value) { put(value.value<FontPtr>()); }};
 }
 
+SavedProperty colorProperty(const QString& key, Color standard, std::function<Color()> get,
+                            std::function<void(Color)> put)
+{
+    return {key, PropertyKind::Color, QVariant::fromValue(standard),
+            [get = std::move(get)] { return QVariant::fromValue(get()); },
+            [put = std::move(put)](const QVariant& value) { put(value.value<Color>()); }};
+}
+
+SavedProperty booleanProperty(const QString& key, bool standard, std::function<bool()> get,
+                              std::function<void(bool)> put)
+{
+    return {key, PropertyKind::Boolean, standard, [get = std::move(get)] { return QVariant(get()); },
+            [put = std::move(put)](const QVariant& value) { put(value.toBool()); }};
+}
+
 QVariant convertProperty(PropertyKind kind, const QVariant& value)
 {
     switch (kind) {

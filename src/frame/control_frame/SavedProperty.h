@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/values/Color.h"
 #include "base/values/Font.h"
 
 #include <QString>
@@ -42,6 +43,14 @@ struct SavedProperty
 /// object.
 SavedProperty fontProperty(const FontPtr& standard, std::function<FontPtr()> get,
                            std::function<void(const FontPtr&)> put);
+
+/// A property that is a colour.
+SavedProperty colorProperty(const QString& key, Color standard, std::function<Color()> get,
+                            std::function<void(Color)> put);
+
+/// A property that is a yes or no.
+SavedProperty booleanProperty(const QString& key, bool standard, std::function<bool()> get,
+                              std::function<void(bool)> put);
 
 /// In the order in which they are read and written.
 using SavedProperties = std::vector<SavedProperty>;
