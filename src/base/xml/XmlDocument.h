@@ -4,6 +4,7 @@
 #include <QVariant>
 
 #include <cstddef>
+#include <iterator>
 #include <memory>
 #include <vector>
 
@@ -98,31 +99,46 @@ private:
     mutable pugi::xml_node_struct* m_node = nullptr;
 };
 
+/// Goes through a list of nodes by their index.
+template <typename Nodes>
+class XmlNodeIterator
+{
+public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = XmlNode;
+    using difference_type = std::ptrdiff_t;
+    using pointer = void;
+    using reference = XmlNode;
+
+    XmlNode operator*() const { return m_nodes->at(m_index); }
+    XmlNodeIterator& operator++()
+    {
+        ++m_index;
+        return *this;
+    }
+    XmlNodeIterator operator++(int) { return {m_nodes, m_index++}; }
+    friend bool operator==(const XmlNodeIterator& a, const XmlNodeIterator& b)
+    {
+        return a.m_index == b.m_index;
+    }
+
+private:
+    friend Nodes;
+    XmlNodeIterator(const Nodes* nodes, std::size_t index)
+        : m_nodes(nodes)
+        , m_index(index)
+    {
+    }
+
+    const Nodes* m_nodes;
+    std::size_t m_index;
+};
+
 /// Nodes in a fixed order. Holds 8 bytes a node; an `XmlNode` comes into being at access.
 class XmlNodeList
 {
 public:
-    class Iterator
-    {
-    public:
-        XmlNode operator*() const { return m_list->at(m_index); }
-        Iterator& operator++()
-        {
-            ++m_index;
-            return *this;
-        }
-        bool operator!=(const Iterator& other) const { return m_index != other.m_index; }
-
-    private:
-        friend class XmlNodeList;
-        Iterator(const XmlNodeList* list, std::size_t index)
-            : m_list(list)
-            , m_index(index)
-        {
-        }
-        const XmlNodeList* m_list;
-        std::size_t m_index;
-    };
+    using Iterator = XmlNodeIterator<XmlNodeList>;
 
     std::size_t size() const { return m_nodes.size(); }
     bool empty() const { return m_nodes.empty(); }

@@ -5,7 +5,6 @@
 #include <QString>
 
 #include <cstddef>
-#include <iterator>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -24,34 +23,7 @@ namespace tavrin {
 class XmlNodes
 {
 public:
-    class Iterator
-    {
-    public:
-        using iterator_category = std::input_iterator_tag;
-        using value_type = XmlNode;
-        using difference_type = std::ptrdiff_t;
-        using pointer = void;
-        using reference = XmlNode;
-
-        XmlNode operator*() const { return m_nodes->at(m_index); }
-        Iterator& operator++()
-        {
-            ++m_index;
-            return *this;
-        }
-        Iterator operator++(int) { return {m_nodes, m_index++}; }
-        friend bool operator==(const Iterator& a, const Iterator& b) { return a.m_index == b.m_index; }
-
-    private:
-        friend class XmlNodes;
-        Iterator(const XmlNodes* nodes, std::size_t index)
-            : m_nodes(nodes)
-            , m_index(index)
-        {
-        }
-        const XmlNodes* m_nodes;
-        std::size_t m_index;
-    };
+    using Iterator = XmlNodeIterator<XmlNodes>;
 
     XmlNodes() = default;
     explicit XmlNodes(XmlNodeList list);
