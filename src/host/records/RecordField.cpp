@@ -28,25 +28,22 @@ QString kindName(ColumnType type)
     return QStringLiteral("a text");
 }
 
-QVariant toDate(const QVariant& value)
+/// A date, or a date with its time, that the value is or that its text names.
+template <typename Moment>
+Moment momentIn(const QVariant& value)
 {
-    QDate date = value.toDate();
-    if (value.typeId() == QMetaType::QString)
-        date = QDate::fromString(value.toString(), Qt::ISODate);
-    if (!date.isValid())
+    const Moment moment = value.typeId() == QMetaType::QString
+                              ? Moment::fromString(value.toString(), Qt::ISODate)
+                              : value.value<Moment>();
+    if (!moment.isValid())
         throw Error(QStringLiteral("Type mismatch"), Error::TypeMismatchNumber);
-    return date;
+    return moment;
 }
 
 /// Local time in whole seconds, which is what the database keeps.
 QVariant toDateTime(const QVariant& value)
 {
-    QDateTime dateTime = value.toDateTime();
-    if (value.typeId() == QMetaType::QString)
-        dateTime = QDateTime::fromString(value.toString(), Qt::ISODate);
-    if (!dateTime.isValid())
-        throw Error(QStringLiteral("Type mismatch"), Error::TypeMismatchNumber);
-    const QDateTime local = dateTime.toLocalTime();
+    const QDateTime local = momentIn<QDateTime>(value).toLocalTime();
     const QTime time(local.time().hour(), local.time().minute(), local.time().second());
     return QDateTime(local.date(), time);
 }
@@ -70,7 +67,7 @@ QVariant convert(const QVariant& value, ColumnType type)
     case ColumnType::DateTime:
         if (!isDateOrText(value))
             throw Error(QStringLiteral("Type mismatch"), Error::TypeMismatchNumber);
-        return type == ColumnType::Date ? toDate(value) : toDateTime(value);
+        return type == ColumnType::Date ? momentIn<QDate>(value) : toDateTime(value);
     case ColumnType::Text:
         break;
     }
