@@ -427,8 +427,7 @@ void AttachmentSteps::saveAndCompare()
         compare();
     });
     d.step(QStringLiteral("Open again and find the attachments"), [&] {
-        d.press(Qt::Key_W, Qt::ControlModifier);
-        waitUntilRecordIsClosed();
+        close();
         reopen();
         showPage(AttachmentsPageNo);
         d.check(list().Count() == 3 && hasCover(), QStringLiteral("three files and the cover are there"));

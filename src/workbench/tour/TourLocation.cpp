@@ -140,8 +140,7 @@ void LocationSteps::saveAndCompare()
         compare();
     });
     d.step(QStringLiteral("Open again and find them"), [&] {
-        d.press(Qt::Key_W, Qt::ControlModifier);
-        waitUntilRecordIsClosed();
+        close();
         reopen();
         d.check(SameValue(agency()->Value(), PortAnselmPolice), QStringLiteral("the agency is there"));
         showPage(OffensesPageNo);
@@ -214,8 +213,7 @@ void LocationSteps::geocodeAPoorMatch()
                   });
     });
     d.step(QStringLiteral("Open again and find the coordinates"), [&] {
-        d.press(Qt::Key_W, Qt::ControlModifier);
-        waitUntilRecordIsClosed();
+        close();
         reopen();
         showPage(LocationPageNo);
         d.checkEqual(coordinate("txtLat")->Text(), ToText(storedLocation("Latitude")),

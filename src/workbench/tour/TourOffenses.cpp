@@ -113,8 +113,7 @@ void OffenseSteps::saveAndCompare()
         compare();
     });
     d.step(QStringLiteral("Open again and find the offenses"), [&] {
-        d.press(Qt::Key_W, Qt::ControlModifier);
-        waitUntilRecordIsClosed();
+        close();
         reopen();
         showPage(OffensesPageNo);
         d.check(SameValue(offense(0), 73) && SameValue(offense(1), 30),

@@ -144,13 +144,7 @@ void PeopleSteps::clearTheOfficer()
         d.check(IsNull(picker(ReportingOfficer).GetValue()), QStringLiteral("no officer is chosen"));
     });
     d.step(QStringLiteral("A save without the officer is refused"), [&] {
-        d.withBox([&] { d.press(Qt::Key_S, Qt::ControlModifier); },
-                  [&](QWidget* box) {
-                      d.check(
-                          boxText(box).startsWith(QStringLiteral("\"Reporting officer\" must be filled in.")),
-                          QStringLiteral("the box names the field"));
-                      answer(QMessageBox::Ok, box);
-                  });
+        saveIsRefusedWithout(QStringLiteral("Reporting officer"));
         record();
         d.type(QStringLiteral("o'brien"));
         onlyFound(QStringLiteral("O'Brien, Jack"));
@@ -245,8 +239,7 @@ void PeopleSteps::saveAndCompare()
         compare();
     });
     d.step(QStringLiteral("Open again and find the officers"), [&] {
-        d.press(Qt::Key_W, Qt::ControlModifier);
-        waitUntilRecordIsClosed();
+        close();
         reopen();
         showPage(OfficersPageNo);
         officerIs(1);
@@ -255,8 +248,7 @@ void PeopleSteps::saveAndCompare()
                 QStringLiteral("the assignments are the saved ones"));
         d.check(!record()->isWindowModified(), QStringLiteral("nothing is unsaved"));
         compare();
-        d.press(Qt::Key_W, Qt::ControlModifier);
-        waitUntilRecordIsClosed();
+        close();
     });
 }
 
@@ -276,8 +268,7 @@ void PeopleSteps::keepWhoIsInactive()
         onlyFound(QStringLiteral("Stonecropper, Nils"));
         d.press(Qt::Key_Return);
         d.check(!record()->isWindowModified(), QStringLiteral("the same handler again is no change"));
-        d.press(Qt::Key_W, Qt::ControlModifier);
-        waitUntilRecordIsClosed();
+        close();
         searchAndOpen(QStringLiteral("bicycle"));
     });
 }

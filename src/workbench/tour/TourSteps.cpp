@@ -137,10 +137,28 @@ void TourSteps::save() const
     d.check(!record()->isWindowModified(), QStringLiteral("nothing is unsaved"));
 }
 
+void TourSteps::saveIsRefusedWithout(const QString& label, const QString& picture) const
+{
+    d.withBox([&] { d.press(Qt::Key_S, Qt::ControlModifier); },
+              [&](QWidget* box) {
+                  d.check(boxText(box).startsWith(QStringLiteral("\"%1\" must be filled in.").arg(label)),
+                          QStringLiteral("the box names the field"));
+                  if (!picture.isEmpty())
+                      d.picture(picture);
+                  answer(QMessageBox::Ok, box);
+              });
+}
+
 void TourSteps::waitUntilRecordIsClosed() const
 {
     d.waitFor([] { return visibleWindow(RecordWindowName) == nullptr; },
               QStringLiteral("the record's window is closed"));
+}
+
+void TourSteps::close() const
+{
+    d.press(Qt::Key_W, Qt::ControlModifier);
+    waitUntilRecordIsClosed();
 }
 
 void TourSteps::discard() const

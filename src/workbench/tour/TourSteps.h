@@ -66,7 +66,11 @@ protected:
     void answer(QMessageBox::StandardButton button, QWidget* box) const;
     QString boxText(QWidget* box) const { return qobject_cast<QMessageBox*>(box)->text(); }
     void save() const;
+    /// Asks for a save, which a box refuses since a field is empty. The box is answered.
+    void saveIsRefusedWithout(const QString& label, const QString& picture = {}) const;
     void waitUntilRecordIsClosed() const;
+    /// Closes the record, in which nothing is unsaved.
+    void close() const;
     /// Closes the record, whose changes are thrown away.
     void discard() const;
     /// Opens the incident that is current in the list.

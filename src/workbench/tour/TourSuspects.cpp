@@ -165,8 +165,7 @@ void SuspectSteps::saveAndCompare()
         compare();
     });
     d.step(QStringLiteral("Open again and find the suspect"), [&] {
-        d.press(Qt::Key_W, Qt::ControlModifier);
-        waitUntilRecordIsClosed();
+        close();
         reopen();
         showPage(SuspectsPageNo);
         d.checkEqual(d.find<QLineEdit>(record(), SuspectName)->text(), Newcomer, QStringLiteral("the name"));
@@ -174,8 +173,7 @@ void SuspectSteps::saveAndCompare()
         d.check(section(SuspectVictims).Count() == 1, QStringLiteral("the relationship is there"));
         d.check(!record()->isWindowModified(), QStringLiteral("nothing is unsaved"));
         compare();
-        d.press(Qt::Key_W, Qt::ControlModifier);
-        waitUntilRecordIsClosed();
+        close();
     });
 }
 
@@ -210,8 +208,7 @@ void SuspectSteps::removeARelationship()
                 QStringLiteral("it is gone from the database"));
         d.check(storedRows(SuspectVictims, RelationNo).size() == 2,
                 QStringLiteral("those to the victim are there"));
-        d.press(Qt::Key_W, Qt::ControlModifier);
-        waitUntilRecordIsClosed();
+        close();
         searchAndOpen(QStringLiteral("bicycle"));
     });
     s.incidentNo = before;
