@@ -1,6 +1,8 @@
 #include "base/failure/Error.h"
+#include "base/files/FileFaults.h"
 #include "base/files/FileWriter.h"
 #include "support/TestCase.h"
+#include "support/TestFiles.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -9,10 +11,8 @@
 #include <QTemporaryDir>
 
 #include <csignal>
-#include <functional>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -23,54 +23,17 @@ using tavrin::openFolder;
 using tavrin::removeAbandoned;
 using tavrin::replaceFile;
 using tavrin::TemporaryPrefix;
+using tavrin::test::bytesOf;
+using tavrin::test::codeOf;
+using tavrin::test::inChild;
+using tavrin::test::namesIn;
+using tavrin::test::putFile;
 
 namespace {
-
-QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<cannot be read>");
-}
-
-void put(const QString& path, const QByteArray& content)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(content), content.size());
-}
-
-QStringList entriesOf(const QString& folder)
-{
-    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                                  QDir::Name);
-}
-
-/// Runs `body` in a child process and returns what it returns: a small number, 0 for success.
-int inChild(const std::function<int()>& body)
-{
-    const pid_t child = ::fork();
-    if (child == 0)
-        ::_exit(body());
-    int status = 0;
-    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
-    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-}
 
 constexpr int Refused = 0;
 constexpr int NotRefused = 1;
 constexpr int WrongText = 2;
-
-/// The system's code of the `SystemError` that `action` raises; 0 when it raises none.
-int codeOf(const std::function<void()>& action)
-{
-    try {
-        action();
-    } catch (const tavrin::SystemError& error) {
-        return error.Code;
-    }
-    return 0;
-}
 
 /// What a child does: the write must be refused with an error that names the file.
 int expectRefusal(const QString& path, const QByteArray& content)
@@ -104,8 +67,8 @@ private Q_SLOTS:
     {
         const QString path = m_folder->filePath(u"new file \u00E9.json"_s);
         replaceFile(path, "content");
-        QCOMPARE(contentOf(path), QByteArray("content"));
-        QCOMPARE(entriesOf(m_folder->path()), QStringList(u"new file \u00E9.json"_s));
+        QCOMPARE(bytesOf(path), QByteArray("content"));
+        QCOMPARE(namesIn(m_folder->path()), QStringList(u"new file \u00E9.json"_s));
         QCOMPARE(QFileInfo(path).permission(QFile::ReadOther), true);
         QCOMPARE(QFileInfo(path).permission(QFile::WriteOther), false);
     }
@@ -122,16 +85,16 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, content);
         const QString path = m_folder->filePath(u"f"_s);
-        put(path, "old content");
+        putFile(path, "old content");
         replaceFile(path, content);
-        QVERIFY(contentOf(path) == content);
-        QCOMPARE(entriesOf(m_folder->path()), QStringList(u"f"_s));
+        QVERIFY(bytesOf(path) == content);
+        QCOMPARE(namesIn(m_folder->path()), QStringList(u"f"_s));
     }
 
     void theModeOfTheOldFileStays()
     {
         const QString path = m_folder->filePath(u"f"_s);
-        put(path, "old");
+        putFile(path, "old");
         QCOMPARE(::chmod(QFile::encodeName(path).constData(), 0640), 0);
         replaceFile(path, "new");
         struct stat after = {};
@@ -142,7 +105,7 @@ private Q_SLOTS:
     void whoeverHasTheOldFileOpenGoesOnReadingIt()
     {
         const QString path = m_folder->filePath(u"f"_s);
-        put(path, "old");
+        putFile(path, "old");
         QFile reader(path);
         QVERIFY(reader.open(QIODevice::ReadOnly));
         replaceFile(path, "new");
@@ -161,14 +124,14 @@ private Q_SLOTS:
         const QString target = m_folder->filePath(u"target"_s);
         const QString link = m_folder->filePath(u"link"_s);
         if (!dangling)
-            put(target, "the target's");
+            putFile(target, "the target's");
         QVERIFY(QFile::link(target, link));
         replaceFile(link, "new");
         QVERIFY(!QFileInfo(link).isSymLink());
-        QCOMPARE(contentOf(link), QByteArray("new"));
+        QCOMPARE(bytesOf(link), QByteArray("new"));
         QCOMPARE(QFileInfo::exists(target), !dangling);
         if (!dangling)
-            QCOMPARE(contentOf(target), QByteArray("the target's"));
+            QCOMPARE(bytesOf(target), QByteArray("the target's"));
     }
 
     void aRelativePathCountsFromTheWorkingFolder()
@@ -177,28 +140,28 @@ private Q_SLOTS:
         const auto restore = qScopeGuard([&] { QDir::setCurrent(before); });
         QVERIFY(QDir::setCurrent(m_folder->path()));
         replaceFile(u"here"_s, "new");
-        QCOMPARE(contentOf(m_folder->filePath(u"here"_s)), QByteArray("new"));
+        QCOMPARE(bytesOf(m_folder->filePath(u"here"_s)), QByteArray("new"));
     }
 
     void aMissingFolderRaisesWithTheFilesName()
     {
         const QString path = m_folder->filePath(u"missing/f"_s);
         QCOMPARE(expectRefusal(path, "new"), Refused);
-        QCOMPARE(entriesOf(m_folder->path()), QStringList());
+        QCOMPARE(namesIn(m_folder->path()), QStringList());
     }
 
     void aFolderOfThatNameStaysAndNoTemporaryFileIsLeft()
     {
         QVERIFY(QDir(m_folder->path()).mkpath(u"f/inside"_s));
         QCOMPARE(expectRefusal(m_folder->filePath(u"f"_s), "new"), Refused);
-        QCOMPARE(entriesOf(m_folder->path()), QStringList(u"f"_s));
-        QCOMPARE(entriesOf(m_folder->filePath(u"f"_s)), QStringList(u"inside"_s));
+        QCOMPARE(namesIn(m_folder->path()), QStringList(u"f"_s));
+        QCOMPARE(namesIn(m_folder->filePath(u"f"_s)), QStringList(u"inside"_s));
     }
 
     void aFolderWithoutWriteRightKeepsTheOldFile()
     {
         const QString path = m_folder->filePath(u"f"_s);
-        put(path, "old");
+        putFile(path, "old");
         const QByteArray folder = QFile::encodeName(m_folder->path());
         QCOMPARE(::chmod(folder.constData(), 0555), 0);
         const auto restore = qScopeGuard([&] { ::chmod(folder.constData(), 0755); });
@@ -208,8 +171,8 @@ private Q_SLOTS:
             return expectRefusal(path, "new");
         });
         QCOMPARE(result, Refused);
-        QCOMPARE(contentOf(path), QByteArray("old"));
-        QCOMPARE(entriesOf(m_folder->path()), QStringList(u"f"_s));
+        QCOMPARE(bytesOf(path), QByteArray("old"));
+        QCOMPARE(namesIn(m_folder->path()), QStringList(u"f"_s));
     }
 
     void aWriteThatStopsInTheMiddleKeepsTheOldFile_data()
@@ -223,7 +186,7 @@ private Q_SLOTS:
     {
         QFETCH(int, limit);
         const QString path = m_folder->filePath(u"f"_s);
-        put(path, "old");
+        putFile(path, "old");
         const int result = inChild([&] {
             std::signal(SIGXFSZ, SIG_IGN); // the write then fails instead of ending the process
             const rlimit size = {static_cast<rlim_t>(limit), static_cast<rlim_t>(limit)};
@@ -232,14 +195,14 @@ private Q_SLOTS:
             return expectRefusal(path, QByteArray(100000, 'n'));
         });
         QCOMPARE(result, Refused);
-        QCOMPARE(contentOf(path), QByteArray("old"));
-        QCOMPARE(entriesOf(m_folder->path()), QStringList(u"f"_s));
+        QCOMPARE(bytesOf(path), QByteArray("old"));
+        QCOMPARE(namesIn(m_folder->path()), QStringList(u"f"_s));
     }
 
     void whatAKilledProgramLeavesBehindBearsThePrefixThatAStartSweeps()
     {
         const QString path = m_folder->filePath(u"f"_s);
-        put(path, "old");
+        putFile(path, "old");
         const int result = inChild([&] {
             std::signal(SIGXFSZ, SIG_DFL); // the write that goes beyond the limit kills the process
             const rlimit size = {4096, 4096};
@@ -249,13 +212,13 @@ private Q_SLOTS:
             return expectRefusal(path, QByteArray(100000, 'n'));
         });
         QCOMPARE(result, 128 + SIGXFSZ);
-        QCOMPARE(contentOf(path), QByteArray("old"));
-        const QStringList left = entriesOf(m_folder->path());
+        QCOMPARE(bytesOf(path), QByteArray("old"));
+        const QStringList left = namesIn(m_folder->path());
         QCOMPARE(left.size(), 2);
         QVERIFY2(left.at(0).startsWith(QLatin1String(tavrin::TemporaryPrefix)), qPrintable(left.at(0)));
         QCOMPARE(left.at(1), u"f"_s);
         replaceFile(path, "new"); // the remainder is in nobody's way
-        QCOMPARE(contentOf(path), QByteArray("new"));
+        QCOMPARE(bytesOf(path), QByteArray("new"));
     }
 
     void aNewFileHasNoNameBeforeItIsCommitted()
@@ -267,16 +230,16 @@ private Q_SLOTS:
             file.write("tent", 4);
             file.verify();
             QVERIFY(!QFileInfo::exists(m_folder->filePath(u"f"_s)));
-            QCOMPARE(entriesOf(m_folder->path()).size(), 1);
+            QCOMPARE(namesIn(m_folder->path()).size(), 1);
             file.commit(NewFile::Existing::Keep);
-            QCOMPARE(entriesOf(m_folder->path()), QStringList(u"f"_s));
+            QCOMPARE(namesIn(m_folder->path()), QStringList(u"f"_s));
         }
-        QCOMPARE(contentOf(m_folder->filePath(u"f"_s)), QByteArray("content"));
+        QCOMPARE(bytesOf(m_folder->filePath(u"f"_s)), QByteArray("content"));
         {
             NewFile given(folder, "g", 0644);
             given.write("x", 1);
         }
-        QCOMPARE(entriesOf(m_folder->path()), QStringList(u"f"_s));
+        QCOMPARE(namesIn(m_folder->path()), QStringList(u"f"_s));
     }
 
     void aNameThatIsTakenIsKept_data()
@@ -292,7 +255,7 @@ private Q_SLOTS:
         if (isLink)
             QVERIFY(QFile::link(m_folder->filePath(u"nowhere"_s), path));
         else
-            put(path, "old");
+            putFile(path, "old");
         const Descriptor folder = openFolder(QFile::encodeName(m_folder->path()));
         {
             NewFile file(folder, "f", 0644);
@@ -300,8 +263,8 @@ private Q_SLOTS:
             file.verify();
             QCOMPARE(codeOf([&] { file.commit(NewFile::Existing::Keep); }), EEXIST);
         }
-        QCOMPARE(entriesOf(m_folder->path()), QStringList(u"f"_s));
-        QVERIFY(isLink || contentOf(path) == QByteArray("old"));
+        QCOMPARE(namesIn(m_folder->path()), QStringList(u"f"_s));
+        QVERIFY(isLink || bytesOf(path) == QByteArray("old"));
     }
 
     void whatAnotherProgramWroteIntoTheTemporaryFileIsNoticed_data()
@@ -317,12 +280,12 @@ private Q_SLOTS:
         {
             NewFile file(folder, "f", 0644);
             file.write("new", 3);
-            QFile other(m_folder->filePath(entriesOf(m_folder->path()).constFirst()));
+            QFile other(m_folder->filePath(namesIn(m_folder->path()).constFirst()));
             QVERIFY(other.open(QIODevice::ReadWrite) && other.seek(at) && other.putChar('!'));
             other.close();
             QCOMPARE(codeOf([&] { file.verify(); }), EIO);
         }
-        QCOMPARE(entriesOf(m_folder->path()), QStringList());
+        QCOMPARE(namesIn(m_folder->path()), QStringList());
     }
 
     void whatAnotherProgramWroteIntoALongTemporaryFileIsNoticed_data()
@@ -340,12 +303,12 @@ private Q_SLOTS:
             NewFile file(folder, "f", 0644);
             for (int i = 0; i < 10; ++i) // read in a thread of its own from the eighth on
                 file.write(megabyte.constData(), megabyte.size());
-            QFile other(m_folder->filePath(entriesOf(m_folder->path()).constFirst()));
+            QFile other(m_folder->filePath(namesIn(m_folder->path()).constFirst()));
             QVERIFY(other.open(QIODevice::ReadWrite) && other.seek(qint64(at) << 20) && other.putChar('!'));
             other.close();
             QCOMPARE(codeOf([&] { file.verify(); }), EIO);
         }
-        QCOMPARE(entriesOf(m_folder->path()), QStringList());
+        QCOMPARE(namesIn(m_folder->path()), QStringList());
     }
 
     void aCommittedFileCanBeTakenBackButNotOneThatCameInItsPlace()
@@ -355,10 +318,10 @@ private Q_SLOTS:
         file.verify();
         file.commit(NewFile::Existing::Keep);
         file.takeBack();
-        QCOMPARE(entriesOf(m_folder->path()), QStringList());
-        put(m_folder->filePath(u"f"_s), "another's");
+        QCOMPARE(namesIn(m_folder->path()), QStringList());
+        putFile(m_folder->filePath(u"f"_s), "another's");
         file.takeBack();
-        QCOMPARE(contentOf(m_folder->filePath(u"f"_s)), QByteArray("another's"));
+        QCOMPARE(bytesOf(m_folder->filePath(u"f"_s)), QByteArray("another's"));
     }
 
     void onlyTheTemporaryFileOfAGoneProgramIsRemoved()
@@ -367,16 +330,16 @@ private Q_SLOTS:
         QByteArray living;
         {
             NewFile file(folder, "f", 0644);
-            living = QFile::encodeName(entriesOf(m_folder->path()).constFirst());
+            living = QFile::encodeName(namesIn(m_folder->path()).constFirst());
             QCOMPARE(inChild([&] { return removeAbandoned(folder, living) ? NotRefused : Refused; }),
                      Refused);
             QVERIFY(QFileInfo::exists(m_folder->filePath(QFile::decodeName(living))));
         }
-        put(m_folder->filePath(QFile::decodeName(living)), "left behind");
+        putFile(m_folder->filePath(QFile::decodeName(living)), "left behind");
         QVERIFY(removeAbandoned(folder, living));
-        put(m_folder->filePath(u"ordinary"_s), "x");
+        putFile(m_folder->filePath(u"ordinary"_s), "x");
         QVERIFY(!removeAbandoned(folder, "ordinary"));
-        QCOMPARE(entriesOf(m_folder->path()), QStringList(u"ordinary"_s));
+        QCOMPARE(namesIn(m_folder->path()), QStringList(u"ordinary"_s));
     }
 
     void aTemporaryFileOfAnotherWorkstationMustBeADayOld()
@@ -384,7 +347,7 @@ private Q_SLOTS:
         const Descriptor folder = openFolder(QFile::encodeName(m_folder->path()));
         const QByteArray name = QByteArray(TemporaryPrefix) + "another-1";
         const QString path = m_folder->filePath(QFile::decodeName(name));
-        put(path, "x");
+        putFile(path, "x");
         QVERIFY(!removeAbandoned(folder, name));
         const auto age = [&](qint64 seconds) {
             QFile file(path);
@@ -396,7 +359,7 @@ private Q_SLOTS:
         QVERIFY(!removeAbandoned(folder, name));
         age(25 * 3600);
         QVERIFY(removeAbandoned(folder, name));
-        QCOMPARE(entriesOf(m_folder->path()), QStringList());
+        QCOMPARE(namesIn(m_folder->path()), QStringList());
     }
 
     void whatAnotherPersonsProgramLeftIsRemovedTooButNotWhileThatProgramLives()
@@ -415,13 +378,13 @@ private Q_SLOTS:
         QByteArray name;
         {
             const NewFile living(folder, "f", 0644); // which others may read and not write
-            name = QFile::encodeName(entriesOf(m_folder->path()).constFirst());
+            name = QFile::encodeName(namesIn(m_folder->path()).constFirst());
             QCOMPARE(removedByAnother(name), Refused);
         }
-        put(m_folder->filePath(QFile::decodeName(name)), "left behind");
+        putFile(m_folder->filePath(QFile::decodeName(name)), "left behind");
         QCOMPARE(::fchmodat(folder.number(), name.constData(), 0644, 0), 0);
         QCOMPARE(removedByAnother(name), NotRefused);
-        QCOMPARE(entriesOf(m_folder->path()), QStringList());
+        QCOMPARE(namesIn(m_folder->path()), QStringList());
     }
 
     void aLinkOrAPipeOfSuchANameIsLeftAlone()
@@ -430,11 +393,11 @@ private Q_SLOTS:
         const QByteArray pipe = QByteArray(TemporaryPrefix) + "pipe";
         QCOMPARE(::mkfifoat(folder.number(), pipe.constData(), 0600), 0);
         const QByteArray link = QByteArray(TemporaryPrefix) + "link";
-        put(m_folder->filePath(u"target"_s), "x");
+        putFile(m_folder->filePath(u"target"_s), "x");
         QVERIFY(QFile::link(u"target"_s, m_folder->filePath(QFile::decodeName(link))));
         QVERIFY(!removeAbandoned(folder, pipe));
         QVERIFY(!removeAbandoned(folder, link));
-        QCOMPARE(entriesOf(m_folder->path()).size(), 3);
+        QCOMPARE(namesIn(m_folder->path()).size(), 3);
     }
 
 private:

@@ -1,3 +1,4 @@
+#include "base/files/FileFaults.h"
 #include "base/files/OpenBeneath.h"
 #include "support/TestCase.h"
 
@@ -7,25 +8,15 @@
 #include <QTemporaryDir>
 
 #include <cerrno>
-#include <functional>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;
+using tavrin::test::codeOf;
 
 namespace {
 
 using Names = QList<QByteArray>;
-
-int codeOf(const std::function<void()>& action)
-{
-    try {
-        action();
-    } catch (const SystemError& error) {
-        return error.Code;
-    }
-    return 0;
-}
 
 } // namespace
 
