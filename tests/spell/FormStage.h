@@ -113,4 +113,12 @@ struct FormStage
     QPointer<TavrinSpellcheck> control;
 };
 
+/// A row for each end that `FormStage::end` gives.
+inline void addEnds()
+{
+    QTest::addColumn<bool>("wholeForm");
+    QTest::newRow("form") << true;
+    QTest::newRow("control alone") << false;
+}
+
 } // namespace tavrin::test

@@ -28,6 +28,16 @@ struct WalkStage
         box->resize(200, 80);
     }
 
+    /// Shows the window, and gives the box the focus.
+    bool show()
+    {
+        window.show();
+        window.activateWindow();
+        if (!QTest::qWaitForWindowActive(&window))
+            return false;
+        box->setFocus();
+        return true;
+    }
     TextBox* line() const { return qobject_cast<TextBox*>(box.data()); }
     TextArea* area() const { return qobject_cast<TextArea*>(box.data()); }
     QTextEdit* rich() const { return qobject_cast<QTextEdit*>(box.data()); }

@@ -17,13 +17,6 @@ class tst_SpellingAddedWords : public tavrin::test::TestCase
 {
     Q_OBJECT
 
-    static void addEnds()
-    {
-        QTest::addColumn<bool>("wholeForm");
-        QTest::newRow("form") << true;
-        QTest::newRow("control alone") << false;
-    }
-
 private Q_SLOTS:
     void theDatabaseHasAnAddedWordWhileTheDialogIsStillOpen()
     {

@@ -15,13 +15,6 @@ class tst_SpellingLifetime : public tavrin::test::TestCase
 {
     Q_OBJECT
 
-    static void addEnds()
-    {
-        QTest::addColumn<bool>("wholeForm");
-        QTest::newRow("form") << true;
-        QTest::newRow("control alone") << false;
-    }
-
 private Q_SLOTS:
     void theControlMayDieInTheBoxOfAFailedSynchronisation_data() { addEnds(); }
     void theControlMayDieInTheBoxOfAFailedSynchronisation()

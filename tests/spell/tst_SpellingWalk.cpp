@@ -213,10 +213,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, kind);
         Stage stage(kind);
-        stage.window.show();
-        stage.window.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&stage.window));
-        stage.box->setFocus();
+        QVERIFY(stage.show());
         QTest::keyClicks(stage.box, u"Teh man sayd teh"_s);
         const auto walk = stage.walk();
         walk->change(u"The"_s);
@@ -236,10 +233,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, kind);
         Stage stage(kind);
-        stage.window.show();
-        stage.window.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&stage.window));
-        stage.box->setFocus();
+        QVERIFY(stage.show());
         const QString text = u"teh cat, teh dog, Teh end, qteh, teh"_s;
         stage.setText(text);
         const auto walk = stage.walk();
