@@ -22,6 +22,21 @@ using Stage = tavrin::test::Stage;
 using tavrin::test::typeInto;
 namespace KeyCode = tavrin::KeyCode;
 
+namespace {
+
+/// Shows a second window with the list, which has been open in its first.
+void moveListTo(QWidget& second, Stage& stage)
+{
+    stage.list->Open();
+    stage.list->Close();
+    second.setGeometry(300, 300, 200, 100);
+    stage.list->setParent(&second);
+    stage.list->show();
+    second.show();
+}
+
+} // namespace
+
 class tst_DropDownList : public tavrin::test::TestCase
 {
     Q_OBJECT
@@ -386,13 +401,8 @@ private Q_SLOTS:
         Stage stage;
         QVERIFY(stage.isReady());
         stage.fill(3);
-        stage.list->Open();
-        stage.list->Close();
         QWidget second;
-        second.setGeometry(300, 300, 200, 100);
-        stage.list->setParent(&second);
-        stage.list->show();
-        second.show();
+        moveListTo(second, stage);
         DropDownList* list = stage.list;
         stage.window.reset(); // and its popup with it
         QVERIFY(!list->IsOpen());
@@ -407,13 +417,8 @@ private Q_SLOTS:
         Stage stage;
         QVERIFY(stage.isReady());
         stage.fill(3);
-        stage.list->Open();
-        stage.list->Close();
         QWidget second;
-        second.setGeometry(300, 300, 200, 100);
-        stage.list->setParent(&second);
-        stage.list->show();
-        second.show();
+        moveListTo(second, stage);
         stage.list->Open();
         QVERIFY(stage.list->IsOpen());
         QVERIFY(!stage.popup());

@@ -2,6 +2,7 @@
 #include "widgets/search_box/SearchStage.h"
 
 #include <QApplication>
+#include <QFrame>
 #include <QLabel>
 #include <QScreen>
 #include <QScrollArea>
@@ -14,6 +15,28 @@ using Stage = tavrin::test::SearchStage<>;
 namespace {
 
 constexpr int PageRows = 10;
+
+/// A frame around the box, below which its list opens. The box goes back to the window in the end.
+class Anchor : public QFrame
+{
+public:
+    explicit Anchor(Stage& stage)
+        : QFrame(stage.window)
+        , m_stage(stage)
+    {
+        setGeometry(20, 40, 300, 60);
+        stage.box->setParent(this);
+        stage.box->move(50, 10);
+        show();
+        stage.box->show();
+        stage.box->setFocus();
+        stage.box->SetListAnchor(this);
+    }
+    ~Anchor() override { m_stage.box->setParent(m_stage.window); }
+
+private:
+    Stage& m_stage;
+};
 
 } // namespace
 
@@ -115,19 +138,11 @@ private Q_SLOTS:
     {
         Stage stage;
         QVERIFY(stage.isReady());
-        QFrame anchor(stage.window);
-        anchor.setGeometry(20, 40, 300, 60);
-        stage.box->setParent(&anchor);
-        stage.box->move(50, 10);
-        anchor.show();
-        stage.box->show();
-        stage.box->setFocus();
-        stage.box->SetListAnchor(&anchor);
+        const Anchor anchor(stage);
         stage.fill(3);
         stage.key(Qt::Key_F4);
         QCOMPARE(stage.popup()->pos(), anchor.mapToGlobal(QPoint(0, 60)));
         QCOMPARE(stage.popup()->width(), 300);
-        stage.box->setParent(stage.window); // the anchor dies before it
     }
 
     void theListTakesNeitherFocusNorKeyboard()
@@ -227,16 +242,10 @@ private Q_SLOTS:
     {
         Stage stage;
         QVERIFY(stage.isReady());
-        QFrame anchor(stage.window);
-        anchor.setGeometry(20, 40, 300, 60);
-        stage.box->setParent(&anchor);
-        stage.box->move(50, 10);
+        Anchor anchor(stage);
         auto* label = new QLabel(u"label"_s, &anchor); // which takes no press
         label->setGeometry(0, 0, 40, 20);
-        anchor.show();
-        stage.box->show();
-        stage.box->setFocus();
-        stage.box->SetListAnchor(&anchor);
+        label->show();
         stage.fill(3);
         stage.key(Qt::Key_F4);
         for (const QPoint& place :
@@ -249,7 +258,6 @@ private Q_SLOTS:
         QVERIFY(stage.box->ListIsOpen());
         QTest::mouseClick(stage.window->windowHandle(), Qt::LeftButton, {}, {10, 50}); // beside the anchor
         QVERIFY(!stage.box->ListIsOpen());
-        stage.box->setParent(stage.window);
     }
 
     void aBoxThatCannotBeUsedOpensNoList_data()
