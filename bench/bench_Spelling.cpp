@@ -66,7 +66,8 @@ struct Input
         };
         while (text.size() < TextLength) {
             // Four words of five are among a few hundred that everybody uses; one of fifty is misspelt.
-            QString word = random.bounded(5) == 0 ? any(words.size()) : words.at(random.bounded(400) * 37);
+            QString word =
+                random.bounded(5) == 0 ? any(words.size()) : words.at(qsizetype(random.bounded(400)) * 37);
             text += (random.bounded(50) == 0 ? misspelt(word) : word) +
                     (random.bounded(12) == 0 ? u".\n"_s : u" "_s);
         }

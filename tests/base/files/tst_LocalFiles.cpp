@@ -1,6 +1,7 @@
 #include "base/files/FileFaults.h"
 #include "base/files/FileWriter.h"
 #include "base/files/LocalFiles.h"
+#include "support/ChildProcess.h"
 #include "support/TestCase.h"
 #include "support/TestFiles.h"
 
