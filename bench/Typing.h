@@ -38,6 +38,8 @@ struct CompletedEdit
         edit.resize(400, 30);
         activate(edit, edit);
     }
+    CompletedEdit(const CompletedEdit&) = delete;
+    CompletedEdit& operator=(const CompletedEdit&) = delete;
     /// Types the last key of a query, until the list is painted.
     void typeLast(const QString& query)
     {

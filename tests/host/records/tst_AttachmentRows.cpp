@@ -158,8 +158,7 @@ private Q_SLOTS:
         const auto removed =
             rows->ItemRemoved.subscribe([&](const QVariant& key) { told << u"removed "_s + ToText(key); });
         const auto removedEx = rows->ItemRemovedEx.subscribe([&](qint32 index, const tvTableRowPtr& row) {
-            told << QStringLiteral("removed at %1 ").arg(index) +
-                        ToText(fieldOf(*row, SeqNo)->Value());
+            told << QStringLiteral("removed at %1 ").arg(index) + ToText(fieldOf(*row, SeqNo)->Value());
         });
         const auto primary = rows->PrimaryStatusChanged.subscribe(
             [&](const QVariant& key) { told << (IsNull(key) ? QStringLiteral("no primary") : ToText(key)); });
