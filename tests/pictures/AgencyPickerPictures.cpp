@@ -11,7 +11,6 @@
 #include <QLineEdit>
 #include <QTest>
 
-#include <cstdio>
 #include <functional>
 #include <string_view>
 
@@ -124,13 +123,9 @@ const State States[] = {
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    const QString folder = QApplication::arguments().value(1, QStringLiteral("."));
-    try {
-        const bool isLarge = application.devicePixelRatio() > 1; // one picture is enough
+    return test::writePictures(argc, argv, [](const QString& folder, bool isLarge) {
         for (const State& state : States) {
-            if (isLarge && state.name != std::string_view("open"))
+            if (isLarge && state.name != std::string_view("open")) // one picture is enough
                 continue;
             Form form(state.dark);
             state.bring(form);
@@ -138,9 +133,5 @@ int main(int argc, char** argv)
                                QStringLiteral("AgencyPicker/%1%2")
                                    .arg(QLatin1String(state.name), QLatin1String(isLarge ? "-200" : "")));
         }
-    } catch (const Error& error) {
-        std::fprintf(stderr, "%s\n", qPrintable(error.Description));
-        return 1;
-    }
-    return 0;
+    });
 }

@@ -14,7 +14,6 @@
 #include <QTest>
 #include <QTimer>
 
-#include <cstdio>
 #include <functional>
 
 using namespace tavrin;
@@ -110,11 +109,7 @@ private:
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    const QString folder = QApplication::arguments().value(1, u"."_s);
-    try {
-        const bool isLarge = application.devicePixelRatio() > 1;
+    return test::writePictures(argc, argv, [](const QString& folder, bool isLarge) {
         for (const bool dark : {false, true}) {
             workbench::applyTheme(dark);
             Stage stage(QLatin1String(dark ? "-dark" : "") + QLatin1String(isLarge ? "-200" : ""), folder);
@@ -124,9 +119,5 @@ int main(int argc, char** argv)
             stage.showPrompt(u"Incident 2014-0031"_s, u"folder"_s);
             stage.showPrompt(u"Incident 2014/0031"_s, u"folder-error"_s);
         }
-    } catch (const Error& error) {
-        std::fprintf(stderr, "%s\n", qPrintable(error.Description));
-        return 1;
-    }
-    return 0;
+    });
 }

@@ -15,7 +15,6 @@
 #include <QPainterPath>
 #include <QTest>
 
-#include <cstdio>
 #include <functional>
 
 using namespace tavrin;
@@ -203,11 +202,7 @@ const State States[] = {
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    const QString folder = QApplication::arguments().value(1, u"."_s);
-    try {
-        const bool isLarge = application.devicePixelRatio() > 1;
+    return test::writePictures(argc, argv, [](const QString& folder, bool isLarge) {
         for (const State& state : States) {
             for (const bool dark : {false, true}) {
                 if (isLarge && !state.isLarge)
@@ -222,9 +217,5 @@ int main(int argc, char** argv)
                     menu->close();
             }
         }
-    } catch (const Error& error) {
-        std::fprintf(stderr, "%s\n", qPrintable(error.Description));
-        return 1;
-    }
-    return 0;
+    });
 }

@@ -12,8 +12,6 @@
 #include <QTemporaryDir>
 #include <QTimer>
 
-#include <cstdio>
-
 using namespace tavrin;
 
 namespace {
@@ -97,16 +95,10 @@ void writeStates(bool dark, const QString& folder, const QString& ending)
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    const QString folder = QDir(QApplication::arguments().value(1, QStringLiteral("."))).absolutePath();
-    const QString ending = application.devicePixelRatio() > 1 ? QStringLiteral("-200") : QString();
-    try {
+    return test::writePictures(argc, argv, [](const QString& folder, bool isLarge) {
+        const QString whole = QDir(folder).absolutePath(); // the current folder changes
+        const QString ending = isLarge ? QStringLiteral("-200") : QString();
         for (const bool dark : {false, true})
-            writeStates(dark, folder, ending);
-    } catch (const Error& error) {
-        std::fprintf(stderr, "%s\n", qPrintable(error.Description));
-        return 1;
-    }
-    return 0;
+            writeStates(dark, whole, ending);
+    });
 }

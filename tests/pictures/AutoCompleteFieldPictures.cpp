@@ -6,8 +6,6 @@
 
 #include <QApplication>
 
-#include <cstdio>
-
 using namespace tavrin;
 using tavrin::test::AutoCompleteForm;
 
@@ -68,14 +66,8 @@ void write(const State& state, const QString& folder)
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    try {
+    return test::writePictures(argc, argv, [](const QString& folder, bool) {
         for (const State& state : States)
-            write(state, QApplication::arguments().value(1, QStringLiteral(".")));
-    } catch (const Error& error) {
-        std::fprintf(stderr, "%s\n", qPrintable(error.Description));
-        return 1;
-    }
-    return 0;
+            write(state, folder);
+    });
 }

@@ -13,8 +13,6 @@
 #include <QLabel>
 #include <QTemporaryDir>
 
-#include <cstdio>
-
 using namespace tavrin;
 
 namespace {
@@ -105,12 +103,9 @@ void writeCover(const QString& folder, const QString& name, const QSize& size, b
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    const QString folder = QApplication::arguments().value(1, QStringLiteral("."));
-    try {
+    return test::writePictures(argc, argv, [](const QString& folder, bool isLarge) {
         const HostWithThumbnail host;
-        const QString ending = application.devicePixelRatio() > 1 ? QStringLiteral("-200") : QString();
+        const QString ending = isLarge ? QStringLiteral("-200") : QString();
         for (const bool dark : {false, true}) {
             const QString theme = dark ? QStringLiteral("-dark") : QString();
             writeCover(folder, QStringLiteral("CoverImage/shown") + theme + ending, SmallCover, true, dark);
@@ -119,9 +114,5 @@ int main(int argc, char** argv)
             writeCover(folder, QStringLiteral("CoverImage/large-none") + theme + ending, LargeCover, false,
                        dark);
         }
-    } catch (const Error& error) {
-        std::fprintf(stderr, "%s\n", qPrintable(error.Description));
-        return 1;
-    }
-    return 0;
+    });
 }

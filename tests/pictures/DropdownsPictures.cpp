@@ -11,7 +11,6 @@
 #include <QLineEdit>
 #include <QTest>
 
-#include <cstdio>
 #include <functional>
 #include <string_view>
 
@@ -124,10 +123,7 @@ const State States[] = {
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    const QString folder = QApplication::arguments().value(1, QStringLiteral("."));
-    try {
+    return test::writePictures(argc, argv, [](const QString& folder, bool) {
         for (const auto& kind : {QStringLiteral("TavrinDropdown"), QStringLiteral("NibrsOffensePicker")}) {
             for (const State& state : States) {
                 Form form(state.dark, kind);
@@ -137,9 +133,5 @@ int main(int argc, char** argv)
                 test::writePicture(form.window, folder, kind + QLatin1Char('/') + QLatin1String(state.name));
             }
         }
-    } catch (const Error& error) {
-        std::fprintf(stderr, "%s\n", qPrintable(error.Description));
-        return 1;
-    }
-    return 0;
+    });
 }

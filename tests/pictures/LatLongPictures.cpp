@@ -10,7 +10,6 @@
 
 #include <QLineEdit>
 
-#include <cstdio>
 #include <functional>
 #include <string_view>
 
@@ -135,13 +134,9 @@ const State States[] = {
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    const QString folder = QApplication::arguments().value(1, QStringLiteral("."));
-    try {
-        const bool isLarge = application.devicePixelRatio() > 1; // one picture is enough
+    return test::writePictures(argc, argv, [](const QString& folder, bool isLarge) {
         for (const State& state : States) {
-            if (isLarge && state.name != std::string_view("poor"))
+            if (isLarge && state.name != std::string_view("poor")) // one picture is enough
                 continue;
             Form form(state.dark);
             state.bring(form);
@@ -149,9 +144,5 @@ int main(int argc, char** argv)
                                QStringLiteral("LatLong/%1%2")
                                    .arg(QLatin1String(state.name), QLatin1String(isLarge ? "-200" : "")));
         }
-    } catch (const Error& error) {
-        std::fprintf(stderr, "%s\n", qPrintable(error.Description));
-        return 1;
-    }
-    return 0;
+    });
 }

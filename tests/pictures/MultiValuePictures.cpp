@@ -14,7 +14,6 @@
 #include <QLineEdit>
 #include <QTest>
 
-#include <cstdio>
 #include <functional>
 
 using namespace tavrin;
@@ -160,11 +159,7 @@ void writeDialog(bool dark, const QString& folder, const QString& name, bool onL
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    const QString folder = QApplication::arguments().value(1, QStringLiteral("."));
-    try {
-        const bool isLarge = application.devicePixelRatio() > 1;
+    return test::writePictures(argc, argv, [](const QString& folder, bool isLarge) {
         const QString ending = isLarge ? QStringLiteral("-200") : QString();
         for (const State& state : States) {
             if (isLarge && !QLatin1String(state.name).startsWith(QLatin1String("selected")))
@@ -178,9 +173,5 @@ int main(int argc, char** argv)
         writeDialog(true, folder, QStringLiteral("MultiValue/dialog-dark") + ending, true);
         if (!isLarge)
             writeDialog(false, folder, QStringLiteral("MultiValue/dialog-link"), true);
-    } catch (const Error& error) {
-        std::fprintf(stderr, "%s\n", qPrintable(error.Description));
-        return 1;
-    }
-    return 0;
+    });
 }

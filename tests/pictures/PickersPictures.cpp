@@ -13,7 +13,6 @@
 
 #include <QTest>
 
-#include <cstdio>
 #include <functional>
 #include <string_view>
 
@@ -200,14 +199,10 @@ const State States[] = {
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    const QString folder = QApplication::arguments().value(1, QStringLiteral("."));
-    try {
-        const bool isLarge = application.devicePixelRatio() > 1; // one picture of each picker is enough
+    return test::writePictures(argc, argv, [](const QString& folder, bool isLarge) {
         for (const Kind& kind : Kinds) {
             for (const State& state : States) {
-                if (isLarge && state.name != std::string_view("open"))
+                if (isLarge && state.name != std::string_view("open")) // one picture of each picker is enough
                     continue;
                 Form form(state.dark);
                 form.show(kind.make(&form.window));
@@ -218,9 +213,5 @@ int main(int argc, char** argv)
                                                                  QLatin1String(isLarge ? "-200" : "")));
             }
         }
-    } catch (const Error& error) {
-        std::fprintf(stderr, "%s\n", qPrintable(error.Description));
-        return 1;
-    }
-    return 0;
+    });
 }

@@ -9,6 +9,8 @@
 #include <QPixmap>
 #include <QWidget>
 
+#include <cstdio>
+
 namespace tavrin::test {
 
 /// The window with the lists that are open over it, at the scale of the screen.
@@ -38,6 +40,23 @@ inline void writePicture(QWidget& window, const QString& folder, const QString& 
 {
     QApplication::processEvents();
     writePicture(pictureOf(window), folder, name);
+}
+
+/// What a program does that writes pictures, on a platform without a screen: calls `write` with the folder
+/// that is named on the command line and with whether pictures are written at 200 %. A failure is told on the
+/// standard error, and the program's answer is then 1.
+template <typename Write>
+int writePictures(int argc, char** argv, Write write, const QByteArray& platform = "offscreen")
+{
+    qputenv("QT_QPA_PLATFORM", platform);
+    const QApplication application(argc, argv);
+    try {
+        write(QApplication::arguments().value(1, QStringLiteral(".")), application.devicePixelRatio() > 1);
+    } catch (const Error& error) {
+        std::fprintf(stderr, "%s\n", qPrintable(error.Description));
+        return 1;
+    }
+    return 0;
 }
 
 } // namespace tavrin::test

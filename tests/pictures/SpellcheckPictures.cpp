@@ -10,7 +10,6 @@
 
 #include <QLabel>
 
-#include <cstdio>
 #include <functional>
 #include <string_view>
 
@@ -131,11 +130,7 @@ void writeControl(bool dark, const QString& folder, const QString& name)
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    const QString folder = QApplication::arguments().value(1, QStringLiteral("."));
-    try {
-        const bool isLarge = application.devicePixelRatio() > 1;
+    return test::writePictures(argc, argv, [](const QString& folder, bool isLarge) {
         const QString ending = isLarge ? QStringLiteral("-200") : QString();
         for (const State& state : States) {
             writeDialog(state, false, folder, ending);
@@ -147,9 +142,5 @@ int main(int argc, char** argv)
             writeTogether(false, folder, QStringLiteral("TavrinSpellcheck/over-form"));
             writeTogether(true, folder, QStringLiteral("TavrinSpellcheck/over-form-dark"));
         }
-    } catch (const Error& error) {
-        std::fprintf(stderr, "%s\n", qPrintable(error.Description));
-        return 1;
-    }
-    return 0;
+    });
 }

@@ -25,7 +25,6 @@
 #include <QTest>
 
 #include <algorithm>
-#include <cstdio>
 #include <tuple>
 
 using namespace tavrin;
@@ -176,15 +175,11 @@ int main(int argc, char** argv)
     screen.write(R"({"screens": [{"name": "screen", "x": 0, "y": 0, "width": 1920, "height": 1080,
                                   "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})");
     screen.flush();
-    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(screen.fileName()));
-    QApplication application(argc, argv);
-    try {
-        const QString folder = QApplication::arguments().value(1, QStringLiteral("."));
-        for (const ThemeChoice theme : {ThemeChoice::Light, ThemeChoice::Dark})
-            write(folder, theme);
-    } catch (const Error& error) {
-        std::fprintf(stderr, "%s\n", qPrintable(error.Description));
-        return 1;
-    }
-    return 0;
+    return test::writePictures(
+        argc, argv,
+        [](const QString& folder, bool) {
+            for (const ThemeChoice theme : {ThemeChoice::Light, ThemeChoice::Dark})
+                write(folder, theme);
+        },
+        "offscreen:configfile=" + QFile::encodeName(screen.fileName()));
 }
