@@ -316,7 +316,7 @@ struct AttachmentsForm
         const QList<ShownBox> shown = boxes.take();
         if (shown.isEmpty())
             return {};
-        const ShownBox box = shown.first();
+        const ShownBox& box = shown.first();
         const QString icon =
             box.icon == BoxIcon::Critical ? QStringLiteral("critical") : QStringLiteral("other");
         return shown.size() > 1 ? QStringLiteral("several boxes") : box.text + u'|' + box.title + u'|' + icon;
