@@ -356,9 +356,9 @@ private Q_SLOTS:
             QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(-seconds),
                                      QFileDevice::FileModificationTime));
         };
-        age(23 * 3600);
+        age(qint64(23) * 3600);
         QVERIFY(!removeAbandoned(folder, name));
-        age(25 * 3600);
+        age(qint64(25) * 3600);
         QVERIFY(removeAbandoned(folder, name));
         QCOMPARE(namesIn(m_folder->path()), QStringList());
     }

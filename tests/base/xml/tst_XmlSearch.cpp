@@ -308,7 +308,7 @@ private Q_SLOTS:
         for (int i = 0; i < 200; ++i)
             records += u"<R><N>%1</N></R>"_s.arg(u"long text "_s.repeated(20));
         const XmlDocument document = documentOf(records);
-        const std::size_t texts = 200 * 200;
+        const std::size_t texts = std::size_t(200) * 200;
         for (int i = 0; i < 10; ++i) {
             const QString upper = u"contains(translate(N, 'abc%1', 'ABC'), 'LONG')"_s.arg(i);
             QCOMPARE(found(document, upper), QString());
