@@ -1,6 +1,6 @@
 # What every target of the project shares.
 
-# Compiler options, sanitizers and the precompiled header for one target.
+# Compiler options and sanitizers for one target.
 function(tavrin_options target)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor
                                            -Woverloaded-virtual -Wold-style-cast -Wcast-qual)
@@ -37,4 +37,9 @@ function(tavrin_library name)
     target_precompile_headers(${name} REUSE_FROM ${arg_PCH_OF})
   endif()
   tavrin_options(${name})
+  # A call against the arrows does not link, although the programs would bring the other library along. The
+  # sanitizers' own symbols come with the program.
+  if(NOT TAVRIN_SANITIZE)
+    target_link_options(${name} PRIVATE LINKER:-z,defs)
+  endif()
 endfunction()

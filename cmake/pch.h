@@ -1,4 +1,4 @@
-// Precompiled for every target; no source may rely on it. Small, since every source loads it.
+// Precompiled for every folder above src/base; no source may rely on it. Small, since every source loads it.
 #include <QAction>
 #include <QApplication>
 #include <QByteArray>

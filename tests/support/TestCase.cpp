@@ -49,7 +49,10 @@ int run(TestCase& testCase, int argc, char** argv)
 
 TestUnit::TestUnit(const char* testCase, Main main)
 {
-    units().insert(QString::fromLatin1(testCase).mid(static_cast<qsizetype>(qstrlen("tst_"))), main);
+    const QString name = QString::fromLatin1(testCase).mid(static_cast<qsizetype>(qstrlen("tst_")));
+    if (units().contains(name))
+        qFatal("two units of this program are called %s", qPrintable(name));
+    units().insert(name, main);
 }
 
 int TestUnit::runNamed(int argc, char** argv)

@@ -19,7 +19,7 @@ public:
     /// Waits a moment for another program that has the lock. The file must be there and be open to writing.
     explicit CustomWordFile(const QString& path);
 
-    /// Raises also when it is no text, see `CustomWords::isText`.
+    /// Raises also when it is no text, see `CustomWords::requireText`.
     QByteArray content() const;
     /// Writes behind the content, to the disk. When that fails the file is as it was.
     void append(const QByteArray& lines);

@@ -292,6 +292,20 @@ private Q_SLOTS:
         QCOMPARE(m_stage->text(), u"01234567XYXY"_s);
     }
 
+    void aPutTextGoesOnAtItsEndInOneLineAndAtItsStartInSeveralWhateverTheLimit()
+    {
+        QFETCH_GLOBAL(bool, hasLines);
+        m_stage->setMaxLength(10);
+        m_stage->setText(u"0123"_s);
+        m_stage->setMaxLength(12);
+        m_stage->type(u"x"_s);
+        QCOMPARE(m_stage->text(), hasLines ? u"x0123"_s : u"0123x"_s);
+        m_stage->setText(LongText); // longer than the limit
+        m_stage->press(Qt::Key_Delete);
+        m_stage->press(Qt::Key_Backspace);
+        QCOMPARE(m_stage->text(), hasLines ? LongText.mid(1) : LongText.chopped(1));
+    }
+
     void commandsWorkAtTheLimit()
     {
         m_stage->setMaxLength(3);

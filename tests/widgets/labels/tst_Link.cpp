@@ -4,6 +4,7 @@
 #include "support/TestCase.h"
 #include "widgets/drawing/IconGlyphs.h"
 #include "widgets/labels/Link.h"
+#include "widgets/labels/LinkStage.h"
 
 #include <QAccessible>
 #include <QFontMetrics>
@@ -75,10 +76,11 @@ private Q_SLOTS:
 
     void aDisabledSignIsFainter()
     {
-        Link link;
-        link.SetSymbol(tavrin::ClearGlyph);
-        link.setEnabled(false);
-        const QImage image = imageOf(link);
+        LinkStage stage(LinkKind::Sign);
+        QVERIFY(stage.isReady());
+        stage.hover(true); // which tints none that is disabled
+        stage.link->setEnabled(false);
+        const QImage image = imageOf(*stage.link);
         QVERIFY(strongestOf(image).alpha() < 180);
         QVERIFY(strongestOf(image).alpha() > 80);
     }
