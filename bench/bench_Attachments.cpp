@@ -35,7 +35,7 @@ struct Records
     }
     static std::shared_ptr<FakeCollection> fill(int first, int count)
     {
-        const auto files = std::make_shared<FakeCollection>(
+        auto files = std::make_shared<FakeCollection>(
             QStringList{u"SeqNo"_s, u"FileName"_s, u"OriginalFileName"_s, u"FolderNo"_s, u"Description"_s,
                         u"Notes"_s, u"UserId"_s, u"UserDate"_s});
         for (int key = first; key < first + count; ++key) {

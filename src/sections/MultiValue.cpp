@@ -154,8 +154,8 @@ void MultiValue::BoundControl_SetValue(const BoundBinding* binding, const QVaria
                    // With copies: a follower of the rows may close the form.
                    const QVariantList values = m_values;
                    const QString fieldName = binding->FieldName;
-                   const tvTableCollectionPtr kept =
-                       rows; // NOLINT(performance-unnecessary-copy-initialization)
+                   // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+                   const tvTableCollectionPtr kept = rows;
                    writeValues(values, fieldName, *kept, line);
                });
 }

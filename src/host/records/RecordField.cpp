@@ -32,9 +32,8 @@ QString kindName(ColumnType type)
 template <typename Moment>
 Moment momentIn(const QVariant& value)
 {
-    const Moment moment = value.typeId() == QMetaType::QString
-                              ? Moment::fromString(value.toString(), Qt::ISODate)
-                              : value.value<Moment>();
+    Moment moment = value.typeId() == QMetaType::QString ? Moment::fromString(value.toString(), Qt::ISODate)
+                                                         : value.value<Moment>();
     if (!moment.isValid())
         throw Error(QStringLiteral("Type mismatch"), Error::TypeMismatchNumber);
     return moment;
