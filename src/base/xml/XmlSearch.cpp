@@ -305,7 +305,7 @@ std::size_t XmlSearch::memory() const
 {
     std::size_t bytes = 0;
     for (const Records& records : m_lists) {
-        bytes += records.rows.capacity() * sizeof(Nodes::value_type);
+        bytes += records.rows.capacity() * sizeof(void*); // of each row there is a pointer
         for (const Column& column : records.columns)
             bytes += column.column.memory();
     }
