@@ -1,15 +1,14 @@
 #include "base/files/Descriptor.h"
 #include "spell/CustomDictionary.h"
 #include "spell/SpellTestSupport.h"
+#include "support/FileSizeLimit.h"
 #include "support/TestCase.h"
 
 #include <QTemporaryDir>
 
-#include <csignal>
 #include <functional>
 #include <optional>
 #include <sys/file.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -237,11 +236,8 @@ private Q_SLOTS:
         QCOMPARE(::chmod(QFile::encodeName(m_folder->path()).constData(), 0755), 0);
         QCOMPARE(::chmod(QFile::encodeName(m_path).constData(), 0666), 0);
         const QString text = asNobody([&] {
-            ::signal(SIGXFSZ, SIG_IGN);
-            const rlimit limit{8, 8};
-            return ::setrlimit(RLIMIT_FSIZE, &limit) != 0
-                       ? u"no limit"_s
-                       : failureOf([&] { CustomDictionary(m_path).add(u"longword"_s); });
+            const FileSizeLimit full(8);
+            return failureOf([&] { CustomDictionary(m_path).add(u"longword"_s); });
         });
         QCOMPARE(text, notWritten("File too large"));
         QCOMPARE(bytesOf(m_path), QByteArray("one\n"));

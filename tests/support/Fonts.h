@@ -2,6 +2,9 @@
 
 #include "base/values/Font.h"
 
+#include <QApplication>
+#include <QFont>
+
 #include <memory>
 
 namespace tavrin::test {
@@ -13,5 +16,24 @@ inline FontPtr fontOf(double points)
     font->SetSize(points);
     return font;
 }
+
+/// While it lives, the application's font has this size.
+class ApplicationFontSize
+{
+public:
+    explicit ApplicationFontSize(int points)
+        : m_before(QApplication::font())
+    {
+        QFont font = m_before;
+        font.setPointSize(points);
+        QApplication::setFont(font);
+    }
+    ~ApplicationFontSize() { QApplication::setFont(m_before); }
+    ApplicationFontSize(const ApplicationFontSize&) = delete;
+    ApplicationFontSize& operator=(const ApplicationFontSize&) = delete;
+
+private:
+    QFont m_before;
+};
 
 } // namespace tavrin::test

@@ -1,9 +1,8 @@
 #include "attachments/dialogs/FileUploadStage.h"
+#include "support/Fonts.h"
 #include "support/Looks.h"
 
 #include <QAccessible>
-#include <QApplication>
-#include <QScopeGuard>
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;
@@ -84,11 +83,7 @@ private Q_SLOTS:
     void aLargerFontMovesTheBarBelowTheName()
     {
         QFETCH(int, points);
-        const QFont before = QApplication::font();
-        const auto restore = qScopeGuard([&before] { QApplication::setFont(before); });
-        QFont large = before;
-        large.setPointSize(points);
-        QApplication::setFont(large);
+        const ApplicationFontSize large(points);
         FileUploadStage stage;
         const QString path = stage.file(u"Report.pdf"_s);
         stage.line->SetFile(path);

@@ -1,5 +1,6 @@
 #include "attachments/dialogs/DownloadAllStage.h"
 #include "base/files/FileWriter.h"
+#include "support/OtherFileSystem.h"
 
 #include <QApplication>
 #include <QDir>
@@ -8,7 +9,6 @@
 #include <QTemporaryDir>
 
 #include <csignal>
-#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -16,17 +16,6 @@ using namespace tavrin;
 using namespace tavrin::test;
 
 namespace {
-
-/// A folder in memory, which is another file system than that of temporary files; "" where there is none.
-QString otherFileSystem()
-{
-    struct stat here = {};
-    struct stat there = {};
-    const bool isOther = ::stat(QFile::encodeName(QDir::tempPath()).constData(), &here) == 0 &&
-                         ::stat("/dev/shm", &there) == 0 && here.st_dev != there.st_dev &&
-                         ::access("/dev/shm", W_OK) == 0;
-    return isOther ? u"/dev/shm/tavrin-test-XXXXXX"_s : QString();
-}
 
 /// The run of a child process that is killed in the middle of the second of two files.
 [[noreturn]] void runUntilKilled(const QString& downloads)

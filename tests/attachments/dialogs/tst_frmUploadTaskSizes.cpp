@@ -1,13 +1,14 @@
 #include "attachments/dialogs/UploadTaskStage.h"
+#include "support/Fonts.h"
 #include "widgets/labels/WrapLabel.h"
 
 #include <QPushButton>
-#include <QScopeGuard>
 #include <QScreen>
 #include <QScrollBar>
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;
+using test::ApplicationFontSize;
 using test::LongReason;
 using test::UploadLineHeight;
 using test::UploadTaskStage;
@@ -89,11 +90,7 @@ private Q_SLOTS:
     void aLargerFontLeavesTheQuestionAboveItsButtons()
     {
         QFETCH(int, points);
-        const QFont before = QApplication::font();
-        const auto restore = qScopeGuard([&before] { QApplication::setFont(before); });
-        QFont large = before;
-        large.setPointSize(points);
-        QApplication::setFont(large);
+        const ApplicationFontSize large(points);
         UploadTaskStage stage;
         const QStringList paths = stage.files({u"a"_s});
         stage.fail(paths);

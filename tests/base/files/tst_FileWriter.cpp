@@ -2,6 +2,7 @@
 #include "base/files/FileFaults.h"
 #include "base/files/FileWriter.h"
 #include "support/ChildProcess.h"
+#include "support/FileSizeLimit.h"
 #include "support/TestCase.h"
 #include "support/TestFiles.h"
 
@@ -26,6 +27,7 @@ using tavrin::replaceFile;
 using tavrin::TemporaryPrefix;
 using tavrin::test::bytesOf;
 using tavrin::test::codeOf;
+using tavrin::test::FileSizeLimit;
 using tavrin::test::inChild;
 using tavrin::test::namesIn;
 using tavrin::test::putFile;
@@ -189,10 +191,7 @@ private Q_SLOTS:
         const QString path = m_folder->filePath(u"f"_s);
         putFile(path, "old");
         const int result = inChild([&] {
-            std::signal(SIGXFSZ, SIG_IGN); // the write then fails instead of ending the process
-            const rlimit size = {static_cast<rlim_t>(limit), static_cast<rlim_t>(limit)};
-            if (::setrlimit(RLIMIT_FSIZE, &size) != 0)
-                return WrongText;
+            const FileSizeLimit full(static_cast<rlim_t>(limit));
             return expectRefusal(path, QByteArray(100000, 'n'));
         });
         QCOMPARE(result, Refused);

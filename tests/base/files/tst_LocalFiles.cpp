@@ -2,17 +2,17 @@
 #include "base/files/FileWriter.h"
 #include "base/files/LocalFiles.h"
 #include "support/ChildProcess.h"
+#include "support/FileSizeLimit.h"
+#include "support/OtherFileSystem.h"
 #include "support/TestCase.h"
 #include "support/TestFiles.h"
+#include "support/TracedProgram.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QTemporaryDir>
 
-#include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -29,44 +29,13 @@ mode_t modeOf(const QString& path)
     return state.st_mode & 07777;
 }
 
-/// A folder in memory, which is another file system than that of temporary files; "" where there is none.
-QString otherFileSystem()
-{
-    struct stat here = {};
-    struct stat there = {};
-    const bool isOther = ::stat(QFile::encodeName(QDir::tempPath()).constData(), &here) == 0 &&
-                         ::stat("/dev/shm", &there) == 0 && here.st_dev != there.st_dev &&
-                         ::access("/dev/shm", W_OK) == 0;
-    return isOther ? u"/dev/shm/tavrin-test-XXXXXX"_s : QString();
-}
-
 constexpr int Moved = 0;
 constexpr int Refused = 1;
-constexpr int NotPossible = 2;
-
-bool traceWorks()
-{
-    return QProcess::execute(u"strace"_s, {u"-o"_s, u"/dev/null"_s, u"true"_s}) == 0;
-}
 
 /// Moves in a program of its own, whose calls of the system fail as `faults` tell; returns its answer.
 int moveWith(const QStringList& faults, const QString& from, const QString& to)
 {
-    QStringList arguments{u"-f"_s, u"-qq"_s, u"-o"_s, u"/dev/null"_s};
-    for (const QString& fault : faults)
-        arguments << u"-e"_s << u"inject="_s + fault;
-    arguments << QCoreApplication::applicationFilePath() << test::TestUnit::running() << u"--move"_s << from
-              << to;
-    QProcess program;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    // The search for leaks traces the program too, which only one can do at a time.
-    environment.insert(u"ASAN_OPTIONS"_s, u"detect_leaks=0"_s);
-    program.setProcessEnvironment(environment);
-    program.setProcessChannelMode(QProcess::ForwardedChannels);
-    program.start(u"strace"_s, arguments);
-    if (!program.waitForFinished(120000) || program.exitStatus() != QProcess::NormalExit)
-        return NotPossible;
-    return program.exitCode();
+    return runTraced(injected(faults), {u"--move"_s, from, to});
 }
 
 } // namespace
@@ -132,9 +101,7 @@ private Q_SLOTS:
         const QByteArray content(500000, 'x');
         putFile(from, content);
         QCOMPARE(inChild([&] {
-                     std::signal(SIGXFSZ, SIG_IGN);
-                     const rlimit limit = {65536, 65536};
-                     ::setrlimit(RLIMIT_FSIZE, &limit);
+                     const FileSizeLimit full(65536);
                      const QString text = failureOf([&] { LocalFiles::moveFile(from, to); });
                      return text == u"%1 could not be moved to %2: File too large"_s.arg(from, to) ? 0 : 1;
                  }),
