@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "frame/host_contracts/Caches.h"
 
 #include <QString>
@@ -40,9 +41,9 @@ QString InvalidNameCharacters();
 void PrintHighlighted(PictureSurface& picture, const QString& text, const QString& search);
 
 /// The host's NIBRS module, created on first use and kept for the thread. Raises what its creation raises.
-std::shared_ptr<NibrsModuleService> NibrsModule();
+TAVRIN_COMPANION_EXPORT std::shared_ptr<NibrsModuleService> NibrsModule();
 /// Forgets the module; for a thread that installs another host.
-void ReleaseNibrsModule();
+TAVRIN_COMPANION_EXPORT void ReleaseNibrsModule();
 
 // The grid combo: rows counted from 1, the value in column 2, row 1 the empty row.
 

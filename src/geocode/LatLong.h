@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Contracts.h"
 
@@ -44,7 +45,7 @@ class TextLink;
 /// that the record has refused stays as the person has clicked it, and the next write tries it again.
 ///
 /// The coordinates can be copied from its context menu also while they cannot be typed over.
-class LatLong final : public UserControl, public BoundSection
+class TAVRIN_EXPORT LatLong final : public UserControl, public BoundSection
 {
     Q_OBJECT
     Q_CLASSINFO("ClassName", "TVBoundControls.LatLong")

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Contracts.h"
 #include "widgets/drawing/SharedFont.h"
@@ -23,7 +24,7 @@ class Label;
 ///
 /// The list is loaded at run time when the control is restored from a form, and anew at each value that is
 /// set.
-class AgencyPicker final : public UserControl, public TavrinControl
+class TAVRIN_EXPORT AgencyPicker final : public UserControl, public TavrinControl
 {
     Q_OBJECT
     Q_CLASSINFO("ClassName", "TVBoundControls.AgencyPicker")

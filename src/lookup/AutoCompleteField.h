@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/xml/XmlDocument.h"
 #include "frame/Timer.h"
 #include "frame/control_frame/UserControl.h"
@@ -33,7 +34,7 @@ class TextBox;
 /// field has no events; the form reads both when it saves, or follows `PropertyChanged`. With the key "Text"
 /// that tells of a choice and of a text set by code, never of typing, so that a text which is another one
 /// since was typed and not chosen.
-class AutoCompleteField final : public UserControl
+class TAVRIN_EXPORT AutoCompleteField final : public UserControl
 {
     Q_OBJECT
     Q_CLASSINFO("ClassName", "TVBoundControls.AutoCompleteField")

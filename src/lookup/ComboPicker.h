@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "lookup/SearchPicker.h"
 #include "widgets/search_box/AutoCompleteComboBox.h"
 
@@ -9,7 +10,7 @@ class Label;
 
 /// The frame of `EmployeePicker` and `OffensePicker`: a combo box over a numbered list, and a label beside it
 /// with the chosen entry's long text.
-class ComboPicker : public SearchPicker
+class TAVRIN_EXPORT ComboPicker : public SearchPicker
 {
     Q_OBJECT
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "lookup/ComboPicker.h"
 #include "lookup/EmployeeList.h"
 
@@ -17,7 +18,7 @@ namespace tavrin {
 ///     record.setValue("K9HandlerNo", handler->Value()); // a double, or Null
 ///
 /// The list is cloned at the first need and stays as it was then for the control's whole life.
-class EmployeePicker final : public ComboPicker
+class TAVRIN_EXPORT EmployeePicker final : public ComboPicker
 {
     Q_OBJECT
     Q_CLASSINFO("ClassName", "TVBoundControls.EmployeePicker")

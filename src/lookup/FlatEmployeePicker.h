@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "lookup/EmployeeList.h"
 #include "lookup/FlatPicker.h"
 
@@ -17,7 +18,7 @@ namespace tavrin {
 ///     officer->SetValue(12);
 ///
 /// The list is cloned at the first need and stays as it was then for the control's whole life.
-class FlatEmployeePicker final : public FlatPicker
+class TAVRIN_EXPORT FlatEmployeePicker final : public FlatPicker
 {
     Q_OBJECT
     Q_CLASSINFO("ClassName", "TVBoundControls.FlatEmployeePicker")

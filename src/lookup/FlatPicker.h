@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "frame/host_contracts/Services.h"
 #include "lookup/SearchPicker.h"
 #include "widgets/search_box/AutoCompleteTextBox.h"
@@ -18,7 +19,7 @@ class Tag;
 ///
 /// From the keyboard: Down or Alt+Down opens the list. Where the tag has taken the search box's place,
 /// Delete or Backspace clears, and Ctrl+C copies the chosen name.
-class FlatPicker : public SearchPicker
+class TAVRIN_EXPORT FlatPicker : public SearchPicker
 {
     Q_OBJECT
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "lookup/FlatPicker.h"
 #include "lookup/UserTeamList.h"
 
@@ -19,7 +20,7 @@ namespace tavrin {
 ///     record.setValue("AssignedTo", assigned->Value()); // "user:jobrien", "team:3", or Null
 ///
 /// The lists are cloned at the first need, and afresh after the host has refreshed its caches.
-class FlatUserPicker final : public FlatPicker
+class TAVRIN_EXPORT FlatUserPicker final : public FlatPicker
 {
     Q_OBJECT
     Q_CLASSINFO("ClassName", "TVBoundControls.FlatUserPicker")

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Contracts.h"
 
@@ -21,7 +22,7 @@ class FlatDropdown;
 ///     record.setValue("NibrsCode", code->Value()); // the code as text, or Null for "(None)"
 ///
 /// The list is built when the control is made, and not again.
-class NibrsOffensePicker final : public UserControl, public TavrinControl
+class TAVRIN_EXPORT NibrsOffensePicker final : public UserControl, public TavrinControl
 {
     Q_OBJECT
     Q_CLASSINFO("ClassName", "TVBoundControls.NibrsOffensePicker")

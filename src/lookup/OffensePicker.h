@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "lookup/ComboPicker.h"
 
 namespace tavrin {
@@ -15,7 +16,7 @@ namespace tavrin {
 ///     record.setValue("OffenseNo", offense->Value()); // a double, or Null
 ///
 /// The list is cloned at the first need and stays as it was then for the control's whole life.
-class OffensePicker final : public ComboPicker
+class TAVRIN_EXPORT OffensePicker final : public ComboPicker
 {
     Q_OBJECT
     Q_CLASSINFO("ClassName", "TVBoundControls.OffensePicker")

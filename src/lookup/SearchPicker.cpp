@@ -175,4 +175,9 @@ void SearchPicker::UserControl_ReadProperties(const PropertyBag& bag)
     trapAndGoOn(typeName(), QStringLiteral("ReadProperties"), [this] { showDisplayName(); });
 }
 
+QString SearchPicker::TypedText() const
+{
+    return m_box.TypedText();
+}
+
 } // namespace tavrin

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Contracts.h"
 #include "lookup/NumberedList.h"
@@ -13,7 +14,7 @@
 namespace tavrin {
 
 /// What the four search pickers have in common: a search box, the value, and the host's contract.
-class SearchPicker : public UserControl, public TavrinControl
+class TAVRIN_EXPORT SearchPicker : public UserControl, public TavrinControl
 {
     Q_OBJECT
 
@@ -40,7 +41,7 @@ public:
 
     /// What the person has typed and not chosen yet; "" for nothing. It stands for no value, and gives way to
     /// the chosen entry when the focus leaves the picker.
-    QString TypedText() const { return m_box.TypedText(); }
+    QString TypedText() const;
 
     /// Whether values that sibling fields hold are left out of the list; read at the next search.
     bool RemoveUsedValues() const { return m_removeUsedValues; }

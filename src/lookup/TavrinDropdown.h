@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Contracts.h"
 
@@ -21,7 +22,7 @@ class FlatDropdown;
 ///     race->SetValue(record.value("RaceNo"));
 ///     ...
 ///     record.setValue("RaceNo", race->Value()); // a 32-bit integer, or Null for "(None)"
-class TavrinDropdown final : public UserControl
+class TAVRIN_EXPORT TavrinDropdown final : public UserControl
 {
     Q_OBJECT
     Q_CLASSINFO("ClassName", "TVBoundControls.TavrinDropdown")

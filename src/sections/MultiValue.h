@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/failure/Event.h"
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Contracts.h"
@@ -37,7 +38,7 @@ class frmMultiValueSelect;
 /// rows leaves an empty list, to which nothing can be added and which a save refuses to write, so that no
 /// code of the record is lost; the next fill ends that. Before the first fill there are no values, and a save
 /// removes the rows.
-class MultiValue final : public UserControl, public BoundControl
+class TAVRIN_EXPORT MultiValue final : public UserControl, public BoundControl
 {
     Q_OBJECT
     Q_CLASSINFO("ClassName", "TVBoundControls.MultiValue")

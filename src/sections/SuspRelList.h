@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Caches.h"
 
@@ -33,7 +34,7 @@ class frmSuspRel;
 /// A party's removal leaves its row on the screen until the next read, which does no harm. Before the first
 /// read, and behind one that has failed, the section is empty and a write raises an `Error` before it changes
 /// anything. A read closes the menu and the dialog: both are about the record before.
-class SuspRelList final : public UserControl, public BoundSection
+class TAVRIN_EXPORT SuspRelList final : public UserControl, public BoundSection
 {
     Q_OBJECT
     Q_CLASSINFO("ClassName", "TVBoundControls.SuspRelList")

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/failure/Event.h"
 #include "frame/control_frame/UserControl.h"
 
@@ -34,7 +35,7 @@ SpellingEngineFactory& spellingEngineFactory();
 /// Whoever has right 1 of the module "_Global" may add words, which are then the words of all.
 ///
 /// A failure is told in a box. The control has no saved properties and raises no events.
-class TavrinSpellcheck final : public UserControl
+class TAVRIN_EXPORT TavrinSpellcheck final : public UserControl
 {
     Q_OBJECT
     Q_CLASSINFO("ClassName", "TVBoundControls.TavrinSpellcheck")

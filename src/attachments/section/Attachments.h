@@ -1,6 +1,7 @@
 #pragma once
 
 #include "attachments/files/UploadedFile.h"
+#include "base/export/Export.h"
 #include "frame/Timer.h"
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Contracts.h"
@@ -44,7 +45,7 @@ class UndoLine;
 /// The host may move the collection's position and change its rows while the section shows them: what the
 /// person types, ticks, opens and removes is the row that the pane shows, as long as it is in the collection.
 /// Rows that the host itself adds, removes or renames come into sight with the next `ReadData`.
-class Attachments final : public UserControl, public BoundSection
+class TAVRIN_EXPORT Attachments final : public UserControl, public BoundSection
 {
     Q_OBJECT
     Q_CLASSINFO("ClassName", "TVBoundControls.Attachments")

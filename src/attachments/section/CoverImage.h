@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Contracts.h"
 
@@ -21,7 +22,7 @@ class Label;
 /// change and each new size fetches the thumbnail anew; the control waits for it. While there is no cover, or
 /// none can be had, a quiet sign says so; there is never a message. It has no properties and raises no
 /// events.
-class CoverImage final : public UserControl, public BoundSection
+class TAVRIN_EXPORT CoverImage final : public UserControl, public BoundSection
 {
     Q_OBJECT
     Q_CLASSINFO("ClassName", "TVBoundControls.CoverImage")

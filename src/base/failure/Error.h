@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/export/Export.h"
+
 #include <QString>
 
 #include <exception>
@@ -10,7 +12,7 @@ namespace tavrin {
 /// A failure with a number, a source and a description.
 ///
 /// Number 5 is the ordinary one: a text for a person or for the host, without a number that anybody reads.
-class Error : public std::exception
+class TAVRIN_EXPORT Error : public std::exception
 {
 public:
     /// The ordinary number of a raised failure.

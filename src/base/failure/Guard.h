@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/failure/Error.h"
 
 #include <QObject>
@@ -15,10 +16,10 @@ using UnhandledErrorHandler = std::function<void(const Error& error, const QStri
 
 /// Installs the application's handler of unhandled errors and returns the one before.
 /// Without one, the failure is printed as a warning.
-UnhandledErrorHandler setUnhandledErrorHandler(UnhandledErrorHandler handler);
+TAVRIN_EXPORT UnhandledErrorHandler setUnhandledErrorHandler(UnhandledErrorHandler handler);
 
 /// Hands the exception that is being handled to the installed handler. Never throws.
-void reportUnhandledError(const QString& where) noexcept;
+TAVRIN_EXPORT void reportUnhandledError(const QString& where) noexcept;
 
 /// Runs `body` at a place where Qt calls us; no exception leaves it.
 template <typename Body>

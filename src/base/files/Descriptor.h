@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/failure/Error.h"
 
 #include <QByteArray>
@@ -11,7 +12,7 @@
 namespace tavrin {
 
 /// A call of the system that failed; the description is the system's own word for it.
-class SystemError : public Error
+class TAVRIN_COMPANION_EXPORT SystemError : public Error
 {
 public:
     explicit SystemError(int code);
@@ -22,7 +23,7 @@ public:
 };
 
 /// A file descriptor that closes itself.
-class Descriptor
+class TAVRIN_COMPANION_EXPORT Descriptor
 {
 public:
     Descriptor() = default;
@@ -54,15 +55,15 @@ private:
 
 /// Opens a file or folder of the folder; never one that a program started later would inherit. The folder
 /// `AT_FDCWD` is the working folder.
-Descriptor openAt(int folder, const QByteArray& name, int flags, mode_t mode = 0);
-Descriptor openFolder(const QByteArray& path);
+TAVRIN_COMPANION_EXPORT Descriptor openAt(int folder, const QByteArray& name, int flags, mode_t mode = 0);
+TAVRIN_COMPANION_EXPORT Descriptor openFolder(const QByteArray& path);
 /// Writes all of it; a write that takes only a part is no end.
-void writeAll(const Descriptor& file, const char* data, qint64 length);
+TAVRIN_COMPANION_EXPORT void writeAll(const Descriptor& file, const char* data, qint64 length);
 /// Reads until the buffer is full or the file ends; returns the bytes read.
-qint64 readFull(const Descriptor& file, char* buffer, qint64 size);
+TAVRIN_COMPANION_EXPORT qint64 readFull(const Descriptor& file, char* buffer, qint64 size);
 /// The same from a place in the file, leaving the file's position alone.
-qint64 readFullAt(const Descriptor& file, char* buffer, qint64 size, qint64 offset);
+TAVRIN_COMPANION_EXPORT qint64 readFullAt(const Descriptor& file, char* buffer, qint64 size, qint64 offset);
 /// Brings it to the disk.
-void flush(const Descriptor& file);
+TAVRIN_COMPANION_EXPORT void flush(const Descriptor& file);
 
 } // namespace tavrin

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/files/Descriptor.h"
 #include "base/files/Sha256.h"
 
@@ -17,7 +18,7 @@ namespace tavrin {
 /// `Error` that names the file; the old file then stands as it was, and the temporary one is gone. Only when
 /// the last step fails, the flush of the folder, does the new content stand there, and may be lost in a power
 /// cut.
-void replaceFile(const QString& path, const QByteArray& content);
+TAVRIN_COMPANION_EXPORT void replaceFile(const QString& path, const QByteArray& content);
 
 /// Temporary files of a program that was killed bear names of this beginning; `removeAbandoned` removes them.
 inline constexpr char TemporaryPrefix[] = ".tavrin-tmp-";
@@ -32,7 +33,7 @@ inline constexpr char TemporaryPrefix[] = ".tavrin-tmp-";
 ///     file.write(data, length); // as often as need be
 ///     file.verify();
 ///     file.commit(NewFile::Existing::Keep);
-class NewFile
+class TAVRIN_COMPANION_EXPORT NewFile
 {
 public:
     /// What becomes of a file that stands under the name already.
@@ -87,6 +88,6 @@ private:
 /// The program is gone when its lock on the file is. Since a lock may not reach other workstations on a
 /// mounted share, and some file systems have none, a file of another workstation, or one that cannot be
 /// locked, must also be a day old by the file system's own clock.
-bool removeAbandoned(const Descriptor& folder, const QByteArray& name);
+TAVRIN_COMPANION_EXPORT bool removeAbandoned(const Descriptor& folder, const QByteArray& name);
 
 } // namespace tavrin

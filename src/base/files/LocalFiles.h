@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/export/Export.h"
+
 #include <QString>
 
 /// Steps on files and folders of this machine that never replace anything and never follow a symbolic link.
@@ -17,31 +19,31 @@ inline constexpr qsizetype LongestFileName = 255;
 /// Between file systems the file is copied under a temporary name of the target's folder, flushed to the
 /// disk and renamed, and the folder is flushed. The original is then removed; that it cannot be is no
 /// failure.
-void moveFile(const QString& from, const QString& to);
+TAVRIN_COMPANION_EXPORT void moveFile(const QString& from, const QString& to);
 
 /// Takes from a regular file what would let anybody execute it.
-void makeUnexecutable(const QString& path);
+TAVRIN_COMPANION_EXPORT void makeUnexecutable(const QString& path);
 
 /// Renames a folder in one step. Nothing may bear the name `to` yet.
-void moveFolder(const QString& from, const QString& to);
+TAVRIN_COMPANION_EXPORT void moveFolder(const QString& from, const QString& to);
 
 /// A folder itself; a link to one is none.
-bool isFolder(const QString& path);
+TAVRIN_COMPANION_EXPORT bool isFolder(const QString& path);
 
 /// Makes one folder below a folder that is there. Raises also when something bears its name already.
-void makeFolder(const QString& path);
+TAVRIN_COMPANION_EXPORT void makeFolder(const QString& path);
 
 /// Removes a folder with all that is in it, read-only files and folders included. A link in it goes, what
 /// it leads to stays. What can be removed is removed, also when something else cannot.
-void removeFolder(const QString& path);
+TAVRIN_COMPANION_EXPORT void removeFolder(const QString& path);
 
 /// Removes from a folder the temporary files that a killed program has left there.
-void sweepTemporaries(const QString& folder);
+TAVRIN_COMPANION_EXPORT void sweepTemporaries(const QString& folder);
 
 /// The name itself where a file can bear it, else one that is like it: a separator or a control character
 /// becomes '_', and so do the dots of "." and ".."; an empty name becomes "_", and the base of a name is cut
 /// until its UTF-8 form has `longest` bytes at most. Blanks at its ends, and the names that other platforms
 /// keep for their devices, are names like any other.
-QString usableFileName(const QString& name, qsizetype longest = LongestFileName);
+TAVRIN_COMPANION_EXPORT QString usableFileName(const QString& name, qsizetype longest = LongestFileName);
 
 } // namespace tavrin::LocalFiles

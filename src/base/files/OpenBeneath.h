@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/files/Descriptor.h"
 
 #include <QList>
@@ -16,12 +17,13 @@ enum class Walk
 /// Opens what the names lead to below the folder, and never anything else: no name may be "", "." or ".." or
 /// hold a slash (EINVAL), and none may be a symbolic link (ELOOP), wherever that points. Raises a
 /// `SystemError`.
-Descriptor openBeneath(const Descriptor& folder, const QList<QByteArray>& names, int flags,
-                       Walk walk = Walk::Kernel);
+TAVRIN_COMPANION_EXPORT Descriptor openBeneath(const Descriptor& folder, const QList<QByteArray>& names,
+                                               int flags, Walk walk = Walk::Kernel);
 
 /// Opens the folder that the names lead to under the same rules. Folders that are missing are made and
 /// flushed into the ones above them. They get the mode of `folder` whatever the process's mask says, so that
 /// whoever may write to it may write to them.
-Descriptor makeFoldersBeneath(const Descriptor& folder, const QList<QByteArray>& names);
+TAVRIN_COMPANION_EXPORT Descriptor makeFoldersBeneath(const Descriptor& folder,
+                                                      const QList<QByteArray>& names);
 
 } // namespace tavrin

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/export/Export.h"
+
 #include <QColor>
 #include <QMetaType>
 #include <QPalette>
@@ -11,7 +13,7 @@ namespace tavrin {
 /// Plain: 0x00BBGGRR, blue in the high byte. With the top bit set: 0x80000000 + the index of a system
 /// colour, which is looked up in a palette at the moment of painting, so that a change of theme shows at
 /// once.
-class Color
+class TAVRIN_EXPORT Color
 {
 public:
     constexpr Color() = default;

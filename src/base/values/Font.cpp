@@ -8,62 +8,107 @@
 
 namespace tavrin {
 
+class Font::Private
+{
+public:
+    /// Whether the value is another one; `set` has put it then.
+    template <typename Value>
+    bool change(Value before, Value after, void (QFont::*set)(Value))
+    {
+        if (before == after)
+            return false;
+        (font.*set)(after);
+        return true;
+    }
+
+    QFont font;
+    int charset = 1;
+};
+
 Font::Font()
-    : m_font(QGuiApplication::font())
+    : Font(QGuiApplication::font())
 {
 }
 
 Font::Font(const QFont& font)
-    : m_font(font)
+    : d(std::make_unique<Private>(Private{font}))
 {
 }
 
-template <typename Value>
-void Font::change(const char* property, Value before, Value after, void (QFont::*set)(Value))
+Font::~Font() = default;
+
+QString Font::Name() const
 {
-    if (before == after)
-        return;
-    (m_font.*set)(after);
-    FontChanged.raise(QString::fromLatin1(property));
+    return d->font.family();
 }
 
 void Font::SetName(const QString& name)
 {
     if (name == Name())
         return;
-    m_font.setFamily(name);
+    d->font.setFamily(name);
     FontChanged.raise(QStringLiteral("Name"));
 }
 
 double Font::Size() const
 {
     // A font that was given in pixels has no size in points of its own.
-    return m_font.pixelSize() > 0 ? QFontInfo(m_font).pointSizeF() : m_font.pointSizeF();
+    return d->font.pixelSize() > 0 ? QFontInfo(d->font).pointSizeF() : d->font.pointSizeF();
 }
 
 void Font::SetSize(double points)
 {
-    change("Size", Size(), std::max(points, 1.0), &QFont::setPointSizeF);
+    if (d->change(Size(), std::max(points, 1.0), &QFont::setPointSizeF))
+        FontChanged.raise(QStringLiteral("Size"));
+}
+
+bool Font::Bold() const
+{
+    return d->font.bold();
 }
 
 void Font::SetBold(bool bold)
 {
-    change("Bold", Bold(), bold, &QFont::setBold);
+    if (d->change(Bold(), bold, &QFont::setBold))
+        FontChanged.raise(QStringLiteral("Bold"));
+}
+
+bool Font::Italic() const
+{
+    return d->font.italic();
 }
 
 void Font::SetItalic(bool italic)
 {
-    change("Italic", Italic(), italic, &QFont::setItalic);
+    if (d->change(Italic(), italic, &QFont::setItalic))
+        FontChanged.raise(QStringLiteral("Italic"));
+}
+
+bool Font::Underline() const
+{
+    return d->font.underline();
 }
 
 void Font::SetUnderline(bool underline)
 {
-    change("Underline", Underline(), underline, &QFont::setUnderline);
+    if (d->change(Underline(), underline, &QFont::setUnderline))
+        FontChanged.raise(QStringLiteral("Underline"));
+}
+
+bool Font::Strikethrough() const
+{
+    return d->font.strikeOut();
 }
 
 void Font::SetStrikethrough(bool strikethrough)
 {
-    change("Strikethrough", Strikethrough(), strikethrough, &QFont::setStrikeOut);
+    if (d->change(Strikethrough(), strikethrough, &QFont::setStrikeOut))
+        FontChanged.raise(QStringLiteral("Strikethrough"));
+}
+
+int Font::Weight() const
+{
+    return d->font.weight();
 }
 
 void Font::SetWeight(int weight)
@@ -71,14 +116,24 @@ void Font::SetWeight(int weight)
     const int valid = std::clamp(weight, 1, 1000);
     if (valid == Weight())
         return;
-    m_font.setWeight(static_cast<QFont::Weight>(valid));
+    d->font.setWeight(static_cast<QFont::Weight>(valid));
     FontChanged.raise(QStringLiteral("Weight"));
+}
+
+int Font::Charset() const
+{
+    return d->charset;
 }
 
 void Font::SetCharset(int charset)
 {
-    if (std::exchange(m_charset, charset) != charset)
+    if (std::exchange(d->charset, charset) != charset)
         FontChanged.raise(QStringLiteral("Charset"));
+}
+
+QFont Font::toQFont() const
+{
+    return d->font;
 }
 
 } // namespace tavrin

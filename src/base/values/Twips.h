@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/export/Export.h"
+
 #include <cmath>
 
 namespace tavrin {
@@ -37,7 +39,7 @@ enum class ScaleMode
 };
 
 /// How many twips one unit is. A character is 120 twips wide and 240 high; a user unit counts as a twip.
-Twips twipsPerUnitX(ScaleMode mode);
-Twips twipsPerUnitY(ScaleMode mode);
+TAVRIN_EXPORT Twips twipsPerUnitX(ScaleMode mode);
+TAVRIN_EXPORT Twips twipsPerUnitY(ScaleMode mode);
 
 } // namespace tavrin

@@ -5,6 +5,7 @@
 
 namespace tavrin {
 
+using xml::Access;
 using xml::fromBytes;
 using xml::State;
 using xml::toBytes;
@@ -47,71 +48,92 @@ std::shared_ptr<State> makeDraft()
 
 } // namespace
 
+// Access
+
+namespace xml {
+
+XmlNode Access::root(const XmlDocument& document)
+{
+    const std::shared_ptr<State>& state = document.m_state;
+    return handle(state, state->tree, state->tree->dom.internal_object());
+}
+
+XmlNodeList Access::list(const XmlNode& context, Nodes nodes)
+{
+    XmlNodeList list;
+    if (!nodes.empty())
+        list.m_list = std::make_shared<List>(List{context.m_state, context.m_tree, std::move(nodes)});
+    return list;
+}
+
+pugi::xml_node Access::resolved(const XmlNode& node)
+{
+    while (node.m_state && node.m_tree != node.m_state->tree) {
+        const State::Forward* forward = node.m_state->forwardFrom(node.m_tree.get());
+        pugi::xml_node_struct* const here = shown(node.m_node);
+        pugi::xml_node_struct* next = nullptr;
+        if (forward && forward->to == forward->from)
+            next = here;
+        else if (forward && forward->nodes.count(here) != 0)
+            next = forward->nodes.at(here);
+        const auto state = forward && forward->toState ? forward->toState : node.m_state;
+        const auto tree = forward ? forward->to : nullptr;
+        node.m_state = next ? state : nullptr;
+        node.m_tree = next ? tree : nullptr;
+        node.m_node = hidden(next);
+    }
+    return pugi::xml_node(shown(node.m_node));
+}
+
+pugi::xml_node Access::writable(const XmlNode& handle)
+{
+    const pugi::xml_node node = resolved(handle);
+    if (!node)
+        throw Error(QStringLiteral("The XML node is null"));
+    return handle.m_tree->mayChange() ? node : leaveTree(handle, node);
+}
+
+pugi::xml_node Access::leaveTree(const XmlNode& handle, pugi::xml_node node)
+{
+    // The document leaves the tree that it shares. Other handles into it are led on through a map, which is
+    // only made when there can be any.
+    auto copy = std::make_shared<Tree>();
+    copy->dom.reset(handle.m_tree->dom);
+    const pugi::xml_node place = samePlace(node, copy->dom);
+    const auto old = handle.m_tree;
+    const bool otherHandles = old.use_count() > old->documents + 2; // this handle and `old`
+    handle.m_state->moveTo(copy);
+    if (otherHandles)
+        handle.m_state->forwards.push_back({old, nullptr, copy, pairUp(old->dom, copy->dom)});
+    handle.m_tree = copy;
+    handle.m_node = hidden(place.internal_object());
+    return place;
+}
+
+} // namespace xml
+
 // XmlNode
 
-XmlNode::XmlNode(std::shared_ptr<State> state, std::shared_ptr<Tree> tree, pugi::xml_node_struct* node)
+XmlNode::XmlNode(std::shared_ptr<State> state, std::shared_ptr<Tree> tree, xml::Node* node)
     : m_state(node ? std::move(state) : nullptr)
     , m_tree(node ? std::move(tree) : nullptr)
     , m_node(node)
 {
 }
 
-XmlNode XmlNode::sibling(pugi::xml_node node) const
+bool XmlNode::isNull() const
 {
-    return {m_state, m_tree, node.internal_object()};
-}
-
-pugi::xml_node XmlNode::resolved() const
-{
-    while (m_state && m_tree != m_state->tree) {
-        const State::Forward* forward = m_state->forwardFrom(m_tree.get());
-        pugi::xml_node_struct* next = nullptr;
-        if (forward && forward->to == forward->from)
-            next = m_node;
-        else if (forward && forward->nodes.count(m_node) != 0)
-            next = forward->nodes.at(m_node);
-        const auto state = forward && forward->toState ? forward->toState : m_state;
-        const auto tree = forward ? forward->to : nullptr;
-        m_state = next ? state : nullptr;
-        m_tree = next ? tree : nullptr;
-        m_node = next;
-    }
-    return pugi::xml_node(m_node);
-}
-
-pugi::xml_node XmlNode::writable() const
-{
-    const pugi::xml_node node = resolved();
-    if (!node)
-        throw Error(QStringLiteral("The XML node is null"));
-    return m_tree->mayChange() ? node : leaveTree(node);
-}
-
-pugi::xml_node XmlNode::leaveTree(pugi::xml_node node) const
-{
-    // The document leaves the tree that it shares. Other handles into it are led on through a map, which is
-    // only made when there can be any.
-    auto copy = std::make_shared<Tree>();
-    copy->dom.reset(m_tree->dom);
-    const pugi::xml_node place = xml::samePlace(node, copy->dom);
-    const auto old = m_tree;
-    const bool otherHandles = old.use_count() > old->documents + 2; // this handle and `old`
-    m_state->moveTo(copy);
-    if (otherHandles)
-        m_state->forwards.push_back({old, nullptr, copy, xml::pairUp(old->dom, copy->dom)});
-    m_tree = copy;
-    m_node = place.internal_object();
-    return place;
+    return m_node == nullptr;
 }
 
 QString XmlNode::nodeName() const
 {
-    return fromBytes(resolved().name());
+    return fromBytes(Access::resolved(*this).name());
 }
 
 QString XmlNode::text() const
 {
-    const pugi::xml_node node = resolved();
+    const pugi::xml_node node = Access::resolved(*this);
     const pugi::xml_node only = node.first_child();
     if (!only)
         return fromBytes(node.value());
@@ -124,11 +146,11 @@ QString XmlNode::text() const
 
 void XmlNode::setText(const QString& text)
 {
-    pugi::xml_node node = writable();
+    pugi::xml_node node = Access::writable(*this);
     // A handle below the node must not be left without its memory: the old tree stays for it, and it is led
     // nowhere.
     if (node.first_child() && m_tree.use_count() > m_tree->documents + 1) {
-        node = leaveTree(node);
+        node = Access::leaveTree(*this, node);
         if (!m_state->forwards.empty())
             xml::forgetBelow(node, m_state->forwards.back().nodes);
     }
@@ -140,17 +162,17 @@ void XmlNode::setText(const QString& text)
 
 QString XmlNode::attribute(const QString& name) const
 {
-    return fromBytes(resolved().attribute(toBytes(name).constData()).value());
+    return fromBytes(Access::resolved(*this).attribute(toBytes(name).constData()).value());
 }
 
 bool XmlNode::hasAttribute(const QString& name) const
 {
-    return !resolved().attribute(toBytes(name).constData()).empty();
+    return !Access::resolved(*this).attribute(toBytes(name).constData()).empty();
 }
 
 void XmlNode::setAttribute(const QString& name, const QString& value)
 {
-    pugi::xml_node node = writable(); // its searches keep no attributes
+    pugi::xml_node node = Access::writable(*this); // its searches keep no attributes
     const QByteArray key = toBytes(name);
     pugi::xml_attribute attribute = node.attribute(key.constData());
     if (!attribute)
@@ -160,69 +182,68 @@ void XmlNode::setAttribute(const QString& name, const QString& value)
 
 XmlNode XmlNode::parentNode() const
 {
-    const pugi::xml_node parent = resolved().parent();
-    return parent.type() == pugi::node_element ? sibling(parent) : XmlNode();
+    const pugi::xml_node parent = Access::resolved(*this).parent();
+    return parent.type() == pugi::node_element ? Access::sibling(*this, parent) : XmlNode();
 }
 
 XmlNodeList XmlNode::childNodes() const
 {
-    XmlNodeList list;
-    for (const pugi::xml_node child : resolved().children())
-        list.m_nodes.push_back(child.internal_object());
-    list.m_state = m_state;
-    list.m_tree = m_tree;
-    return list;
+    xml::Nodes children;
+    for (const pugi::xml_node child : Access::resolved(*this).children())
+        children.push_back(child.internal_object());
+    return Access::list(*this, std::move(children));
 }
 
 XmlNode XmlNode::childElement(const QString& name) const
 {
-    return sibling(xml::childElement(resolved(), toBytes(name).constData()));
+    return Access::sibling(*this, xml::childElement(Access::resolved(*this), toBytes(name).constData()));
 }
 
 XmlNode XmlNode::appendChild(const XmlNode& child) const
 {
-    const pugi::xml_node childNode = child.resolved();
+    const pugi::xml_node childNode = Access::resolved(child);
     if (!childNode)
         throw Error(QStringLiteral("The XML node to append is null"));
-    for (pugi::xml_node above = resolved(); above; above = above.parent()) {
+    for (pugi::xml_node above = Access::resolved(*this); above; above = above.parent()) {
         if (above == childNode)
             throw Error(QStringLiteral("An XML node cannot be appended below itself"));
     }
-    pugi::xml_node parent = writable();
+    pugi::xml_node parent = Access::writable(*this);
     m_tree->search.drop();
     if (child.m_state == m_state) {
-        child.resolved(); // the tree may just have been copied
-        parent.append_move(pugi::xml_node(child.m_node));
+        Access::resolved(child); // the tree may just have been copied
+        parent.append_move(pugi::xml_node(Access::node(child)));
         return child;
     }
-    if (!child.m_state->isDraft || pugi::xml_node(child.m_node).parent().type() == pugi::node_element)
+    if (!child.m_state->isDraft || pugi::xml_node(Access::node(child)).parent().type() == pugi::node_element)
         throw Error(QStringLiteral("The XML node stands in another document"));
-    const pugi::xml_node copy = parent.append_copy(pugi::xml_node(child.m_node));
+    const pugi::xml_node copy = parent.append_copy(pugi::xml_node(Access::node(child)));
     const auto draft = child.m_state;
     const auto old = draft->tree;
     const bool otherHandles = old.use_count() > 3; // the draft, `child` and `old`
     draft->moveTo(std::make_shared<Tree>());
     if (otherHandles)
-        draft->forwards.push_back({old, m_state, m_tree, xml::pairUp(pugi::xml_node(child.m_node), copy)});
+        draft->forwards.push_back(
+            {old, m_state, m_tree, xml::pairUp(pugi::xml_node(Access::node(child)), copy)});
     child.m_state = m_state;
     child.m_tree = m_tree;
-    child.m_node = copy.internal_object();
+    child.m_node = Access::hidden(copy.internal_object());
     return child;
 }
 
 XmlNode XmlNode::appendElement(const QString& name, const QString& text) const
 {
-    pugi::xml_node parent = writable();
+    pugi::xml_node parent = Access::writable(*this);
     m_tree->search.drop();
     pugi::xml_node element = parent.append_child(toBytes(name).constData());
     if (!text.isEmpty())
         element.append_child(pugi::node_pcdata).set_value(toBytes(text).constData());
-    return sibling(element);
+    return Access::sibling(*this, element);
 }
 
 XmlNode XmlNode::cloneNode(bool deep) const
 {
-    const pugi::xml_node source = resolved();
+    const pugi::xml_node source = Access::resolved(*this);
     const auto draft = makeDraft();
     pugi::xml_node copy;
     if (deep) {
@@ -233,64 +254,59 @@ XmlNode XmlNode::cloneNode(bool deep) const
         for (const pugi::xml_attribute attribute : source.attributes())
             copy.append_copy(attribute);
     }
-    return {draft, draft->tree, copy.internal_object()};
-}
-
-bool XmlNode::search(const QString& expression, XmlNodeList& list) const
-{
-    const std::optional<SearchPlan> plan = SearchPlan::parse(toBytes(expression).toStdString());
-    std::optional<xml::Nodes> found =
-        plan ? m_tree->search.select(*plan, pugi::xml_node(m_node)) : std::nullopt;
-    if (found)
-        list.m_nodes = std::move(*found);
-    return found.has_value();
+    return Access::handle(draft, draft->tree, copy.internal_object());
 }
 
 XmlNodeList XmlNode::selectNodes(const QString& expression) const
 {
-    XmlNodeList list;
-    const pugi::xml_node context = resolved();
-    list.m_state = m_state;
-    list.m_tree = m_tree;
-    if (context && search(expression, list))
-        return list;
+    const pugi::xml_node context = Access::resolved(*this);
+    // By columns, where the expression is of the family that searches build.
+    const auto plan = context ? SearchPlan::parse(toBytes(expression).toStdString()) : std::nullopt;
+    if (std::optional<xml::Nodes> found = plan ? m_tree->search.select(*plan, context) : std::nullopt)
+        return Access::list(*this, std::move(*found));
+    xml::Nodes nodes;
     evaluate(expression, [&](const pugi::xpath_query& query) {
         pugi::xpath_node_set found = query.evaluate_node_set(context);
         found.sort();
-        list.m_nodes.reserve(found.size());
+        nodes.reserve(found.size());
         for (const pugi::xpath_node& entry : found) {
             if (!entry.node()) // raised as the other failures of an expression are
                 throw Error(QStringLiteral("XPath expression selects attributes, not nodes: ") + expression);
-            list.m_nodes.push_back(entry.node().internal_object());
+            nodes.push_back(entry.node().internal_object());
         }
     });
-    return list;
+    return Access::list(*this, std::move(nodes));
 }
 
 XmlNode XmlNode::selectSingleNode(const QString& expression) const
 {
-    const pugi::xml_node context = resolved();
+    const pugi::xml_node context = Access::resolved(*this);
     return evaluate(expression, [&](const pugi::xpath_query& query) {
-        return sibling(query.evaluate_node(context).node());
+        return Access::sibling(*this, query.evaluate_node(context).node());
     });
 }
 
 XmlDocument XmlNode::ownerDocument() const
 {
-    resolved();
-    return m_state ? XmlDocument(m_state) : XmlDocument();
+    Access::resolved(*this);
+    return m_state ? Access::document(m_state) : XmlDocument();
 }
 
 bool operator==(const XmlNode& a, const XmlNode& b)
 {
-    return a.resolved() == b.resolved() && a.m_state == b.m_state;
+    return Access::resolved(a) == Access::resolved(b) && a.m_state == b.m_state;
 }
 
 // XmlNodeList
 
+std::size_t XmlNodeList::size() const
+{
+    return m_list ? m_list->nodes.size() : 0;
+}
+
 XmlNode XmlNodeList::at(std::size_t index) const
 {
-    return index < m_nodes.size() ? XmlNode(m_state, m_tree, m_nodes[index]) : XmlNode();
+    return index < size() ? Access::handle(m_list->state, m_list->tree, m_list->nodes[index]) : XmlNode();
 }
 
 // XmlDocument
@@ -303,11 +319,6 @@ XmlDocument::XmlDocument()
 XmlDocument::XmlDocument(std::shared_ptr<State> state)
     : m_state(std::move(state))
 {
-}
-
-XmlNode XmlDocument::asNode() const
-{
-    return {m_state, m_state->tree, m_state->tree->dom.internal_object()};
 }
 
 void XmlDocument::loadXML(const QString& text)
@@ -330,31 +341,31 @@ QString XmlDocument::xml() const
 
 XmlNode XmlDocument::documentElement() const
 {
-    return {m_state, m_state->tree, m_state->tree->dom.document_element().internal_object()};
+    return Access::handle(m_state, m_state->tree, m_state->tree->dom.document_element().internal_object());
 }
 
 XmlNode XmlDocument::appendChild(const XmlNode& element)
 {
     if (!documentElement().isNull())
         throw Error(QStringLiteral("The XML document has a root element already"));
-    return asNode().appendChild(element);
+    return Access::root(*this).appendChild(element);
 }
 
 XmlNode XmlDocument::createElement(const QString& name) const
 {
     const auto draft = makeDraft();
     const pugi::xml_node element = draft->tree->dom.append_child(toBytes(name).constData());
-    return {draft, draft->tree, element.internal_object()};
+    return Access::handle(draft, draft->tree, element.internal_object());
 }
 
 XmlNodeList XmlDocument::selectNodes(const QString& expression) const
 {
-    return asNode().selectNodes(expression);
+    return Access::root(*this).selectNodes(expression);
 }
 
 XmlNode XmlDocument::selectSingleNode(const QString& expression) const
 {
-    return asNode().selectSingleNode(expression);
+    return Access::root(*this).selectSingleNode(expression);
 }
 
 XmlDocument XmlDocument::cloneNode(bool deep) const

@@ -1,23 +1,22 @@
 #pragma once
 
+#include "base/export/Export.h"
+
 #include <QString>
 #include <QVariant>
 
 #include <cstddef>
 #include <iterator>
 #include <memory>
-#include <vector>
-
-namespace pugi {
-class xml_node;
-struct xml_node_struct;
-} // namespace pugi
 
 namespace tavrin {
 
 namespace xml {
 struct State; // one document: its tree, which it may share with clones, and its properties
 struct Tree;  // the nodes
+struct Node;  // one of them
+struct List;  // some of them
+struct Access;
 } // namespace xml
 
 class XmlDocument;
@@ -29,12 +28,12 @@ class XmlNodes;
 /// A node keeps its document alive. It stays the same node when its document stops sharing its tree with a
 /// clone, and when it was made by `createElement` and is appended. A default-constructed node is null;
 /// reading from it gives nothing, writing to it raises an `Error`.
-class XmlNode
+class TAVRIN_EXPORT XmlNode
 {
 public:
     XmlNode() = default;
 
-    bool isNull() const { return m_node == nullptr; }
+    bool isNull() const;
     QString nodeName() const;
 
     /// The texts of the node and of everything below it, in document order.
@@ -79,24 +78,14 @@ public:
     friend bool operator!=(const XmlNode& a, const XmlNode& b) { return !(a == b); }
 
 private:
-    friend class XmlDocument;
-    friend class XmlNodeList;
-    friend class XmlNodes;
-    friend struct xml::State;
+    friend struct xml::Access;
 
-    XmlNode(std::shared_ptr<xml::State> state, std::shared_ptr<xml::Tree> tree, pugi::xml_node_struct* node);
-
-    pugi::xml_node resolved() const;
-    pugi::xml_node writable() const;
-    pugi::xml_node leaveTree(pugi::xml_node node) const;
-    /// By columns, where the expression is of the family that `SearchPlan` knows.
-    bool search(const QString& expression, XmlNodeList& list) const;
-    XmlNode sibling(pugi::xml_node node) const;
+    XmlNode(std::shared_ptr<xml::State> state, std::shared_ptr<xml::Tree> tree, xml::Node* node);
 
     // Mutable: a handle follows its node into another tree when it is next used.
     mutable std::shared_ptr<xml::State> m_state;
     mutable std::shared_ptr<xml::Tree> m_tree;
-    mutable pugi::xml_node_struct* m_node = nullptr;
+    mutable xml::Node* m_node = nullptr;
 };
 
 /// Goes through a list of nodes by their index.
@@ -134,25 +123,23 @@ private:
     std::size_t m_index;
 };
 
-/// Nodes in a fixed order. Holds 8 bytes a node; an `XmlNode` comes into being at access.
-class XmlNodeList
+/// Nodes in a fixed order; copies share them. Holds 8 bytes a node; an `XmlNode` comes into being at access.
+class TAVRIN_EXPORT XmlNodeList
 {
 public:
     using Iterator = XmlNodeIterator<XmlNodeList>;
 
-    std::size_t size() const { return m_nodes.size(); }
-    bool empty() const { return m_nodes.empty(); }
+    std::size_t size() const;
+    bool empty() const { return size() == 0; }
     /// The node at `index`, counted from 0; null outside the list.
     XmlNode at(std::size_t index) const;
     Iterator begin() const { return {this, 0}; }
     Iterator end() const { return {this, size()}; }
 
 private:
-    friend class XmlNode;
-    friend class XmlNodes;
-    std::shared_ptr<xml::State> m_state;
-    std::shared_ptr<xml::Tree> m_tree;
-    std::vector<pugi::xml_node_struct*> m_nodes;
+    friend struct xml::Access;
+
+    std::shared_ptr<xml::List> m_list; // nullptr for none
 };
 
 /// An XML document, shared by reference: copies of the object name the same document.
@@ -164,7 +151,7 @@ private:
 ///     document.loadXML(QStringLiteral("<List><Item>a</Item></List>"));
 ///     for (const XmlNode& item : document.selectNodes(QStringLiteral("List/Item")))
 ///         qInfo() << item.text();
-class XmlDocument
+class TAVRIN_EXPORT XmlDocument
 {
 public:
     XmlDocument();
@@ -200,9 +187,8 @@ public:
     bool sharesTreeWith(const XmlDocument& other) const;
 
 private:
-    friend class XmlNode;
+    friend struct xml::Access;
     explicit XmlDocument(std::shared_ptr<xml::State> state);
-    XmlNode asNode() const;
 
     std::shared_ptr<xml::State> m_state;
 };

@@ -8,6 +8,8 @@
 
 namespace tavrin {
 
+using xml::Access;
+
 namespace {
 
 /// From so many nodes of one document on, gathering the texts of the whole list pays.
@@ -38,11 +40,12 @@ std::string_view plainText(pugi::xml_node element)
 
 } // namespace
 
-XmlNodes::XmlNodes(XmlNodeList list)
-    : m_nodes(std::move(list.m_nodes))
+XmlNodes::XmlNodes(const XmlNodeList& list)
 {
-    if (!m_nodes.empty())
-        m_runs.push_back({std::move(list.m_state), std::move(list.m_tree), m_nodes.size()});
+    if (const auto& content = Access::content(list)) {
+        m_nodes = content->nodes;
+        m_runs.push_back({content->state, content->tree, m_nodes.size()});
+    }
 }
 
 XmlNode XmlNodes::at(std::size_t index) const
@@ -58,11 +61,11 @@ XmlNode XmlNodes::at(std::size_t index) const
 
 void XmlNodes::Run::lead(XmlNode& node, pugi::xml_node_struct* to) const
 {
-    if (node.m_tree != tree || node.m_state != state) {
-        node.m_state = state;
-        node.m_tree = tree;
+    if (Access::tree(node) != tree || Access::state(node) != state) {
+        Access::state(node) = state;
+        Access::tree(node) = tree;
     }
-    node.m_node = to;
+    Access::lead(node, to);
 }
 
 void XmlNodes::add(const Run& run, pugi::xml_node_struct* node)
@@ -97,7 +100,7 @@ std::vector<std::optional<qint32>> XmlNodes::childNumbers(const QString& name) c
 
 void XmlNodes::push_back(const XmlNode& node)
 {
-    add({node.m_state, node.m_tree, 0}, node.m_node);
+    add({Access::state(node), Access::tree(node), 0}, Access::node(node));
 }
 
 void XmlNodes::append(const XmlNodes& others)

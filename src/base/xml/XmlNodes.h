@@ -10,6 +10,10 @@
 #include <utility>
 #include <vector>
 
+namespace pugi {
+struct xml_node_struct;
+} // namespace pugi
+
 namespace tavrin {
 
 /// A collection of nodes in an order of its own, of one document or of several.
@@ -26,7 +30,7 @@ public:
     using Iterator = XmlNodeIterator<XmlNodes>;
 
     XmlNodes() = default;
-    explicit XmlNodes(XmlNodeList list);
+    explicit XmlNodes(const XmlNodeList& list);
 
     std::size_t size() const { return m_nodes.size(); }
     bool empty() const { return m_nodes.empty(); }

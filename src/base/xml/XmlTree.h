@@ -1,7 +1,8 @@
 #pragma once
 
-// Private to XmlDocument.cpp, XmlTree.cpp, XmlSearch.cpp: the only ones that name pugixml.
+// Private to XmlDocument.cpp, XmlNodes.cpp, XmlTree.cpp, XmlSearch.cpp: the only ones that name pugixml.
 
+#include "base/xml/XmlDocument.h"
 #include "base/xml/XmlSearch.h"
 
 #include <QByteArray>
@@ -55,6 +56,46 @@ struct State
     QMap<QString, QVariant> properties;
     std::vector<Forward> forwards;
     bool isDraft = false; // holds one node that was made by createElement and stands in no document yet
+};
+
+/// What an `XmlNodeList` holds: nodes of one tree.
+struct List
+{
+    std::shared_ptr<State> state;
+    std::shared_ptr<Tree> tree;
+    Nodes nodes;
+};
+
+/// The way behind the handles, which name nothing of pugixml.
+struct Access
+{
+    static Node* hidden(pugi::xml_node_struct* node) { return reinterpret_cast<Node*>(node); }
+    static pugi::xml_node_struct* shown(Node* node) { return reinterpret_cast<pugi::xml_node_struct*>(node); }
+
+    static XmlNode handle(std::shared_ptr<State> state, std::shared_ptr<Tree> tree,
+                          pugi::xml_node_struct* node)
+    {
+        return {std::move(state), std::move(tree), hidden(node)};
+    }
+    /// Another node of the same tree.
+    static XmlNode sibling(const XmlNode& node, pugi::xml_node other)
+    {
+        return handle(node.m_state, node.m_tree, other.internal_object());
+    }
+    static XmlNode root(const XmlDocument& document);
+    static XmlDocument document(const std::shared_ptr<State>& state) { return XmlDocument(state); }
+    static XmlNodeList list(const XmlNode& context, Nodes nodes);
+    static const std::shared_ptr<List>& content(const XmlNodeList& list) { return list.m_list; }
+    static std::shared_ptr<State>& state(const XmlNode& node) { return node.m_state; }
+    static std::shared_ptr<Tree>& tree(const XmlNode& node) { return node.m_tree; }
+    static pugi::xml_node_struct* node(const XmlNode& node) { return shown(node.m_node); }
+    static void lead(const XmlNode& node, pugi::xml_node_struct* to) { node.m_node = hidden(to); }
+
+    /// The node where it is now, after the handle has followed it.
+    static pugi::xml_node resolved(const XmlNode& node);
+    /// The same in a tree that may be changed. Raises an `Error` for the null node.
+    static pugi::xml_node writable(const XmlNode& node);
+    static pugi::xml_node leaveTree(const XmlNode& handle, pugi::xml_node node);
 };
 
 /// Pairs each node at and below `from` with the one at the same place at and below `to`, its copy.

@@ -26,32 +26,45 @@ bool DesignTime::isActive()
     return designTimeDepth > 0;
 }
 
-Ambient::Ambient(const QWidget& control)
-    : m_control(control)
-    , m_userMode(!DesignTime::isActive())
+class Ambient::Private
 {
+public:
+    const QWidget& control;
+    bool userMode;
+};
+
+Ambient::Ambient(const QWidget& control)
+    : d(std::make_unique<Private>(Private{control, !DesignTime::isActive()}))
+{
+}
+
+Ambient::~Ambient() = default;
+
+bool Ambient::UserMode() const
+{
+    return d->userMode;
 }
 
 QString Ambient::DisplayName() const
 {
-    return m_control.objectName();
+    return d->control.objectName();
 }
 
 FontPtr Ambient::Font() const
 {
-    const QWidget* container = m_control.parentWidget();
-    return std::make_shared<tavrin::Font>(container ? container->font() : m_control.font());
+    const QWidget* container = d->control.parentWidget();
+    return std::make_shared<tavrin::Font>(container ? container->font() : d->control.font());
 }
 
 Color Ambient::BackColor() const
 {
-    const QWidget* container = m_control.parentWidget();
+    const QWidget* container = d->control.parentWidget();
     return container ? shownBackColor(*container) : SystemColor::ButtonFace;
 }
 
 QString Ambient::ScaleUnits() const
 {
-    const QWidget* container = m_control.parentWidget();
+    const QWidget* container = d->control.parentWidget();
     const QVariant units = container ? container->property("ScaleUnits") : QVariant();
     return units.isValid() ? units.toString() : QStringLiteral("Twip");
 }

@@ -1,22 +1,26 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/values/Color.h"
 #include "base/values/Font.h"
 
 #include <QString>
+
+#include <memory>
 
 class QWidget;
 
 namespace tavrin {
 
 /// What a control learns of its container. Read afresh at each call.
-class Ambient
+class TAVRIN_EXPORT Ambient
 {
 public:
     explicit Ambient(const QWidget& control);
+    ~Ambient();
 
     /// False in the designer, true at run time; fixed when the control is made.
-    bool UserMode() const { return m_userMode; }
+    bool UserMode() const;
     /// The name that the designer gave the instance.
     QString DisplayName() const;
     FontPtr Font() const;
@@ -26,13 +30,13 @@ public:
     QString ScaleUnits() const;
 
 private:
-    const QWidget& m_control;
-    bool m_userMode;
+    class Private;
+    std::unique_ptr<Private> d;
 };
 
 /// Controls that are made while such an object lives on the thread run in the designer: they leave the
 /// host's lists alone and show themselves only.
-class DesignTime
+class TAVRIN_EXPORT DesignTime
 {
 public:
     DesignTime();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/values/Color.h"
 
 class QWidget;
@@ -7,7 +8,7 @@ class QWidget;
 namespace tavrin {
 
 /// A control's container, as far as the control may ask it.
-class Container
+class TAVRIN_EXPORT Container
 {
 public:
     explicit Container(QWidget* widget)
@@ -26,7 +27,7 @@ private:
 };
 
 /// The container's wrapper around a control: its place, in the container's units of length.
-class Extender
+class TAVRIN_EXPORT Extender
 {
 public:
     explicit Extender(QWidget& control)

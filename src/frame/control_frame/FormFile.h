@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "frame/control_frame/ControlRegister.h"
 #include "frame/control_frame/PropertyBag.h"
 
@@ -17,7 +18,7 @@ namespace tavrin {
 ///                       "host": { "field": "WeaponNo", "label": "&Weapon" } } ] }
 ///
 /// What stands under "host" is the host's own and travels along untouched.
-class FormFile
+class TAVRIN_EXPORT FormFile
 {
 public:
     struct Control

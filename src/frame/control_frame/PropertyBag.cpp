@@ -116,34 +116,55 @@ auto find(Entries& entries, const QString& key)
 
 } // namespace
 
+class PropertyBag::Private : public QSharedData
+{
+public:
+    std::vector<Entry> entries;
+};
+
+PropertyBag::PropertyBag()
+    : d(new Private)
+{
+}
+
+PropertyBag::PropertyBag(const PropertyBag&) = default;
+PropertyBag& PropertyBag::operator=(const PropertyBag&) = default;
+PropertyBag::~PropertyBag() = default;
+
+const std::vector<PropertyBag::Entry>& PropertyBag::entries() const
+{
+    return d->entries;
+}
+
 QVariant PropertyBag::ReadProperty(const QString& key, const QVariant& fallback) const
 {
-    const auto entry = find(m_entries, key);
-    return entry == m_entries.end() ? fallback : entry->value;
+    const auto entry = find(d->entries, key);
+    return entry == d->entries.end() ? fallback : entry->value;
 }
 
 void PropertyBag::WriteProperty(const QString& key, const QVariant& value, const QVariant& fallback)
 {
-    const auto entry = find(m_entries, key);
+    std::vector<Entry>& entries = d->entries;
+    const auto entry = find(entries, key);
     if (SameValue(value, fallback)) {
-        if (entry != m_entries.end())
-            m_entries.erase(entry);
-    } else if (entry != m_entries.end()) {
+        if (entry != entries.end())
+            entries.erase(entry);
+    } else if (entry != entries.end()) {
         *entry = {key, value};
     } else {
-        m_entries.push_back({key, value});
+        entries.push_back({key, value});
     }
 }
 
 bool PropertyBag::contains(const QString& key) const
 {
-    return find(m_entries, key) != m_entries.end();
+    return find(d->entries, key) != d->entries.end();
 }
 
 QJsonObject PropertyBag::toJson() const
 {
     QJsonObject object;
-    for (const Entry& entry : m_entries)
+    for (const Entry& entry : d->entries)
         object.insert(entry.key, toJsonValue(entry.key, entry.value));
     return object;
 }

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "base/export/Export.h"
+
 #include <QJsonObject>
+#include <QSharedDataPointer>
 #include <QString>
 #include <QVariant>
 
@@ -10,7 +13,7 @@ namespace tavrin {
 
 /// The saved properties of one control: named values in the order in which they were written. Keys compare
 /// without case. It belongs to the form file; a control holds it only while it reads or writes.
-class PropertyBag
+class TAVRIN_EXPORT PropertyBag
 {
 public:
     struct Entry
@@ -19,13 +22,18 @@ public:
         QVariant value;
     };
 
+    PropertyBag();
+    PropertyBag(const PropertyBag& other);
+    PropertyBag& operator=(const PropertyBag& other);
+    ~PropertyBag();
+
     /// The stored value, or `fallback` when there is none.
     QVariant ReadProperty(const QString& key, const QVariant& fallback) const;
     /// Stores the value; a value that equals `fallback` is not stored, and removes one that is.
     void WriteProperty(const QString& key, const QVariant& value, const QVariant& fallback);
 
     bool contains(const QString& key) const;
-    const std::vector<Entry>& entries() const { return m_entries; }
+    const std::vector<Entry>& entries() const;
 
     /// Booleans, numbers, texts and Null as JSON has them. Colours, fonts and pictures are objects:
     /// {"color": "0x80000005"}, {"font": {"name": ..., "size": points, "weight": ...}}, {"picture": PNG as
@@ -35,7 +43,8 @@ public:
     static PropertyBag fromJson(const QJsonObject& object, QStringList* problems = nullptr);
 
 private:
-    std::vector<Entry> m_entries;
+    class Private;
+    QSharedDataPointer<Private> d;
 };
 
 } // namespace tavrin

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/values/Color.h"
 #include "base/values/Font.h"
 
@@ -41,21 +42,21 @@ struct SavedProperty
 
 /// The property "Font". A font that says the same as the default counts as the default, though it is another
 /// object.
-SavedProperty fontProperty(const FontPtr& standard, std::function<FontPtr()> get,
-                           std::function<void(const FontPtr&)> put);
+TAVRIN_EXPORT SavedProperty fontProperty(const FontPtr& standard, std::function<FontPtr()> get,
+                                         std::function<void(const FontPtr&)> put);
 
 /// A property that is a colour.
-SavedProperty colorProperty(const QString& key, Color standard, std::function<Color()> get,
-                            std::function<void(Color)> put);
+TAVRIN_EXPORT SavedProperty colorProperty(const QString& key, Color standard, std::function<Color()> get,
+                                          std::function<void(Color)> put);
 
 /// A property that is a yes or no.
-SavedProperty booleanProperty(const QString& key, bool standard, std::function<bool()> get,
-                              std::function<void(bool)> put);
+TAVRIN_EXPORT SavedProperty booleanProperty(const QString& key, bool standard, std::function<bool()> get,
+                                            std::function<void(bool)> put);
 
 /// In the order in which they are read and written.
 using SavedProperties = std::vector<SavedProperty>;
 
 /// The value as the property's kind wants it. Raises an `Error` when it cannot be converted.
-QVariant convertProperty(PropertyKind kind, const QVariant& value);
+TAVRIN_EXPORT QVariant convertProperty(PropertyKind kind, const QVariant& value);
 
 } // namespace tavrin

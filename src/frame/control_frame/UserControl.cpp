@@ -16,11 +16,38 @@ namespace {
 thread_local QList<UserControl*> controlsWithFocus;
 } // namespace
 
+class UserControl::Private
+{
+public:
+    Private(UserControl& control, const ControlSite& site)
+        : q(control)
+        , saved(site.saved)
+        , ambient(control)
+        , extender(control)
+    {
+    }
+
+    void focusMoved();
+    bool containsFocus() const;
+    void leaveFocus();
+    void containerChanged(const QString& propertyName);
+    void ambientChanged(const QString& propertyName);
+    void propertyStep(const QString& routine, const std::function<void()>& statement) const;
+
+    UserControl& q;
+    const PropertyBag* saved;
+    Ambient ambient;
+    Extender extender;
+    QMetaObject::Connection focusConnection;
+    std::unique_ptr<ContainerWatch> containerWatch;
+    Color frameBackColor = SystemColor::ButtonFace;
+    bool begun = false;
+    bool focusInside = false;
+};
+
 UserControl::UserControl(QWidget* parent, const ControlSite& site)
     : QWidget(parent)
-    , m_saved(site.saved)
-    , m_ambient(*this)
-    , m_extender(*this)
+    , d(std::make_unique<Private>(*this, site))
 {
     setObjectName(site.name);
 }
@@ -28,22 +55,32 @@ UserControl::UserControl(QWidget* parent, const ControlSite& site)
 UserControl::~UserControl()
 {
     controlsWithFocus.removeOne(this);
-    disconnect(m_focusConnection); // no focus event reaches a half-destroyed control
+    disconnect(d->focusConnection); // no focus event reaches a half-destroyed control
+}
+
+const Ambient& UserControl::ambient() const
+{
+    return d->ambient;
+}
+
+Extender& UserControl::extender()
+{
+    return d->extender;
 }
 
 void UserControl::begin()
 {
-    m_focusConnection = connectGuarded(qApp, &QApplication::focusChanged, this, "UserControl_Focus",
-                                       [this] { focusMoved(); });
+    d->focusConnection = connectGuarded(qApp, &QApplication::focusChanged, this, "UserControl_Focus",
+                                        [this] { d->focusMoved(); });
     connectGuarded(this, &QObject::objectNameChanged, this, "UserControl_AmbientChanged",
-                   [this] { ambientChanged(QStringLiteral("DisplayName")); });
-    m_containerWatch =
-        std::make_unique<ContainerWatch>(*this, [this](const QString& name) { containerChanged(name); });
-    if (const PropertyBag* saved = std::exchange(m_saved, nullptr))
+                   [this] { d->ambientChanged(QStringLiteral("DisplayName")); });
+    d->containerWatch =
+        std::make_unique<ContainerWatch>(*this, [this](const QString& name) { d->containerChanged(name); });
+    if (const PropertyBag* saved = std::exchange(d->saved, nullptr))
         UserControl_ReadProperties(*saved);
     else
         UserControl_InitProperties();
-    m_begun = true;
+    d->begun = true;
 }
 
 qint32 UserControl::hWnd() const
@@ -91,9 +128,14 @@ QList<QWidget*> UserControl::Controls() const
 
 // Colours
 
+Color UserControl::FrameBackColor() const
+{
+    return d->frameBackColor;
+}
+
 void UserControl::SetFrameBackColor(Color color)
 {
-    m_frameBackColor = color;
+    d->frameBackColor = color;
     QPalette own = palette();
     own.setColor(QPalette::Window, color.resolve(QApplication::palette()));
     setPalette(own);
@@ -106,20 +148,20 @@ void UserControl::TakeContainerBackColor()
     SetFrameBackColor(ContainerBackColor());
     // What a container without the property shows need not be one colour: a style may draw it, and it may be
     // looked through. So nothing is drawn over it.
-    setAutoFillBackground(m_extender.Container().HasBackColor());
+    setAutoFillBackground(d->extender.Container().HasBackColor());
 }
 
 Color UserControl::TakeAmbientBackColor()
 {
-    return m_containerWatch ? m_containerWatch->takeColor() : m_ambient.BackColor();
+    return d->containerWatch ? d->containerWatch->takeColor() : d->ambient.BackColor();
 }
 
 Color UserControl::ContainerBackColor() const
 {
     try {
-        return m_extender.Container().BackColor();
+        return d->extender.Container().BackColor();
     } catch (const Error&) {
-        return m_ambient.BackColor();
+        return d->ambient.BackColor();
     }
 }
 
@@ -132,10 +174,10 @@ bool UserControl::ReportChange(const QString& key)
     return !self.isNull();
 }
 
-void UserControl::propertyStep(const QString& routine, const std::function<void()>& statement) const
+void UserControl::Private::propertyStep(const QString& routine, const std::function<void()>& statement) const
 {
-    if (trapsPropertyErrors())
-        trapAndGoOn(typeName(), routine, statement);
+    if (q.trapsPropertyErrors())
+        trapAndGoOn(q.typeName(), routine, statement);
     else
         statement();
 }
@@ -147,20 +189,20 @@ void UserControl::UserControl_ReadProperties(const PropertyBag& bag)
     for (const SavedProperty& property : savedProperties()) {
         if (!self)
             return; // a follower of a property has deleted the control
-        propertyStep(routine, [&] {
+        d->propertyStep(routine, [&] {
             QVariant value = property.defaultValue;
             const auto readKey = [&](const QString& key) {
                 value = convertProperty(property.kind, bag.ReadProperty(key, value));
             };
             const auto read = [&] { readKey(property.key); };
             if (!property.olderKey.isEmpty())
-                propertyStep(routine, [&] { readKey(property.olderKey); });
+                d->propertyStep(routine, [&] { readKey(property.olderKey); });
             // What cannot be read leaves a living control as it is; a new one has nothing yet to keep and
             // takes the default.
-            if (m_begun)
+            if (d->begun)
                 read();
             else
-                propertyStep(routine, read);
+                d->propertyStep(routine, read);
             property.put(value);
         });
     }
@@ -169,7 +211,7 @@ void UserControl::UserControl_ReadProperties(const PropertyBag& bag)
 void UserControl::UserControl_WriteProperties(PropertyBag& bag)
 {
     for (const SavedProperty& property : savedProperties()) {
-        propertyStep(QStringLiteral("WriteProperties"), [&] {
+        d->propertyStep(QStringLiteral("WriteProperties"), [&] {
             const QString& key = property.writtenKey.isEmpty() ? property.key : property.writtenKey;
             bag.WriteProperty(key, property.get(), property.defaultValue);
         });
@@ -193,10 +235,10 @@ void UserControl::showEvent(QShowEvent* event)
     guard("UserControl_Show", [this] { UserControl_Show(); });
     // The style has its say before a widget is shown, and a hidden one is not painted: neither is told.
     if (self)
-        m_containerWatch->look();
+        d->containerWatch->look();
     // A constituent may have kept the focus while it was hidden.
     if (self && QApplication::focusWidget())
-        guard("UserControl_Focus", [this] { focusMoved(); });
+        guard("UserControl_Focus", [this] { d->focusMoved(); });
 }
 
 void UserControl::hideEvent(QHideEvent* event)
@@ -204,7 +246,7 @@ void UserControl::hideEvent(QHideEvent* event)
     QWidget::hideEvent(event);
     if (event->spontaneous())
         return;
-    guard("UserControl_Focus", [this] { leaveFocus(); });
+    guard("UserControl_Focus", [this] { d->leaveFocus(); });
     guard("UserControl_Hide", [this] { UserControl_Hide(); });
 }
 
@@ -249,68 +291,74 @@ void UserControl::mouseReleaseEvent(QMouseEvent* event)
     });
 }
 
-void UserControl::focusMoved()
+void UserControl::Private::focusMoved()
 {
     // Where the focus is, and not what the signal says of it: whoever was told before may have moved it on.
     const QWidget* now = QApplication::focusWidget();
     // Another program or another window takes the focus for a while; nothing in the active window takes it
     // for good.
-    const bool isElsewhere = now ? now->window() != window() : QApplication::activeWindow() != window();
+    const bool isElsewhere = now ? now->window() != q.window() : QApplication::activeWindow() != q.window();
     if (isElsewhere)
         return;
     if (!containsFocus()) {
         leaveFocus();
         return;
     }
-    if (m_focusInside)
+    if (focusInside)
         return;
     // The focus leaves the other controls first, whichever of them Qt tells first.
     const QList<UserControl*> others = controlsWithFocus;
-    const QPointer<UserControl> self(this);
+    const QPointer<UserControl> self(&q);
     for (UserControl* other : others) {
         if (controlsWithFocus.contains(other))
-            guard("UserControl_Focus", [other] { other->focusMoved(); });
+            guard("UserControl_Focus", [other] { other->d->focusMoved(); });
     }
     // One of them may have kept it, or this one has entered meanwhile.
-    if (!self || m_focusInside || !containsFocus())
+    if (!self || focusInside || !containsFocus())
         return;
-    m_focusInside = true;
-    controlsWithFocus.append(this);
-    UserControl_EnterFocus();
+    focusInside = true;
+    controlsWithFocus.append(&q);
+    q.UserControl_EnterFocus();
 }
 
-bool UserControl::containsFocus() const
+bool UserControl::Private::containsFocus() const
 {
     const QWidget* now = QApplication::focusWidget();
-    return now && (now == this || isAncestorOf(now));
+    return now && (now == &q || q.isAncestorOf(now));
 }
 
-void UserControl::leaveFocus()
+void UserControl::Private::leaveFocus()
 {
-    if (!std::exchange(m_focusInside, false))
+    if (!std::exchange(focusInside, false))
         return;
-    controlsWithFocus.removeOne(this);
-    UserControl_ExitFocus();
+    controlsWithFocus.removeOne(&q);
+    q.UserControl_ExitFocus();
 }
 
 // Ambient values
 
-void UserControl::ambientChanged(const QString& propertyName)
+void UserControl::Private::ambientChanged(const QString& propertyName)
 {
-    if (m_begun)
-        UserControl_AmbientChanged(propertyName);
+    if (begun)
+        q.UserControl_AmbientChanged(propertyName);
 }
 
-void UserControl::containerChanged(const QString& propertyName)
+void UserControl::Private::containerChanged(const QString& propertyName)
 {
     guard("UserControl_AmbientChanged", [&] { ambientChanged(propertyName); });
 }
 
 bool UserControl::event(QEvent* event)
 {
-    if (event->type() == QEvent::ParentChange && m_containerWatch && m_containerWatch->follow()) {
-        for (const char* name : {"Font", "BackColor", "ScaleUnits"})
-            containerChanged(QString::fromLatin1(name));
+    if (event->type() == QEvent::ParentChange && d->containerWatch && d->containerWatch->follow()) {
+        const QPointer<UserControl> self(this);
+        for (const char* name : {"Font", "BackColor", "ScaleUnits"}) {
+            if (!self)
+                return true; // a follower of the change has deleted the control
+            d->containerChanged(QString::fromLatin1(name));
+        }
+        if (!self)
+            return true;
     }
     return QWidget::event(event);
 }

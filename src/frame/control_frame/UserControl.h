@@ -1,19 +1,17 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/values/Twips.h"
 #include "frame/control_frame/Ambient.h"
 #include "frame/control_frame/Extender.h"
 #include "frame/control_frame/PropertyBag.h"
 #include "frame/control_frame/SavedProperty.h"
 
-#include <QPointer>
 #include <QWidget>
 
 #include <memory>
 
 namespace tavrin {
-
-class ContainerWatch;
 
 /// What a container gives a control at its birth.
 struct ControlSite
@@ -32,7 +30,7 @@ struct ControlSite
 ///
 /// No exception of a handler leaves through Qt; what a control's own policy does not catch goes to the
 /// application's handler of unhandled errors.
-class UserControl : public QWidget
+class TAVRIN_EXPORT UserControl : public QWidget
 {
     Q_OBJECT
 
@@ -44,8 +42,8 @@ public:
     /// The class name without namespace.
     QString typeName() const;
 
-    const Ambient& ambient() const { return m_ambient; }
-    Extender& extender() { return m_extender; }
+    const Ambient& ambient() const;
+    Extender& extender();
 
     /// Outer size in twips.
     Twips Width() const { return toTwips(width()); }
@@ -61,7 +59,7 @@ public:
     static Twips ScaleY(Twips length, ScaleMode from, ScaleMode to);
     /// The frame's own background, by default the container's. Controls publish a `BackColor` of their own,
     /// which is their main constituent's.
-    Color FrameBackColor() const { return m_frameBackColor; }
+    Color FrameBackColor() const;
     void SetFrameBackColor(Color color);
     /// The container's property "BackColor"; the ambient one when the container has none.
     Color ContainerBackColor() const;
@@ -71,6 +69,9 @@ public:
     Color TakeAmbientBackColor();
     /// The constituents.
     QList<QWidget*> Controls() const;
+
+    /// The saved properties in their order.
+    virtual SavedProperties savedProperties() { return {}; }
 
     /// Restores the saved properties, each through its setter.
     void ReadProperties(const PropertyBag& bag) { UserControl_ReadProperties(bag); }
@@ -94,8 +95,6 @@ protected:
     /// once.
     [[nodiscard]] bool ReportChange(const QString& key);
 
-    /// The saved properties in their order.
-    virtual SavedProperties savedProperties() { return {}; }
     /// Whether a property that fails is passed over, the others still restored or saved.
     virtual bool trapsPropertyErrors() const { return true; }
 
@@ -128,21 +127,8 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    void focusMoved();
-    bool containsFocus() const;
-    void leaveFocus();
-    void containerChanged(const QString& propertyName);
-    void ambientChanged(const QString& propertyName);
-    void propertyStep(const QString& routine, const std::function<void()>& statement) const;
-
-    const PropertyBag* m_saved;
-    Ambient m_ambient;
-    Extender m_extender;
-    QMetaObject::Connection m_focusConnection;
-    std::unique_ptr<ContainerWatch> m_containerWatch;
-    Color m_frameBackColor = SystemColor::ButtonFace;
-    bool m_begun = false;
-    bool m_focusInside = false;
+    class Private;
+    std::unique_ptr<Private> d;
 };
 
 } // namespace tavrin

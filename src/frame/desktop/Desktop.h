@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/export/Export.h"
+
 #include <QDateTime>
 #include <QString>
 #include <QStringList>
@@ -39,7 +41,7 @@ enum class BoxAnswer
 };
 
 /// Modal message boxes.
-class MessageBoxes
+class TAVRIN_EXPORT MessageBoxes
 {
 public:
     virtual ~MessageBoxes() = default;
@@ -56,7 +58,7 @@ public:
 };
 
 /// The dialog that asks for files.
-class FileDialogs
+class TAVRIN_EXPORT FileDialogs
 {
 public:
     virtual ~FileDialogs() = default;
@@ -66,7 +68,7 @@ public:
 };
 
 /// The desktop's own way to open a file.
-class Shell
+class TAVRIN_EXPORT Shell
 {
 public:
     virtual ~Shell() = default;
@@ -78,7 +80,7 @@ public:
 };
 
 /// The workstation's clock.
-class Clock
+class TAVRIN_EXPORT Clock
 {
 public:
     virtual ~Clock() = default;
@@ -95,6 +97,6 @@ struct Desktop
     std::shared_ptr<Clock> clock;
 };
 
-Desktop& desktop();
+TAVRIN_EXPORT Desktop& desktop();
 
 } // namespace tavrin

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/failure/Event.h"
 #include "base/xml/XmlDocument.h"
 #include "frame/host_contracts/Contracts.h"
@@ -13,7 +14,7 @@
 
 namespace tavrin {
 
-class TableCodeCache
+class TAVRIN_EXPORT TableCodeCache
 {
 public:
     virtual ~TableCodeCache() = default;
@@ -24,7 +25,7 @@ public:
     virtual QString GetDescription(TableNumber table, const QVariant& code) = 0;
 };
 
-class EmployeeListCache
+class TAVRIN_EXPORT EmployeeListCache
 {
 public:
     virtual ~EmployeeListCache() = default;
@@ -34,7 +35,7 @@ public:
     virtual QString FullText(const QVariant& officerNo) = 0;
 };
 
-class OffenseListCache
+class TAVRIN_EXPORT OffenseListCache
 {
 public:
     virtual ~OffenseListCache() = default;
@@ -44,7 +45,7 @@ public:
     virtual QString FullText(const QVariant& offenseNo) = 0;
 };
 
-class UsersCache
+class TAVRIN_EXPORT UsersCache
 {
 public:
     virtual ~UsersCache() = default;
@@ -53,7 +54,7 @@ public:
     virtual QString UserDisplayName(const QString& userId) = 0;
 };
 
-class ThumbnailService
+class TAVRIN_EXPORT ThumbnailService
 {
 public:
     virtual ~ThumbnailService() = default;
@@ -61,14 +62,14 @@ public:
     virtual QVariant GetThumbnailPath(const QString& path) = 0;
 };
 
-class AttachmentFolders
+class TAVRIN_EXPORT AttachmentFolders
 {
 public:
     virtual ~AttachmentFolders() = default;
     virtual QString GetFolderPath(const QVariant& folderNo) = 0;
 };
 
-class tvCustomDictionary
+class TAVRIN_EXPORT tvCustomDictionary
 {
 public:
     virtual ~tvCustomDictionary() = default;
@@ -76,7 +77,7 @@ public:
 };
 
 /// Fetches a file of the store. `Download` blocks; its events come inside the call.
-class Downloader
+class TAVRIN_EXPORT Downloader
 {
 public:
     virtual ~Downloader() = default;
@@ -97,7 +98,7 @@ public:
 };
 
 /// Brings a file into the store. `Upload` blocks; its events come inside the call.
-class Uploader
+class TAVRIN_EXPORT Uploader
 {
 public:
     virtual ~Uploader() = default;
@@ -113,7 +114,7 @@ public:
 };
 
 /// The NIBRS offense codes, reached by the component name "NIBRS.Singletons".
-class NibrsModuleService
+class TAVRIN_EXPORT NibrsModuleService
 {
 public:
     virtual ~NibrsModuleService() = default;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "frame/host_contracts/Records.h"
 
 #include <QVariant>
@@ -23,7 +24,7 @@ inline constexpr TableNumber Agency = 997;
 using UsedValues = std::shared_ptr<QVariantList>;
 
 /// Contract of a single-value field.
-class TavrinControl
+class TAVRIN_EXPORT TavrinControl
 {
 public:
     virtual ~TavrinControl() = default;
@@ -53,7 +54,7 @@ struct BoundBinding
 
 /// Contract of a field that maps to several child rows. Both calls do nothing when `binding` or `rows` is
 /// nullptr; the middle argument is not used.
-class BoundControl
+class TAVRIN_EXPORT BoundControl
 {
 public:
     virtual ~BoundControl() = default;
@@ -77,7 +78,7 @@ private:
 };
 
 /// Contract of a whole section of a form that maps to a record.
-class BoundSection
+class TAVRIN_EXPORT BoundSection
 {
 public:
     virtual ~BoundSection() = default;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "frame/host_contracts/Caches.h"
 #include "frame/host_contracts/Services.h"
 
@@ -11,7 +12,7 @@ namespace tavrin {
 ///
 /// The references stay valid for as long as the host is installed. An operation that a host does not offer
 /// raises an `Error`, and only when it is called.
-class Host
+class TAVRIN_EXPORT Host
 {
 public:
     virtual ~Host() = default;
@@ -41,10 +42,10 @@ public:
 };
 
 /// The host installed on this thread. Raises an `Error` when there is none.
-Host& currentHost();
+TAVRIN_EXPORT Host& currentHost();
 
 /// Installs a host on this thread for as long as the object lives, then puts back the one before.
-class HostInstallation
+class TAVRIN_EXPORT HostInstallation
 {
 public:
     explicit HostInstallation(Host& host);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/failure/Event.h"
 
 #include <QMetaType>
@@ -16,7 +17,7 @@ class tvTableCollection;
 class tvTableRow;
 
 /// Anything that `Item` can give: a record, a row, a collection or a field. Shared by reference.
-class HostObject
+class TAVRIN_EXPORT HostObject
 {
 public:
     HostObject() = default;
@@ -32,7 +33,7 @@ using tvTableCollectionPtr = std::shared_ptr<tvTableCollection>;
 using tvTableRowPtr = std::shared_ptr<tvTableRow>;
 
 /// A record of the host, such as an incident or a location.
-class tvBusinessObject : public HostObject
+class TAVRIN_EXPORT tvBusinessObject : public HostObject
 {
 public:
     /// The child of this name: a row, a collection, another record, or in a row a field.
@@ -48,7 +49,7 @@ public:
 };
 
 /// One column of one row.
-class tvField : public HostObject
+class TAVRIN_EXPORT tvField : public HostObject
 {
 public:
     /// Null when the field is empty.
@@ -64,7 +65,7 @@ public:
 };
 
 /// The column that links a row to the record above it.
-class tvLinkField : public tvField
+class TAVRIN_EXPORT tvLinkField : public tvField
 {
 };
 
@@ -73,7 +74,7 @@ class tvLinkField : public tvField
 /// Rows are told apart by the value of their key column, not by their objects, of which a host may make one
 /// at each call. Each object stands for its row as long as somebody holds it, wherever the row stands in its
 /// collection, and keeps the row's values also when the row has been removed.
-class tvTableRow : public tvBusinessObject
+class TAVRIN_EXPORT tvTableRow : public tvBusinessObject
 {
 public:
     using tvBusinessObject::Item;
@@ -85,12 +86,12 @@ public:
 };
 
 /// The column of this name. Raises an `Error` that names it when the row has none.
-tvFieldPtr fieldOf(tvTableRow& row, const QString& name);
+TAVRIN_EXPORT tvFieldPtr fieldOf(tvTableRow& row, const QString& name);
 
 /// An ordered collection of rows, counted from 1, with a current position.
 ///
 /// The events are raised inside the call that causes them, and an exception of a handler reaches its caller.
-class tvTableCollection : public HostObject
+class TAVRIN_EXPORT tvTableCollection : public HostObject
 {
 public:
     class Iterator

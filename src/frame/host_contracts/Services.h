@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/failure/Event.h"
 #include "base/values/Color.h"
 #include "base/values/Twips.h"
@@ -39,14 +40,14 @@ struct CacheRefreshInfo
 };
 
 /// Where the host speaks to everybody.
-class EventHub
+class TAVRIN_EXPORT EventHub
 {
 public:
     /// Raised after the host has reloaded its caches.
     Event<const CacheRefreshInfo&> CacheRefreshed;
 };
 
-class HostServices
+class TAVRIN_EXPORT HostServices
 {
 public:
     virtual ~HostServices() = default;
@@ -66,7 +67,7 @@ public:
     virtual void NotifyFileUploaded() {}
 };
 
-class XmlFactory
+class TAVRIN_EXPORT XmlFactory
 {
 public:
     virtual ~XmlFactory() = default;
@@ -74,7 +75,7 @@ public:
     virtual XmlDocument CreateDocument() = 0;
 };
 
-class Session
+class TAVRIN_EXPORT Session
 {
 public:
     virtual ~Session() = default;
@@ -111,7 +112,7 @@ struct TextBoxColors
     TextBoxColorSet Focused;
 };
 
-class UiServices
+class TAVRIN_EXPORT UiServices
 {
 public:
     virtual ~UiServices() = default;
@@ -123,7 +124,7 @@ public:
     virtual tavrin::TextBoxColors TextBoxColors() = 0;
 };
 
-class ListFilling
+class TAVRIN_EXPORT ListFilling
 {
 public:
     virtual ~ListFilling() = default;
@@ -142,7 +143,7 @@ public:
                               Color backColor, bool reserved) = 0;
 };
 
-class Images
+class TAVRIN_EXPORT Images
 {
 public:
     virtual ~Images() = default;
@@ -152,7 +153,7 @@ public:
     virtual QImage LoadPicture(const QString& path) = 0;
 };
 
-class Environment
+class TAVRIN_EXPORT Environment
 {
 public:
     virtual ~Environment() = default;

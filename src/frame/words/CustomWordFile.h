@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/files/Descriptor.h"
 
 #include <QByteArray>
@@ -13,7 +14,7 @@ namespace tavrin {
 ///
 /// It is locked for as long as this object lives, so that no line of another program gets lost. A symbolic
 /// link is followed, and stays. What fails raises an `Error` that names the file.
-class CustomWordFile
+class TAVRIN_COMPANION_EXPORT CustomWordFile
 {
 public:
     /// Waits a moment for another program that has the lock. The file must be there and be open to writing.
@@ -34,6 +35,7 @@ private:
 
 /// Writes the file of custom words anew, whole or not at all, with what `content` answers while the file is
 /// locked. The file need not be there.
-void rewriteCustomWordFile(const QString& path, const std::function<QByteArray()>& content);
+TAVRIN_COMPANION_EXPORT void rewriteCustomWordFile(const QString& path,
+                                                   const std::function<QByteArray()>& content);
 
 } // namespace tavrin

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/export/Export.h"
+
 #include <QByteArray>
 #include <QDateTime>
 #include <QString>
@@ -25,19 +27,19 @@ struct SpellingDictionary
 /// Raises an `Error` that says what is wrong when the rules or the word list is empty, cut off, no text, of
 /// an encoding other than UTF-8 or ISO8859-1, or states a count that its lines belie. Hunspell itself takes
 /// such files without a complaint.
-void checkSpellingDictionary(const SpellingDictionary& dictionary);
+TAVRIN_COMPANION_EXPORT void checkSpellingDictionary(const SpellingDictionary& dictionary);
 
 /// The encoding that the rules name; "ISO8859-1" when they name none.
-QByteArray encodingOf(const QByteArray& affixRules);
+TAVRIN_COMPANION_EXPORT QByteArray encodingOf(const QByteArray& affixRules);
 
 /// The content of a support file.
-QByteArray packSpellingDictionary(const SpellingDictionary& dictionary);
+TAVRIN_COMPANION_EXPORT QByteArray packSpellingDictionary(const SpellingDictionary& dictionary);
 /// Raises an `Error` that says what is wrong with the content: no byte of a support file can be changed or
 /// missing without that.
-SpellingDictionary unpackSpellingDictionary(const QByteArray& content);
+TAVRIN_COMPANION_EXPORT SpellingDictionary unpackSpellingDictionary(const QByteArray& content);
 
 /// Reads and checks a support file. Raises an `Error` that names it.
-SpellingDictionary readSpellingDictionary(const QString& path);
+TAVRIN_COMPANION_EXPORT SpellingDictionary readSpellingDictionary(const QString& path);
 
 /// Bytes of the longest dictionary file that is read.
 inline constexpr qint64 LongestDictionaryFile = qint64(64) << 20;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "host/database/Migrations.h"
 
 #include <QSqlDatabase>
@@ -31,7 +32,7 @@ struct DatabaseOptions
 /// The records database: one SQLite file on a workstation's own disk, one connection an object.
 ///
 /// An object belongs to the thread that opened it. Whatever uses it must not outlive it.
-class Database
+class TAVRIN_EXPORT Database
 {
 public:
     /// Opens the file, creating it when `mode` allows, and brings its schema up to date.
@@ -71,6 +72,6 @@ private:
 };
 
 /// Thrown text for a driver's failure: what went wrong, in which file, and what to do.
-QString databaseErrorText(const QSqlError& error, const QString& path);
+TAVRIN_EXPORT QString databaseErrorText(const QSqlError& error, const QString& path);
 
 } // namespace tavrin

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/export/Export.h"
+
 #include <QList>
 #include <QString>
 
@@ -16,7 +18,7 @@ struct Migration
 };
 
 /// The steps that this program knows, in ascending order of their numbers.
-const QList<Migration>& knownMigrations();
+TAVRIN_COMPANION_EXPORT const QList<Migration>& knownMigrations();
 
 /// Runs the steps that the database has not seen yet, each in a transaction of its own, and notes them in
 /// `schema_migration`. Raises an `Error` that names the step which failed; the database then stands at the

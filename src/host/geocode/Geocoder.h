@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "host/database/DataFiles.h"
 
 #include <QHash>
@@ -27,7 +28,7 @@ struct GeocodeResult
 };
 
 /// Finds the coordinates of addresses in a small table, "geocode/addresses.csv".
-class Geocoder
+class TAVRIN_COMPANION_EXPORT Geocoder
 {
 public:
     /// Raises an `Error` with file and line for a table that cannot be read.

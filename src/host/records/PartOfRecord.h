@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "host/records/Record.h"
 
 namespace tavrin {
@@ -9,7 +10,7 @@ namespace tavrin {
 ///
 /// So "SuspectBO" is the suspect at the current position of an incident's suspects, and its "SuspectVictims"
 /// are the links from this suspect to victims.
-class PartOfRecord final : public tvBusinessObject
+class TAVRIN_COMPANION_EXPORT PartOfRecord final : public tvBusinessObject
 {
 public:
     PartOfRecord(RecordPtr record, QString collection, RecordRowPtr row);

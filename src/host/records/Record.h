@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "host/records/RecordCollection.h"
 
 namespace tavrin {
@@ -7,7 +8,9 @@ namespace tavrin {
 /// A record in memory: one main row, its parts and its child collections, complete from loading to saving.
 ///
 /// Nothing reaches the database before `RecordStore::save`, but for rows that are removed immediately.
-class Record : public tvBusinessObject, public ChangeSink, public std::enable_shared_from_this<Record>
+class TAVRIN_COMPANION_EXPORT Record : public tvBusinessObject,
+                                       public ChangeSink,
+                                       public std::enable_shared_from_this<Record>
 {
 public:
     static std::shared_ptr<Record> create(const RecordSchema& schema);

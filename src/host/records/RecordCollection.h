@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "host/records/RecordRow.h"
 
 #include <functional>
@@ -7,7 +8,8 @@
 namespace tavrin {
 
 /// An ordered collection of rows of one table.
-class RecordCollection : public tvTableCollection, public std::enable_shared_from_this<RecordCollection>
+class TAVRIN_COMPANION_EXPORT RecordCollection : public tvTableCollection,
+                                                 public std::enable_shared_from_this<RecordCollection>
 {
 public:
     /// A collection of no record, whose `ItemClass` is still to be set.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "frame/host_contracts/Records.h"
 #include "host/records/RecordSchema.h"
 
@@ -18,7 +19,7 @@ public:
 
 /// What `Session::MakeFieldReference` gives: it stands for the field, whatever value that has when it is
 /// read.
-class FieldReference : public HostObject
+class TAVRIN_COMPANION_EXPORT FieldReference : public HostObject
 {
 public:
     explicit FieldReference(tvFieldPtr target);
@@ -31,7 +32,7 @@ private:
 };
 
 /// The content of one column of one row, as saved and as it is now.
-class FieldCell
+class TAVRIN_COMPANION_EXPORT FieldCell
 {
 public:
     explicit FieldCell(ColumnSchema column);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "host/records/RecordField.h"
 
 #include <vector>
@@ -7,7 +8,7 @@
 namespace tavrin {
 
 /// One row of a record in memory.
-class RecordRow : public tvTableRow
+class TAVRIN_COMPANION_EXPORT RecordRow : public tvTableRow
 {
 public:
     explicit RecordRow(const TableSchema& table);

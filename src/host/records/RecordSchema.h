@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/export/Export.h"
+
 #include <QList>
 #include <QString>
 
@@ -31,7 +33,7 @@ struct ColumnSchema
 };
 
 /// One table, and the class name of its rows.
-struct TableSchema
+struct TAVRIN_COMPANION_EXPORT TableSchema
 {
     QString Module;
     QString Table;
@@ -71,12 +73,12 @@ struct RecordSchema
     QList<CollectionSchema> Collections;
 };
 
-const RecordSchema& incidentSchema();
+TAVRIN_COMPANION_EXPORT const RecordSchema& incidentSchema();
 
 /// Every table of the host that forms may ask about: those of the records and those of the lists.
-const QList<TableSchema>& allTables();
+TAVRIN_COMPANION_EXPORT const QList<TableSchema>& allTables();
 
 /// The table whose rows have this class name; nullptr when there is none.
-const TableSchema* tableOfRowClass(const QString& rowClass);
+TAVRIN_COMPANION_EXPORT const TableSchema* tableOfRowClass(const QString& rowClass);
 
 } // namespace tavrin

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "host/database/Database.h"
 #include "host/geocode/Geocoder.h"
 #include "host/records/Record.h"
@@ -21,7 +22,7 @@ struct IncidentSummary
 };
 
 /// Loads and saves incidents.
-class RecordStore
+class TAVRIN_COMPANION_EXPORT RecordStore
 {
 public:
     /// The geocoder must outlive the store.

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "host/database/DataFiles.h"
 #include "host/database/Database.h"
 
 namespace tavrin {
 
 /// Fills a new database with the code tables and the sample records.
-class SampleData
+class TAVRIN_EXPORT SampleData
 {
 public:
     /// From the files that are built in, or from those of a folder of the same layout.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "frame/host_contracts/Host.h"
 #include "host/database/Database.h"
 
@@ -40,7 +41,7 @@ struct ReferenceHostOptions
 ///
 /// Lists, settings and rights are read when the host is made and kept until `refreshCaches`. What this host
 /// does not offer raises an `Error` with the number `Error::NoSuchComponentNumber` when it is called.
-class ReferenceHost : public Host
+class TAVRIN_EXPORT ReferenceHost : public Host
 {
 public:
     /// The database must outlive the host. Raises an `Error` when the lists cannot be read.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/files/Descriptor.h"
 #include "frame/host_contracts/Caches.h"
 #include "host/lists/HostLists.h"
@@ -12,7 +13,7 @@
 namespace tavrin {
 
 /// Why a file of the store cannot be had: a part of a sentence, without a stop at its end.
-class StoreProblem : public Error
+class TAVRIN_COMPANION_EXPORT StoreProblem : public Error
 {
 public:
     explicit StoreProblem(const QString& reason)
@@ -29,7 +30,7 @@ public:
 /// platform by its absolute path. What follows may use either separator and must lead to a regular file below
 /// the base folder without a symbolic link on the way; all else is refused. A path whose drive has a folder
 /// stands for a file below that.
-class AttachmentStore
+class TAVRIN_COMPANION_EXPORT AttachmentStore
 {
 public:
     /// Relative base folders lie in `dataFolder`.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/failure/Event.h"
 #include "widgets/drawing/SharedFont.h"
 
@@ -13,7 +14,7 @@ namespace tavrin {
 /// code. A click of the one that is on already raises nothing, and neither does turning off. When `Click` is
 /// raised the others of its group are off. Where Qt itself turns it on, as for a screen reader, `Click`
 /// follows when control returns to the event loop. Tab reaches the one of a group that is on.
-class FlatOptionButton : public QRadioButton
+class TAVRIN_COMPANION_EXPORT FlatOptionButton : public QRadioButton
 {
     Q_OBJECT
 

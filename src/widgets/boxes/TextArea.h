@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/export/Export.h"
+
 #include <QPlainTextEdit>
 
 namespace tavrin {
@@ -9,7 +11,7 @@ namespace tavrin {
 /// The limit of its length binds the person, not the code: what `SetText` brings stands whole, also when it
 /// is longer, and then the person can take away but not add. A line end counts as two units, since one that
 /// the person enters is kept as "\r\n". Tab leaves the box.
-class TextArea : public QPlainTextEdit
+class TAVRIN_COMPANION_EXPORT TextArea : public QPlainTextEdit
 {
     Q_OBJECT
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/failure/Event.h"
 #include "base/values/Color.h"
 
@@ -16,7 +17,7 @@ namespace tavrin {
 /// the box takes the key, then `Change` when the text is another one. A handler that sets the code to 0
 /// swallows the key. The selection is the same again when code gives the focus back. A text that an input
 /// method commits comes as `KeyPress` for each of its UTF-16 units.
-class TextBox : public QLineEdit
+class TAVRIN_COMPANION_EXPORT TextBox : public QLineEdit
 {
     Q_OBJECT
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/failure/Event.h"
 #include "widgets/lists/DropdownTarget.h"
 
@@ -24,7 +25,7 @@ namespace tavrin {
 /// selects the next entry that begins with it. A selection by key or by code raises `Click`; the mouse marks
 /// the row below it only, and a click closes the list first, then selects and raises `Click`, also on the
 /// selected row. The open list has its keys before the shortcuts of the window.
-class DropDownList : public QWidget, public DropdownTarget
+class TAVRIN_COMPANION_EXPORT DropDownList : public QWidget, public DropdownTarget
 {
     Q_OBJECT
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/failure/Event.h"
 
 #include <QListView>
@@ -14,7 +15,7 @@ namespace tavrin {
 /// several can be selected, Shift extends the selection, Ctrl adds to it, and Ctrl+A selects all. An entry
 /// that is too long is cut at the right and stands whole in its tool tip. An index outside the list gives
 /// nothing and changes nothing.
-class ListBox : public QListView
+class TAVRIN_COMPANION_EXPORT ListBox : public QListView
 {
     Q_OBJECT
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/failure/Event.h"
 #include "base/values/Twips.h"
 
@@ -24,7 +25,7 @@ namespace tavrin {
 ///     list->SetSortKey("key");
 ///     list->AddItem("key_10", "key_10");
 ///     list->SetSubItem("key_10", "name", "Smith, John");
-class ListView : public QTreeView
+class TAVRIN_COMPANION_EXPORT ListView : public QTreeView
 {
     Q_OBJECT
 

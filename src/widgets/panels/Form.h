@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/values/Twips.h"
 
 #include <QDialog>
@@ -7,7 +8,7 @@
 namespace tavrin {
 
 /// A dialog whose parts have their places in twips. Escape and the window's frame close it.
-class Form : public QDialog
+class TAVRIN_COMPANION_EXPORT Form : public QDialog
 {
     Q_OBJECT
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/failure/Event.h"
 
 #include <QAbstractScrollArea>
@@ -14,7 +15,7 @@ class PictureSurface;
 ///
 /// Rows are counted from 0. A list without rows shows one grey line that cannot be chosen. The mouse moves
 /// the highlight only when it moves itself, not when rows come to lie below it.
-class SuggestionView final : public QAbstractScrollArea
+class TAVRIN_COMPANION_EXPORT SuggestionView final : public QAbstractScrollArea
 {
     Q_OBJECT
 

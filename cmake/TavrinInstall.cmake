@@ -1,0 +1,70 @@
+# What is installed: libraries, headers, programs, and how other projects find them.
+
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(TAVRIN_INCLUDE_DIR ${PROJECT_BINARY_DIR}/include)
+set(TAVRIN_LIBEXEC_DIR ${CMAKE_INSTALL_LIBEXECDIR}/tvboundcontrols)
+set(TAVRIN_PLUGIN_DIR ${CMAKE_INSTALL_LIBDIR}/qt6/plugins)
+set(TAVRIN_DESIGNER_FILE ${CMAKE_SHARED_MODULE_PREFIX}TVBoundControlsDesigner${CMAKE_SHARED_MODULE_SUFFIX})
+set(TAVRIN_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/TVBoundControls)
+
+# The headers of src/public_headers.txt, as they are installed.
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/public_headers.txt)
+file(STRINGS ${PROJECT_SOURCE_DIR}/src/public_headers.txt lines REGEX "^[A-Z]")
+set(headers)
+foreach(line IN LISTS lines)
+  separate_arguments(words UNIX_COMMAND "${line}")
+  list(GET words 1 header)
+  get_filename_component(name ${header} NAME)
+  set(to ${TAVRIN_INCLUDE_DIR}/TVBoundControls/${name})
+  add_custom_command(OUTPUT ${to}
+    COMMAND ${CMAKE_COMMAND} -DFROM=${PROJECT_SOURCE_DIR}/src/${header} -DTO=${to}
+      -DLIST=${PROJECT_SOURCE_DIR}/src/public_headers.txt -P ${PROJECT_SOURCE_DIR}/cmake/PublicHeader.cmake
+    DEPENDS ${PROJECT_SOURCE_DIR}/src/${header} ${PROJECT_SOURCE_DIR}/src/public_headers.txt
+      ${PROJECT_SOURCE_DIR}/cmake/PublicHeader.cmake)
+  list(APPEND headers ${to})
+endforeach()
+add_custom_target(tavrin_public_headers ALL DEPENDS ${headers})
+install(FILES ${headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/TVBoundControls COMPONENT development)
+
+# A component of the package: the library and the file by which find_package imports it. CONTENT names the package
+# that the library itself is in.
+function(tavrin_install_library target component content)
+  target_include_directories(${target} INTERFACE
+    $<BUILD_INTERFACE:${TAVRIN_INCLUDE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+  add_dependencies(${target} tavrin_public_headers)
+  set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN")
+  install(TARGETS ${target} EXPORT TVBoundControls${component}
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT ${content} NAMELINK_COMPONENT development
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+  install(EXPORT TVBoundControls${component} NAMESPACE TVBoundControls:: DESTINATION ${TAVRIN_CMAKE_DIR}
+    COMPONENT development)
+endfunction()
+tavrin_install_library(TVBoundControls Controls library)
+tavrin_install_library(TVBoundControlsHost Host workbench)
+
+configure_package_config_file(packaging/TVBoundControlsConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/TVBoundControlsConfig.cmake INSTALL_DESTINATION ${TAVRIN_CMAKE_DIR}
+  PATH_VARS TAVRIN_LIBEXEC_DIR TAVRIN_PLUGIN_DIR)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/TVBoundControlsConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/TVBoundControlsConfig.cmake
+  ${PROJECT_BINARY_DIR}/TVBoundControlsConfigVersion.cmake
+  DESTINATION ${TAVRIN_CMAKE_DIR} COMPONENT development)
+
+# pkg-config's files say where they lie, so that they stay true wherever the prefix is moved to.
+file(RELATIVE_PATH TAVRIN_PREFIX_FROM_PC
+  ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+foreach(name TVBoundControls TVBoundControlsHost)
+  configure_file(packaging/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+    COMPONENT development)
+endforeach()
+
+# The workbench, with the program that decodes its thumbnails.
+file(RELATIVE_PATH to_libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+set_target_properties(workbench PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
+install(TARGETS workbench RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT workbench)
+install(TARGETS tavrin_thumbnailer
+  RUNTIME DESTINATION ${TAVRIN_LIBEXEC_DIR} COMPONENT workbench)
