@@ -75,7 +75,7 @@ public:
         m_installation.emplace(*m_host);
         m_records.emplace(*m_database);
         m_record = m_records->create();
-        const QString month = m_host->attachmentStore()->platformPath(u"attachments\\2014\\03"_s);
+        const QString month = m_host->attachmentFile(u"attachments\\2014\\03"_s);
         check(QDir().mkpath(month), "making the attachments folder");
         const RecordCollectionPtr rows = m_record->collection(u"Attachments"_s);
         for (int i = 0; i < Photographs; ++i) {

@@ -1,6 +1,5 @@
 # What is installed: libraries, headers, programs, and how other projects find them.
 
-include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 set(TAVRIN_INCLUDE_DIR ${PROJECT_BINARY_DIR}/include)
@@ -68,3 +67,9 @@ set_target_properties(workbench PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries
 install(TARGETS workbench RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT workbench)
 install(TARGETS tavrin_thumbnailer
   RUNTIME DESTINATION ${TAVRIN_LIBEXEC_DIR} COMPONENT workbench)
+install(FILES packaging/workbench/org.tavrin.workbench.desktop
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT workbench)
+install(FILES packaging/workbench/org.tavrin.workbench.metainfo.xml
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo COMPONENT workbench)
+install(FILES packaging/workbench/org.tavrin.workbench.svg
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps COMPONENT workbench)

@@ -3,6 +3,7 @@
 #include "base/failure/Error.h"
 #include "base/values/Variant.h"
 #include "host/database/Database.h"
+#include "host/database/DatabaseOptions.h"
 #include "host/database/Statement.h"
 #include "support/TestCase.h"
 

@@ -2,6 +2,7 @@
 
 #include "base/failure/Error.h"
 #include "host/database/DatabaseFile.h"
+#include "host/database/DatabaseOptions.h"
 #include "host/database/Statement.h"
 
 #include <QDir>
@@ -73,44 +74,57 @@ QString databaseErrorText(const QSqlError& error, const QString& path)
     return QStringLiteral("The database %1 reports a failure: %2.").arg(file, detail);
 }
 
+class Database::Private
+{
+public:
+    QString path;
+    QString connectionName;
+};
+
+std::unique_ptr<Database> Database::open(const QString& path, OpenMode mode)
+{
+    return open(path, mode, DatabaseOptions());
+}
+
 std::unique_ptr<Database> Database::open(const QString& path, OpenMode mode, const DatabaseOptions& options)
 {
     const QString absolute = QFileInfo(path).absoluteFilePath();
     checkDatabaseFile(absolute, mode, options);
-    std::unique_ptr<Database> database(new Database(absolute, uniqueConnectionName()));
-    database->connectTo(options);
+    std::unique_ptr<Database> database(
+        new Database(std::make_unique<Private>(Private{absolute, uniqueConnectionName()})));
+    QSqlDatabase connection =
+        QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), database->d->connectionName);
+    connection.setDatabaseName(absolute);
+    connection.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(options.BusyTimeoutMs));
+    if (!connection.open())
+        throw Error(databaseErrorText(connection.lastError(), absolute));
+    // The rollback journal stays as it is by default: a records file at rest is then one file, which a person
+    // can copy as a backup.
+    database->execute(QStringLiteral("PRAGMA foreign_keys = ON"));
+    database->execute(QStringLiteral("PRAGMA synchronous = FULL"));
     migrate(*database, options.Migrations);
     return database;
 }
 
-Database::Database(QString path, QString connectionName)
-    : m_path(std::move(path))
-    , m_connectionName(std::move(connectionName))
+Database::Database(std::unique_ptr<Private> opened)
+    : d(std::move(opened))
 {
 }
 
 Database::~Database()
 {
-    QSqlDatabase::database(m_connectionName, false).close();
-    QSqlDatabase::removeDatabase(m_connectionName);
+    QSqlDatabase::database(d->connectionName, false).close();
+    QSqlDatabase::removeDatabase(d->connectionName);
+}
+
+const QString& Database::path() const
+{
+    return d->path;
 }
 
 QSqlDatabase Database::connection() const
 {
-    return QSqlDatabase::database(m_connectionName, false);
-}
-
-void Database::connectTo(const DatabaseOptions& options)
-{
-    QSqlDatabase connection = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
-    connection.setDatabaseName(m_path);
-    connection.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(options.BusyTimeoutMs));
-    if (!connection.open())
-        throw Error(databaseErrorText(connection.lastError(), m_path));
-    // The rollback journal stays as it is by default: a records file at rest is then one file, which a person
-    // can copy as a backup.
-    execute(QStringLiteral("PRAGMA foreign_keys = ON"));
-    execute(QStringLiteral("PRAGMA synchronous = FULL"));
+    return QSqlDatabase::database(d->connectionName, false);
 }
 
 void Database::execute(const QString& sql)

@@ -1,14 +1,10 @@
 #pragma once
 
 #include "base/export/Export.h"
-#include "host/database/Migrations.h"
 
 #include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
-#include <QVariant>
+#include <QString>
 
-#include <functional>
 #include <memory>
 
 namespace tavrin {
@@ -19,15 +15,7 @@ enum class OpenMode
     ExistingOnly,
 };
 
-/// What a caller may want otherwise when it opens a database.
-struct DatabaseOptions
-{
-    /// How long a statement waits for another program to let go of the file.
-    int BusyTimeoutMs = 3000;
-    QList<Migration> Migrations = knownMigrations();
-    /// The type of file system that a folder lies on; left out, the platform is asked.
-    std::function<QByteArray(const QString& folder)> FileSystemType;
-};
+struct DatabaseOptions;
 
 /// The records database: one SQLite file on a workstation's own disk, one connection an object.
 ///
@@ -40,17 +28,17 @@ public:
     /// Raises an `Error` with one text that names the file and says what to do when the file cannot be
     /// opened, is locked, read-only, damaged, no database of ours, written by a newer version, or lies on a
     /// network file system. The file is then untouched and nothing new lies beside it.
-    static std::unique_ptr<Database> open(const QString& path, OpenMode mode = OpenMode::CreateWhenMissing,
-                                          const DatabaseOptions& options = {});
+    static std::unique_ptr<Database> open(const QString& path, OpenMode mode = OpenMode::CreateWhenMissing);
+    static std::unique_ptr<Database> open(const QString& path, OpenMode mode, const DatabaseOptions& options);
     ~Database();
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
-    const QString& path() const { return m_path; }
-    /// The connection itself, for what `Statement` does not cover.
+    const QString& path() const;
+    /// The connection itself, for statements of one's own.
     QSqlDatabase connection() const;
 
-    /// Runs one statement without values. Raises an `Error` as `Statement::run` does.
+    /// Runs one statement without values. Raises an `Error` that says what went wrong and what to do.
     void execute(const QString& sql);
 
     /// The next key of a sequence, never given twice once its transaction is committed. To be called inside a
@@ -64,14 +52,9 @@ public:
     qint64 dataVersion();
 
 private:
-    Database(QString path, QString connectionName);
-    void connectTo(const DatabaseOptions& options);
-
-    QString m_path;
-    QString m_connectionName;
+    class Private;
+    explicit Database(std::unique_ptr<Private> opened);
+    std::unique_ptr<Private> d;
 };
-
-/// Thrown text for a driver's failure: what went wrong, in which file, and what to do.
-TAVRIN_EXPORT QString databaseErrorText(const QSqlError& error, const QString& path);
 
 } // namespace tavrin

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QScopeGuard>
+#include <QSqlQuery>
 #include <QStorageInfo>
 #include <QUrl>
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/database/Database.h"
+#include "host/database/DatabaseOptions.h"
 
 namespace tavrin {
 

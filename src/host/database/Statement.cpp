@@ -2,6 +2,7 @@
 
 #include "base/failure/Error.h"
 #include "base/values/Variant.h"
+#include "host/database/DatabaseOptions.h"
 
 #include <QDateTime>
 #include <QVariantList>

@@ -3,23 +3,10 @@
 #include "base/export/Export.h"
 #include "host/database/Database.h"
 #include "host/geocode/Geocoder.h"
+#include "host/records/IncidentStore.h"
 #include "host/records/Record.h"
 
-#include <QDateTime>
-
 namespace tavrin {
-
-/// One line of a list of incidents.
-struct IncidentSummary
-{
-    qint64 IncidentNo = 0;
-    QString CaseNo;
-    QDateTime ReportedAt;
-    QString Summary;
-    QString Address;
-    QString City;
-    QString Status;
-};
 
 /// Loads and saves incidents.
 class TAVRIN_COMPANION_EXPORT RecordStore

@@ -2,6 +2,7 @@
 
 #include "base/failure/Error.h"
 #include "frame/host_contracts/Contracts.h"
+#include "host/database/DataFiles.h"
 #include "host/database/Statement.h"
 #include "host/lists/HostRows.h"
 #include "host/samples/SampleIncidents.h"
@@ -285,17 +286,25 @@ bool isEmpty(Database& database)
 
 } // namespace
 
+class SampleData::Private
+{
+public:
+    DataFiles files;
+};
+
 SampleData::SampleData(const QString& folder)
-    : m_files(folder)
+    : d(std::make_unique<Private>(Private{DataFiles(folder)}))
 {
 }
+
+SampleData::~SampleData() = default;
 
 bool SampleData::fillOnce(Database& database) const
 {
     Transaction transaction(database);
     if (!isEmpty(database))
         return false;
-    Filler(database, m_files).fill();
+    Filler(database, d->files).fill();
     transaction.commit();
     return true;
 }

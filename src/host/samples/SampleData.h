@@ -1,8 +1,9 @@
 #pragma once
 
 #include "base/export/Export.h"
-#include "host/database/DataFiles.h"
 #include "host/database/Database.h"
+
+#include <memory>
 
 namespace tavrin {
 
@@ -12,6 +13,7 @@ class TAVRIN_EXPORT SampleData
 public:
     /// From the files that are built in, or from those of a folder of the same layout.
     explicit SampleData(const QString& folder = {});
+    ~SampleData();
 
     /// Fills the database when it holds no code table, no person and no incident yet; returns whether it
     /// did. All or nothing: bad input raises an `Error` with file and line, a folder without the files one
@@ -19,7 +21,8 @@ public:
     bool fillOnce(Database& database) const;
 
 private:
-    DataFiles m_files;
+    class Private;
+    std::unique_ptr<Private> d;
 };
 
 } // namespace tavrin

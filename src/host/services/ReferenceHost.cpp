@@ -39,10 +39,13 @@ QString workstationFolder(const ReferenceHostOptions& options, const Database& d
 
 } // namespace
 
-struct ReferenceHost::Services
+class ReferenceHost::Private
 {
-    Services(Database& database, const ReferenceHostOptions& options)
-        : lists(std::make_shared<HostListsHolder>())
+public:
+    Private(Database& opened, const ReferenceHostOptions& options)
+        : database(opened)
+        , dataVersion(opened.dataVersion())
+        , lists(std::make_shared<HostListsHolder>())
         , environment(workstationFolder(options, database), options.DownloadsFolder,
                       options.InstalledDictionary)
         , hostServices(*lists, database, environment)
@@ -55,6 +58,8 @@ struct ReferenceHost::Services
         sweep = std::make_unique<StoreSweep>(store->baseFolders(), folderOfLocalCopies());
     }
 
+    Database& database;
+    qint64 dataVersion;                     // read before the lists, so that no change falls in between
     std::shared_ptr<HostListsHolder> lists; // caches that controls keep share it
     HostEnvironment environment;
     ReferenceHostServices hostServices;
@@ -70,9 +75,7 @@ struct ReferenceHost::Services
 };
 
 ReferenceHost::ReferenceHost(Database& database, const ReferenceHostOptions& options)
-    : m_database(database)
-    , m_dataVersion(database.dataVersion())
-    , m_services(std::make_unique<Services>(database, options))
+    : d(std::make_unique<Private>(database, options))
 {
 }
 
@@ -80,20 +83,20 @@ ReferenceHost::~ReferenceHost() = default;
 
 void ReferenceHost::refreshCaches()
 {
-    const qint64 version = m_database.dataVersion();
-    const auto fresh = HostLists::read(m_database);
-    m_dataVersion = version;
-    const CacheRefreshInfo info{fresh->differencesFrom(*m_services->lists->Lists)};
+    const qint64 version = d->database.dataVersion();
+    const auto fresh = HostLists::read(d->database);
+    d->dataVersion = version;
+    const CacheRefreshInfo info{fresh->differencesFrom(*d->lists->Lists)};
     // Most changes of the database are saved records: the lists then stay, with the documents built for them.
     if (info.Changed.isEmpty())
         return;
-    m_services->lists->Lists = fresh;
-    m_services->hostServices.Events().CacheRefreshed.raise(info);
+    d->lists->Lists = fresh;
+    d->hostServices.Events().CacheRefreshed.raise(info);
 }
 
 bool ReferenceHost::refreshIfChanged()
 {
-    if (m_database.dataVersion() == m_dataVersion)
+    if (d->database.dataVersion() == d->dataVersion)
         return false;
     refreshCaches();
     return true;
@@ -101,108 +104,108 @@ bool ReferenceHost::refreshIfChanged()
 
 std::optional<QDate> ReferenceHost::employeeLeftOn(int officerNo) const
 {
-    const EmployeeRow* employee = m_services->lists->Lists->employee(officerNo);
+    const EmployeeRow* employee = d->lists->Lists->employee(officerNo);
     return employee && employee->LeftOn.isValid() ? std::optional(employee->LeftOn) : std::nullopt;
 }
 
-std::shared_ptr<const AttachmentStore> ReferenceHost::attachmentStore() const
+QString ReferenceHost::attachmentFile(const QString& path) const
 {
-    return m_services->store;
+    return d->store->platformPath(path);
 }
 
 void ReferenceHost::waitForSweep()
 {
-    m_services->sweep->wait();
+    d->sweep->wait();
 }
 
 void ReferenceHost::setTheme(Theme theme)
 {
-    m_services->uiServices.setTheme(theme);
+    d->uiServices.setTheme(theme);
 }
 
 Theme ReferenceHost::theme() const
 {
-    return m_services->uiServices.theme();
+    return d->uiServices.theme();
 }
 
 HostServices& ReferenceHost::hostServices()
 {
-    return m_services->hostServices;
+    return d->hostServices;
 }
 
 XmlFactory& ReferenceHost::xmlFactory()
 {
-    return m_services->xmlFactory;
+    return d->xmlFactory;
 }
 
 Session& ReferenceHost::session()
 {
-    return m_services->session;
+    return d->session;
 }
 
 UiServices& ReferenceHost::uiServices()
 {
-    return m_services->uiServices;
+    return d->uiServices;
 }
 
 ListFilling& ReferenceHost::listFilling()
 {
-    return m_services->listFilling;
+    return d->listFilling;
 }
 
 Images& ReferenceHost::images()
 {
-    return m_services->images;
+    return d->images;
 }
 
 Environment& ReferenceHost::environment()
 {
-    return m_services->environment;
+    return d->environment;
 }
 
 std::unique_ptr<TableCodeCache> ReferenceHost::newTableCodeCache()
 {
-    return std::make_unique<HostTableCodeCache>(m_services->lists);
+    return std::make_unique<HostTableCodeCache>(d->lists);
 }
 
 std::unique_ptr<EmployeeListCache> ReferenceHost::newEmployeeListCache()
 {
-    return std::make_unique<HostEmployeeListCache>(m_services->lists);
+    return std::make_unique<HostEmployeeListCache>(d->lists);
 }
 
 std::unique_ptr<OffenseListCache> ReferenceHost::newOffenseListCache()
 {
-    return std::make_unique<HostOffenseListCache>(m_services->lists);
+    return std::make_unique<HostOffenseListCache>(d->lists);
 }
 
 std::unique_ptr<UsersCache> ReferenceHost::newUsersCache()
 {
-    return std::make_unique<HostUsersCache>(m_services->lists);
+    return std::make_unique<HostUsersCache>(d->lists);
 }
 
 std::unique_ptr<ThumbnailService> ReferenceHost::newThumbnailService()
 {
-    return makeThumbnailService(m_services->thumbnails);
+    return makeThumbnailService(d->thumbnails);
 }
 
 std::unique_ptr<AttachmentFolders> ReferenceHost::newAttachmentFolders()
 {
-    return std::make_unique<HostAttachmentFolders>(m_services->lists);
+    return std::make_unique<HostAttachmentFolders>(d->lists);
 }
 
 std::unique_ptr<tvCustomDictionary> ReferenceHost::newCustomDictionary()
 {
-    return std::make_unique<CustomWordTable>(m_database);
+    return std::make_unique<CustomWordTable>(d->database);
 }
 
 std::unique_ptr<Downloader> ReferenceHost::newDownloader()
 {
-    return std::make_unique<StoreDownloader>(m_services->store, m_services->localCopies);
+    return std::make_unique<StoreDownloader>(d->store, d->localCopies);
 }
 
 std::unique_ptr<Uploader> ReferenceHost::newUploader()
 {
-    return std::make_unique<StoreUploader>(m_services->store);
+    return std::make_unique<StoreUploader>(d->store);
 }
 
 tvTableCollectionPtr ReferenceHost::newTableCollection()
@@ -215,7 +218,7 @@ std::shared_ptr<NibrsModuleService> ReferenceHost::createNibrsModule(const QStri
     if (className != QStringLiteral("NIBRS.Singletons"))
         throw Error(QStringLiteral("This host has no component %1").arg(className),
                     Error::NoSuchComponentNumber);
-    return std::make_shared<HostNibrsModule>(m_services->lists);
+    return std::make_shared<HostNibrsModule>(d->lists);
 }
 
 } // namespace tavrin

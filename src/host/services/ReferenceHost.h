@@ -12,8 +12,6 @@
 
 namespace tavrin {
 
-class AttachmentStore;
-
 enum class Theme
 {
     Light,
@@ -60,8 +58,9 @@ public:
     /// known, and for a number that nobody has.
     std::optional<QDate> employeeLeftOn(int officerNo) const;
 
-    /// Where the paths of rows lead on this platform.
-    std::shared_ptr<const AttachmentStore> attachmentStore() const;
+    /// The file of the attachments store that a path of rows and settings leads to on this platform, which
+    /// need not be there. Raises an `Error` for a path that leads to no attachments folder, or out of it.
+    QString attachmentFile(const QString& path) const;
     /// A new host removes the temporary files that killed programs have left in the attachments folders, and
     /// their copies of downloads once these are a day old, beside its other work; returns when that is done.
     void waitForSweep();
@@ -90,10 +89,8 @@ public:
     std::shared_ptr<NibrsModuleService> createNibrsModule(const QString& className) override;
 
 private:
-    struct Services;
-    Database& m_database;
-    qint64 m_dataVersion; // read before the lists, so that no change falls in between
-    std::unique_ptr<Services> m_services;
+    class Private;
+    std::unique_ptr<Private> d;
 };
 
 } // namespace tavrin

@@ -51,10 +51,14 @@ bool fill(Database& database, const QString& dataFolder)
     }
 }
 
-/// The program that is installed beside this one.
+/// The program that makes thumbnails: beside this one where it was built, else in its place below the prefix.
 QString thumbnailer()
 {
-    return QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("tavrin_thumbnailer"));
+    const QDir programs(QCoreApplication::applicationDirPath());
+    const QString beside = programs.filePath(QStringLiteral("tavrin_thumbnailer"));
+    if (QFileInfo::exists(beside))
+        return beside;
+    return programs.filePath(QStringLiteral("../" TAVRIN_LIBEXEC_DIR "/tavrin_thumbnailer"));
 }
 
 void checkUser(ReferenceHost& host, const Options& options)

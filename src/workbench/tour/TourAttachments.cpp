@@ -385,7 +385,7 @@ void AttachmentSteps::stopADownload()
 
 QString AttachmentSteps::storedFile(const QString& storedName) const
 {
-    return s.workspace.host().attachmentStore()->platformPath(
+    return s.workspace.host().attachmentFile(
         StorePath::join(modAttachments::GetAttachmentsFolder(), storedName));
 }
 

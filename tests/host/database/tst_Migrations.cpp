@@ -1,4 +1,5 @@
 #include "host/HostTestSupport.h"
+#include "host/database/DatabaseOptions.h"
 #include "host/database/Migrations.h"
 #include "host/lists/HostLists.h"
 #include "host/records/RecordStore.h"

@@ -2,6 +2,7 @@
 #include "frame/host_contracts/RemovableWord.h"
 #include "frame/words/CustomWords.h"
 #include "host/HostCase.h"
+#include "host/database/DatabaseOptions.h"
 #include "support/TestFiles.h"
 
 #include <sys/file.h>

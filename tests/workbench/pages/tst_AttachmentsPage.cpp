@@ -81,7 +81,7 @@ private Q_SLOTS:
         const tvTableRowPtr row = site.storedRows()->Item(1);
         QCOMPARE(ToText(fieldOf(*row, u"OriginalFileName"_s)->Value()), u"notes.txt"_s);
         QCOMPARE(ToText(fieldOf(*row, u"UserId"_s)->Value()), u"admin"_s);
-        const QString path = site.workspace->host().attachmentStore()->platformPath(
+        const QString path = site.workspace->host().attachmentFile(
             u"attachments\\"_s + ToText(fieldOf(*row, u"FileName"_s)->Value()));
         QFile stored(path);
         QVERIFY2(stored.open(QIODevice::ReadOnly), qPrintable(path));
