@@ -12,8 +12,10 @@
 #include "widgets/labels/Label.h"
 #include "widgets/panels/GroupBox.h"
 
+#include <QImage>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPointer>
 
 namespace tavrin {
 
@@ -35,15 +37,46 @@ QString spokenName(tvTableRow& row)
 
 } // namespace
 
+/// The constituents, the collection that is followed, and the picture.
+class CoverImage::Private
+{
+public:
+    explicit Private(CoverImage& control)
+        : q(control)
+    {
+    }
+
+    void makeConstituents();
+    void follow(const tvTableCollectionPtr& attachments);
+    void m_attachments_PrimaryStatusChanged(const QVariant& vPrimarySeqNo);
+    void ShowCover();
+    void ShowNoCover();
+    void SetPicture(const QImage& picture, const QString& description);
+    QRectF placeOfPicture() const;
+
+    CoverImage& q;
+
+    BoxShape* shpBorder = nullptr;
+    GroupBox* picNoImage = nullptr;
+    CameraPicture* imgIcon = nullptr;
+    Label* Label1 = nullptr;
+
+    QImage m_picture;                   // the background, in pixels of the screen
+    quint64 m_turn = 0;                 // how often the cover has been shown: the newest one stays
+    tvTableCollectionPtr m_attachments; // nullptr in the designer
+    Subscription m_primaryStatusChanged;
+};
+
 CoverImage::CoverImage(QWidget* parent, const ControlSite& site)
     : UserControl(parent, site)
+    , d(std::make_unique<Private>(*this))
 {
     if (ambient().UserMode()) { // in the designer no host makes collections
         const tvTableCollectionPtr none = currentHost().newTableCollection();
         none->SetItemClass(QString::fromLatin1(modAttachments::ItemClass));
-        follow(none);
+        d->follow(none);
     }
-    makeConstituents();
+    d->makeConstituents();
     setAccessibleName(QStringLiteral("Cover image"));
     installAccessibleRole<CoverImage, QAccessible::Graphic>();
     resize(sizeHint());
@@ -52,10 +85,10 @@ CoverImage::CoverImage(QWidget* parent, const ControlSite& site)
 
 CoverImage::~CoverImage() = default;
 
-void CoverImage::makeConstituents()
+void CoverImage::Private::makeConstituents()
 {
-    shpBorder = new BoxShape(this);
-    picNoImage = new GroupBox(this);
+    shpBorder = new BoxShape(&q);
+    picNoImage = new GroupBox(&q);
     imgIcon = new CameraPicture(picNoImage);
     Label1 = new Label(picNoImage);
 
@@ -65,7 +98,7 @@ void CoverImage::makeConstituents()
     Label1->setObjectName(QStringLiteral("Label1"));
 
     shpBorder->SetFilled(false);
-    picNoImage->SetBackColor(FrameBackColor());
+    picNoImage->SetBackColor(q.FrameBackColor());
     const auto font = std::make_shared<Font>();
     font->SetName(QStringLiteral("Segoe UI"));
     font->SetSize(FontPoints);
@@ -74,7 +107,7 @@ void CoverImage::makeConstituents()
     Label1->SetCaption(QStringLiteral("No cover image"));
     Label1->SetForeColor(SystemColor::GreyText);
     Label1->setAlignment(Qt::AlignCenter);
-    setAccessibleDescription(Label1->Caption());
+    q.setAccessibleDescription(Label1->Caption());
 
     moveTo(*shpBorder, 0, 0, 375, 375);
     moveTo(*picNoImage, 540, 660, NoImageWidth, NoImageHeight);
@@ -92,21 +125,21 @@ QSize CoverImage::sizeHint() const
 
 void CoverImage::BoundSection_ReadData(const tvBusinessObjectPtr& record)
 {
-    follow(childOf<tvTableCollection>(required(record, QStringLiteral("record")),
-                                      QStringLiteral("Attachments")));
-    ShowCover();
+    d->follow(childOf<tvTableCollection>(required(record, QStringLiteral("record")),
+                                         QStringLiteral("Attachments")));
+    d->ShowCover();
 }
 
 void CoverImage::BoundSection_WriteData(const tvBusinessObjectPtr&) {}
 
-void CoverImage::follow(const tvTableCollectionPtr& attachments)
+void CoverImage::Private::follow(const tvTableCollectionPtr& attachments)
 {
     m_primaryStatusChanged = attachments->PrimaryStatusChanged.subscribe(
         [this](const QVariant& vPrimarySeqNo) { m_attachments_PrimaryStatusChanged(vPrimarySeqNo); });
     m_attachments = attachments;
 }
 
-void CoverImage::m_attachments_PrimaryStatusChanged(const QVariant& vPrimarySeqNo)
+void CoverImage::Private::m_attachments_PrimaryStatusChanged(const QVariant& vPrimarySeqNo)
 {
     if (IsNull(vPrimarySeqNo))
         ShowNoCover();
@@ -116,10 +149,10 @@ void CoverImage::m_attachments_PrimaryStatusChanged(const QVariant& vPrimarySeqN
 
 // The cover
 
-void CoverImage::ShowCover()
+void CoverImage::Private::ShowCover()
 {
     // While the thumbnail is fetched the host may close the form, or the cover may be shown anew.
-    const QPointer<CoverImage> self(this);
+    const QPointer<CoverImage> self(&q);
     const quint64 turn = ++m_turn;
     picNoImage->hide();
     QImage picture;
@@ -128,10 +161,10 @@ void CoverImage::ShowCover()
     if (primary != 0) {
         const tvTableRowPtr row = m_attachments->Item(primary);
         // As many pixels as the screen has there.
-        const qreal density = devicePixelRatioF();
+        const qreal density = q.devicePixelRatioF();
         const auto onScreen = [density](Twips length) { return static_cast<Twips>(length * density); };
         picture =
-            modAttachments::GetAttachmentThumbnail(*row, onScreen(ScaleWidth()), onScreen(ScaleHeight()));
+            modAttachments::GetAttachmentThumbnail(*row, onScreen(q.ScaleWidth()), onScreen(q.ScaleHeight()));
         picture.setDevicePixelRatio(density);
         name = picture.isNull() ? QString() : spokenName(*row);
     }
@@ -141,44 +174,44 @@ void CoverImage::ShowCover()
     picNoImage->setVisible(m_picture.isNull());
 }
 
-void CoverImage::ShowNoCover()
+void CoverImage::Private::ShowNoCover()
 {
     ++m_turn;
     SetPicture({}, {});
     picNoImage->show();
 }
 
-void CoverImage::SetPicture(const QImage& picture, const QString& description)
+void CoverImage::Private::SetPicture(const QImage& picture, const QString& description)
 {
     m_picture = picture;
-    setAccessibleDescription(picture.isNull() ? Label1->Caption() : description);
-    update();
+    q.setAccessibleDescription(picture.isNull() ? Label1->Caption() : description);
+    q.update();
 }
 
 void CoverImage::UserControl_Resize()
 {
     const QPointer<CoverImage> self(this);
-    continueOnError([this] { ShowCover(); },
+    continueOnError([this] { d->ShowCover(); },
                     [&] {
                         if (self)
-                            moveTo(*shpBorder, 0, 0, ScaleWidth(), ScaleHeight());
+                            moveTo(*d->shpBorder, 0, 0, ScaleWidth(), ScaleHeight());
                     },
                     [&] {
                         if (self)
-                            moveTo(*picNoImage, ScaleWidth() / 2 - widthOf(*picNoImage) / 2,
-                                   ScaleHeight() / 2 - heightOf(*picNoImage) / 2);
+                            moveTo(*d->picNoImage, ScaleWidth() / 2 - widthOf(*d->picNoImage) / 2,
+                                   ScaleHeight() / 2 - heightOf(*d->picNoImage) / 2);
                     });
 }
 
-QRectF CoverImage::placeOfPicture() const
+QRectF CoverImage::Private::placeOfPicture() const
 {
     QSizeF size = m_picture.deviceIndependentSize();
-    const bool isOfThisSize = qAbs(size.width() - width()) < 1 && qAbs(size.height() - height()) < 1;
+    const bool isOfThisSize = qAbs(size.width() - q.width()) < 1 && qAbs(size.height() - q.height()) < 1;
     if (isOfThisSize)
         return {QPointF(0, 0), size}; // pixel by pixel
     // One of the size before, while the next is fetched.
-    size.scale(rect().size(), Qt::KeepAspectRatio);
-    return {QPointF((width() - size.width()) / 2, (height() - size.height()) / 2), size};
+    size.scale(q.rect().size(), Qt::KeepAspectRatio);
+    return {QPointF((q.width() - size.width()) / 2, (q.height() - size.height()) / 2), size};
 }
 
 void CoverImage::paintEvent(QPaintEvent*)
@@ -189,8 +222,8 @@ void CoverImage::paintEvent(QPaintEvent*)
     insideOfBorder.addRoundedRect(QRectF(rect()), BoxShape::Radius, BoxShape::Radius);
     painter.fillPath(insideOfBorder, FrameBackColor().resolve(palette()));
     painter.setClipPath(insideOfBorder);
-    if (!m_picture.isNull())
-        painter.drawImage(placeOfPicture(), m_picture);
+    if (!d->m_picture.isNull())
+        painter.drawImage(d->placeOfPicture(), d->m_picture);
 }
 
 } // namespace tavrin

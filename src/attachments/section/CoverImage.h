@@ -4,19 +4,14 @@
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Contracts.h"
 
-#include <QImage>
+#include <memory>
 
 namespace tavrin {
-
-class BoxShape;
-class CameraPicture;
-class GroupBox;
-class Label;
 
 /// The cover of a record: the primary image among its attachments.
 ///
 ///     auto* cover = new CoverImage(page);
-///     static_cast<BoundSection*>(cover)->ReadData(record); // record.Item("Attachments") holds the rows
+///     cover->ReadData(record); // record->Item("Attachments") holds the rows
 ///
 /// It follows the primary row of the collection from then on, whoever moves it, and writes nothing. Each
 /// change and each new size fetches the thumbnail anew; the control waits for it. While there is no cover, or
@@ -29,10 +24,12 @@ class TAVRIN_EXPORT CoverImage final : public UserControl, public BoundSection
     Q_CLASSINFO("DefaultInterface", "_CoverImage")
 
 public:
+    /// Shows no cover until `ReadData`. Raises what the host raises when it makes a collection, which the
+    /// designer does without.
     explicit CoverImage(QWidget* parent = nullptr, const ControlSite& site = {});
     ~CoverImage() override;
 
-    /// Room for the sign that there is no cover.
+    /// Room for the sign that there is no cover, in pixels.
     QSize sizeHint() const override;
 
 protected:
@@ -40,30 +37,14 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    /// Shows the cover of the record, and follows it. Raises error 91 when the record has no attachments;
-    /// what was shown then stays.
+    /// Shows the cover of the record, and follows it; keeps the collection, not the record. Raises error 91
+    /// without a record or when it has no attachments; what was shown then stays.
     void BoundSection_ReadData(const tvBusinessObjectPtr& record) override;
     /// Nothing: the section writes nothing.
     void BoundSection_WriteData(const tvBusinessObjectPtr& record) override;
 
-    void follow(const tvTableCollectionPtr& attachments);
-    void m_attachments_PrimaryStatusChanged(const QVariant& vPrimarySeqNo);
-    void ShowCover();
-    void ShowNoCover();
-    void SetPicture(const QImage& picture, const QString& description);
-    QRectF placeOfPicture() const;
-
-    void makeConstituents();
-
-    BoxShape* shpBorder;
-    GroupBox* picNoImage;
-    CameraPicture* imgIcon;
-    Label* Label1;
-
-    QImage m_picture;                   // the background, in pixels of the screen
-    quint64 m_turn = 0;                 // how often the cover has been shown: the newest one stays
-    tvTableCollectionPtr m_attachments; // nullptr in the designer
-    Subscription m_primaryStatusChanged;
+    class Private;
+    std::unique_ptr<Private> d;
 };
 
 } // namespace tavrin
