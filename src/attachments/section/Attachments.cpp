@@ -4,8 +4,8 @@
 #include "attachments/files/ModuleKey.h"
 #include "attachments/files/NoAttachments.h"
 #include "attachments/files/modAttachments.h"
+#include "attachments/section/AttachmentsPrivate.h"
 #include "attachments/section/PrimaryRule.h"
-#include "attachments/section/RemovedRow.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/host_contracts/Host.h"
 #include "frame/host_contracts/HostObjects.h"
@@ -53,11 +53,12 @@ tvTableCollectionPtr newAttachments(bool isRunTime)
 
 Attachments::Attachments(QWidget* parent, const ControlSite& site)
     : UserControl(parent, site)
+    , d(std::make_unique<Private>(*this))
 {
-    follow(newAttachments(ambient().UserMode()));
-    build();
-    EnableDetails(false);
-    m_contextMenuTimer.SetInterval(1);
+    d->follow(newAttachments(ambient().UserMode()));
+    d->build();
+    d->EnableDetails(false);
+    d->m_contextMenuTimer.SetInterval(1);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     resize(sizeHint());
     begin();
@@ -67,20 +68,20 @@ Attachments::~Attachments() = default;
 
 // The constituents
 
-void Attachments::build()
+void Attachments::Private::build()
 {
     // In tab order.
-    lvwFiles = new ListView(this);
-    picToolbar = new GroupBox(this);
+    lvwFiles = new ListView(&q);
+    picToolbar = new GroupBox(&q);
     lnkAddAttachments = new TextLink(picToolbar);
     Label4 = new Label(picToolbar);
     buildUndo();
-    lblFilename = new Label(this);
-    lblCountLabel = new Label(this);
-    lblCount = new Label(this);
-    fraDetails = new GroupBox(this);
+    lblFilename = new Label(&q);
+    lblCountLabel = new Label(&q);
+    lblCount = new Label(&q);
+    fraDetails = new GroupBox(&q);
     buildDetails();
-    picUpdating = new GroupBox(this); // lies over the list
+    picUpdating = new GroupBox(&q); // lies over the list
     lblUpdating = new Label(picUpdating);
 
     imglIcons = {{QString::fromLatin1(FileKindIcons::File), FileKindIcons::file()},
@@ -96,8 +97,8 @@ void Attachments::build()
     lblUpdating->SetForeColor(SystemColor::WindowText);
     picUpdating->SetBackColor(SystemColor::WindowBackground);
     picUpdating->hide();
-    setFocusPolicy(Qt::StrongFocus);
-    setFocusProxy(lvwFiles);
+    q.setFocusPolicy(Qt::StrongFocus);
+    q.setFocusProxy(lvwFiles);
 
     nameConstituents();
     SetupList();
@@ -108,7 +109,7 @@ void Attachments::build()
     buildActions();
 }
 
-void Attachments::nameConstituents()
+void Attachments::Private::nameConstituents()
 {
     const std::pair<QWidget*, const char*> names[] = {{lvwFiles, "lvwFiles"},
                                                       {picUpdating, "picUpdating"},
@@ -126,7 +127,7 @@ void Attachments::nameConstituents()
     fraDetails->setAccessibleName(QStringLiteral("Attachment details"));
 }
 
-void Attachments::placeConstituents()
+void Attachments::Private::placeConstituents()
 {
     moveTo(*lvwFiles, 0, 0, DesignWidth, ListHeight);
     moveTo(*picToolbar, 0, ToolbarTop, DesignWidth, ToolbarHeight);
@@ -146,6 +147,11 @@ void Attachments::placeConstituents()
 
 void Attachments::BoundSection_ReadData(const tvBusinessObjectPtr& record)
 {
+    d->readFrom(record);
+}
+
+void Attachments::Private::readFrom(const tvBusinessObjectPtr& record)
+{
     const QString moduleKey = GetModuleKeyFromBO(record);
     Session& session = currentHost().session();
     const bool canAdd = session.HasPermission(moduleKey, AddRight);
@@ -159,7 +165,7 @@ void Attachments::BoundSection_ReadData(const tvBusinessObjectPtr& record)
     m_canDelete = canDelete;
     follow(attachments);
     m_record = record;
-    const QPointer<Attachments> self(this); // a follower of the cover may delete the control
+    const QPointer<Attachments> self(&q); // a follower of the cover may delete the control
     if (isAnother) {
         forgetRemoved();
         if (!self || attachments != m_attachments) // and so may one of the focus, or bind another record
@@ -178,10 +184,10 @@ void Attachments::BoundSection_ReadData(const tvBusinessObjectPtr& record)
 
 void Attachments::BoundSection_WriteData(const tvBusinessObjectPtr&)
 {
-    reportInBox(this, QString(), QStringLiteral("Error"), [this] { SaveDetails(); });
+    reportInBox(this, QString(), QStringLiteral("Error"), [this] { d->SaveDetails(); });
 }
 
-void Attachments::follow(tvTableCollectionPtr attachments)
+void Attachments::Private::follow(tvTableCollectionPtr attachments)
 {
     m_itemRemoved =
         attachments->ItemRemovedEx.subscribe([this](qint32 nRemovedIndex, const tvTableRowPtr& objItem) {
@@ -194,7 +200,7 @@ void Attachments::follow(tvTableCollectionPtr attachments)
 
 // The cover
 
-void Attachments::m_attachments_ItemRemovedEx(qint32, const tvTableRowPtr& objItem)
+void Attachments::Private::m_attachments_ItemRemovedEx(qint32, const tvTableRowPtr& objItem)
 {
     tvTableRow& row = required(objItem, QStringLiteral("row that was removed"));
     const tvTableCollectionPtr attachments = m_attachments; // a follower of the cover may bind another record
@@ -205,9 +211,14 @@ void Attachments::m_attachments_ItemRemovedEx(qint32, const tvTableRowPtr& objIt
 
 void Attachments::UserControl_Resize()
 {
+    d->layOut();
+}
+
+void Attachments::Private::layOut()
+{
     // Continue on error.
-    const Twips w = ScaleWidth();
-    const Twips h = ScaleHeight();
+    const Twips w = q.ScaleWidth();
+    const Twips h = q.ScaleHeight();
     const auto topOf = [](const QWidget& widget) { return toTwips(widget.y()); };
     const auto setWidth = [](QWidget& widget, Twips width) {
         widget.resize(std::max(toPixels(width), 0), widget.height());
@@ -229,7 +240,7 @@ void Attachments::UserControl_Resize()
         },
         [&] { shpThumbnailBorder->setGeometry(imgThumbnail->geometry()); }, [&] { LayoutCountLabels(); },
         [&] {
-            const Twips edge = toTwips(style()->pixelMetric(QStyle::PM_DefaultFrameWidth));
+            const Twips edge = toTwips(q.style()->pixelMetric(QStyle::PM_DefaultFrameWidth));
             moveTo(*picUpdating, leftOf(*lvwFiles) + edge, topOf(*lvwFiles) + edge,
                    widthOf(*lvwFiles) - 2 * edge, heightOf(*lvwFiles) - 2 * edge);
         },
@@ -241,7 +252,7 @@ void Attachments::UserControl_Resize()
 
 QSize Attachments::sizeHint() const
 {
-    return {std::max(toPixels(DesignWidth), m_listWidth), toPixels(PaneTop + PaneHeight)};
+    return {std::max(toPixels(DesignWidth), d->m_listWidth), toPixels(PaneTop + PaneHeight)};
 }
 
 QSize Attachments::minimumSizeHint() const

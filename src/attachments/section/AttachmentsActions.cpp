@@ -7,7 +7,7 @@
 #include "attachments/files/ShellReasons.h"
 #include "attachments/files/TemporaryCopy.h"
 #include "attachments/files/modAttachments.h"
-#include "attachments/section/Attachments.h"
+#include "attachments/section/AttachmentsPrivate.h"
 #include "attachments/section/PrimaryRule.h"
 #include "base/failure/Error.h"
 #include "base/files/LocalFiles.h"
@@ -71,15 +71,15 @@ void Attachments::AddAttachments()
         const QStringList chosen = desktop().fileDialogs->openFiles(
             this, QStringLiteral("Select Files"), QString(), QStringLiteral("All files (*)"), true);
         if (self && !chosen.isEmpty())
-            AddFiles(selectedFiles(chosen));
+            d->AddFiles(selectedFiles(chosen));
     });
 }
 
-void Attachments::AddFiles(const QStringList& files)
+void Attachments::Private::AddFiles(const QStringList& files)
 {
     if (!m_canAdd)
         throw Error(QStringLiteral("You don't have permission to add attachments in this module."));
-    const QPointer<Attachments> self(this);
+    const QPointer<Attachments> self(&q);
     try {
         uploadAndAdd(files);
     } catch (...) {
@@ -89,17 +89,17 @@ void Attachments::AddFiles(const QStringList& files)
     }
 }
 
-void Attachments::uploadAndAdd(const QStringList& paths)
+void Attachments::Private::uploadAndAdd(const QStringList& paths)
 {
     modAttachments::GetAttachmentsFolder(); // fails without the setting, before there is a dialog
-    const QPointer<Attachments> self(this); // a form may go while the dialog is open
+    const QPointer<Attachments> self(&q);   // a form may go while the dialog is open
     SaveDetails();
     if (!self)
         return;
     // The files are this record's, whatever the host binds while they are uploaded.
     const tvTableCollectionPtr attachments = m_attachments;
     const tvBusinessObjectPtr record = m_record.lock();
-    const QString caption = captionOf(*window());
+    const QString caption = captionOf(*q.window());
     const auto isBound = [&] {
         return self && (attachments == m_attachments || isSameRecord(record, m_record.lock()));
     };
@@ -107,7 +107,7 @@ void Attachments::uploadAndAdd(const QStringList& paths)
     const QPointer<frmUploadTask> alive = dialog;
     const auto unload = qScopeGuard([&alive] { delete alive.data(); });
     dialog->SetFiles(paths);
-    dialog->Start(this);
+    dialog->Start(&q);
     if (!self || !alive)
         return;
     ShowUpdating(true);
@@ -130,7 +130,7 @@ void Attachments::uploadAndAdd(const QStringList& paths)
 }
 
 /// Adds those files that reached the record before it was read anew, and that it therefore does not list.
-void Attachments::addMissing(tvTableCollection& attachments, const QList<UploadedFile>& files)
+void Attachments::Private::addMissing(tvTableCollection& attachments, const QList<UploadedFile>& files)
 {
     QSet<QString> listed;
     for (const tvTableRowPtr& row : attachments)
@@ -142,13 +142,13 @@ void Attachments::addMissing(tvTableCollection& attachments, const QList<Uploade
 }
 
 /// Nobody sees whether the record that has been left keeps its new rows.
-void Attachments::tellUploadedFor(const QString& record, const QList<UploadedFile>& files)
+void Attachments::Private::tellUploadedFor(const QString& record, const QList<UploadedFile>& files)
 {
     QStringList names;
     for (const UploadedFile& uploaded : files)
         names << uploaded.OriginalFilename;
     desktop().messageBoxes->tell(
-        this,
+        &q,
         QStringLiteral("Another record was opened here while files were uploaded for \"%1\". They are in the "
                        "attachments folder. Open \"%1\" again and add those that it does not list:"
                        "\r\n\r\n%2")
@@ -156,7 +156,7 @@ void Attachments::tellUploadedFor(const QString& record, const QList<UploadedFil
         BoxIcon::Exclamation, Title);
 }
 
-void Attachments::showAdded()
+void Attachments::Private::showAdded()
 {
     RefreshList();
     if (lvwFiles->Count() > 0 && lvwFiles->SelectedItem() == lvwFiles->Key(0))
@@ -164,7 +164,7 @@ void Attachments::showAdded()
     SelectRow(m_attachments->Count());
 }
 
-void Attachments::AddUploadedFile(tvTableCollection& attachments, const UploadedFile& uploaded)
+void Attachments::Private::AddUploadedFile(tvTableCollection& attachments, const UploadedFile& uploaded)
 {
     const tvTableRowPtr row = attachments.NewItem();
     fieldOf(*row, QStringLiteral("FileName"))->SetValue(uploaded.Filename);
@@ -175,20 +175,20 @@ void Attachments::AddUploadedFile(tvTableCollection& attachments, const Uploaded
     PrimaryRule::added(attachments, *row);
 }
 
-void Attachments::ShowUpdating(bool busy)
+void Attachments::Private::ShowUpdating(bool busy)
 {
-    QWidget* focused = window()->focusWidget();
-    if (busy && focused && isAncestorOf(focused))
+    QWidget* focused = q.window()->focusWidget();
+    if (busy && focused && q.isAncestorOf(focused))
         m_focusBeforeUpdating = focused; // a control that is disabled gives its focus away
-    setEnabled(!busy);
+    q.setEnabled(!busy);
     picUpdating->setVisible(busy);
     if (busy) {
         picUpdating->raise();
-        setCursor(Qt::WaitCursor);
+        q.setCursor(Qt::WaitCursor);
         picUpdating->repaint(); // the event loop has no turn before the end
         return;
     }
-    unsetCursor();
+    q.unsetCursor();
     if (m_focusBeforeUpdating)
         m_focusBeforeUpdating->setFocus();
     m_focusBeforeUpdating = nullptr;
@@ -196,7 +196,7 @@ void Attachments::ShowUpdating(bool busy)
 
 // Opening
 
-void Attachments::OpenCurrentFile()
+void Attachments::Private::OpenCurrentFile()
 {
     try {
         const tvTableRowPtr row = shownRow();
@@ -211,15 +211,15 @@ void Attachments::OpenCurrentFile()
     }
 }
 
-QString Attachments::DownloadToTemp(const QString& source, const QString& name)
+QString Attachments::Private::DownloadToTemp(const QString& source, const QString& name)
 {
-    const QPointer<Attachments> self(this); // a form may go while the dialog is open, and the dialog with it
+    const QPointer<Attachments> self(&q); // a form may go while the dialog is open, and the dialog with it
     auto* dialog = new frmDownloadTask;
     const QPointer<frmDownloadTask> alive = dialog;
     const auto unload = qScopeGuard([&alive] { delete alive.data(); });
     try {
         dialog->SetFilename(source);
-        dialog->Start(this);
+        dialog->Start(&q);
         if (self && alive && !dialog->Canceled())
             return renameTemporaryCopy(dialog->DownloadedFilename(), name);
     } catch (...) {
@@ -232,9 +232,9 @@ QString Attachments::DownloadToTemp(const QString& source, const QString& name)
 
 // Downloading all
 
-void Attachments::mnuDownloadAll_Click()
+void Attachments::Private::mnuDownloadAll_Click()
 {
-    reportInBox(this, QStringLiteral("Attachments were not downloaded: "), Title, [this] { downloadAll(); });
+    reportInBox(&q, QStringLiteral("Attachments were not downloaded: "), Title, [this] { downloadAll(); });
 }
 
 /// A folder of this name, or of a like one that the disk takes, that is not there yet.
@@ -243,10 +243,10 @@ static QString newFolder(const QString& downloads, const QString& name)
     return modUtils::UniqueFileName(QDir(downloads).filePath(LocalFiles::usableFileName(name)));
 }
 
-void Attachments::downloadAll()
+void Attachments::Private::downloadAll()
 {
-    const QPointer<Attachments> self(this); // a form may go while a dialog is open
-    const QString folderName = PromptFolderName(captionOf(*window()));
+    const QPointer<Attachments> self(&q); // a form may go while a dialog is open
+    const QString folderName = PromptFolderName(captionOf(*q.window()));
     if (!self || folderName.isEmpty())
         return;
     const QString downloads = currentHost().environment().GetDownloadsFolder();
@@ -257,7 +257,7 @@ void Attachments::downloadAll()
     dialog->SetDownloadPath(path);
     dialog->SetAttachments(m_attachments);
     try {
-        dialog->Start(this);
+        dialog->Start(&q);
     } catch (...) {
         if (self)
             throw;
@@ -265,7 +265,7 @@ void Attachments::downloadAll()
     if (!self || !alive || dialog->Canceled())
         return;
     const BoxAnswer answer = desktop().messageBoxes->show(
-        this,
+        &q,
         QStringLiteral("All attachments for this record were downloaded to ") + path +
             QStringLiteral(".\r\n\r\nDo you want to open this folder now?"),
         BoxIcon::Question, QStringLiteral("Download Complete"), BoxButtons::YesNo);
@@ -273,13 +273,13 @@ void Attachments::downloadAll()
         ShellOpenFile(path);
 }
 
-QString Attachments::PromptFolderName(const QString& suggested)
+QString Attachments::Private::PromptFolderName(const QString& suggested)
 {
     auto* dialog = new frmDownloadFolderPrompt;
     const QPointer<frmDownloadFolderPrompt> alive = dialog;
     const auto unload = qScopeGuard([&alive] { delete alive.data(); });
     dialog->SetFolderName(suggested);
-    dialog->ShowModal(this);
+    dialog->ShowModal(&q);
     return alive ? dialog->FolderName() : QString();
 }
 

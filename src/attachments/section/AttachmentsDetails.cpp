@@ -1,5 +1,5 @@
 #include "attachments/files/modAttachments.h"
-#include "attachments/section/Attachments.h"
+#include "attachments/section/AttachmentsPrivate.h"
 #include "base/values/Variant.h"
 #include "widgets/boxes/CheckBox.h"
 #include "widgets/boxes/TextArea.h"
@@ -47,7 +47,7 @@ bool HasContainer(const QWidget& control)
 
 // The constituents
 
-void Attachments::buildDetails()
+void Attachments::Private::buildDetails()
 {
     // In tab order.
     Label3 = new Label(fraDetails);
@@ -86,7 +86,7 @@ void Attachments::buildDetails()
     m_subscriptions.push_back(chkDefault->Click.subscribe([this] { chkDefault_Click(); }));
 }
 
-void Attachments::nameDetails()
+void Attachments::Private::nameDetails()
 {
     const std::pair<QWidget*, const char*> names[] = {{Label3, "Label3"},
                                                       {imgThumbnail, "imgThumbnail"},
@@ -103,7 +103,7 @@ void Attachments::nameDetails()
         widget->setObjectName(QString::fromLatin1(name));
 }
 
-void Attachments::placeDetails()
+void Attachments::Private::placeDetails()
 {
     // A text that needs more room than designed gets it.
     const auto place = [](QWidget& widget, Twips left, Twips top, Twips width, Twips height) {
@@ -124,23 +124,23 @@ void Attachments::placeDetails()
 
 QObject* Attachments::CommentsTextBox() const
 {
-    return txtComment;
+    return d->txtComment;
 }
 
 // The row
 
-qint32 Attachments::shownIndex() const
+qint32 Attachments::Private::shownIndex() const
 {
     return indexOf(*m_attachments, m_shownRow);
 }
 
-tvTableRowPtr Attachments::shownRow() const
+tvTableRowPtr Attachments::Private::shownRow() const
 {
     const qint32 index = shownIndex();
     return index == 0 ? nullptr : m_attachments->Item(index);
 }
 
-void Attachments::ShowDetails()
+void Attachments::Private::ShowDetails()
 {
     EnableDetails(m_attachments->Count() >= 1);
     m_shownRow = nullptr; // until both boxes hold the texts of one row
@@ -165,7 +165,7 @@ void Attachments::ShowDetails()
     }
     const bool isImage = modAttachments::IsImageAttachment(*row);
     chkDefault->setVisible(isImage);
-    const QPointer<Attachments> self(this); // a follower of the cover may delete the control
+    const QPointer<Attachments> self(&q); // a follower of the cover may delete the control
     const quint64 turn = m_detailsTurn;
     chkDefault->SetValue(m_attachments->CurrentIsPrimary() && isImage ? CheckBox::Checked
                                                                       : CheckBox::Unchecked);
@@ -173,7 +173,7 @@ void Attachments::ShowDetails()
         showThumbnail(*row);
 }
 
-void Attachments::fillTexts(const tvTableRowPtr& row)
+void Attachments::Private::fillTexts(const tvTableRowPtr& row)
 {
     lblFilename->SetCaption(modAttachments::GetAttachmentDisplayName(*row));
     fitFilename();
@@ -186,7 +186,7 @@ void Attachments::fillTexts(const tvTableRowPtr& row)
 }
 
 /// As wide as the name is, but never under the count.
-void Attachments::fitFilename()
+void Attachments::Private::fitFilename()
 {
     constexpr Twips gap = 180;
     lblFilename->SetAutoSize(true);
@@ -197,12 +197,12 @@ void Attachments::fitFilename()
     lblFilename->resize(std::max(toPixels(room), 0), lblFilename->height());
 }
 
-void Attachments::showThumbnail(tvTableRow& row)
+void Attachments::Private::showThumbnail(tvTableRow& row)
 {
     // A host may let the person act while it fetches the file, and the pane then shows something newer.
-    const QPointer<Attachments> self(this);
+    const QPointer<Attachments> self(&q);
     const quint64 turn = m_detailsTurn;
-    const qreal density = devicePixelRatioF(); // sharp on dense screens too
+    const qreal density = q.devicePixelRatioF(); // sharp on dense screens too
     const auto onScreen = [density](Twips length) { return static_cast<Twips>(length * density); };
     QImage thumbnail = modAttachments::GetAttachmentThumbnail(row, onScreen(widthOf(*imgThumbnail)),
                                                               onScreen(heightOf(*imgThumbnail)));
@@ -218,22 +218,22 @@ void Attachments::showThumbnail(tvTableRow& row)
     ShowPreview(!thumbnail.isNull());
 }
 
-void Attachments::ShowPreview(bool visible)
+void Attachments::Private::ShowPreview(bool visible)
 {
     imgThumbnail->setVisible(visible);
     picNoThumbnail->setVisible(!visible);
 }
 
-void Attachments::ShowFileKind(tvTableRow& row)
+void Attachments::Private::ShowFileKind(tvTableRow& row)
 {
     const QString fileName = textOf(row, FileName);
     const QString kind = IconKeyForFile(fileName);
-    imgFileIcon->setPixmap(imglIcons.value(kind).pixmap(imgFileIcon->size(), devicePixelRatioF()));
+    imgFileIcon->setPixmap(imglIcons.value(kind).pixmap(imgFileIcon->size(), q.devicePixelRatioF()));
     imgFileIcon->setAccessibleName(kind);
     lblFileType->SetCaption(extensionOf(fileName));
 }
 
-void Attachments::SaveDetails()
+void Attachments::Private::SaveDetails()
 {
     const tvTableRowPtr row = shownRow();
     if (!row)
@@ -244,15 +244,15 @@ void Attachments::SaveDetails()
     fieldOf(*row, Notes)->SetValue(notes);
 }
 
-void Attachments::EnableDetails(bool enabled)
+void Attachments::Private::EnableDetails(bool enabled)
 {
-    for (QWidget* control : findChildren<QWidget*>()) {
+    for (QWidget* control : q.findChildren<QWidget*>()) {
         if (HasContainer(*control) && control->parentWidget() == fraDetails)
             control->setEnabled(enabled);
     }
 }
 
-void Attachments::ScrollTextToTop(TextArea& box)
+void Attachments::Private::ScrollTextToTop(TextArea& box)
 {
     box.moveCursor(QTextCursor::Start);
     box.verticalScrollBar()->setValue(box.verticalScrollBar()->minimum());
@@ -260,7 +260,7 @@ void Attachments::ScrollTextToTop(TextArea& box)
 
 // What the person does
 
-void Attachments::txtDescription_Change()
+void Attachments::Private::txtDescription_Change()
 {
     const tvTableRowPtr row = shownRow();
     if (!row)
@@ -268,14 +268,14 @@ void Attachments::txtDescription_Change()
     const tvFieldPtr field = fieldOf(*row, Description);
     if (ToText(field->Value()) == txtDescription->Text())
         return;
-    const QPointer<Attachments> self(this); // a follower may delete the control, or bind another record
+    const QPointer<Attachments> self(&q); // a follower may delete the control, or bind another record
     const quint64 turn = m_detailsTurn;
     field->SetValue(txtDescription->Text());
     if (self && turn == m_detailsTurn && shownIndex() != 0)
         UpdateRow(*row);
 }
 
-void Attachments::chkDefault_Click()
+void Attachments::Private::chkDefault_Click()
 {
     const qint32 index = shownIndex();
     if (index == 0 ||

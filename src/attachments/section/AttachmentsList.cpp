@@ -1,6 +1,6 @@
 #include "attachments/files/FileKindIcons.h"
 #include "attachments/files/modAttachments.h"
-#include "attachments/section/Attachments.h"
+#include "attachments/section/AttachmentsPrivate.h"
 #include "base/failure/Error.h"
 #include "base/values/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
@@ -53,7 +53,7 @@ QString shownDate(const QVariant& value)
 
 // Setting up
 
-void Attachments::SetupList()
+void Attachments::Private::SetupList()
 {
     CopyImageList();
     lvwFiles->setIconSize(QSize(CellSize, CellSize));
@@ -63,7 +63,7 @@ void Attachments::SetupList()
     lvwFiles->SetBorder(false);
     lvwFiles->SetMouseDownFirst(true);
 
-    const QFontMetrics metrics(font());
+    const QFontMetrics metrics(q.font());
     const Twips W = toTwips(metrics.horizontalAdvance(u'W'));
     lvwFiles->AddColumnHeader(SeqNo, QString(), 0);
     lvwFiles->AddColumnHeader(FilenameColumn, QStringLiteral("Filename"), 15 * W);
@@ -76,19 +76,19 @@ void Attachments::SetupList()
                               metrics.horizontalAdvance(QStringLiteral("Upload Date"))) +
                      metrics.averageCharWidth() * 2;
     lvwFiles->SetMinimumColumnWidth(std::max(5 * W, toTwips(date)));
-    const int edge = style()->pixelMetric(QStyle::PM_DefaultFrameWidth);
+    const int edge = q.style()->pixelMetric(QStyle::PM_DefaultFrameWidth);
     m_listWidth = toPixels((15 + 20 + 8) * W) + std::max(toPixels(5 * W), date) + 2 * edge +
-                  style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+                  q.style()->pixelMetric(QStyle::PM_ScrollBarExtent);
 }
 
-void Attachments::CopyImageList()
+void Attachments::Private::CopyImageList()
 {
     ImageList.clear();
     for (auto icon = imglIcons.cbegin(); icon != imglIcons.cend(); ++icon)
         ImageList.insert(icon.key(), FileKindIcons::padded(icon.value(), CellSize, CellSize));
 }
 
-QString Attachments::IconKeyForFile(const QString& name)
+QString Attachments::Private::IconKeyForFile(const QString& name)
 {
     return QString::fromLatin1(currentHost().images().IsImageFile(name) ? FileKindIcons::Image
                                                                         : FileKindIcons::File);
@@ -96,7 +96,7 @@ QString Attachments::IconKeyForFile(const QString& name)
 
 // The lines
 
-void Attachments::RefreshList()
+void Attachments::Private::RefreshList()
 {
     for (int index = 0; index < lvwFiles->Count(); ++index)
         lvwFiles->SetTag(lvwFiles->Key(index), QString());
@@ -135,7 +135,7 @@ void Attachments::RefreshList()
 
 /// Lines are reused from record to record, but the line at an index must be that of the row at this index:
 /// another file would be opened or removed otherwise.
-bool Attachments::hasLinesInOrder(const QStringList& keys) const
+bool Attachments::Private::hasLinesInOrder(const QStringList& keys) const
 {
     if (keys.size() != lvwFiles->Count())
         return true; // rows that share a line cannot be told apart anyway
@@ -146,7 +146,7 @@ bool Attachments::hasLinesInOrder(const QStringList& keys) const
     return true;
 }
 
-void Attachments::UpdateRow(tvTableRow& row)
+void Attachments::Private::UpdateRow(tvTableRow& row)
 {
     const QString line = lineKey(row);
     if (!lvwFiles->Contains(line))
@@ -164,7 +164,7 @@ void Attachments::UpdateRow(tvTableRow& row)
     lvwFiles->SetTag(line, Updated);
 }
 
-void Attachments::SelectRow(qint32 index)
+void Attachments::Private::SelectRow(qint32 index)
 {
     lvwFiles->SetSelectedItem(std::nullopt);
     if (m_attachments->Count() != 0) {
@@ -180,7 +180,7 @@ void Attachments::SelectRow(qint32 index)
     ShowDetails();
 }
 
-qint32 Attachments::rowOfLine(const QString& line)
+qint32 Attachments::Private::rowOfLine(const QString& line)
 {
     const auto isOf = [&](qint32 index) { return lineKey(*m_attachments->Item(index)) == line; };
     const qint32 count = m_attachments->Count();
@@ -194,17 +194,17 @@ qint32 Attachments::rowOfLine(const QString& line)
     throw Error(QStringLiteral("The attachment has been removed from the record."));
 }
 
-void Attachments::lvwFiles_ItemClick(const QString& line)
+void Attachments::Private::lvwFiles_ItemClick(const QString& line)
 {
-    const QPointer<Attachments> self(this);
-    const bool done = reportInBox(this, QStringLiteral("Unexpected error handling item click: "),
+    const QPointer<Attachments> self(&q);
+    const bool done = reportInBox(&q, QStringLiteral("Unexpected error handling item click: "),
                                   QStringLiteral("Attachments"), [&] { takeLine(rowOfLine(line)); });
     // The line that is selected is the one whose details show, so that nobody types into another row.
     if (!done && self)
         lvwFiles->SetSelectedItem(lvwFiles->DropHighlight());
 }
 
-void Attachments::takeLine(qint32 index)
+void Attachments::Private::takeLine(qint32 index)
 {
     const tvTableCollectionPtr attachments = m_attachments;
     if (index == shownIndex()) {
@@ -212,7 +212,7 @@ void Attachments::takeLine(qint32 index)
             attachments->SetPosition(ToInteger(index));
         return;
     }
-    const QPointer<Attachments> self(this); // a follower of the fields may delete the control
+    const QPointer<Attachments> self(&q); // a follower of the fields may delete the control
     SaveDetails();
     if (!self || attachments != m_attachments) // or bind another record
         return;
@@ -224,30 +224,30 @@ void Attachments::takeLine(qint32 index)
 
 // Layout
 
-void Attachments::ResizeLastColumn()
+void Attachments::Private::ResizeLastColumn()
 {
     // Continue on error.
     continueOnError([this] {
-        const int edge = style()->pixelMetric(QStyle::PM_DefaultFrameWidth);
+        const int edge = q.style()->pixelMetric(QStyle::PM_DefaultFrameWidth);
         Twips available = widthOf(*lvwFiles) - lvwFiles->ColumnLeft(UserDate) - 2 * toTwips(edge);
         if (lvwFiles->HasVerticalScrollBar())
-            available -= toTwips(style()->pixelMetric(QStyle::PM_ScrollBarExtent));
+            available -= toTwips(q.style()->pixelMetric(QStyle::PM_ScrollBarExtent));
         if (available >= 0) // a column has no negative width
             lvwFiles->SetColumnWidth(UserDate, available);
     });
 }
 
-void Attachments::UpdateCount()
+void Attachments::Private::UpdateCount()
 {
     lblCount->SetCaption(QString::number(m_attachments->Count()));
     LayoutCountLabels();
 }
 
-void Attachments::LayoutCountLabels()
+void Attachments::Private::LayoutCountLabels()
 {
     // Continue on error.
     constexpr Twips gap = 60;
-    continueOnError([this] { lblCount->move(toPixels(ScaleWidth() - widthOf(*lblCount)), lblCount->y()); },
+    continueOnError([this] { lblCount->move(toPixels(q.ScaleWidth() - widthOf(*lblCount)), lblCount->y()); },
                     [this] {
                         const Twips left = leftOf(*lblCount) - widthOf(*lblCountLabel) - gap;
                         lblCountLabel->move(toPixels(left), lblCountLabel->y());

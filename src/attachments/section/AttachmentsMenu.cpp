@@ -1,4 +1,4 @@
-#include "attachments/section/Attachments.h"
+#include "attachments/section/AttachmentsPrivate.h"
 #include "attachments/section/RemovedRow.h"
 #include "attachments/section/UndoLine.h"
 #include "base/values/Variant.h"
@@ -26,9 +26,9 @@ const QString Title = QStringLiteral("Attachments");
 
 } // namespace
 
-void Attachments::buildActions()
+void Attachments::Private::buildActions()
 {
-    mnuAttachments = new PopupMenu(QStringLiteral("Attachments"), this);
+    mnuAttachments = new PopupMenu(QStringLiteral("Attachments"), &q);
     mnuOpen = mnuAttachments->AddItem(QStringLiteral("Open"), u'O');
     QAction* mnuSeparator = mnuAttachments->addSeparator();
     mnuAdd = mnuAttachments->AddItem(QStringLiteral("Add Attachment(s)..."), u'A');
@@ -47,11 +47,11 @@ void Attachments::buildActions()
     const QList<QWidget*> stops = {lvwFiles,   lnkAddAttachments, picUndo->link(),
                                    chkDefault, txtDescription,    txtComment};
     for (qsizetype i = 1; i < stops.size(); ++i)
-        setTabOrder(stops.at(i - 1), stops.at(i));
+        QWidget::setTabOrder(stops.at(i - 1), stops.at(i));
     followActions();
 }
 
-void Attachments::followActions()
+void Attachments::Private::followActions()
 {
     const auto follow = [this](auto& event, auto handler) {
         m_subscriptions.push_back(event.subscribe(std::move(handler)));
@@ -62,17 +62,17 @@ void Attachments::followActions()
     follow(lvwFiles->KeyDown, [this](int& keyCode, int shift) { lvwFiles_KeyDown(keyCode, shift); });
     follow(lvwFiles->OLEDragDrop,
            [this](const QStringList& files, int& effect) { lvwFiles_OLEDragDrop(files, effect); });
-    follow(lnkAddAttachments->Click, [this] { AddAttachments(); });
+    follow(lnkAddAttachments->Click, [this] { q.AddAttachments(); });
     follow(m_contextMenuTimer.Elapsed, [this] { m_contextMenuTimer_Elapsed(); });
     follow(mnuOpen->Click, [this] { mnuOpen_Click(); });
-    follow(mnuAdd->Click, [this] { AddAttachments(); });
+    follow(mnuAdd->Click, [this] { q.AddAttachments(); });
     follow(mnuRemove->Click, [this] { mnuRemove_Click(); });
     follow(mnuDownloadAll->Click, [this] { mnuDownloadAll_Click(); });
 }
 
 // The menu
 
-void Attachments::UpdateMenus()
+void Attachments::Private::UpdateMenus()
 {
     // A line that is marked may be one of the record before, when the current row could not be shown.
     const tvTableRowPtr row = lvwFiles->DropHighlight() ? shownRow() : nullptr;
@@ -82,13 +82,13 @@ void Attachments::UpdateMenus()
     mnuDownloadAll->setEnabled(m_attachments->Count() >= 1);
 }
 
-void Attachments::lvwFiles_MouseDown(int button, int, Twips x, Twips y)
+void Attachments::Private::lvwFiles_MouseDown(int button, int, Twips x, Twips y)
 {
     if (button != RightButton)
         return;
     m_menuLeft = x;
     m_menuTop = y;
-    const QPointer<Attachments> self(this);
+    const QPointer<Attachments> self(&q);
     const auto hit = lvwFiles->HitTest(x, y);
     // A comment that was typed into the line before is not saved, and gone; it is meant.
     if (hit && hit != lvwFiles->SelectedItem())
@@ -97,28 +97,28 @@ void Attachments::lvwFiles_MouseDown(int button, int, Twips x, Twips y)
         m_contextMenuTimer.Start();
 }
 
-void Attachments::m_contextMenuTimer_Elapsed()
+void Attachments::Private::m_contextMenuTimer_Elapsed()
 {
     m_contextMenuTimer.Stop();
     ShowContextMenu();
 }
 
-void Attachments::ShowContextMenu()
+void Attachments::Private::ShowContextMenu()
 {
     UpdateMenus();
     mnuAttachments->PopUp(*lvwFiles, m_menuLeft, m_menuTop);
 }
 
-void Attachments::mnuOpen_Click()
+void Attachments::Private::mnuOpen_Click()
 {
-    reportInBox(this, QStringLiteral("Unexpected error opening attachment: "), Title,
+    reportInBox(&q, QStringLiteral("Unexpected error opening attachment: "), Title,
                 [this] { OpenCurrentFile(); });
 }
 
-void Attachments::mnuRemove_Click()
+void Attachments::Private::mnuRemove_Click()
 {
-    const QPointer<Attachments> self(this); // a follower of the rows may delete the control
-    reportInBox(this, QStringLiteral("Unexpected error removing attachment: "), Title, [&] {
+    const QPointer<Attachments> self(&q); // a follower of the rows may delete the control
+    reportInBox(&q, QStringLiteral("Unexpected error removing attachment: "), Title, [&] {
         const qint32 index = shownIndex();
         if (index == 0)
             return;                                             // nobody removes what does not show
@@ -147,15 +147,15 @@ void Attachments::mnuRemove_Click()
 
 // The list
 
-void Attachments::lvwFiles_DblClick()
+void Attachments::Private::lvwFiles_DblClick()
 {
-    reportInBox(this, QString(), Title, [this] {
+    reportInBox(&q, QString(), Title, [this] {
         if (lvwFiles->DropHighlight())
             OpenCurrentFile();
     });
 }
 
-void Attachments::lvwFiles_KeyDown(int& keyCode, int shift)
+void Attachments::Private::lvwFiles_KeyDown(int& keyCode, int shift)
 {
     if (shift != 0)
         return;
@@ -170,12 +170,12 @@ void Attachments::lvwFiles_KeyDown(int& keyCode, int shift)
     }
 }
 
-void Attachments::lvwFiles_OLEDragDrop(const QStringList& files, int& effect)
+void Attachments::Private::lvwFiles_OLEDragDrop(const QStringList& files, int& effect)
 {
     effect = files.isEmpty() ? EffectNone : EffectCopy;
     if (files.isEmpty())
         return;
-    reportInBox(this, QStringLiteral("Error will dropping file(s): "), QStringLiteral("Error"),
+    reportInBox(&q, QStringLiteral("Error will dropping file(s): "), QStringLiteral("Error"),
                 [this, copy = files] { AddFiles(copy); });
 }
 

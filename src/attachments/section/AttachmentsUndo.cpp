@@ -1,4 +1,4 @@
-#include "attachments/section/Attachments.h"
+#include "attachments/section/AttachmentsPrivate.h"
 #include "attachments/section/RemovedRow.h"
 #include "attachments/section/UndoLine.h"
 #include "frame/control_frame/FailurePolicy.h"
@@ -11,13 +11,13 @@
 namespace tavrin {
 
 /// The line lies over the words beside the link, which come back when there is nothing to take back any more.
-void Attachments::buildUndo()
+void Attachments::Private::buildUndo()
 {
     picUndo = new UndoLine(*lvwFiles, picToolbar);
     m_subscriptions.push_back(picUndo->Undo.subscribe([this] { undoRemove(); }));
 }
 
-void Attachments::placeUndo()
+void Attachments::Private::placeUndo()
 {
     constexpr Twips indent = 240; // what is said here does not go on from the link's words
     const QPoint words = Label4->pos();
@@ -25,7 +25,7 @@ void Attachments::placeUndo()
     picUndo->setContentsMargins(toPixels(indent), words.y(), 0, 0);
 }
 
-void Attachments::showRemoved()
+void Attachments::Private::showRemoved()
 {
     if (m_removed.empty())
         picUndo->Clear();
@@ -33,13 +33,13 @@ void Attachments::showRemoved()
         picUndo->Tell(m_removed.back().name());
 }
 
-void Attachments::forgetRemoved()
+void Attachments::Private::forgetRemoved()
 {
     m_removed.clear();
     showRemoved();
 }
 
-void Attachments::keepRemoved(RemovedRow removed)
+void Attachments::Private::keepRemoved(RemovedRow removed)
 {
     removed.noteRemoval(*m_attachments);
     m_removed.push_back(std::move(removed));
@@ -47,17 +47,17 @@ void Attachments::keepRemoved(RemovedRow removed)
 }
 
 /// Of the person, who is not overruled by an undo.
-void Attachments::noteChosenCover()
+void Attachments::Private::noteChosenCover()
 {
     for (RemovedRow& removed : m_removed)
         removed.noteChosenCover();
 }
 
-void Attachments::undoRemove()
+void Attachments::Private::undoRemove()
 {
-    reportInBox(this, QStringLiteral("Unexpected error putting attachment back: "),
+    reportInBox(&q, QStringLiteral("Unexpected error putting attachment back: "),
                 QStringLiteral("Attachments"), [this] {
-                    const QPointer<Attachments> self(this); // a follower of the fields may delete the control
+                    const QPointer<Attachments> self(&q); // a follower of the fields may delete the control
                     const tvTableCollectionPtr attachments = m_attachments;
                     SaveDetails(); // of the row that shows until now
                     if (self && attachments == m_attachments && !m_removed.empty())
@@ -65,9 +65,9 @@ void Attachments::undoRemove()
                 });
 }
 
-void Attachments::putLastBack()
+void Attachments::Private::putLastBack()
 {
-    const QPointer<Attachments> self(this);                 // a follower of the rows may delete the control
+    const QPointer<Attachments> self(&q);                   // a follower of the rows may delete the control
     const tvTableCollectionPtr attachments = m_attachments; // or bind another record
     const auto isBound = [&] { return self && attachments == m_attachments; };
     RemovedRow removed = m_removed.back();
