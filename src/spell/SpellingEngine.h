@@ -4,6 +4,9 @@
 
 #include <QString>
 
+#include <functional>
+#include <memory>
+
 class QWidget;
 
 namespace tavrin {
@@ -51,5 +54,11 @@ public:
     /// dictionary's file again.
     Event<const QString&> WordTakenBack;
 };
+
+using SpellingEngineFactory = std::function<std::unique_ptr<SpellingEngine>()>;
+
+/// Makes the engine of each spell-check control of this thread; at first a `HunspellEngine`. Another one may
+/// be put in its place.
+SpellingEngineFactory& spellingEngineFactory();
 
 } // namespace tavrin

@@ -7,19 +7,21 @@
 #include "frame/desktop/Desktop.h"
 #include "frame/host_contracts/Host.h"
 #include "frame/host_contracts/RemovableWord.h"
-#include "spell/HunspellEngine.h"
 #include "spell/LateTextBox.h"
 #include "spell/SpellcheckIcon.h"
+#include "spell/SpellingEngine.h"
 #include "spell/modInstanceCounter.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QPointer>
 
 #include <algorithm>
 #include <iterator>
 #include <utility>
+#include <vector>
 
 namespace tavrin {
 
@@ -52,14 +54,40 @@ void showWithCancel(QWidget* parent, const QString& prefix)
 
 } // namespace
 
-SpellingEngineFactory& spellingEngineFactory()
+/// The engine, and what the control knows of the check that runs.
+class TavrinSpellcheck::Private
 {
-    thread_local SpellingEngineFactory factory = [] { return std::make_unique<HunspellEngine>(); };
-    return factory;
-}
+public:
+    explicit Private(TavrinSpellcheck& control);
 
-TavrinSpellcheck::TavrinSpellcheck(QWidget* parent, const ControlSite& site)
-    : UserControl(parent, site)
+    bool checkText(QObject* txt);
+    bool initialize();
+    void loadDictionaries();
+    void takeDictionaries();
+    void vsSpellCheck_CheckEnded(int abandoned);
+    void vsSpellCheck_UserAction(int code);
+    void addWord();
+    void takeBackWord(const QString& word);
+
+    TavrinSpellcheck& q;
+
+    std::unique_ptr<SpellingEngine> vsSpellCheck;
+    Subscription m_checkEnded;
+    Subscription m_userAction;
+    Subscription m_wordTakenBack;
+    bool m_initialized = false;
+    bool m_loadFailed = false;
+    bool m_completed = false;
+    struct AddedWord
+    {
+        QString word;
+        std::unique_ptr<tvCustomDictionary> dictionary; // that added it
+    };
+    std::vector<AddedWord> m_addedWords; // of the check that runs
+};
+
+TavrinSpellcheck::Private::Private(TavrinSpellcheck& control)
+    : q(control)
     , vsSpellCheck(spellingEngineFactory()())
 {
     m_checkEnded =
@@ -67,6 +95,12 @@ TavrinSpellcheck::TavrinSpellcheck(QWidget* parent, const ControlSite& site)
     m_userAction = vsSpellCheck->UserAction.subscribe([this](int& code) { vsSpellCheck_UserAction(code); });
     m_wordTakenBack =
         vsSpellCheck->WordTakenBack.subscribe([this](const QString& word) { takeBackWord(word); });
+}
+
+TavrinSpellcheck::TavrinSpellcheck(QWidget* parent, const ControlSite& site)
+    : UserControl(parent, site)
+    , d(std::make_unique<Private>(*this))
+{
     setFixedSize(Side, Side); // a hidden control hears of no resize
     begin();
 }
@@ -90,19 +124,19 @@ bool TavrinSpellcheck::CheckSpellingWithResult(QObject* txt)
 {
     bool completed = false;
     reportInBox(this, QStringLiteral("Unexpected error occurred during spell-check: "), ErrorTitle,
-                [&] { completed = checkText(txt); });
+                [&] { completed = d->checkText(txt); });
     return completed;
 }
 
-bool TavrinSpellcheck::checkText(QObject* txt)
+bool TavrinSpellcheck::Private::checkText(QObject* txt)
 {
-    const auto isGone = [self = QPointer<TavrinSpellcheck>(this)] { return self.isNull(); };
+    const auto isGone = [self = QPointer<TavrinSpellcheck>(&q)] { return self.isNull(); };
     const LateTextBox box(txt);
     if (!m_initialized && !initialize())
         return false;
     if (m_loadFailed) {
         desktop().messageBoxes->tell(
-            this,
+            &q,
             QStringLiteral("Cannot perform spell-checking because the spell-checker did not load properly. "
                            "Try restarting the application."),
             BoxIcon::Critical, ErrorTitle);
@@ -128,13 +162,13 @@ bool TavrinSpellcheck::checkText(QObject* txt)
 }
 
 /// False when the control has died meanwhile: the host works, and boxes are open.
-bool TavrinSpellcheck::initialize()
+bool TavrinSpellcheck::Private::initialize()
 {
-    const QPointer<TavrinSpellcheck> self(this);
+    const QPointer<TavrinSpellcheck> self(&q);
     ++modInstanceCounter::InstanceCount;
     if (modInstanceCounter::InstanceCount == 1) {
         TAVRIN_TRACE_LINE(QStringLiteral("Syncing custom dictionary (first instance)"));
-        SyncCustomDictionary();
+        q.SyncCustomDictionary();
     } else {
         TAVRIN_TRACE_LINE(QStringLiteral("Not syncing custom dictionary (instance #%1)")
                               .arg(modInstanceCounter::InstanceCount));
@@ -148,9 +182,9 @@ bool TavrinSpellcheck::initialize()
     return true;
 }
 
-void TavrinSpellcheck::loadDictionaries()
+void TavrinSpellcheck::Private::loadDictionaries()
 {
-    const QPointer<TavrinSpellcheck> self(this);
+    const QPointer<TavrinSpellcheck> self(&q);
     // The file on the disk serves when there is no newer one to be had.
     continueOnError([] { currentHost().environment().RefreshSupportFile(MainDictionary); });
     try {
@@ -167,9 +201,9 @@ void TavrinSpellcheck::loadDictionaries()
     }
 }
 
-void TavrinSpellcheck::takeDictionaries()
+void TavrinSpellcheck::Private::takeDictionaries()
 {
-    const QPointer<TavrinSpellcheck> self(this);
+    const QPointer<TavrinSpellcheck> self(&q);
     Environment& environment = currentHost().environment();
     const QString folder = environment.GetDictionaryFolder();
     if (!self)
@@ -192,31 +226,31 @@ void TavrinSpellcheck::SyncCustomDictionary()
         currentHost().hostServices().SyncCustomDictionaryFile();
         if (!self)
             return;
-        vsSpellCheck->SetCustomDictionaryPath(QString());
+        d->vsSpellCheck->SetCustomDictionaryPath(QString());
         const QString folder = currentHost().environment().GetDictionaryFolder();
         if (self)
-            vsSpellCheck->SetCustomDictionaryPath(pathOf(folder, CustomDictionaryFile));
+            d->vsSpellCheck->SetCustomDictionaryPath(pathOf(folder, CustomDictionaryFile));
     } catch (...) {
         showWithCancel(self,
                        QStringLiteral("Error synchronizing custom spell-check dictionary from database: "));
     }
 }
 
-void TavrinSpellcheck::vsSpellCheck_CheckEnded(int abandoned)
+void TavrinSpellcheck::Private::vsSpellCheck_CheckEnded(int abandoned)
 {
     m_completed = abandoned == 0;
     m_addedWords.clear(); // with the dialog goes the way to take them back
 }
 
-void TavrinSpellcheck::vsSpellCheck_UserAction(int code)
+void TavrinSpellcheck::Private::vsSpellCheck_UserAction(int code)
 {
     if (code == SpellingEngine::WordAdded)
         addWord();
 }
 
-void TavrinSpellcheck::addWord()
+void TavrinSpellcheck::Private::addWord()
 {
-    const QPointer<TavrinSpellcheck> self(this);
+    const QPointer<TavrinSpellcheck> self(&q);
     try {
         const QString word =
             vsSpellCheck->CheckedText().mid(vsSpellCheck->BadWordStart(), vsSpellCheck->BadWordLength());
@@ -229,13 +263,13 @@ void TavrinSpellcheck::addWord()
     }
 }
 
-void TavrinSpellcheck::takeBackWord(const QString& word)
+void TavrinSpellcheck::Private::takeBackWord(const QString& word)
 {
     const auto added = std::find_if(m_addedWords.rbegin(), m_addedWords.rend(),
                                     [&](const AddedWord& one) { return one.word == word; });
     if (added == m_addedWords.rend())
         return; // the database never had it
-    const QPointer<TavrinSpellcheck> self(this);
+    const QPointer<TavrinSpellcheck> self(&q);
     const auto dictionary = std::move(added->dictionary);
     m_addedWords.erase(std::next(added).base());
     try {
