@@ -1,5 +1,6 @@
 #include "sections/MultiValue.h"
 
+#include "base/failure/ByName.h"
 #include "base/failure/Error.h"
 #include "base/failure/Guard.h"
 #include "base/values/Variant.h"
@@ -16,10 +17,14 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QPointer>
 #include <QScopeGuard>
+#include <QVariantList>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
+#include <vector>
 
 namespace tavrin {
 
@@ -53,11 +58,46 @@ void designLink(TextLink& link, const char* name, QLatin1Char sign, const char* 
 
 } // namespace
 
-MultiValue::MultiValue(QWidget* parent, const ControlSite& site)
-    : UserControl(parent, site)
-    , lstValues(new ListBox(this))
-    , lnkAdd(new TextLink(this))
-    , lnkDelete(new TextLink(this))
+class MultiValue::Private
+{
+public:
+    explicit Private(MultiValue& control)
+        : q(control)
+        , lstValues(new ListBox(&control))
+        , lnkAdd(new TextLink(&control))
+        , lnkDelete(new TextLink(&control))
+    {
+    }
+
+    void build();
+
+    void lstValues_Click();
+    void lnkAdd_Click();
+    void lnkDelete_Click();
+    void addChosen(const QPointer<frmMultiValueSelect>& dialog);
+    /// Closes the dialog, whose choices are of the record before, and leaves them out.
+    void withdrawDialog();
+    void removeSelected();
+    /// A record that could not be read leaves no values, and is not written.
+    void forgetRecord();
+    void RebuildList();
+    void applyBackColor();
+    bool previewKey(QKeyEvent& event);
+
+    MultiValue& q;
+    ListBox* lstValues;
+    TextLink* lnkAdd;
+    TextLink* lnkDelete;
+
+    std::optional<BoundBinding> m_binding;
+    QVariantList m_values;
+    bool m_fillFailed = false;
+    qint64 m_themeKey = 0;                  // of the palette that the background was shaded from
+    QPointer<frmMultiValueSelect> m_dialog; // while the person is asked
+    std::vector<Subscription> m_subscriptions;
+};
+
+void MultiValue::Private::build()
 {
     lstValues->setObjectName(QStringLiteral("lstValues"));
     lstValues->setAccessibleName(QStringLiteral("Values"));
@@ -65,24 +105,55 @@ MultiValue::MultiValue(QWidget* parent, const ControlSite& site)
     designLink(*lnkAdd, "lnkAdd", QLatin1Char('+'), "Add values", 0, 210);
     designLink(*lnkDelete, "lnkDelete", QLatin1Char('-'), "Remove the selected value", 420, 120);
     lnkDelete->setEnabled(false);
-    for (QWidget* constituent : Controls())
-        constituent->installEventFilter(this); // the key preview
-    setFocusPolicy(Qt::StrongFocus);
-    setFocusProxy(lstValues);
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-    resize(sizeHint());
+    for (QWidget* constituent : q.Controls())
+        constituent->installEventFilter(&q); // the key preview
+    q.setFocusPolicy(Qt::StrongFocus);
+    q.setFocusProxy(lstValues);
+    q.setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    q.resize(q.sizeHint());
     m_subscriptions.push_back(lstValues->Click.subscribe([this] { lstValues_Click(); }));
     m_subscriptions.push_back(lnkAdd->Click.subscribe([this] { lnkAdd_Click(); }));
     m_subscriptions.push_back(lnkDelete->Click.subscribe([this] { lnkDelete_Click(); }));
+}
+
+MultiValue::MultiValue(QWidget* parent, const ControlSite& site)
+    : UserControl(parent, site)
+    , d(std::make_unique<Private>(*this))
+{
+    d->build();
     begin();
 }
 
 MultiValue::~MultiValue()
 {
-    withdrawDialog();
+    d->withdrawDialog();
 }
 
 // Properties
+
+qint32 MultiValue::Count() const
+{
+    return static_cast<qint32>(d->m_values.size());
+}
+
+bool MultiValue::Enabled() const
+{
+    return isEnabledTo(parentWidget());
+}
+
+void MultiValue::SetEnabled(bool enabled)
+{
+    setEnabled(enabled);
+    if (!ReportChange(QStringLiteral("Enabled")))
+        return;
+    const auto showState = qScopeGuard([this] { d->lstValues_Click(); });
+    d->RebuildList();
+}
+
+void MultiValue::putEnabled(bool enabled)
+{
+    byName("MultiValue.Enabled", [&] { SetEnabled(enabled); });
+}
 
 SavedProperties MultiValue::savedProperties()
 {
@@ -91,18 +162,14 @@ SavedProperties MultiValue::savedProperties()
         [this](bool enabled) { SetEnabled(enabled); })};
 }
 
-void MultiValue::UserControl_InitProperties()
+bool MultiValue::trapsPropertyErrors() const
 {
-    RebuildList();
+    return false;
 }
 
-void MultiValue::SetEnabled(bool enabled)
+void MultiValue::UserControl_InitProperties()
 {
-    setEnabled(enabled);
-    if (!ReportChange(QStringLiteral("Enabled")))
-        return;
-    const auto showState = qScopeGuard([this] { lstValues_Click(); });
-    RebuildList();
+    d->RebuildList();
 }
 
 // The record
@@ -115,27 +182,27 @@ void MultiValue::BoundControl_FillControl(const BoundBinding* binding, const QVa
                    line = 1000;
                    if (!binding || !rows)
                        return;
-                   withdrawDialog();
-                   const auto showState = qScopeGuard([this] { lstValues_Click(); });
+                   d->withdrawDialog();
+                   const auto showState = qScopeGuard([this] { d->lstValues_Click(); });
                    // Half a list must not be taken for the whole one: a save would remove the other codes.
-                   auto forget = qScopeGuard([this] { forgetRecord(); });
+                   auto forget = qScopeGuard([this] { d->forgetRecord(); });
                    line = 1010;
-                   m_binding = *binding;
+                   d->m_binding = *binding;
                    line = 1020;
-                   m_values.clear();
+                   d->m_values.clear();
                    line = 1030;
                    for (const tvTableRowPtr& row : *rows) {
                        line = 1040;
                        const QVariant value = fieldOf(*row, binding->FieldName)->Value();
                        line = 1050;
                        if (!IsNull(value))
-                           m_values.append(value);
+                           d->m_values.append(value);
                        line = 1030;
                    }
-                   m_fillFailed = false;
+                   d->m_fillFailed = false;
                    forget.dismiss(); // all values are here, also where a description fails
                    line = 1060;
-                   RebuildList();
+                   d->RebuildList();
                });
 }
 
@@ -148,11 +215,11 @@ void MultiValue::BoundControl_SetValue(const BoundBinding* binding, const QVaria
                    line = 1000;
                    if (!binding || !rows)
                        return;
-                   if (m_fillFailed)
+                   if (d->m_fillFailed)
                        throw Error(QStringLiteral(
                            "The values of the record could not be read, so none are written."));
                    // With copies: a follower of the rows may close the form.
-                   const QVariantList values = m_values;
+                   const QVariantList values = d->m_values;
                    const QString fieldName = binding->FieldName;
                    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
                    const tvTableCollectionPtr kept = rows;
@@ -160,7 +227,7 @@ void MultiValue::BoundControl_SetValue(const BoundBinding* binding, const QVaria
                });
 }
 
-void MultiValue::forgetRecord()
+void MultiValue::Private::forgetRecord()
 {
     m_fillFailed = true;
     m_binding.reset();
@@ -170,7 +237,7 @@ void MultiValue::forgetRecord()
 
 // The list
 
-void MultiValue::RebuildList()
+void MultiValue::Private::RebuildList()
 {
     const int index = lstValues->ListIndex();
     lstValues->Clear();
@@ -184,19 +251,19 @@ void MultiValue::RebuildList()
     applyBackColor();
 }
 
-void MultiValue::applyBackColor()
+void MultiValue::Private::applyBackColor()
 {
     m_themeKey = QApplication::palette().cacheKey();
     const auto shade = [this] {
-        SetFrameBackColor(currentHost().uiServices().ShadeColor(TakeAmbientBackColor(), BackShade));
+        q.SetFrameBackColor(currentHost().uiServices().ShadeColor(q.TakeAmbientBackColor(), BackShade));
     };
-    if (ambient().UserMode())
+    if (q.ambient().UserMode())
         shade();
     else
         continueOnError(shade); // the designer may have no host
 }
 
-void MultiValue::lstValues_Click()
+void MultiValue::Private::lstValues_Click()
 {
     const bool hasSelection = lstValues->ListIndex() >= 0;
     if (!hasSelection && lnkDelete->hasFocus())
@@ -206,7 +273,7 @@ void MultiValue::lstValues_Click()
 
 // Adding and removing
 
-void MultiValue::lnkAdd_Click()
+void MultiValue::Private::lnkAdd_Click()
 {
     if (m_dialog)
         return;
@@ -214,7 +281,7 @@ void MultiValue::lnkAdd_Click()
         throw Error(
             QStringLiteral("Nothing can be added to this list yet: it has not been filled from a record."),
             MissingObjectNumber);
-    const QPointer<MultiValue> self(this);
+    const QPointer<MultiValue> self(&q);
     // On the heap: it becomes a child of the control's window, which may be closed under it.
     const QPointer<frmMultiValueSelect> dialog(new frmMultiValueSelect);
     const auto unload = qScopeGuard([&dialog] { delete dialog.data(); });
@@ -222,23 +289,23 @@ void MultiValue::lnkAdd_Click()
     if (dialog->ChoiceCount() == 0) {
         delete dialog.data();
         desktop().messageBoxes->tell(
-            this, QStringLiteral("You have already added all possible choices to this list."),
+            &q, QStringLiteral("You have already added all possible choices to this list."),
             BoxIcon::Exclamation, QStringLiteral("Warning"));
         return;
     }
     m_dialog = dialog;
-    dialog->ShowModal(this);
+    dialog->ShowModal(&q);
     if (self && m_dialog == dialog) // no fill has withdrawn it
         addChosen(dialog);
 }
 
-void MultiValue::withdrawDialog()
+void MultiValue::Private::withdrawDialog()
 {
     if (const QPointer<frmMultiValueSelect> dialog = std::exchange(m_dialog, nullptr))
         dialog->reject();
 }
 
-void MultiValue::addChosen(const QPointer<frmMultiValueSelect>& dialog)
+void MultiValue::Private::addChosen(const QPointer<frmMultiValueSelect>& dialog)
 {
     m_dialog = nullptr;
     if (dialog && !dialog->Canceled()) {
@@ -250,15 +317,15 @@ void MultiValue::addChosen(const QPointer<frmMultiValueSelect>& dialog)
         const auto showState = qScopeGuard([this] { lstValues_Click(); });
         RebuildList();
     }
-    Q_EMIT ValueAdded();
+    Q_EMIT q.ValueAdded();
 }
 
-void MultiValue::lnkDelete_Click()
+void MultiValue::Private::lnkDelete_Click()
 {
     removeSelected();
 }
 
-void MultiValue::removeSelected()
+void MultiValue::Private::removeSelected()
 {
     const int index = lstValues->ListIndex();
     if (index < 0 || index >= m_values.size())
@@ -272,20 +339,20 @@ void MultiValue::removeSelected()
         if (lstValues->ListCount() > 0)
             lstValues->SetListIndex(index == 0 ? 0 : index - 1);
     }
-    Q_EMIT ValueRemoved();
+    Q_EMIT q.ValueRemoved();
 }
 
 // Keys
 
 void MultiValue::UserControl_KeyDown(int& keyCode, int shift)
 {
-    if (keyCode != KeyCode::Delete || shift != 0 || lstValues->ListIndex() < 0)
+    if (keyCode != KeyCode::Delete || shift != 0 || d->lstValues->ListIndex() < 0)
         return;
     keyCode = 0;
-    removeSelected();
+    d->removeSelected();
 }
 
-bool MultiValue::previewKey(QKeyEvent& event)
+bool MultiValue::Private::previewKey(QKeyEvent& event)
 {
     const bool isDelete =
         keyCodeOf(event) == KeyCode::Delete && (event.modifiers() & ~Qt::KeypadModifier) == 0;
@@ -297,14 +364,14 @@ bool MultiValue::previewKey(QKeyEvent& event)
     if (event.type() == QEvent::ShortcutOverride || event.isAutoRepeat())
         return true; // a shortcut of the form must not take the key
     int keyCode = KeyCode::Delete;
-    guard("UserControl_KeyDown", [&] { UserControl_KeyDown(keyCode, shiftStateOf(event.modifiers())); });
+    guard("UserControl_KeyDown", [&] { q.UserControl_KeyDown(keyCode, shiftStateOf(event.modifiers())); });
     return true;
 }
 
 bool MultiValue::eventFilter(QObject* watched, QEvent* event)
 {
     const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
-    if (isKey && watched->parent() == this && previewKey(*static_cast<QKeyEvent*>(event)))
+    if (isKey && watched->parent() == this && d->previewKey(*static_cast<QKeyEvent*>(event)))
         return true; // touches nothing more: a follower may have deleted the control
     return UserControl::eventFilter(watched, event);
 }
@@ -314,16 +381,16 @@ bool MultiValue::eventFilter(QObject* watched, QEvent* event)
 void MultiValue::UserControl_AmbientChanged(const QString& propertyName)
 {
     if (propertyName == QLatin1String("BackColor"))
-        applyBackColor();
+        d->applyBackColor();
 }
 
 void MultiValue::changeEvent(QEvent* event)
 {
     UserControl::changeEvent(event);
     const bool isOtherTheme =
-        event->type() == QEvent::PaletteChange && m_themeKey != QApplication::palette().cacheKey();
+        event->type() == QEvent::PaletteChange && d->m_themeKey != QApplication::palette().cacheKey();
     if (isOtherTheme)
-        guard("MultiValue_ThemeChanged", [this] { applyBackColor(); });
+        guard("MultiValue_ThemeChanged", [this] { d->applyBackColor(); });
 }
 
 QSize MultiValue::sizeHint() const
@@ -333,24 +400,24 @@ QSize MultiValue::sizeHint() const
 
 QSize MultiValue::minimumSizeHint() const
 {
-    const int links = toPixels(LinkLeft) + 3 * lnkAdd->width() + lnkDelete->width();
-    return {links, lstValues->minimumSizeHint().height() + lnkAdd->height()};
+    const int links = toPixels(LinkLeft) + 3 * d->lnkAdd->width() + d->lnkDelete->width();
+    return {links, d->lstValues->minimumSizeHint().height() + d->lnkAdd->height()};
 }
 
 void MultiValue::UserControl_Resize()
 {
     continueOnError(
         [this] {
-            moveTo(*lstValues, -TwipsPerPixel, -TwipsPerPixel, ScaleWidth() + 2 * TwipsPerPixel,
-                   ScaleHeight() - (heightOf(*lnkAdd) - LinkOverEdge));
+            moveTo(*d->lstValues, -TwipsPerPixel, -TwipsPerPixel, ScaleWidth() + 2 * TwipsPerPixel,
+                   ScaleHeight() - (heightOf(*d->lnkAdd) - LinkOverEdge));
         },
         [this] {
-            const Twips top = toTwips(lstValues->y()) + heightOf(*lstValues) - LinkOverList;
-            moveTo(*lnkAdd, LinkLeft, top);
+            const Twips top = toTwips(d->lstValues->y()) + heightOf(*d->lstValues) - LinkOverList;
+            moveTo(*d->lnkAdd, LinkLeft, top);
         },
         [this] {
             // The gap between the links is as wide as the first of them.
-            moveTo(*lnkDelete, leftOf(*lnkAdd) + 2 * widthOf(*lnkAdd), toTwips(lnkAdd->y()));
+            moveTo(*d->lnkDelete, leftOf(*d->lnkAdd) + 2 * widthOf(*d->lnkAdd), toTwips(d->lnkAdd->y()));
         });
 }
 

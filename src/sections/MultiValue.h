@@ -1,21 +1,12 @@
 #pragma once
 
 #include "base/export/Export.h"
-#include "base/failure/Event.h"
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Contracts.h"
 
-#include <QPointer>
-#include <QVariantList>
-
-#include <optional>
-#include <vector>
+#include <memory>
 
 namespace tavrin {
-
-class ListBox;
-class TextLink;
-class frmMultiValueSelect;
 
 /// Several codes of one code table, such as all the weapons of an offense: a list of their descriptions, and
 /// below it "+" and "-".
@@ -31,7 +22,6 @@ class frmMultiValueSelect;
 ///     QObject::connect(weapons, &MultiValue::ValueRemoved, form, [form] { form->setWindowModified(true); });
 ///     ...
 ///     contract.SetValue(&binding, {}, rows); // existing rows are used again in their order
-///     record->save();
 ///
 /// A failure of the host inside a contract call, and at construction, reaches the caller. One inside an
 /// action of the person goes to the application's handler of unhandled errors. A fill that cannot read all
@@ -45,22 +35,26 @@ class TAVRIN_EXPORT MultiValue final : public UserControl, public BoundControl
     Q_CLASSINFO("DefaultInterface", "_MultiValue")
     Q_CLASSINFO("EventInterface", "__MultiValue")
     Q_PROPERTY(qint32 Count READ Count STORED false)
-    Q_PROPERTY(bool Enabled READ Enabled WRITE SetEnabled)
+    Q_PROPERTY(bool Enabled READ Enabled WRITE putEnabled)
 
 public:
+    /// An empty list. Raises what the host raises when it shades the background; the designer may have no
+    /// host.
     explicit MultiValue(QWidget* parent = nullptr, const ControlSite& site = {});
     ~MultiValue() override;
 
     /// Number of the values; 0 before the first fill and behind one that has failed. Rows whose field is Null
     /// do not count.
-    qint32 Count() const { return static_cast<qint32>(m_values.size()); }
+    qint32 Count() const;
 
     /// Whether the person can select, add and remove; True by default. A host can fill and save a disabled
-    /// control. Builds the list anew, and raises what the host raises.
-    bool Enabled() const { return isEnabledTo(parentWidget()); }
+    /// control. Setting it builds the list anew, and raises what the host raises.
+    bool Enabled() const;
     void SetEnabled(bool enabled);
 
+    /// The size that the control is designed for.
     QSize sizeHint() const override;
+    /// Room for both links and for the list's own smallest height.
     QSize minimumSizeHint() const override;
 
 Q_SIGNALS:
@@ -72,7 +66,7 @@ Q_SIGNALS:
 
 protected:
     SavedProperties savedProperties() override;
-    bool trapsPropertyErrors() const override { return false; }
+    bool trapsPropertyErrors() const override;
     void UserControl_InitProperties() override;
     void UserControl_Resize() override;
     void UserControl_AmbientChanged(const QString& propertyName) override;
@@ -86,29 +80,10 @@ private:
     void BoundControl_SetValue(const BoundBinding* binding, const QVariant& ignored,
                                const tvTableCollectionPtr& rows) override;
 
-    void lstValues_Click();
-    void lnkAdd_Click();
-    void lnkDelete_Click();
-    void addChosen(const QPointer<frmMultiValueSelect>& dialog);
-    /// Closes the dialog, whose choices are of the record before, and leaves them out.
-    void withdrawDialog();
-    void removeSelected();
-    /// A record that could not be read leaves no values, and is not written.
-    void forgetRecord();
-    void RebuildList();
-    void applyBackColor();
-    bool previewKey(QKeyEvent& event);
+    void putEnabled(bool enabled);
 
-    ListBox* lstValues;
-    TextLink* lnkAdd;
-    TextLink* lnkDelete;
-
-    std::optional<BoundBinding> m_binding;
-    QVariantList m_values;
-    bool m_fillFailed = false;
-    qint64 m_themeKey = 0;                  // of the palette that the background was shaded from
-    QPointer<frmMultiValueSelect> m_dialog; // while the person is asked
-    std::vector<Subscription> m_subscriptions;
+    class Private;
+    std::unique_ptr<Private> d;
 };
 
 } // namespace tavrin

@@ -1,9 +1,11 @@
+#include "base/failure/ByName.h"
 #include "base/failure/Error.h"
 #include "sections/MultiValueForm.h"
 #include "sections/NotingRows.h"
 #include "support/FailingRecords.h"
 #include "support/RaisedError.h"
 #include "support/TestCase.h"
+#include "support/Unhandled.h"
 
 #include <limits>
 
@@ -93,6 +95,41 @@ private Q_SLOTS:
         form.host.failWith({});
         form.fill({12});
         QCOMPARE(form.entries(), QStringList({u"Rifle"_s}));
+    }
+
+    // Enabled by its name
+
+    void enabledThatFailsByItsNameGoesToTheHandlerOfUnhandledErrors()
+    {
+        Unhandled unhandled;
+        MultiValueForm form;
+        form.fill({11, 12});
+        form.host.failWith(Error(u"no table"_s, 7));
+        form.control->setProperty("Enabled", false);
+        QCOMPARE(unhandled.texts, QStringList{u"MultiValue.Enabled: no table"_s});
+        QVERIFY(!form.control->Enabled());
+        form.host.failWith({});
+        form.control->setProperty("Enabled", true);
+        QVERIFY(form.control->Enabled());
+        QCOMPARE(form.entries(), QStringList({u"Handgun"_s, u"Rifle"_s}));
+        QCOMPARE(unhandled.texts.size(), 1);
+    }
+
+    void enabledThatFailsRaisesForWhoeverCallsItWithoutQtInBetween()
+    {
+        const Unhandled unhandled;
+        MultiValueForm form;
+        form.fill({11, 12});
+        form.host.failWith(Error(u"no table"_s, 7));
+        QCOMPARE(raisedBy([&] { form.control->SetEnabled(false); }).Number, 7);
+        const RaiseByName raise;
+        const int index = form.control->metaObject()->indexOfProperty("Enabled");
+        bool enabled = true;
+        void* arguments[] = {&enabled};
+        const Error raised =
+            raisedBy([&] { form.control->qt_metacall(QMetaObject::WriteProperty, index, arguments); });
+        QCOMPARE(raised.Number, 7);
+        QCOMPARE(unhandled.texts, QStringList());
     }
 
     // Behind a fill that has failed
