@@ -7,6 +7,7 @@
 #include "frame/host_contracts/HostObjects.h"
 #include "sections/CollectionTag.h"
 #include "sections/Completeness.h"
+#include "sections/SuspRelListPrivate.h"
 #include "sections/SuspectLinks.h"
 #include "sections/frmSuspRel.h"
 #include "widgets/drawing/Placement.h"
@@ -56,25 +57,15 @@ QString rowKey(tvTableRow& party)
 
 } // namespace
 
-SuspRelList::SuspRelList(QWidget* parent, const ControlSite& site)
-    : UserControl(parent, site)
-    , lvwRows(new ListView(this))
-    , picEmpty(new TipPanel(QStringLiteral("Right-click here to add a new relationship."), this))
-    , mnuEdit(new PopupMenu(QStringLiteral("Edit"), this))
+SuspRelList::Private::Private(SuspRelList& control)
+    : q(control)
+    , lvwRows(new ListView(&control))
+    , picEmpty(new TipPanel(QStringLiteral("Right-click here to add a new relationship."), &control))
+    , mnuEdit(new PopupMenu(QStringLiteral("Edit"), &control))
 {
-    if (ambient().UserMode())
-        m_tableCache = currentHost().newTableCodeCache();
-    build();
-    begin();
 }
 
-SuspRelList::~SuspRelList()
-{
-    if (m_dialog)
-        m_dialog->reject();
-}
-
-void SuspRelList::build()
+void SuspRelList::Private::build()
 {
     lvwRows->setObjectName(QStringLiteral("lvwRows"));
     lvwRows->setAccessibleName(QStringLiteral("Relationship to Suspect"));
@@ -89,31 +80,62 @@ void SuspRelList::build()
     lvwRows->SetAllowColumnReorder(false);
     showTipWhenEmpty();
 
-    setFocusPolicy(Qt::StrongFocus);
-    setFocusProxy(lvwRows);
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-    resize(sizeHint());
+    q.setFocusPolicy(Qt::StrongFocus);
+    q.setFocusProxy(lvwRows);
+    q.setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    q.resize(q.sizeHint());
 
     buildMenu();
 }
 
+SuspRelList::SuspRelList(QWidget* parent, const ControlSite& site)
+    : UserControl(parent, site)
+    , d(std::make_unique<Private>(*this))
+{
+    if (ambient().UserMode())
+        d->m_tableCache = currentHost().newTableCodeCache();
+    d->build();
+    begin();
+}
+
+SuspRelList::~SuspRelList()
+{
+    if (d->m_dialog)
+        d->m_dialog->reject();
+}
+
 // Properties
+
+QString SuspRelList::OtherCollectionTag() const
+{
+    return d->m_otherCollectionTag;
+}
 
 void SuspRelList::SetOtherCollectionTag(const QString& tag)
 {
-    m_otherCollectionTag = tag;
+    d->m_otherCollectionTag = tag;
     Q_EMIT PropertyChanged(QStringLiteral("OtherCollectionTag"));
+}
+
+QString SuspRelList::OtherItemName() const
+{
+    return d->m_otherItemName;
 }
 
 void SuspRelList::SetOtherItemName(const QString& name)
 {
-    m_otherItemName = name;
+    d->m_otherItemName = name;
     Q_EMIT PropertyChanged(QStringLiteral("OtherItemName"));
+}
+
+QString SuspRelList::OtherItemSeqName() const
+{
+    return d->m_otherItemSeqName;
 }
 
 void SuspRelList::SetOtherItemSeqName(const QString& name)
 {
-    m_otherItemSeqName = name;
+    d->m_otherItemSeqName = name;
     Q_EMIT PropertyChanged(QStringLiteral("OtherItemSeqName"));
 }
 
@@ -144,25 +166,31 @@ SavedProperties SuspRelList::savedProperties()
              [this](const QVariant& value) { SetOtherItemSeqName(value.toString()); }}};
 }
 
+bool SuspRelList::trapsPropertyErrors() const
+{
+    return false;
+}
+
 // The parties' collection
 
-tvTableCollectionPtr SuspRelList::ParseOtherCollectionTag(const tvBusinessObjectPtr& record, bool& resolved)
+tvTableCollectionPtr SuspRelList::Private::ParseOtherCollectionTag(const tvBusinessObjectPtr& record,
+                                                                   bool& resolved)
 {
     tvTableCollectionPtr collection;
-    resolved = reportInBox(this, QStringLiteral("Error in ") + ambient().DisplayName() + QStringLiteral(": "),
+    resolved = reportInBox(&q, QStringLiteral("Error in ") + q.ambient().DisplayName() + QStringLiteral(": "),
                            QStringLiteral("Error"),
                            [&] { collection = resolveCollectionTag(m_otherCollectionTag, record); });
     return resolved ? collection : currentHost().newTableCollection();
 }
 
-void SuspRelList::followOtherCollection(tvTableCollectionPtr collection)
+void SuspRelList::Private::followOtherCollection(tvTableCollectionPtr collection)
 {
     m_otherCollection = std::move(collection);
     m_itemRemoved = m_otherCollection->ItemRemoved.subscribe(
         [this](const QVariant& keyValue) { m_otherCollection_ItemRemoved(keyValue); });
 }
 
-void SuspRelList::m_otherCollection_ItemRemoved(const QVariant& keyValue)
+void SuspRelList::Private::m_otherCollection_ItemRemoved(const QVariant& keyValue)
 {
     // Rows have keys of one part, so this finds none and the row stays; it is meant.
     QVariant seqNo;
@@ -176,18 +204,19 @@ void SuspRelList::m_otherCollection_ItemRemoved(const QVariant& keyValue)
 
 // The link rows
 
-SuspectLinks SuspRelList::linksOf(const tvBusinessObjectPtr& suspect) const
+SuspectLinks SuspRelList::Private::linksOf(const tvBusinessObjectPtr& suspect) const
 {
     return {suspect, QStringLiteral("Suspect") + m_otherItemName + u's', m_otherItemSeqName};
 }
 
-tvTableRowPtr SuspRelList::openSuspect() const
+tvTableRowPtr SuspRelList::Private::openSuspect() const
 {
     tvTableCollection& suspects = required(m_suspects, SuspectsName);
     return suspects.Item(suspects.Position());
 }
 
-std::vector<SuspRelList::Relation> SuspRelList::relationsTo(tvTableCollection& parties) const
+std::vector<SuspRelList::Private::Relation>
+SuspRelList::Private::relationsTo(tvTableCollection& parties) const
 {
     std::vector<Relation> relations;
     for (const tvTableRowPtr& party : parties) {
@@ -203,42 +232,42 @@ std::vector<SuspRelList::Relation> SuspRelList::relationsTo(tvTableCollection& p
 void SuspRelList::BoundSection_ReadData(const tvBusinessObjectPtr& record)
 {
     // Both are about the record before.
-    mnuEdit->Dismiss();
-    if (m_dialog)
-        m_dialog->reject();
+    d->mnuEdit->Dismiss();
+    if (d->m_dialog)
+        d->m_dialog->reject();
     const QPointer<SuspRelList> self(this);
-    const int reading = ++m_readings;
-    m_readState = ReadState::Failed;
+    const int reading = ++d->m_readings;
+    d->m_readState = Private::ReadState::Failed;
     const auto forget = qScopeGuard([&self] {
-        if (self && self->m_readState == ReadState::Failed)
-            self->forgetRecord();
+        if (self && self->d->m_readState == Private::ReadState::Failed)
+            self->d->forgetRecord();
     });
     const auto suspect =
         childOf<tvBusinessObject>(required(record, QStringLiteral("record")), QStringLiteral("SuspectBO"));
     const auto incident = currentHost().hostServices().GetParentObject(suspect);
-    m_suspects = childOf<tvTableCollection>(required(incident, QStringLiteral("incident of the suspect")),
-                                            QStringLiteral("Suspects"));
+    d->m_suspects = childOf<tvTableCollection>(required(incident, QStringLiteral("incident of the suspect")),
+                                               QStringLiteral("Suspects"));
     bool hasParties = false;
-    const tvTableCollectionPtr parties = ParseOtherCollectionTag(record, hasParties);
-    if (!self || m_readings != reading) // the form was closed, or another record read, below the message
+    const tvTableCollectionPtr parties = d->ParseOtherCollectionTag(record, hasParties);
+    if (!self || d->m_readings != reading) // the form was closed, or another record read, below the message
         return;
-    followOtherCollection(parties);
-    lvwRows->Clear();
-    SuspectLinks links = linksOf(suspect);
+    d->followOtherCollection(parties);
+    d->lvwRows->Clear();
+    SuspectLinks links = d->linksOf(suspect);
     for (const tvTableRowPtr& party : *parties) {
         const tvTableRowPtr link = links.find(seqNoOf(*party));
         // Parties that were never saved have no number yet, and share one row.
-        if (link && !HasListRow(*party))
-            AddListRow(*party, fieldOf(*link, RelationNoField)->Value());
+        if (link && !d->HasListRow(*party))
+            d->AddListRow(*party, fieldOf(*link, RelationNoField)->Value());
     }
-    if (lvwRows->Count() == 0)
-        showTip(true);
+    if (d->lvwRows->Count() == 0)
+        d->showTip(true);
     else
-        lvwRows->SetSelectedItem(lvwRows->Key(0));
-    m_readState = hasParties ? ReadState::Done : ReadState::WithoutParties;
+        d->lvwRows->SetSelectedItem(d->lvwRows->Key(0));
+    d->m_readState = hasParties ? Private::ReadState::Done : Private::ReadState::WithoutParties;
 }
 
-void SuspRelList::forgetRecord()
+void SuspRelList::Private::forgetRecord()
 {
     // Rows of another record, or some of this one's only, must not be taken for its relationships.
     m_suspects = nullptr;
@@ -251,28 +280,28 @@ void SuspRelList::BoundSection_WriteData(const tvBusinessObjectPtr& record)
 {
     const Error notRead(
         QStringLiteral("The relationships of the record could not be read, so none are written."));
-    if (m_readState == ReadState::Failed)
+    if (d->m_readState == Private::ReadState::Failed)
         throw notRead;
-    required(m_suspects, SuspectsName); // before it touches the record
+    required(d->m_suspects, SuspectsName); // before it touches the record
     const auto suspect =
         childOf<tvBusinessObject>(required(record, QStringLiteral("record")), QStringLiteral("SuspectBO"));
     const QPointer<SuspRelList> self(this);
-    const int reading = m_readings;
+    const int reading = d->m_readings;
     bool hasParties = false;
-    const tvTableCollectionPtr parties = ParseOtherCollectionTag(record, hasParties);
+    const tvTableCollectionPtr parties = d->ParseOtherCollectionTag(record, hasParties);
     if (!self)
         return;
     // Each of the parties would count as removed. Below the message the host may have read another record,
     // whose rows these are now.
-    if (m_readings != reading || (hasParties && m_readState != ReadState::Done))
+    if (d->m_readings != reading || (hasParties && d->m_readState != Private::ReadState::Done))
         throw notRead;
-    followOtherCollection(parties);
+    d->followOtherCollection(parties);
     // With copies: a follower of the links may change the list, or close the form.
-    const tvTableCollectionPtr suspects = m_suspects;
-    const QString word = m_otherItemName;
-    SuspectLinks links = linksOf(suspect);
+    const tvTableCollectionPtr suspects = d->m_suspects;
+    const QString word = d->m_otherItemName;
+    SuspectLinks links = d->linksOf(suspect);
     qint32 found = 0;
-    for (const Relation& relation : relationsTo(*parties)) {
+    for (const Private::Relation& relation : d->relationsTo(*parties)) {
         if (relation.Code) {
             ++found;
             links.relate(*relation.Party, suspects, *relation.Code);
@@ -291,7 +320,7 @@ void SuspRelList::BoundSection_WriteData(const tvBusinessObjectPtr& record)
 
 // The list
 
-QString SuspRelList::AddListRow(tvTableRow& party, const QVariant& relationNo)
+QString SuspRelList::Private::AddListRow(tvTableRow& party, const QVariant& relationNo)
 {
     // All texts before the row: a failure leaves none that lacks something.
     QString key = rowKey(party);
@@ -308,23 +337,23 @@ QString SuspRelList::AddListRow(tvTableRow& party, const QVariant& relationNo)
     return key;
 }
 
-QString SuspRelList::nameIn(const QString& listRow) const
+QString SuspRelList::Private::nameIn(const QString& listRow) const
 {
     return lvwRows->SubItem(listRow, NameColumn);
 }
 
-bool SuspRelList::HasListRow(tvTableRow& party) const
+bool SuspRelList::Private::HasListRow(tvTableRow& party) const
 {
     return lvwRows->Contains(rowKey(party));
 }
 
-void SuspRelList::showTip(bool show)
+void SuspRelList::Private::showTip(bool show)
 {
     picEmpty->setVisible(show);
     lvwRows->setAccessibleDescription(show ? picEmpty->Sentence() : QString());
 }
 
-void SuspRelList::showTipWhenEmpty()
+void SuspRelList::Private::showTipWhenEmpty()
 {
     showTip(lvwRows->Count() == 0);
 }
@@ -336,14 +365,15 @@ void SuspRelList::UserControl_Resize()
     // Continue on error.
     const Twips line = toTwips(QFontMetrics(font()).height()); // stands for the height of the header
     continueOnError(
-        [&] { moveTo(*lvwRows, 0, 0, ScaleWidth(), ScaleHeight()); },
-        [&] { lvwRows->SetColumnWidth(NameColumn, static_cast<Twips>(NameShare * widthOf(*lvwRows))); },
+        [&] { moveTo(*d->lvwRows, 0, 0, ScaleWidth(), ScaleHeight()); },
+        [&] { d->lvwRows->SetColumnWidth(NameColumn, static_cast<Twips>(NameShare * widthOf(*d->lvwRows))); },
         [&] {
-            lvwRows->SetColumnWidth(RelationColumn, static_cast<Twips>(RelationShare * widthOf(*lvwRows)));
+            d->lvwRows->SetColumnWidth(RelationColumn,
+                                       static_cast<Twips>(RelationShare * widthOf(*d->lvwRows)));
         },
         [&] {
-            moveTo(*picEmpty, ScaleWidth() / 2 - widthOf(*picEmpty) / 2,
-                   (ScaleHeight() - line) / 2 + line - heightOf(*picEmpty) / 2);
+            moveTo(*d->picEmpty, ScaleWidth() / 2 - widthOf(*d->picEmpty) / 2,
+                   (ScaleHeight() - line) / 2 + line - heightOf(*d->picEmpty) / 2);
         });
 }
 
@@ -351,9 +381,9 @@ void SuspRelList::changeEvent(QEvent* event)
 {
     UserControl::changeEvent(event);
     if (event->type() == QEvent::EnabledChange) {
-        picEmpty->SetFaded(!isEnabled());
+        d->picEmpty->SetFaded(!isEnabled());
         if (!isEnabled())
-            mnuEdit->Dismiss(); // it would take neither key nor mouse any more
+            d->mnuEdit->Dismiss(); // it would take neither key nor mouse any more
     }
     if (event->type() == QEvent::FontChange)
         guard("UserControl_Resize", [this] { UserControl_Resize(); });
@@ -361,7 +391,7 @@ void SuspRelList::changeEvent(QEvent* event)
 
 QSize SuspRelList::sizeHint() const
 {
-    return lvwRows->sizeHint();
+    return d->lvwRows->sizeHint();
 }
 
 QSize SuspRelList::minimumSizeHint() const

@@ -2,38 +2,30 @@
 
 #include "base/export/Export.h"
 #include "frame/control_frame/UserControl.h"
-#include "frame/host_contracts/Caches.h"
-
-#include <QPointer>
+#include "frame/host_contracts/Contracts.h"
 
 #include <memory>
-#include <optional>
-#include <vector>
 
 namespace tavrin {
-
-class ListView;
-class MenuItem;
-class PopupMenu;
-class SuspectLinks;
-class TipPanel;
-class frmSuspRel;
 
 /// The relationships that one suspect has to the parties of one other kind, one row each. The person adds and
 /// removes rows through a context menu; nothing reaches the record before the host saves.
 ///
 ///     auto* victims = new SuspRelList(page);
-///     victims->SetOtherCollectionTag("IncidentBO.Victims"); // where the parties live
-///     victims->SetOtherItemName("Victim");                  // fields "VictimName", rows "SuspectVictims"
-///     victims->SetOtherItemSeqName("VictimSeqNo");          // the link row's field
-///     victims->ReadData(record);                            // record.Item("SuspectBO") is the suspect
+///     victims->SetOtherCollectionTag(QStringLiteral("IncidentBO.Victims")); // where the parties live
+///     victims->SetOtherItemName(QStringLiteral("Victim")); // builds "VictimName" and "SuspectVictims"
+///     victims->SetOtherItemSeqName(QStringLiteral("VictimSeqNo")); // the link row's field
+///     victims->ReadData(record); // its child "SuspectBO" is the suspect
 ///     ...
 ///     victims->WriteData(record); // raises CompletenessErrorNumber while required ones are missing
 ///
 /// Links are written before completeness is checked; a refused save leaves those that are complete written.
 /// A party's removal leaves its row on the screen until the next read, which does no harm. Before the first
 /// read, and behind one that has failed, the section is empty and a write raises an `Error` before it changes
-/// anything. A read closes the menu and the dialog: both are about the record before.
+/// anything. A read closes the menu and the dialog: both are about the record before. It raises no events.
+///
+/// A failure of the host inside a read or a write, and at construction, reaches the caller. One inside an
+/// action of the person goes to the application's handler of unhandled errors.
 class TAVRIN_EXPORT SuspRelList final : public UserControl, public BoundSection
 {
     Q_OBJECT
@@ -57,86 +49,36 @@ public:
     /// its name there; "" by default. Resolved at each read and write, where a wrong one shows a message and
     /// leaves an empty section. Behind a read with a wrong one a write with a good one raises an `Error`: the
     /// section has no rows of its parties.
-    QString OtherCollectionTag() const { return m_otherCollectionTag; }
+    QString OtherCollectionTag() const;
     void SetOtherCollectionTag(const QString& tag);
     /// The word for one party, its first letter in upper case, since it builds the names of records and
     /// fields; "" by default.
-    QString OtherItemName() const { return m_otherItemName; }
+    QString OtherItemName() const;
     void SetOtherItemName(const QString& name);
     /// The link row's field that holds the party's "SeqNo"; "" by default.
-    QString OtherItemSeqName() const { return m_otherItemSeqName; }
+    QString OtherItemSeqName() const;
     void SetOtherItemSeqName(const QString& name);
-    /// The control's own state, whatever its container's; True by default.
+    /// The control's own state, whatever its container's; True by default. A disabled one has no menu.
     bool Enabled() const;
     void SetEnabled(bool enabled);
 
+    /// The size that the list asks for.
     QSize sizeHint() const override;
+    /// Five lines of text in height, and twelve times the height of a line in width.
     QSize minimumSizeHint() const override;
 
 protected:
     SavedProperties savedProperties() override;
-    bool trapsPropertyErrors() const override { return false; }
+    bool trapsPropertyErrors() const override;
     void UserControl_Resize() override;
     void changeEvent(QEvent* event) override;
 
 private:
-    enum class ReadState
-    {
-        Never,
-        Failed,
-        WithoutParties, // the tag led nowhere
-        Done
-    };
-    struct Relation
-    {
-        tvTableRowPtr Party;
-        std::optional<QString> Code; // none for a party without a row
-    };
-
     void BoundSection_ReadData(const tvBusinessObjectPtr& record) override;
     void BoundSection_WriteData(const tvBusinessObjectPtr& record) override;
 
-    void build();
-    tvTableCollectionPtr ParseOtherCollectionTag(const tvBusinessObjectPtr& record, bool& resolved);
-    void followOtherCollection(tvTableCollectionPtr collection);
-    void m_otherCollection_ItemRemoved(const QVariant& keyValue);
-    SuspectLinks linksOf(const tvBusinessObjectPtr& suspect) const;
-    std::vector<Relation> relationsTo(tvTableCollection& parties) const;
-    void forgetRecord();
-    tvTableRowPtr openSuspect() const;
-
-    /// Returns the key of the row.
-    QString AddListRow(tvTableRow& party, const QVariant& relationNo);
-    bool HasListRow(tvTableRow& party) const;
-    QString nameIn(const QString& listRow) const;
-    void showTip(bool show);
-    void showTipWhenEmpty();
-
-    // The menu: SuspRelListMenu.cpp
-    void buildMenu();
-    void tellInformation(const QString& text, const QString& title);
-    void lvwRows_MouseDown(int button, int shift, Twips x, Twips y);
-    void mnuAddRelationship_Click();
-    void askForRelation(const QList<tvTableRowPtr>& choices);
-    void mnuRemoveRelationship_Click();
-
-    ListView* lvwRows;
-    TipPanel* picEmpty;
-    PopupMenu* mnuEdit;
-    MenuItem* mnuAddRelationship = nullptr;
-    MenuItem* mnuRemoveRelationship = nullptr;
-
-    std::unique_ptr<TableCodeCache> m_tableCache;
-    tvTableCollectionPtr m_suspects;
-    tvTableCollectionPtr m_otherCollection;
-    QString m_otherCollectionTag;
-    QString m_otherItemName;
-    QString m_otherItemSeqName;
-    ReadState m_readState = ReadState::Never;
-    int m_readings = 0;
-    QPointer<frmSuspRel> m_dialog; // while it is open
-    Subscription m_itemRemoved;
-    std::vector<Subscription> m_subscriptions;
+    class Private;
+    std::unique_ptr<Private> d;
 };
 
 } // namespace tavrin

@@ -1,6 +1,6 @@
 #include "frame/desktop/Desktop.h"
 #include "frame/host_contracts/HostObjects.h"
-#include "sections/SuspRelList.h"
+#include "sections/SuspRelListPrivate.h"
 #include "sections/frmSuspRel.h"
 #include "widgets/lists/ListView.h"
 #include "widgets/panels/PopupMenu.h"
@@ -16,7 +16,7 @@ constexpr int RightButton = 2;
 
 } // namespace
 
-void SuspRelList::buildMenu()
+void SuspRelList::Private::buildMenu()
 {
     mnuAddRelationship = mnuEdit->AddItem(QStringLiteral("Add Relationship"), u'A');
     mnuRemoveRelationship = mnuEdit->AddItem(RemoveCaption, u'R');
@@ -30,7 +30,7 @@ void SuspRelList::buildMenu()
         mnuRemoveRelationship->Click.subscribe([this] { mnuRemoveRelationship_Click(); }));
 }
 
-void SuspRelList::lvwRows_MouseDown(int button, int, Twips x, Twips y)
+void SuspRelList::Private::lvwRows_MouseDown(int button, int, Twips x, Twips y)
 {
     if ((button & RightButton) == 0)
         return;
@@ -42,12 +42,12 @@ void SuspRelList::lvwRows_MouseDown(int button, int, Twips x, Twips y)
     mnuEdit->PopUp(*lvwRows, x, y);
 }
 
-void SuspRelList::tellInformation(const QString& text, const QString& title)
+void SuspRelList::Private::tellInformation(const QString& text, const QString& title)
 {
-    desktop().messageBoxes->tell(this, text, BoxIcon::Information, title);
+    desktop().messageBoxes->tell(&q, text, BoxIcon::Information, title);
 }
 
-void SuspRelList::mnuAddRelationship_Click()
+void SuspRelList::Private::mnuAddRelationship_Click()
 {
     const tvTableCollectionPtr parties = m_otherCollection;
     const QString word = m_otherItemName.toLower();
@@ -72,18 +72,18 @@ void SuspRelList::mnuAddRelationship_Click()
     askForRelation(choices);
 }
 
-void SuspRelList::askForRelation(const QList<tvTableRowPtr>& choices)
+void SuspRelList::Private::askForRelation(const QList<tvTableRowPtr>& choices)
 {
     if (m_dialog)
         return;
     // The dialog is a child of the window, which may die while the dialog is open, and the control with it.
-    const QPointer<SuspRelList> self(this);
+    const QPointer<SuspRelList> self(&q);
     auto* dialog = new frmSuspRel;
     const QPointer<frmSuspRel> alive = dialog;
     const auto unload = qScopeGuard([&alive] { delete alive.data(); });
     dialog->SetupForm(m_otherItemName, choices, openSuspect());
     m_dialog = dialog;
-    dialog->ShowModal(this);
+    dialog->ShowModal(&q);
     if (!self)
         return;
     m_dialog = nullptr;
@@ -94,7 +94,7 @@ void SuspRelList::askForRelation(const QList<tvTableRowPtr>& choices)
     lvwRows->SetSelectedItem(row); // in view, and ready to be taken back
 }
 
-void SuspRelList::mnuRemoveRelationship_Click()
+void SuspRelList::Private::mnuRemoveRelationship_Click()
 {
     if (lvwRows->Count() == 0)
         return;
