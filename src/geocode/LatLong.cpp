@@ -6,6 +6,7 @@
 #include "frame/desktop/Desktop.h"
 #include "frame/modUtils.h"
 #include "geocode/GeocodeResult.h"
+#include "geocode/LatLongPrivate.h"
 #include "widgets/boxes/FlatOptionButton.h"
 #include "widgets/boxes/TextBox.h"
 #include "widgets/drawing/BoxShape.h"
@@ -51,17 +52,23 @@ bool geocodesOnSave(tvTableRow& row)
 
 } // namespace
 
-LatLong::LatLong(QWidget* parent, const ControlSite& site)
-    : UserControl(parent, site)
+LatLong::Private::Private(LatLong& control)
+    : q(control)
     , m_font(std::make_shared<Font>())
 {
     m_font->SetName(QStringLiteral("Segoe UI"));
     m_font->SetSize(FontPoints);
-    makeConstituents();
-    nameConstituents();
-    connectConstituents();
-    buildMenu();
-    layOut();
+}
+
+LatLong::LatLong(QWidget* parent, const ControlSite& site)
+    : UserControl(parent, site)
+    , d(std::make_unique<Private>(*this))
+{
+    d->makeConstituents();
+    d->nameConstituents();
+    d->connectConstituents();
+    d->buildMenu();
+    d->layOut();
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     resize(sizeHint());
     begin();
@@ -71,14 +78,14 @@ LatLong::~LatLong() = default;
 
 // The constituents
 
-void LatLong::makeConstituents()
+void LatLong::Private::makeConstituents()
 {
     // In tab order.
-    Label13 = new Label(this);
-    txtLat = new TextBox(this);
-    Label14 = new Label(this);
-    txtLong = new TextBox(this);
-    grpGeocoding = new GroupBox(this);
+    Label13 = new Label(&q);
+    txtLat = new TextBox(&q);
+    Label14 = new Label(&q);
+    txtLong = new TextBox(&q);
+    grpGeocoding = new GroupBox(&q);
     for (const int index : {OnSave, Manual})
         optGeocodeOnSave[index] = new FlatOptionButton(grpGeocoding);
     grpWarning = new GroupBox(grpGeocoding);
@@ -109,10 +116,10 @@ void LatLong::makeConstituents()
         option->SetFont(m_font);
     lblWarning->SetFont(m_font);
     lnkViewDetails->SetFont(m_font);
-    setFocusProxy(txtLat);
+    q.setFocusProxy(txtLat);
 }
 
-void LatLong::nameConstituents()
+void LatLong::Private::nameConstituents()
 {
     const std::pair<QWidget*, const char*> names[] = {{Label13, "Label13"},
                                                       {txtLat, "txtLat"},
@@ -134,7 +141,7 @@ void LatLong::nameConstituents()
     grpWarning->setAccessibleName(QStringLiteral("Geocoding warning"));
 }
 
-void LatLong::connectConstituents()
+void LatLong::Private::connectConstituents()
 {
     for (const int index : {OnSave, Manual})
         m_subscriptions.push_back(
@@ -142,7 +149,7 @@ void LatLong::connectConstituents()
     m_subscriptions.push_back(lnkViewDetails->Click.subscribe([this] { lnkViewDetails_Click(); }));
     m_subscriptions.push_back(m_font->FontChanged.subscribe([this](const QString&) {
         layOut();
-        UserControl_Resize();
+        q.UserControl_Resize();
     }));
 }
 
@@ -150,34 +157,34 @@ void LatLong::connectConstituents()
 
 void LatLong::BoundSection_ReadData(const tvBusinessObjectPtr& bo)
 {
-    reportInBox(this, failurePrefix("BoundSection_ReadData"), ErrorTitle, [&] {
-        if (m_openMenu)
-            m_openMenu->close(); // it is about the coordinates before
-        m_bo = bo;
-        m_isShown = false;
+    reportInBox(this, d->failurePrefix("BoundSection_ReadData"), ErrorTitle, [&] {
+        if (d->m_openMenu)
+            d->m_openMenu->close(); // it is about the coordinates before
+        d->m_bo = bo;
+        d->m_isShown = false;
         const QPointer<LatLong> self(this); // a follower of the record may delete the control
         // What stood there belongs to another record: it must be neither seen in this one nor written to it.
         const auto clear = qScopeGuard([&self] {
-            if (self && !self->m_isShown)
-                self->ShowNothing();
+            if (self && !self->d->m_isShown)
+                self->d->ShowNothing();
         });
         const tvTableRowPtr row = locationOf(bo);
         if (row->IsNew())
             fieldOf(*row, QStringLiteral("GeocodeOnSave"))->SetValue(true);
         if (self)
-            RefreshDisplay();
+            d->RefreshDisplay();
     });
 }
 
 void LatLong::BoundSection_WriteData(const tvBusinessObjectPtr& bo)
 {
-    reportInBox(this, failurePrefix("BoundSection_WriteData"), ErrorTitle, [&] {
-        const QString latitude = txtLat->Text(); // a follower of the record may delete the control
-        const QString longitude = txtLong->Text();
+    reportInBox(this, d->failurePrefix("BoundSection_WriteData"), ErrorTitle, [&] {
+        const QString latitude = d->txtLat->Text(); // a follower of the record may delete the control
+        const QString longitude = d->txtLong->Text();
         const tvTableRowPtr row = locationOf(bo);
-        if (!m_isShown)
+        if (!d->m_isShown)
             throw Error(QStringLiteral("No coordinates have been read, so none are written."));
-        fieldOf(*row, QStringLiteral("GeocodeOnSave"))->SetValue(optGeocodeOnSave[OnSave]->Value());
+        fieldOf(*row, QStringLiteral("GeocodeOnSave"))->SetValue(d->optGeocodeOnSave[OnSave]->Value());
         if (geocodesOnSave(*row)) // the record may have its own mind
             return;
         fieldOf(*row, QStringLiteral("Latitude"))->SetValue(latitude);
@@ -185,7 +192,7 @@ void LatLong::BoundSection_WriteData(const tvBusinessObjectPtr& bo)
     });
 }
 
-void LatLong::RefreshDisplay()
+void LatLong::Private::RefreshDisplay()
 {
     if (!m_bo)
         return;
@@ -206,13 +213,13 @@ void LatLong::RefreshDisplay()
         showWarning(false);
 }
 
-void LatLong::ShowNothing()
+void LatLong::Private::ShowNothing()
 {
     continueOnError([this] { txtLat->SetText(QString()); }, [this] { txtLong->SetText(QString()); },
                     [this] { showChoice({}); }, [this] { openBoxes(); }, [this] { showWarning(false); });
 }
 
-void LatLong::showChoice(std::optional<int> index)
+void LatLong::Private::showChoice(std::optional<int> index)
 {
     // Turning an option on raises its click, which must neither write to the record nor refresh again.
     const QScopedValueRollback refreshing(m_refreshing, true);
@@ -224,7 +231,7 @@ void LatLong::showChoice(std::optional<int> index)
         option->SetValue(false);
 }
 
-void LatLong::openBoxes()
+void LatLong::Private::openBoxes()
 {
     const bool open = optGeocodeOnSave[Manual]->Value();
     for (TextBox* box : {txtLat, txtLong}) {
@@ -232,12 +239,12 @@ void LatLong::openBoxes()
         box->SetBackColor(open ? SystemColor::WindowBackground : SystemColor::ButtonFace);
     }
     if (open)
-        setFocusProxy(txtLat);
+        q.setFocusProxy(txtLat);
     else
-        setFocusProxy(optGeocodeOnSave[OnSave]);
+        q.setFocusProxy(optGeocodeOnSave[OnSave]);
 }
 
-void LatLong::refreshWarning(tvTableRow& row)
+void LatLong::Private::refreshWarning(tvTableRow& row)
 {
     bool warns = false; // a failure leaves no warning of what was there before
     const auto show = qScopeGuard([&] { showWarning(warns); });
@@ -246,29 +253,29 @@ void LatLong::refreshWarning(tvTableRow& row)
     warns = isPoor;
 }
 
-void LatLong::showWarning(bool show)
+void LatLong::Private::showWarning(bool show)
 {
-    if (!show && window()->focusWidget() == lnkViewDetails) // it would go to whatever is next on the form
+    if (!show && q.window()->focusWidget() == lnkViewDetails) // it would go to whatever is next on the form
         optGeocodeOnSave[optGeocodeOnSave[Manual]->Value() ? Manual : OnSave]->setFocus();
     grpWarning->setVisible(show);
 }
 
 // What the person does
 
-void LatLong::optGeocodeOnSave_Click(int index)
+void LatLong::Private::optGeocodeOnSave_Click(int index)
 {
-    reportInBox(this, failurePrefix("optGeocodeOnSave_Click"), ErrorTitle, [&] {
+    reportInBox(&q, failurePrefix("optGeocodeOnSave_Click"), ErrorTitle, [&] {
         if (m_refreshing || !m_bo)
             return;
-        const QPointer<LatLong> self(this); // a follower of the record may delete the control
+        const QPointer<LatLong> self(&q); // a follower of the record may delete the control
         // A record that refuses it does not turn the option back: the next write tries it again, with the
         // coordinates that the person has typed until then.
         const auto followOption = qScopeGuard([&self] {
-            if (!self || !self->m_isShown)
+            if (!self || !self->d->m_isShown)
                 return;
-            self->openBoxes();
-            if (self->optGeocodeOnSave[Manual]->Value())
-                self->showWarning(false); // there is none of coordinates that are typed
+            self->d->openBoxes();
+            if (self->d->optGeocodeOnSave[Manual]->Value())
+                self->d->showWarning(false); // there is none of coordinates that are typed
         });
         fieldOf(*locationOf(m_bo), QStringLiteral("GeocodeOnSave"))->SetValue(index == OnSave);
         if (self)
@@ -276,24 +283,24 @@ void LatLong::optGeocodeOnSave_Click(int index)
     });
 }
 
-void LatLong::lnkViewDetails_Click()
+void LatLong::Private::lnkViewDetails_Click()
 {
-    reportInBox(this, failurePrefix("lnkViewDetails_Click"), ErrorTitle, [&] {
+    reportInBox(&q, failurePrefix("lnkViewDetails_Click"), ErrorTitle, [&] {
         if (m_bo)
-            desktop().messageBoxes->tell(this, GeocodeResult::detailsText(*locationOf(m_bo)),
+            desktop().messageBoxes->tell(&q, GeocodeResult::detailsText(*locationOf(m_bo)),
                                          BoxIcon::Information, DetailsTitle);
     });
 }
 
-QString LatLong::failurePrefix(const char* member) const
+QString LatLong::Private::failurePrefix(const char* member) const
 {
     return QStringLiteral("An unexpected error occurred in %1 in %2: ")
-        .arg(typeName(), QLatin1String(member));
+        .arg(q.typeName(), QLatin1String(member));
 }
 
 // Layout
 
-void LatLong::layOut()
+void LatLong::Private::layOut()
 {
     // What holds a text is larger than designed where its font asks for it; no text is cut.
     const auto place = [](QWidget& widget, Twips left, Twips top, Twips width, Twips height) {
@@ -323,7 +330,7 @@ void LatLong::layOut()
     moveTo(*grpGeocoding, 0, 720, std::max<Twips>(2775, groupWidth + besideGroup), 1395);
 }
 
-QSize LatLong::contentSize() const
+QSize LatLong::sizeHint() const
 {
     double width = 0;
     double height = 0;
@@ -336,16 +343,10 @@ QSize LatLong::contentSize() const
     return {toPixels(static_cast<Twips>(width)), toPixels(static_cast<Twips>(height))};
 }
 
-QSize LatLong::sizeHint() const
-{
-    return contentSize();
-}
-
 void LatLong::UserControl_Resize()
 {
     QSize size;
-    continueOnError([&] { size = contentSize(); },
-                    [&] { Size(toTwips(size.width()), toTwips(size.height())); },
+    continueOnError([&] { size = sizeHint(); }, [&] { Size(toTwips(size.width()), toTwips(size.height())); },
                     [&] {
                         // The same lengths on a form that counts in other units.
                         modUtils::ResizeTwips(*this, toTwips(size.width()), toTwips(size.height()));

@@ -1,5 +1,5 @@
 #include "base/failure/Guard.h"
-#include "geocode/LatLong.h"
+#include "geocode/LatLongPrivate.h"
 #include "widgets/boxes/KeyCodes.h"
 #include "widgets/boxes/TextBox.h"
 #include "widgets/panels/PopupMenu.h"
@@ -10,31 +10,31 @@
 
 namespace tavrin {
 
-void LatLong::buildMenu()
+void LatLong::Private::buildMenu()
 {
-    mnuCoordinates = new PopupMenu(QStringLiteral("Coordinates"), this);
+    mnuCoordinates = new PopupMenu(QStringLiteral("Coordinates"), &q);
     mnuCoordinates->setObjectName(QStringLiteral("mnuCoordinates"));
     // 'C' is the one of "Copy" in the menu of a box.
     mnuCopyCoordinates = mnuCoordinates->AddItem(QStringLiteral("Copy coordinates"), u'o');
     mnuCopyCoordinates->setObjectName(QStringLiteral("mnuCopyCoordinates"));
     m_subscriptions.push_back(mnuCopyCoordinates->Click.subscribe([this] { mnuCopyCoordinates_Click(); }));
     for (TextBox* box : {txtLat, txtLong})
-        box->installEventFilter(this); // for its context menu
+        box->installEventFilter(&q); // for its context menu
 }
 
-QString LatLong::shownCoordinates() const
+QString LatLong::Private::shownCoordinates() const
 {
     QStringList texts{txtLat->Text(), txtLong->Text()};
     texts.removeAll(QString());
     return texts.join(QStringLiteral(", "));
 }
 
-void LatLong::mnuCopyCoordinates_Click()
+void LatLong::Private::mnuCopyCoordinates_Click()
 {
     QApplication::clipboard()->setText(shownCoordinates());
 }
 
-void LatLong::openMenu(QWidget& widget, const QPoint& place)
+void LatLong::Private::openMenu(QWidget& widget, const QPoint& place)
 {
     mnuCopyCoordinates->setEnabled(!shownCoordinates().isEmpty());
     m_openMenu = mnuCoordinates;
@@ -51,25 +51,25 @@ void LatLong::openMenu(QWidget& widget, const QPoint& place)
 void LatLong::changeEvent(QEvent* event)
 {
     UserControl::changeEvent(event);
-    if (event->type() == QEvent::EnabledChange && !isEnabled() && m_openMenu)
-        m_openMenu->close(); // it would take neither key nor mouse any more
+    if (event->type() == QEvent::EnabledChange && !isEnabled() && d->m_openMenu)
+        d->m_openMenu->close(); // it would take neither key nor mouse any more
 }
 
 void LatLong::contextMenuEvent(QContextMenuEvent* event)
 {
     event->accept();
     if (event->reason() != QContextMenuEvent::Keyboard) // the press of that key has opened it already
-        guard("LatLong_ContextMenu", [&] { openMenu(*this, event->pos()); });
+        guard("LatLong_ContextMenu", [&] { d->openMenu(*this, event->pos()); });
 }
 
 bool LatLong::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() != QEvent::ContextMenu || (watched != txtLat && watched != txtLong))
+    if (event->type() != QEvent::ContextMenu || (watched != d->txtLat && watched != d->txtLong))
         return UserControl::eventFilter(watched, event);
     const auto& request = *static_cast<QContextMenuEvent*>(event);
     event->accept();
     if (request.reason() != QContextMenuEvent::Keyboard)
-        guard("LatLong_ContextMenu", [&] { openMenu(*static_cast<QWidget*>(watched), request.pos()); });
+        guard("LatLong_ContextMenu", [&] { d->openMenu(*static_cast<QWidget*>(watched), request.pos()); });
     return true;
 }
 
@@ -85,7 +85,7 @@ void LatLong::keyPressEvent(QKeyEvent* event)
     guard("LatLong_ContextMenu", [this] {
         QWidget* holder = QApplication::focusWidget();
         QWidget& widget = holder && isAncestorOf(holder) ? *holder : *this;
-        openMenu(widget, widget.rect().bottomLeft());
+        d->openMenu(widget, widget.rect().bottomLeft());
     });
 }
 
