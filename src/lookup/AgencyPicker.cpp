@@ -1,8 +1,10 @@
 #include "lookup/AgencyPicker.h"
 
+#include "base/failure/ByName.h"
 #include "base/values/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/modUtils.h"
+#include "lookup/AgencyPickerPrivate.h"
 #include "widgets/drawing/ConstituentLook.h"
 #include "widgets/drawing/Placement.h"
 #include "widgets/grid_combo/GridComboBox.h"
@@ -10,16 +12,9 @@
 
 #include <QScopedValueRollback>
 
-#include <optional>
-
 namespace tavrin {
 
 namespace {
-
-constexpr int ShortTextColumn = 0;
-constexpr int LongTextColumn = 1;
-constexpr int ValueColumn = 2;
-constexpr int ActiveColumn = 3;
 
 constexpr Twips NarrowComboWidth = 1632;
 constexpr Twips LabelLeft = 1680;
@@ -28,10 +23,10 @@ constexpr Twips UsualWidth = 4500;
 
 } // namespace
 
-AgencyPicker::AgencyPicker(QWidget* parent, const ControlSite& site)
-    : UserControl(parent, site)
-    , tdbcValues(new GridComboBox(this))
-    , lblDescription(new Label(this))
+AgencyPicker::Private::Private(AgencyPicker& picker)
+    : q(picker)
+    , tdbcValues(new GridComboBox(&q))
+    , lblDescription(new Label(&q))
     , m_font([this] { ApplyFont(); })
 {
     tdbcValues->setObjectName(QStringLiteral("tdbcValues"));
@@ -48,121 +43,67 @@ AgencyPicker::AgencyPicker(QWidget* parent, const ControlSite& site)
     m_subscriptions.push_back(tdbcValues->RowChange.subscribe([this] { tdbcValues_RowChange(); }));
     m_subscriptions.push_back(tdbcValues->FetchRowStyle.subscribe(
         [this](int row, GridRowStyle& style) { tdbcValues_FetchRowStyle(row, style); }));
+}
+
+AgencyPicker::AgencyPicker(QWidget* parent, const ControlSite& site)
+    : UserControl(parent, site)
+    , d(std::make_unique<Private>(*this))
+{
     setFocusPolicy(Qt::StrongFocus);
-    setFocusProxy(tdbcValues);
+    setFocusProxy(d->tdbcValues);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     resize(sizeHint());
-    InitDefaults();
+    d->InitDefaults();
     begin();
 }
 
 AgencyPicker::~AgencyPicker() = default;
 
-void AgencyPicker::InitDefaults()
+void AgencyPicker::Private::InitDefaults()
 {
     m_showName = true;
     m_removeUsedValues = false;
     m_value = Null();
 }
 
-// Contract
-
-void AgencyPicker::TavrinControl_SetValue(const QVariant& value, const UsedValues& usedValues)
-{
-    const QPointer<AgencyPicker> self(this); // a follower of Change may delete the control
-    const int put = ++m_puts;
-    try {
-        LoadAgencies(value);
-        if (RemoveUsedValues())
-            modUtils::RemoveUsedGridValues(*tdbcValues, usedValues ? *usedValues : QVariantList(), value);
-        m_settingValue = true;
-        select(value);
-    } catch (...) {
-        if (self && put == m_puts)
-            chooseNothing();
-        throw;
-    }
-}
-
-void AgencyPicker::select(const QVariant& value)
-{
-    const QPointer<AgencyPicker> self(this);
-    const int put = m_puts;
-    const QVariant selected = modUtils::SelectGridComboValue(*tdbcValues, value);
-    if (!self || put != m_puts) // a follower has put another value, which stands
-        return;
-    m_value = selected;
-    showLongText();
-    if (IsNull(tdbcValues->Bookmark()))
-        tdbcValues->SetBookmark(Null()); // a list without rows: the row before is gone, which nobody has told
-}
-
-/// What a put that failed leaves: nothing of the record before that a save could write, and a list to choose
-/// from.
-void AgencyPicker::chooseNothing()
-{
-    const QPointer<AgencyPicker> self(this);
-    const int put = m_puts;
-    m_value = Null();
-    m_settingValue = true; // the person has chosen nothing
-    select(Null());
-    if (self && put == m_puts)
-        m_settingValue = false;
-}
-
-/// A list that cannot be loaded leaves the one before, with the row chosen in it. The row is the business of
-/// whoever loads: what comes and goes on the way counts for nothing.
-void AgencyPicker::LoadAgencies(const QVariant& value)
-{
-    const QScopedValueRollback loading(m_isLoading, true);
-    std::optional<GridArray> before;
-    const QVariant row = tdbcValues->Bookmark();
-    if (tdbcValues->HasArray())
-        before = std::move(tdbcValues->Array()); // a new one comes in its place
-    try {
-        modUtils::FillGridCombo(*tdbcValues, Tables::Agency, value, ListAllAgencies());
-    } catch (...) {
-        if (!before) {
-            tdbcValues->RemoveArray();
-            throw;
-        }
-        tdbcValues->ResetArray();
-        tdbcValues->Array() = std::move(*before);
-        tdbcValues->Rebind();
-        if (!IsNull(row))
-            tdbcValues->SetBookmark(row);
-        throw;
-    }
-}
-
 // Properties
 
 Color AgencyPicker::BackColor() const
 {
-    return tdbcValues->BackColor();
+    return d->tdbcValues->BackColor();
 }
 
 void AgencyPicker::SetBackColor(Color color)
 {
-    tdbcValues->SetBackColor(color);
+    d->tdbcValues->SetBackColor(color);
     Q_EMIT PropertyChanged(QStringLiteral("BackColor"));
 }
 
 Color AgencyPicker::ForeColor() const
 {
-    return tdbcValues->ForeColor();
+    return d->tdbcValues->ForeColor();
 }
 
 void AgencyPicker::SetForeColor(Color color)
 {
-    tdbcValues->SetForeColor(color);
+    d->tdbcValues->SetForeColor(color);
     Q_EMIT PropertyChanged(QStringLiteral("ForeColor"));
+}
+
+FontPtr AgencyPicker::Font() const
+{
+    return d->m_font.get();
 }
 
 void AgencyPicker::SetFont(const FontPtr& font)
 {
-    m_font.set(font);
+    d->m_font.set(font);
     Q_EMIT PropertyChanged(QStringLiteral("Font"));
+}
+
+QVariant AgencyPicker::Value() const
+{
+    return d->m_value;
 }
 
 void AgencyPicker::SetValue(const QVariant& value)
@@ -172,86 +113,89 @@ void AgencyPicker::SetValue(const QVariant& value)
 
 bool AgencyPicker::Enabled() const
 {
-    return tdbcValues->Enabled();
+    return d->tdbcValues->Enabled();
 }
 
 void AgencyPicker::SetEnabled(bool enabled)
 {
-    tdbcValues->SetEnabled(enabled);
+    d->tdbcValues->SetEnabled(enabled);
     Q_EMIT PropertyChanged(QStringLiteral("Enabled"));
+}
+
+bool AgencyPicker::ShowName() const
+{
+    return d->m_showName;
 }
 
 void AgencyPicker::SetShowName(bool show)
 {
-    m_showName = show;
-    lblDescription->setVisible(show);
+    d->m_showName = show;
+    d->lblDescription->setVisible(show);
     UserControl_Resize();
     Q_EMIT PropertyChanged(QStringLiteral("ShowName"));
 }
 
+bool AgencyPicker::ListAllAgencies() const
+{
+    return d->m_listAllAgencies;
+}
+
 void AgencyPicker::SetListAllAgencies(bool listAll)
 {
-    m_listAllAgencies = listAll;
+    d->m_listAllAgencies = listAll;
     if (ambient().UserMode()) {
         const QPointer<AgencyPicker> self(this);
-        LoadAgencies(Value());
-        modUtils::SelectGridComboValue(*tdbcValues, Value());
+        d->LoadAgencies(Value());
+        modUtils::SelectGridComboValue(*d->tdbcValues, Value());
         if (!self)
             return;
     }
     Q_EMIT PropertyChanged(QStringLiteral("ListAllAgencies"));
 }
 
+bool AgencyPicker::RemoveUsedValues() const
+{
+    return d->m_removeUsedValues;
+}
+
 void AgencyPicker::SetRemoveUsedValues(bool remove)
 {
-    m_removeUsedValues = remove;
+    d->m_removeUsedValues = remove;
     Q_EMIT PropertyChanged(QStringLiteral("RemoveUsedValues"));
 }
 
 QString AgencyPicker::FullText() const
 {
-    return IsNull(m_value) ? QString() : ToText(tdbcValues->Columns(LongTextColumn).Value());
+    return IsNull(d->m_value) ? QString() : ToText(d->tdbcValues->Columns(Private::LongTextColumn).Value());
 }
 
 QString AgencyPicker::ShortText() const
 {
-    return IsNull(m_value) ? QString() : ToText(tdbcValues->Columns(ShortTextColumn).Value());
+    return IsNull(d->m_value) ? QString() : ToText(d->tdbcValues->Columns(Private::ShortTextColumn).Value());
 }
 
-// Choosing
-
-void AgencyPicker::tdbcValues_RowChange()
+void AgencyPicker::putValue(const QVariant& value)
 {
-    const bool isFirst = !std::exchange(m_hadFirstRowChange, true);
-    if (isFirst || m_isLoading)
-        return;
-    showLongText();
-    const QVariant bookmark = tdbcValues->Bookmark();
-    if (!tdbcValues->HasArray())
-        m_value = Null();
-    else if (!IsNull(bookmark) && ToLong(bookmark) != 0)
-        m_value = tdbcValues->Array().Value(ToLong(bookmark), ValueColumn);
-    const QPointer<AgencyPicker> self(this);
-    if (!m_settingValue)
-        Q_EMIT ItemSelect();
-    if (!self)
-        return;
-    m_settingValue = false;
-    update();
-    Q_EMIT Change();
+    byName("AgencyPicker.Value", [&] { SetValue(value); });
 }
 
-void AgencyPicker::showLongText()
+void AgencyPicker::putListAllAgencies(bool listAll)
 {
-    lblDescription->SetCaption(ToText(tdbcValues->Columns(LongTextColumn).Value()));
+    byName("AgencyPicker.ListAllAgencies", [&] { SetListAllAgencies(listAll); });
 }
 
-void AgencyPicker::tdbcValues_FetchRowStyle(int row, GridRowStyle& style)
+QString AgencyPicker::tellFullText() const
 {
-    continueOnError([&] {
-        if (tdbcValues->Columns(ActiveColumn).CellText(row) != QLatin1String("1"))
-            style.ForeColor = SystemColor::GreyText;
-    });
+    QString text;
+    byName("AgencyPicker.FullText", [&] { text = FullText(); });
+    return text;
+}
+
+QString AgencyPicker::tellShortText() const
+{
+    QString text;
+    byName("AgencyPicker.ShortText", [&] { text = ShortText(); });
+    return text;
 }
 
 // Lifecycle
@@ -266,7 +210,7 @@ SavedProperties AgencyPicker::savedProperties()
                 [this](bool show) { SetShowName(show); }),
             booleanProperty(
                 QStringLiteral("ListAllAgencies"), false, [this] { return ListAllAgencies(); },
-                [this](bool listAll) { m_listAllAgencies = listAll; }),
+                [this](bool listAll) { d->m_listAllAgencies = listAll; }),
             booleanProperty(
                 QStringLiteral("RemoveUsedValues"), false, [this] { return RemoveUsedValues(); },
                 [this](bool remove) { SetRemoveUsedValues(remove); }),
@@ -283,66 +227,67 @@ SavedProperties AgencyPicker::savedProperties()
 void AgencyPicker::UserControl_InitProperties()
 {
     trapAndGoOn(
-        typeName(), QStringLiteral("InitProperties"), [this] { InitDefaults(); },
+        typeName(), QStringLiteral("InitProperties"), [this] { d->InitDefaults(); },
         [this] { SetFont(ambient().Font()); });
 }
 
 void AgencyPicker::UserControl_ReadProperties(const PropertyBag& bag)
 {
     UserControl::UserControl_ReadProperties(bag);
-    if (!ambient().UserMode() || tdbcValues->HasArray())
+    if (!ambient().UserMode() || d->tdbcValues->HasArray())
         return;
     trapAndGoOn(
-        typeName(), QStringLiteral("ReadProperties"), [this] { LoadAgencies(Null()); },
-        [this] { modUtils::SelectGridComboValue(*tdbcValues, Null()); });
+        typeName(), QStringLiteral("ReadProperties"), [this] { d->LoadAgencies(Null()); },
+        [this] { modUtils::SelectGridComboValue(*d->tdbcValues, Null()); });
 }
 
-void AgencyPicker::ApplyFont()
+void AgencyPicker::Private::ApplyFont()
 {
-    QWidget::setFont(wholeFont(m_font));
-    lblDescription->SetFont(Font());
-    tdbcValues->SetFont(Font());
-    UserControl_Resize();
+    q.QWidget::setFont(wholeFont(m_font));
+    lblDescription->SetFont(q.Font());
+    tdbcValues->SetFont(q.Font());
+    q.UserControl_Resize();
 }
 
 // Layout
 
 void AgencyPicker::UserControl_Resize()
 {
-    if (m_inResize)
+    if (d->m_inResize)
         return;
-    const QScopedValueRollback inResize(m_inResize, true);
+    const QScopedValueRollback inResize(d->m_inResize, true);
     Twips rowHeight = 0;
     continueOnError(
         [&] {
             const int width = toPixels(ShowName() ? NarrowComboWidth : ScaleWidth());
-            tdbcValues->resize(width, tdbcValues->height());
+            d->tdbcValues->resize(width, d->tdbcValues->height());
         },
         [&] { rowHeight = toTwips(fontMetrics().height()) + AroundLine; },
-        [&] { lblDescription->resize(lblDescription->width(), toPixels(rowHeight)); },
+        [&] { d->lblDescription->resize(d->lblDescription->width(), toPixels(rowHeight)); },
         [&] {
-            const Twips width = std::max(ScaleWidth() - leftOf(*lblDescription), Twips(0));
-            lblDescription->resize(toPixels(width), lblDescription->height());
+            const Twips width = std::max(ScaleWidth() - leftOf(*d->lblDescription), Twips(0));
+            d->lblDescription->resize(toPixels(width), d->lblDescription->height());
         },
         [&] {
             if (Height() != rowHeight)
                 SetHeight(rowHeight);
         },
         [&] {
-            if (widthOf(*tdbcValues) > Width())
-                SetWidth(widthOf(*tdbcValues));
+            if (widthOf(*d->tdbcValues) > Width())
+                SetWidth(widthOf(*d->tdbcValues));
         });
     updateGeometry();
 }
 
 QSize AgencyPicker::sizeHint() const
 {
-    return {toPixels(UsualWidth), tdbcValues->height()};
+    return {toPixels(UsualWidth), d->tdbcValues->height()};
 }
 
 QSize AgencyPicker::minimumSizeHint() const
 {
-    return {ShowName() ? tdbcValues->width() : tdbcValues->minimumSizeHint().width(), tdbcValues->height()};
+    return {ShowName() ? d->tdbcValues->width() : d->tdbcValues->minimumSizeHint().width(),
+            d->tdbcValues->height()};
 }
 
 } // namespace tavrin

@@ -3,13 +3,10 @@
 #include "base/export/Export.h"
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Contracts.h"
-#include "widgets/drawing/SharedFont.h"
+
+#include <memory>
 
 namespace tavrin {
-
-class GridComboBox;
-struct GridRowStyle;
-class Label;
 
 /// A grid combo for one agency of code table 997, with its long text beside it.
 ///
@@ -17,10 +14,11 @@ class Label;
 ///
 ///     auto* agency = new AgencyPicker(form);
 ///     agency->SetRemoveUsedValues(true);
-///     connect(agency, &AgencyPicker::Change, form, [=] { form->setChanged(agency->FullText()); });
-///     static_cast<TavrinControl*>(agency)->SetValue(record.value("AgencyNo"), agenciesOfTheOtherRows);
+///     connectGuarded(agency, &AgencyPicker::Change, form, "Form_AgencyChange",
+///                    [=] { summary->setText(agency->FullText()); });
+///     agency->SetValue(fieldOf(*row, QStringLiteral("AgencyNo"))->Value(), agenciesOfTheOtherRows);
 ///     ...
-///     record.setValue("AgencyNo", agency->Value()); // the code's number, or Null
+///     fieldOf(*row, QStringLiteral("AgencyNo"))->SetValue(agency->Value()); // the code's number, or Null
 ///
 /// The list is loaded at run time when the control is restored from a form, and anew at each value that is
 /// set.
@@ -34,13 +32,13 @@ class TAVRIN_EXPORT AgencyPicker final : public UserControl, public TavrinContro
     Q_PROPERTY(tavrin::Color BackColor READ BackColor WRITE SetBackColor)
     Q_PROPERTY(tavrin::Color ForeColor READ ForeColor WRITE SetForeColor)
     Q_PROPERTY(tavrin::FontPtr Font READ Font WRITE SetFont)
-    Q_PROPERTY(QVariant Value READ Value WRITE SetValue)
+    Q_PROPERTY(QVariant Value READ Value WRITE putValue)
     Q_PROPERTY(bool Enabled READ Enabled WRITE SetEnabled)
     Q_PROPERTY(bool ShowName READ ShowName WRITE SetShowName)
-    Q_PROPERTY(bool ListAllAgencies READ ListAllAgencies WRITE SetListAllAgencies)
+    Q_PROPERTY(bool ListAllAgencies READ ListAllAgencies WRITE putListAllAgencies)
     Q_PROPERTY(bool RemoveUsedValues READ RemoveUsedValues WRITE SetRemoveUsedValues)
-    Q_PROPERTY(QString FullText READ FullText STORED false)
-    Q_PROPERTY(QString ShortText READ ShortText STORED false)
+    Q_PROPERTY(QString FullText READ tellFullText STORED false)
+    Q_PROPERTY(QString ShortText READ tellShortText STORED false)
 
 public:
     explicit AgencyPicker(QWidget* parent = nullptr, const ControlSite& site = {});
@@ -54,14 +52,14 @@ public:
 
     /// Of combo, list and label. Shared by reference; a change inside it shows at once. By default the
     /// container's.
-    FontPtr Font() const { return m_font.get(); }
+    FontPtr Font() const;
     void SetFont(const FontPtr& font);
 
     /// The code's number in the chosen row, or Null, the default. Setting it loads the list anew, with
     /// nothing removed from it. A number that is not in the list becomes the value of the first row, the
     /// empty one; an inactive one is found. What is no number raises an `Error`, and so does a failure of the
     /// host's list service; the value is Null then, and the list the one before if none was loaded.
-    QVariant Value() const { return m_value; }
+    QVariant Value() const;
     void SetValue(const QVariant& value);
     using TavrinControl::SetValue;
 
@@ -71,24 +69,24 @@ public:
 
     /// Whether the label shows the chosen agency's long text; true by default. Without it the combo fills the
     /// control.
-    bool ShowName() const { return m_showName; }
+    bool ShowName() const;
     void SetShowName(bool show);
 
     /// Whether agencies that are no longer in use are listed; false by default. The value that is set stays
     /// listed in any case. Setting it loads the list anew at once; a failure of the host's list service
     /// reaches the caller and leaves list and value as they were, and the new option, which acts at the next
     /// load. In the designer no list is loaded.
-    bool ListAllAgencies() const { return m_listAllAgencies; }
+    bool ListAllAgencies() const;
     void SetListAllAgencies(bool listAll);
 
     /// Whether the agencies that sibling fields hold are taken out of the list when the host sets a value;
     /// false by default.
-    bool RemoveUsedValues() const { return m_removeUsedValues; }
+    bool RemoveUsedValues() const;
     void SetRemoveUsedValues(bool remove);
 
-    /// The chosen row's long text; "" for Null.
+    /// The chosen row's long text; "" for Null. Raises an `Error` where the list holds no text there.
     QString FullText() const;
-    /// The chosen row's short text; "" for Null.
+    /// The chosen row's short text; "" for Null. Raises an `Error` where the list holds no text there.
     QString ShortText() const;
 
     QSize sizeHint() const override;
@@ -111,28 +109,14 @@ private:
     QVariant TavrinControl_GetValue() const override { return Value(); }
     void TavrinControl_SetValue(const QVariant& value, const UsedValues& usedValues) override;
 
-    void InitDefaults();
-    void LoadAgencies(const QVariant& value);
-    void select(const QVariant& value);
-    void chooseNothing();
-    void showLongText();
-    void ApplyFont();
-    void tdbcValues_RowChange();
-    void tdbcValues_FetchRowStyle(int row, GridRowStyle& style);
+    // The ways in by a property's name.
+    void putValue(const QVariant& value);
+    void putListAllAgencies(bool listAll);
+    QString tellFullText() const;
+    QString tellShortText() const;
 
-    GridComboBox* tdbcValues;
-    Label* lblDescription;
-    QVariant m_value;
-    int m_puts = 0;
-    bool m_showName = true;
-    bool m_listAllAgencies = false;
-    bool m_removeUsedValues = false;
-    bool m_settingValue = false; // from a value that is set until the next row change
-    bool m_hadFirstRowChange = false;
-    bool m_isLoading = false;
-    bool m_inResize = false;
-    SharedFont m_font;
-    std::vector<Subscription> m_subscriptions;
+    class Private;
+    std::unique_ptr<Private> d;
 };
 
 } // namespace tavrin

@@ -1,19 +1,12 @@
 #pragma once
 
 #include "base/export/Export.h"
-#include "base/xml/XmlDocument.h"
-#include "frame/Timer.h"
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Contracts.h"
 
 #include <memory>
-#include <optional>
-#include <vector>
 
 namespace tavrin {
-
-class DropDownList;
-class TextBox;
 
 /// A free search field over one code table of the host.
 ///
@@ -26,7 +19,7 @@ class TextBox;
 ///     location->SetText(QStringLiteral("13 - Highway/Road/Alley/Street/Sidewalk"));
 ///     location->SetValue(13);
 ///     ...
-///     record.setValue("LocationTypeNo", location->Value()); // Null when nothing is chosen
+///     fieldOf(*row, QStringLiteral("LocationTypeNo"))->SetValue(location->Value()); // Null for nothing
 ///
 /// The text and the value are two things: typing that searches takes the value away, and a text without a
 /// value is what the person typed and never chose. Delete, cutting, pasting, undoing, &, ( and characters
@@ -41,10 +34,10 @@ class TAVRIN_EXPORT AutoCompleteField final : public UserControl
     Q_CLASSINFO("DefaultInterface", "_AutoCompleteField")
     Q_PROPERTY(qint32 hWnd READ hWnd STORED false)
     Q_PROPERTY(bool Enabled READ Enabled WRITE SetEnabled)
-    Q_PROPERTY(qint32 TableNo READ TableNo WRITE SetTableNo)
-    Q_PROPERTY(bool IncludeInactiveValues READ IncludeInactiveValues WRITE SetIncludeInactiveValues)
+    Q_PROPERTY(qint32 TableNo READ TableNo WRITE putTableNo)
+    Q_PROPERTY(bool IncludeInactiveValues READ IncludeInactiveValues WRITE putIncludeInactiveValues)
     Q_PROPERTY(QVariant Value READ Value WRITE SetValue)
-    Q_PROPERTY(QVariant Text READ Text WRITE SetText)
+    Q_PROPERTY(QVariant Text READ Text WRITE putText)
     Q_PROPERTY(tavrin::Color BackColor READ BackColor WRITE SetBackColor)
     Q_PROPERTY(tavrin::Color ForeColor READ ForeColor WRITE SetForeColor)
 
@@ -52,34 +45,36 @@ public:
     explicit AutoCompleteField(QWidget* parent = nullptr, const ControlSite& site = {});
     ~AutoCompleteField() override;
 
-    /// Whether the field takes input. Disabling closes the list.
-    bool Enabled() const { return m_enabled; }
+    /// Whether the field takes input; true by default. Disabling closes the list.
+    bool Enabled() const;
     void SetEnabled(bool enabled);
 
     /// The code table to search; -1 for none. Setting it loads the table from the host's cache, also when the
     /// number stays the same; a failure of the host reaches the caller. A new field has 0, a restored one
     /// without a saved number -1.
-    TableNumber TableNo() const { return m_tableNo; }
+    TableNumber TableNo() const;
     void SetTableNo(TableNumber tableNo);
 
-    /// Whether inactive values are searched too. Setting it loads the table again.
-    bool IncludeInactiveValues() const { return m_includeInactive; }
+    /// Whether inactive values are searched too; false by default. Setting it loads the table again; a
+    /// failure of the host reaches the caller.
+    bool IncludeInactiveValues() const;
     void SetIncludeInactiveValues(bool include);
 
-    /// The chosen value, a 32-bit integer, or Null when nothing is chosen; Empty counts as Null. Setting it
-    /// colours the box, and neither checks it against the table nor changes the text.
-    QVariant Value() const { return m_value; }
+    /// The chosen value, a 32-bit integer, or Null, the default, when nothing is chosen; Empty counts as
+    /// Null. Setting it colours the box, and neither checks it against the table nor changes the text.
+    QVariant Value() const;
     void SetValue(const QVariant& value);
 
-    /// The text in the box. An empty text takes the value away; Null counts as empty.
+    /// The text in the box, "" by default. An empty text takes the value away; Null counts as empty. What is
+    /// no text, such as a list, raises an `Error` and changes nothing.
     QVariant Text() const;
     void SetText(const QVariant& text);
 
     /// The box's colours while nothing is chosen, by default the system's window colours. After a value was
     /// taken away the system's colours show until the next setting.
-    Color BackColor() const { return m_backColor; }
+    Color BackColor() const;
     void SetBackColor(Color color);
-    Color ForeColor() const { return m_foreColor; }
+    Color ForeColor() const;
     void SetForeColor(Color color);
 
     /// Loads the table from the host's cache again. A failure of the host reaches the caller.
@@ -98,37 +93,13 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    void txtSearch_KeyDown(int& keyCode, int shift);
-    void txtSearch_KeyPress(int& keyAscii);
-    void txtSearch_Change();
-    void lstMatches_KeyDown(int& keyCode, int shift);
-    void lstMatches_Click();
-    void m_AutoCompleteTimer_Elapsed();
+    // The ways in by a property's name.
+    void putTableNo(TableNumber tableNo);
+    void putIncludeInactiveValues(bool include);
+    void putText(const QVariant& text);
 
-    void LoadList();
-    void Search(const QString& text);
-    void ShowMatches(const XmlNodeList& matches);
-    void Deselect();
-    /// False when a follower of the choice has deleted the field.
-    bool SelectCurrentItem();
-    void FocusText();
-    void ShowList(bool open);
-
-    TextBox* txtSearch;
-    DropDownList* lstMatches;
-    std::unique_ptr<Timer> m_AutoCompleteTimer;
-
-    bool m_enabled = false;
-    TableNumber m_tableNo = 0;
-    bool m_includeInactive = false;
-    QVariant m_value;
-    QString m_text;
-    Color m_backColor;
-    Color m_foreColor;
-    bool m_searching = false;
-    bool m_wantsList = false; // since the last key that searches
-    std::optional<XmlDocument> m_document;
-    std::vector<Subscription> m_subscriptions;
+    class Private;
+    std::unique_ptr<Private> d;
 };
 
 } // namespace tavrin

@@ -1,5 +1,6 @@
 #include "lookup/NibrsOffensePicker.h"
 
+#include "base/failure/ByName.h"
 #include "base/failure/Error.h"
 #include "base/values/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
@@ -7,6 +8,8 @@
 #include "widgets/lists/FlatDropdown.h"
 
 #include <QScopedValueRollback>
+
+#include <vector>
 
 namespace tavrin {
 
@@ -30,19 +33,44 @@ QString displayText(const QPair<QString, QString>& entry)
 
 } // namespace
 
-NibrsOffensePicker::NibrsOffensePicker(QWidget* parent, const ControlSite& site)
-    : UserControl(parent, site)
-    , cboNibrsCode(new FlatDropdown(this))
+class NibrsOffensePicker::Private
+{
+public:
+    explicit Private(NibrsOffensePicker& picker);
+
+    void FillList();
+    /// The entry of a code; 0, "(None)", for one that the dictionary lacks.
+    int entryOf(const QVariant& value) const;
+    void put(const QVariant& value, int entry);
+    void LayoutControls();
+
+    NibrsOffensePicker& q;
+    FlatDropdown* cboNibrsCode;
+    QVariant m_designValue;
+    FontPtr m_font;
+    bool m_inLayout = false;
+    std::vector<Subscription> m_subscriptions;
+};
+
+NibrsOffensePicker::Private::Private(NibrsOffensePicker& picker)
+    : q(picker)
+    , cboNibrsCode(new FlatDropdown(&q))
     , m_designValue(Null())
     , m_font(cboNibrsCode->Font())
 {
     cboNibrsCode->setObjectName(QStringLiteral("cboNibrsCode"));
     cboNibrsCode->SetFirstChoice(1); // behind "(None)"
+    m_subscriptions.push_back(cboNibrsCode->Click.subscribe([this] { Q_EMIT q.Change(); }));
+}
+
+NibrsOffensePicker::NibrsOffensePicker(QWidget* parent, const ControlSite& site)
+    : UserControl(parent, site)
+    , d(std::make_unique<Private>(*this))
+{
     setFocusPolicy(Qt::StrongFocus);
-    setFocusProxy(cboNibrsCode);
+    setFocusProxy(d->cboNibrsCode);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     resize(sizeHint());
-    m_subscriptions.push_back(cboNibrsCode->Click.subscribe([this] { Q_EMIT Change(); }));
     begin();
 }
 
@@ -50,11 +78,11 @@ NibrsOffensePicker::~NibrsOffensePicker() = default;
 
 // The list
 
-void NibrsOffensePicker::FillList()
+void NibrsOffensePicker::Private::FillList()
 {
     cboNibrsCode->Clear();
-    if (!ambient().UserMode()) {
-        cboNibrsCode->AddItem(ambient().DisplayName());
+    if (!q.ambient().UserMode()) {
+        cboNibrsCode->AddItem(q.ambient().DisplayName());
         cboNibrsCode->SetListIndex(0);
         return;
     }
@@ -68,18 +96,18 @@ void NibrsOffensePicker::FillList()
 QVariant NibrsOffensePicker::Value() const
 {
     if (!ambient().UserMode())
-        return m_designValue;
-    const int index = cboNibrsCode->ListIndex();
+        return d->m_designValue;
+    const int index = d->cboNibrsCode->ListIndex();
     if (index <= 0)
         return Null();
     const Codes codes = nibrsCodes(); // as they are now
-    const int position = cboNibrsCode->ItemData(index);
+    const int position = d->cboNibrsCode->ItemData(index);
     if (position >= codes.size())
         throw Error(QStringLiteral("Subscript out of range"), SubscriptOutOfRangeNumber);
     return codes.at(position).first;
 }
 
-int NibrsOffensePicker::entryOf(const QVariant& value) const
+int NibrsOffensePicker::Private::entryOf(const QVariant& value) const
 {
     const Codes codes = nibrsCodes();
     for (int i = 1; i < cboNibrsCode->ListCount(); ++i) {
@@ -93,35 +121,54 @@ int NibrsOffensePicker::entryOf(const QVariant& value) const
 
 void NibrsOffensePicker::SetValue(const QVariant& value)
 {
-    put(value, ambient().UserMode() ? entryOf(value) : 0);
+    d->put(value, ambient().UserMode() ? d->entryOf(value) : 0);
 }
 
-void NibrsOffensePicker::put(const QVariant& value, int entry)
+void NibrsOffensePicker::Private::put(const QVariant& value, int entry)
 {
-    const QPointer<NibrsOffensePicker> self(this);
-    if (ambient().UserMode())
+    const QPointer<NibrsOffensePicker> self(&q);
+    if (q.ambient().UserMode())
         cboNibrsCode->SetListIndex(entry);
     else
         m_designValue = value;
     if (self)
-        Q_EMIT PropertyChanged(QStringLiteral("Value"));
+        Q_EMIT q.PropertyChanged(QStringLiteral("Value"));
 }
 
 void NibrsOffensePicker::TavrinControl_SetValue(const QVariant& value, const UsedValues&)
 {
     int entry = 0;
     try {
-        entry = ambient().UserMode() ? entryOf(value) : 0;
+        entry = ambient().UserMode() ? d->entryOf(value) : 0;
     } catch (...) {
-        cboNibrsCode->SetListIndex(0); // the code of the record before must not be saved with this one
+        d->cboNibrsCode->SetListIndex(0); // the code of the record before must not be saved with this one
         throw;
     }
-    put(value, entry);
+    d->put(value, entry);
+}
+
+QVariant NibrsOffensePicker::tellValue() const
+{
+    QVariant value;
+    byName("NibrsOffensePicker.Value", [&] { value = Value(); });
+    return value;
+}
+
+void NibrsOffensePicker::putValue(const QVariant& value)
+{
+    byName("NibrsOffensePicker.Value", [&] { SetValue(value); });
+}
+
+bool NibrsOffensePicker::tellValueIsNull() const
+{
+    bool isNull = false;
+    byName("NibrsOffensePicker.ValueIsNull", [&] { isNull = ValueIsNull(); });
+    return isNull;
 }
 
 QString NibrsOffensePicker::Text() const
 {
-    return cboNibrsCode->Text();
+    return d->cboNibrsCode->Text();
 }
 
 bool NibrsOffensePicker::ValueIsNull() const
@@ -134,37 +181,42 @@ bool NibrsOffensePicker::ValueIsNull() const
 void NibrsOffensePicker::SetEnabled(bool enabled)
 {
     setEnabled(enabled);
-    cboNibrsCode->setEnabled(enabled);
+    d->cboNibrsCode->setEnabled(enabled);
     Q_EMIT PropertyChanged(QStringLiteral("Enabled"));
+}
+
+FontPtr NibrsOffensePicker::Font() const
+{
+    return d->m_font;
 }
 
 void NibrsOffensePicker::SetFont(const FontPtr& font)
 {
     if (font)
-        m_font = font;
-    LayoutControls();
+        d->m_font = font;
+    d->LayoutControls();
     Q_EMIT PropertyChanged(QStringLiteral("Font"));
 }
 
 Color NibrsOffensePicker::ForeColor() const
 {
-    return cboNibrsCode->ForeColor();
+    return d->cboNibrsCode->ForeColor();
 }
 
 void NibrsOffensePicker::SetForeColor(Color color)
 {
-    cboNibrsCode->SetForeColor(color);
+    d->cboNibrsCode->SetForeColor(color);
     Q_EMIT PropertyChanged(QStringLiteral("ForeColor"));
 }
 
 Color NibrsOffensePicker::BackColor() const
 {
-    return cboNibrsCode->BackColor();
+    return d->cboNibrsCode->BackColor();
 }
 
 void NibrsOffensePicker::SetBackColor(Color color)
 {
-    cboNibrsCode->SetBackColor(color);
+    d->cboNibrsCode->SetBackColor(color);
     Q_EMIT PropertyChanged(QStringLiteral("BackColor"));
 }
 
@@ -189,28 +241,28 @@ SavedProperties NibrsOffensePicker::savedProperties()
 
 void NibrsOffensePicker::UserControl_InitProperties()
 {
-    FillList();
+    d->FillList();
     SetFont(ambient().Font());
 }
 
 void NibrsOffensePicker::UserControl_ReadProperties(const PropertyBag& bag)
 {
-    FillList();
+    d->FillList();
     UserControl::UserControl_ReadProperties(bag);
 }
 
 void NibrsOffensePicker::UserControl_AmbientChanged(const QString& propertyName)
 {
     if (propertyName == QLatin1String("DisplayName") && !ambient().UserMode())
-        cboNibrsCode->SetList(0, ambient().DisplayName());
+        d->cboNibrsCode->SetList(0, ambient().DisplayName());
 }
 
 void NibrsOffensePicker::UserControl_Resize()
 {
-    LayoutControls();
+    d->LayoutControls();
 }
 
-void NibrsOffensePicker::LayoutControls()
+void NibrsOffensePicker::Private::LayoutControls()
 {
     if (m_inLayout)
         return;
@@ -221,19 +273,19 @@ void NibrsOffensePicker::LayoutControls()
             if (cboNibrsCode->Font()->toQFont() != m_font->toQFont())
                 cboNibrsCode->SetFont(std::make_shared<tavrin::Font>(m_font->toQFont()));
         },
-        [this] { cboNibrsCode->setGeometry(0, 0, toPixels(ScaleWidth()), cboNibrsCode->height()); },
-        [this] { resize(cboNibrsCode->size()); });
-    updateGeometry();
+        [this] { cboNibrsCode->setGeometry(0, 0, toPixels(q.ScaleWidth()), cboNibrsCode->height()); },
+        [this] { q.resize(cboNibrsCode->size()); });
+    q.updateGeometry();
 }
 
 QSize NibrsOffensePicker::sizeHint() const
 {
-    return {toPixels(UsualWidth), cboNibrsCode->height()};
+    return {toPixels(UsualWidth), d->cboNibrsCode->height()};
 }
 
 QSize NibrsOffensePicker::minimumSizeHint() const
 {
-    return {cboNibrsCode->minimumSizeHint().width(), cboNibrsCode->height()};
+    return {d->cboNibrsCode->minimumSizeHint().width(), d->cboNibrsCode->height()};
 }
 
 } // namespace tavrin

@@ -4,11 +4,9 @@
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Contracts.h"
 
-#include <vector>
+#include <memory>
 
 namespace tavrin {
-
-class FlatDropdown;
 
 /// A plain drop-down over the offense codes of NIBRS (National Incident-Based Reporting System), with
 /// "(None)" as its first entry.
@@ -19,7 +17,7 @@ class FlatDropdown;
 ///     auto* code = new NibrsOffensePicker(form);
 ///     code->SetValue(QStringLiteral("13A"));
 ///     ...
-///     record.setValue("NibrsCode", code->Value()); // the code as text, or Null for "(None)"
+///     fieldOf(*row, QStringLiteral("NibrsCode"))->SetValue(code->Value()); // the code as text, or Null
 ///
 /// The list is built when the control is made, and not again.
 class TAVRIN_EXPORT NibrsOffensePicker final : public UserControl, public TavrinControl
@@ -30,9 +28,9 @@ class TAVRIN_EXPORT NibrsOffensePicker final : public UserControl, public Tavrin
     Q_CLASSINFO("EventInterface", "__NibrsOffensePicker")
     Q_PROPERTY(qint32 hWnd READ hWnd STORED false)
     Q_PROPERTY(bool Enabled READ Enabled WRITE SetEnabled STORED false)
-    Q_PROPERTY(QVariant Value READ Value WRITE SetValue)
+    Q_PROPERTY(QVariant Value READ tellValue WRITE putValue)
     Q_PROPERTY(QString Text READ Text STORED false)
-    Q_PROPERTY(bool ValueIsNull READ ValueIsNull STORED false)
+    Q_PROPERTY(bool ValueIsNull READ tellValueIsNull STORED false)
     Q_PROPERTY(tavrin::FontPtr Font READ Font WRITE SetFont)
     Q_PROPERTY(tavrin::Color ForeColor READ ForeColor WRITE SetForeColor)
     Q_PROPERTY(tavrin::Color BackColor READ BackColor WRITE SetBackColor)
@@ -41,24 +39,27 @@ public:
     explicit NibrsOffensePicker(QWidget* parent = nullptr, const ControlSite& site = {});
     ~NibrsOffensePicker() override;
 
-    /// Not saved.
+    /// Its own state, whatever that of the form is; true by default. Not saved.
     bool Enabled() const { return isEnabledTo(parentWidget()); }
     void SetEnabled(bool enabled);
 
-    /// The code, as text; Null for "(None)". A code that the dictionary lacks selects "(None)". In the
-    /// designer any value is kept. Each reading asks the host's module, whose failure reaches the caller; a
-    /// put that failed leaves the code as it was, but "(None)" where the host loads a record.
+    /// The code, as text; Null, the default, for "(None)". A code that the dictionary lacks selects "(None)".
+    /// In the designer any value is kept. Each reading asks the host's module, whose failure reaches the
+    /// caller; a put that failed leaves the code as it was, but "(None)" where the host loads a record.
     QVariant Value() const;
     void SetValue(const QVariant& value);
     using TavrinControl::SetValue;
 
     /// What the box shows: "code - description".
     QString Text() const;
+    /// Whether `Value` is Null; asks the host's module as `Value` does, and raises what it raises.
     bool ValueIsNull() const;
 
-    /// Shared by reference. A change inside it shows at the next resize.
-    FontPtr Font() const { return m_font; }
+    /// Shared by reference. A change inside it shows at the next resize. By default the container's in a
+    /// new picker, and the application's in one that was restored without a saved font.
+    FontPtr Font() const;
     void SetFont(const FontPtr& font);
+    /// The box's colours; by default the system's for windows and their text.
     Color ForeColor() const;
     void SetForeColor(Color color);
     Color BackColor() const;
@@ -84,17 +85,13 @@ private:
     /// The used values are not heeded.
     void TavrinControl_SetValue(const QVariant& value, const UsedValues& usedValues) override;
 
-    void FillList();
-    /// The entry of a code; 0, "(None)", for one that the dictionary lacks.
-    int entryOf(const QVariant& value) const;
-    void put(const QVariant& value, int entry);
-    void LayoutControls();
+    // The ways in by a property's name.
+    QVariant tellValue() const;
+    void putValue(const QVariant& value);
+    bool tellValueIsNull() const;
 
-    FlatDropdown* cboNibrsCode;
-    QVariant m_designValue;
-    FontPtr m_font;
-    bool m_inLayout = false;
-    std::vector<Subscription> m_subscriptions;
+    class Private;
+    std::unique_ptr<Private> d;
 };
 
 } // namespace tavrin

@@ -8,22 +8,49 @@
 
 #include <QScopedValueRollback>
 
+#include <vector>
+
 namespace tavrin {
 
 namespace {
 constexpr Twips UsualWidth = 3073;
 } // namespace
 
-TavrinDropdown::TavrinDropdown(QWidget* parent, const ControlSite& site)
-    : UserControl(parent, site)
-    , cboItems(new FlatDropdown(this))
+class TavrinDropdown::Private
+{
+public:
+    explicit Private(TavrinDropdown& dropdown);
+
+    void cboItems_Click();
+    void BuildList();
+    void LayoutControls();
+
+    TavrinDropdown& q;
+    FlatDropdown* cboItems;
+    tavrin::TableNumber m_tableNumber = 0;
+    bool m_listOutdated = false;
+    int m_selected = -1; // to tell a change of the selection from a click on the same entry
+    bool m_inLayout = false;
+    Subscription m_fontChanged;
+    std::vector<Subscription> m_subscriptions;
+};
+
+TavrinDropdown::Private::Private(TavrinDropdown& dropdown)
+    : q(dropdown)
+    , cboItems(new FlatDropdown(&q))
 {
     cboItems->setObjectName(QStringLiteral("cboItems"));
     cboItems->SetFirstChoice(1); // behind "(None)"
-    setFocusPolicy(Qt::StrongFocus);
-    setFocusProxy(cboItems);
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     m_subscriptions.push_back(cboItems->Click.subscribe([this] { cboItems_Click(); }));
+}
+
+TavrinDropdown::TavrinDropdown(QWidget* parent, const ControlSite& site)
+    : UserControl(parent, site)
+    , d(std::make_unique<Private>(*this))
+{
+    setFocusPolicy(Qt::StrongFocus);
+    setFocusProxy(d->cboItems);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     begin();
 }
 
@@ -33,60 +60,65 @@ TavrinDropdown::~TavrinDropdown() = default;
 
 FontPtr TavrinDropdown::Font() const
 {
-    return cboItems->Font();
+    return d->cboItems->Font();
 }
 
 void TavrinDropdown::SetFont(const FontPtr& font)
 {
-    cboItems->SetFont(font);
+    d->cboItems->SetFont(font);
     // Behind the box, which grows first: the frame has its height at any time.
-    m_fontChanged = Font()->FontChanged.subscribe([this](const QString&) { LayoutControls(); });
-    LayoutControls();
+    d->m_fontChanged = Font()->FontChanged.subscribe([this](const QString&) { d->LayoutControls(); });
+    d->LayoutControls();
     Q_EMIT PropertyChanged(QStringLiteral("Font"));
 }
 
 QImage TavrinDropdown::Icon() const
 {
-    return cboItems->Icon();
+    return d->cboItems->Icon();
 }
 
 void TavrinDropdown::SetIcon(const QImage& icon)
 {
-    cboItems->SetIcon(icon);
-    LayoutControls();
+    d->cboItems->SetIcon(icon);
+    d->LayoutControls();
     Q_EMIT PropertyChanged(QStringLiteral("Icon"));
+}
+
+tavrin::TableNumber TavrinDropdown::TableNumber() const
+{
+    return d->m_tableNumber;
 }
 
 void TavrinDropdown::SetTableNumber(tavrin::TableNumber number)
 {
-    if (number == m_tableNumber)
+    if (number == d->m_tableNumber)
         return;
-    m_tableNumber = number;
-    m_listOutdated = true;
+    d->m_tableNumber = number;
+    d->m_listOutdated = true;
     Q_EMIT PropertyChanged(QStringLiteral("TableNumber"));
 }
 
 QVariant TavrinDropdown::Value() const
 {
-    const int index = cboItems->ListIndex();
-    return index <= 0 || cboItems->ListCount() == 0 ? Null() : QVariant(cboItems->ItemData(index));
+    const int index = d->cboItems->ListIndex();
+    return index <= 0 || d->cboItems->ListCount() == 0 ? Null() : QVariant(d->cboItems->ItemData(index));
 }
 
 void TavrinDropdown::SetValue(const QVariant& value)
 {
-    if (cboItems->ListCount() == 0)
+    if (d->cboItems->ListCount() == 0)
         return; // given before the list is there, a value is lost without a trace: this is meant
     int target = 0;
     if (!IsNull(value) && !IsEmpty(value)) {
-        for (int i = 1; i < cboItems->ListCount() && target == 0; ++i) {
-            if (SameValue(cboItems->ItemData(i), value))
+        for (int i = 1; i < d->cboItems->ListCount() && target == 0; ++i) {
+            if (SameValue(d->cboItems->ItemData(i), value))
                 target = i;
         }
     }
-    if (target == cboItems->ListIndex())
+    if (target == d->cboItems->ListIndex())
         return;
     const QPointer<TavrinDropdown> self(this);
-    cboItems->SetListIndex(target); // whose click reports the value as well
+    d->cboItems->SetListIndex(target); // whose click reports the value as well
     if (self)
         Q_EMIT PropertyChanged(QStringLiteral("Value"));
 }
@@ -106,7 +138,7 @@ SavedProperties TavrinDropdown::savedProperties()
 
 // The list
 
-void TavrinDropdown::BuildList()
+void TavrinDropdown::Private::BuildList()
 {
     if (!m_listOutdated)
         return;
@@ -129,12 +161,12 @@ void TavrinDropdown::BuildList()
     cboItems->SetListIndex(0);
 }
 
-void TavrinDropdown::cboItems_Click()
+void TavrinDropdown::Private::cboItems_Click()
 {
     if (std::exchange(m_selected, cboItems->ListIndex()) == cboItems->ListIndex())
         return; // a click on the entry that was selected already
-    if (ReportChange(QStringLiteral("Value")))
-        Q_EMIT Change();
+    if (q.ReportChange(QStringLiteral("Value")))
+        Q_EMIT q.Change();
 }
 
 // Lifecycle and layout
@@ -144,14 +176,14 @@ void TavrinDropdown::UserControl_InitProperties()
     trapAndGoOn(
         typeName(), QStringLiteral("InitProperties"), [this] { TakeContainerBackColor(); },
         [this] { SetFont(ambient().Font()); }, [this] { SetTableNumber(Tables::None); },
-        [this] { Size(UsualWidth, 0); }, [this] { LayoutControls(); });
+        [this] { Size(UsualWidth, 0); }, [this] { d->LayoutControls(); });
 }
 
 void TavrinDropdown::UserControl_ReadProperties(const PropertyBag& bag)
 {
     trapAndGoOn(typeName(), QStringLiteral("ReadProperties"), [this] { TakeContainerBackColor(); });
     UserControl::UserControl_ReadProperties(bag);
-    m_listOutdated = true;
+    d->m_listOutdated = true;
 }
 
 void TavrinDropdown::UserControl_AmbientChanged(const QString& propertyName)
@@ -163,34 +195,34 @@ void TavrinDropdown::UserControl_AmbientChanged(const QString& propertyName)
 void TavrinDropdown::UserControl_Show()
 {
     const QPointer<TavrinDropdown> self(this); // a follower of the first selection may delete the control
-    BuildList();
+    d->BuildList();
     if (self)
-        LayoutControls();
+        d->LayoutControls();
 }
 
 void TavrinDropdown::UserControl_Resize()
 {
-    LayoutControls();
+    d->LayoutControls();
 }
 
-void TavrinDropdown::LayoutControls()
+void TavrinDropdown::Private::LayoutControls()
 {
     if (m_inLayout)
         return;
     const QScopedValueRollback inLayout(m_inLayout, true);
-    continueOnError([this] { cboItems->resize(toPixels(ScaleWidth()), cboItems->height()); },
-                    [this] { modUtils::ResizeTwips(*this, ScaleWidth(), toTwips(cboItems->height())); });
-    updateGeometry();
+    continueOnError([this] { cboItems->resize(toPixels(q.ScaleWidth()), cboItems->height()); },
+                    [this] { modUtils::ResizeTwips(q, q.ScaleWidth(), toTwips(cboItems->height())); });
+    q.updateGeometry();
 }
 
 QSize TavrinDropdown::sizeHint() const
 {
-    return {toPixels(UsualWidth), cboItems->height()};
+    return {toPixels(UsualWidth), d->cboItems->height()};
 }
 
 QSize TavrinDropdown::minimumSizeHint() const
 {
-    return {cboItems->minimumSizeHint().width(), cboItems->height()};
+    return {d->cboItems->minimumSizeHint().width(), d->cboItems->height()};
 }
 
 } // namespace tavrin

@@ -6,11 +6,9 @@
 
 #include <QImage>
 
-#include <vector>
+#include <memory>
 
 namespace tavrin {
-
-class FlatDropdown;
 
 /// A plain drop-down over one code table, with "(None)" as its first entry and an icon beside the text.
 ///
@@ -19,9 +17,9 @@ class FlatDropdown;
 ///     auto* race = new TavrinDropdown(form);
 ///     race->SetTableNumber(312);
 ///     form->show();                      // the list is built when the control shows
-///     race->SetValue(record.value("RaceNo"));
+///     race->SetValue(fieldOf(*row, QStringLiteral("RaceNo"))->Value());
 ///     ...
-///     record.setValue("RaceNo", race->Value()); // a 32-bit integer, or Null for "(None)"
+///     fieldOf(*row, QStringLiteral("RaceNo"))->SetValue(race->Value()); // a 32-bit integer, or Null
 class TAVRIN_EXPORT TavrinDropdown final : public UserControl
 {
     Q_OBJECT
@@ -49,11 +47,11 @@ public:
     /// The code table; -1, the default, for none. The list is built the next time the control shows: another
     /// number has no visible effect until then. If the host fails at that, list and value stay as they were,
     /// the failure is that of the showing, and the next showing tries again.
-    tavrin::TableNumber TableNumber() const { return m_tableNumber; }
+    tavrin::TableNumber TableNumber() const;
     void SetTableNumber(tavrin::TableNumber number);
 
-    /// The chosen entry's numeric value, 32 bits; Null for "(None)". Setting it before the list is built does
-    /// nothing; a value that is not in the list, Null or Empty selects "(None)".
+    /// The chosen entry's numeric value, 32 bits; Null, the default, for "(None)". Setting it before the list
+    /// is built does nothing; a value that is not in the list, Null or Empty selects "(None)".
     QVariant Value() const;
     void SetValue(const QVariant& value);
 
@@ -73,17 +71,8 @@ protected:
     void UserControl_AmbientChanged(const QString& propertyName) override;
 
 private:
-    void cboItems_Click();
-    void BuildList();
-    void LayoutControls();
-
-    FlatDropdown* cboItems;
-    tavrin::TableNumber m_tableNumber = 0;
-    bool m_listOutdated = false;
-    int m_selected = -1; // to tell a change of the selection from a click on the same entry
-    bool m_inLayout = false;
-    Subscription m_fontChanged;
-    std::vector<Subscription> m_subscriptions;
+    class Private;
+    std::unique_ptr<Private> d;
 };
 
 } // namespace tavrin
