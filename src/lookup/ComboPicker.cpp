@@ -2,6 +2,7 @@
 
 #include "base/values/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
+#include "lookup/ComboPickerPrivate.h"
 #include "widgets/drawing/PictureSurface.h"
 #include "widgets/drawing/Placement.h"
 #include "widgets/labels/Label.h"
@@ -19,11 +20,11 @@ constexpr Twips UsualWidth = 4500;
 
 } // namespace
 
-ComboPicker::ComboPicker(QWidget* parent, const ControlSite& site, NumberedList& list)
-    : SearchPicker(parent, site, *new AutoCompleteComboBox)
-    , acComboBox(findChild<AutoCompleteComboBox*>())
-    , lblDescription(new Label(this))
-    , m_list(list)
+ComboPicker::Private::Private(ComboPicker& picker, NumberedList& list)
+    : SearchPicker::Private(picker, *new AutoCompleteComboBox)
+    , m_numberedList(list)
+    , acComboBox(static_cast<AutoCompleteComboBox*>(&m_box))
+    , lblDescription(new Label(&q))
 {
     acComboBox->setObjectName(QStringLiteral("acComboBox"));
     lblDescription->setObjectName(QStringLiteral("lblDescription"));
@@ -31,47 +32,56 @@ ComboPicker::ComboPicker(QWidget* parent, const ControlSite& site, NumberedList&
     moveTo(*lblDescription, FirstLabelLeft, 0);
     acComboBox->SetShowClearButton(true);
     acComboBox->SetPlaceholder(PlaceholderText);
-    setFocusPolicy(Qt::StrongFocus);
-    setFocusProxy(acComboBox);
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    resize(ComboPicker::sizeHint());
+    q.setFocusPolicy(Qt::StrongFocus);
+    q.setFocusProxy(acComboBox);
+    q.setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+ComboPicker::ComboPicker(QWidget* parent, const ControlSite& site)
+    : SearchPicker(parent, site)
+{
+}
+
+ComboPicker::Private& ComboPicker::own() const
+{
+    return static_cast<Private&>(*d);
 }
 
 // Properties
 
 void ComboPicker::SetValue(const QVariant& value)
 {
-    putNumber(value, m_list);
+    d->putNumber(value, own().m_numberedList);
 }
 
 bool ComboPicker::Enabled() const
 {
-    return acComboBox->isEnabledTo(this); // a form that is disabled for a while does not count
+    return own().acComboBox->isEnabledTo(this); // a form that is disabled for a while does not count
 }
 
 void ComboPicker::SetEnabled(bool enabled)
 {
-    acComboBox->SetEnabled(enabled);
-    acComboBox->SetPlaceholder(enabled ? PlaceholderText : QString());
+    own().acComboBox->SetEnabled(enabled);
+    own().acComboBox->SetPlaceholder(enabled ? PlaceholderText : QString());
     Q_EMIT PropertyChanged(QStringLiteral("Enabled"));
 }
 
 void ComboPicker::SetShowName(bool show)
 {
-    m_showName = show;
-    lblDescription->setVisible(show);
-    UserControl_Resize();
+    d->m_showName = show;
+    own().lblDescription->setVisible(show);
+    own().LayoutControls();
     Q_EMIT PropertyChanged(QStringLiteral("ShowName"));
 }
 
 // Choosing
 
-QString ComboPicker::boxText(const XmlNode& item)
+QString ComboPicker::Private::boxText(const XmlNode& item)
 {
-    return m_list.shortText(item);
+    return m_numberedList.shortText(item);
 }
 
-void ComboPicker::selectionChanged()
+void ComboPicker::Private::selectionChanged()
 {
     lblDescription->SetCaption(QString());
     const XmlNode& item = acComboBox->SelectedItem();
@@ -79,19 +89,19 @@ void ComboPicker::selectionChanged()
         m_value = Null();
         acComboBox->SetText(QString());
     } else {
-        m_value = m_list.number(item);
-        lblDescription->SetCaption(m_list.longText(item));
+        m_value = m_numberedList.number(item);
+        lblDescription->SetCaption(m_numberedList.longText(item));
     }
-    update();
-    Q_EMIT Change();
+    q.update();
+    Q_EMIT q.Change();
 }
 
-void ComboPicker::selectionForgotten()
+void ComboPicker::Private::selectionForgotten()
 {
     lblDescription->SetCaption(QString());
 }
 
-void ComboPicker::applyRowFont(PictureSurface& picture)
+void ComboPicker::Private::applyRowFont(PictureSurface& picture)
 {
     // A plain one first: of the list's, what is not set here would come through, such as italic.
     picture.SetFont(tavrin::Font(QFont(QString())));
@@ -102,25 +112,30 @@ void ComboPicker::applyRowFont(PictureSurface& picture)
 
 // Lifecycle and layout
 
-void ComboPicker::applyFont()
+void ComboPicker::Private::applyFont()
 {
-    lblDescription->SetFont(Font());
-    acComboBox->SetFont(Font());
-    UserControl_Resize(); // the combo box has the height of its font
+    lblDescription->SetFont(q.Font());
+    acComboBox->SetFont(q.Font());
+    LayoutControls(); // the combo box has the height of its font
 }
 
 void ComboPicker::UserControl_AmbientChanged(const QString& propertyName)
 {
     if (propertyName == QLatin1String("DisplayName"))
-        showDisplayName();
+        d->showDisplayName();
 }
 
-Twips ComboPicker::labelLeft() const
+Twips ComboPicker::Private::labelLeft() const
 {
     return widthOf(*acComboBox) + leftOf(*acComboBox) + BesideCombo;
 }
 
 void ComboPicker::UserControl_Resize()
+{
+    own().LayoutControls();
+}
+
+void ComboPicker::Private::LayoutControls()
 {
     if (m_inResize)
         return;
@@ -128,35 +143,35 @@ void ComboPicker::UserControl_Resize()
     Twips comboHeight = 0;
     continueOnError(
         [&] {
-            const QSize size(toPixels(ShowName() ? comboWidth() : ScaleWidth()), acComboBox->height());
+            const QSize size(toPixels(q.ShowName() ? comboWidth() : q.ScaleWidth()), acComboBox->height());
             acComboBox->resize(size);
         },
         [&] { acComboBox->SetListWidth(listWidth()); }, [&] { comboHeight = heightOf(*acComboBox); },
         [&] { placeLabel(); },
         [&] {
-            if (Height() != comboHeight)
-                SetHeight(comboHeight);
+            if (q.Height() != comboHeight)
+                q.SetHeight(comboHeight);
         },
         [&] {
-            if (widthOf(*acComboBox) > Width()) {
-                SetWidth(widthOf(*acComboBox));
+            if (widthOf(*acComboBox) > q.Width()) {
+                q.SetWidth(widthOf(*acComboBox));
                 acComboBox->SetListWidth(listWidth());
             }
         },
-        [&] { lblDescription->resize(lblDescription->width(), height()); });
-    updateGeometry();
+        [&] { lblDescription->resize(lblDescription->width(), q.height()); });
+    q.updateGeometry();
 }
 
 QSize ComboPicker::sizeHint() const
 {
-    return {toPixels(UsualWidth), acComboBox->height()};
+    return {toPixels(UsualWidth), own().acComboBox->height()};
 }
 
 QSize ComboPicker::minimumSizeHint() const
 {
     // Without the name the combo box is as wide as the control, which must stay able to shrink.
-    const int width = ShowName() ? toPixels(comboWidth()) : acComboBox->minimumSizeHint().width();
-    return {width, acComboBox->height()};
+    const int width = ShowName() ? toPixels(own().comboWidth()) : own().acComboBox->minimumSizeHint().width();
+    return {width, own().acComboBox->height()};
 }
 
 } // namespace tavrin

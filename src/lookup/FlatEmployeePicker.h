@@ -1,7 +1,6 @@
 #pragma once
 
 #include "base/export/Export.h"
-#include "lookup/EmployeeList.h"
 #include "lookup/FlatPicker.h"
 
 namespace tavrin {
@@ -25,36 +24,37 @@ class TAVRIN_EXPORT FlatEmployeePicker final : public FlatPicker
     Q_CLASSINFO("DefaultInterface", "_FlatEmployeePicker")
     Q_CLASSINFO("EventInterface", "__FlatEmployeePicker")
     Q_PROPERTY(qint32 hWnd READ hWnd STORED false)
-    Q_PROPERTY(QString Caption READ Caption WRITE SetCaption)
-    Q_PROPERTY(bool Required READ Required WRITE SetRequired)
+    Q_PROPERTY(QString Caption READ Caption WRITE putCaption)
+    Q_PROPERTY(bool Required READ Required WRITE putRequired)
     Q_PROPERTY(tavrin::Color BackColor READ BackColor WRITE SetBackColor)
     Q_PROPERTY(tavrin::Color ForeColor READ ForeColor WRITE SetForeColor)
-    Q_PROPERTY(tavrin::FontPtr Font READ Font WRITE SetFont)
-    Q_PROPERTY(QVariant Value READ Value WRITE SetValue)
-    Q_PROPERTY(bool Enabled READ Enabled WRITE SetEnabled)
+    Q_PROPERTY(tavrin::FontPtr Font READ Font WRITE putFont)
+    Q_PROPERTY(QVariant Value READ Value WRITE putValue)
+    Q_PROPERTY(bool Enabled READ Enabled WRITE putEnabled)
     Q_PROPERTY(bool ShowName READ ShowName WRITE SetShowName)
     Q_PROPERTY(bool K9HandlersOnly READ K9HandlersOnly WRITE SetK9HandlersOnly)
     Q_PROPERTY(bool ListAllEmployees READ ListAllEmployees WRITE SetListAllEmployees)
     Q_PROPERTY(bool RemoveUsedValues READ RemoveUsedValues WRITE SetRemoveUsedValues)
-    Q_PROPERTY(QString FullText READ FullText STORED false)
-    Q_PROPERTY(QString ShortText READ ShortText STORED false)
+    Q_PROPERTY(QString FullText READ tellFullText STORED false)
+    Q_PROPERTY(QString ShortText READ tellShortText STORED false)
 
 public:
     explicit FlatEmployeePicker(QWidget* parent = nullptr, const ControlSite& site = {});
     ~FlatEmployeePicker() override;
 
     /// The officer number as a double, or Null for nothing. A number that is not in the list becomes Null; an
-    /// inactive one is found. A value that makes no valid expression raises an `Error`.
+    /// inactive one is found. A value that makes no valid expression raises an `Error`, and so does a failure
+    /// of the host; the value then stands, and shows no name.
     void SetValue(const QVariant& value) override;
     using SearchPicker::SetValue;
 
-    /// Whether only handlers of dogs are listed; False by default. Read at the next search.
-    bool K9HandlersOnly() const { return m_k9HandlersOnly; }
+    /// Whether only handlers of dogs are listed; false by default. Read at the next search.
+    bool K9HandlersOnly() const;
     void SetK9HandlersOnly(bool handlersOnly);
 
-    /// Whether inactive employees are listed; False by default. The value that the host has set stays listed
+    /// Whether inactive employees are listed; false by default. The value that the host has set stays listed
     /// in any case. Read at the next search.
-    bool ListAllEmployees() const { return m_listAllEmployees; }
+    bool ListAllEmployees() const;
     void SetListAllEmployees(bool listAll);
 
 Q_SIGNALS:
@@ -64,20 +64,10 @@ Q_SIGNALS:
 
 protected:
     SavedProperties savedProperties() override;
-    void search(const QString& query, Suggestions& results) override;
-    void drawRow(PictureSurface& picture, const XmlNode& item, const QString& query, bool selected) override;
-    QString boxText(const XmlNode& item) override;
-    QVariant valueOf(const XmlNode& item) override;
-    QString longText(const XmlNode& item) override;
-    int tagLength() const override;
-    void placeTag(Tag& tag, Twips margin) override;
-    void showBesideTag() override {}
-    void showAlone() override {}
 
 private:
-    EmployeeList m_list;
-    bool m_k9HandlersOnly = false;
-    bool m_listAllEmployees = false;
+    class Private;
+    Private& own() const;
 };
 
 } // namespace tavrin

@@ -1,10 +1,12 @@
 #include "lookup/FlatPicker.h"
 
+#include "base/failure/ByName.h"
 #include "base/failure/Guard.h"
 #include "base/values/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/host_contracts/Host.h"
 #include "frame/modUtils.h"
+#include "lookup/FlatPickerPrivate.h"
 #include "widgets/boxes/KeyCodes.h"
 #include "widgets/drawing/BoxShape.h"
 #include "widgets/drawing/IconGlyphs.h"
@@ -47,14 +49,14 @@ TextBoxColors themeColors(bool userMode)
 
 } // namespace
 
-FlatPicker::FlatPicker(QWidget* parent, const ControlSite& site)
-    : SearchPicker(parent, site, *new AutoCompleteTextBox)
-    , acTextBox(findChild<AutoCompleteTextBox*>())
-    , grpDropDownButton(new GroupBox(this))
+FlatPicker::Private::Private(FlatPicker& picker)
+    : SearchPicker::Private(picker, *new AutoCompleteTextBox)
+    , acTextBox(static_cast<AutoCompleteTextBox*>(&m_box))
+    , grpDropDownButton(new GroupBox(&q))
     , lnkDropDown(new Link(grpDropDownButton))
-    , lblCaption(new Label(this))
-    , tagName(new Tag(this))
-    , shpBorder(new BoxShape(this))
+    , lblCaption(new Label(&q))
+    , tagName(new Tag(&q))
+    , shpBorder(new BoxShape(&q))
 {
     acTextBox->setObjectName(QStringLiteral("acTextBox"));
     grpDropDownButton->setObjectName(QStringLiteral("grpDropDownButton"));
@@ -67,81 +69,123 @@ FlatPicker::FlatPicker(QWidget* parent, const ControlSite& site)
                             static_cast<QWidget*>(acTextBox), static_cast<QWidget*>(grpDropDownButton)})
         widget->raise();
     acTextBox->SetPlaceholder(PlaceholderText);
-    acTextBox->SetListAnchor(this);
+    acTextBox->SetListAnchor(&q);
     lnkDropDown->SetSymbol(DropDownGlyph);
     lnkDropDown->SetForeColor(SystemColor::GreyText);
     tagName->hide();
-    lblCaption->setBuddy(this);
-    setFocusPolicy(Qt::StrongFocus);
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    lblCaption->setBuddy(&q);
+    q.setFocusPolicy(Qt::StrongFocus);
+    q.setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     m_subscriptions.push_back(lnkDropDown->Click.subscribe([this] { lnkDropDown_Click(); }));
+}
+
+FlatPicker::FlatPicker(QWidget* parent, const ControlSite& site)
+    : SearchPicker(parent, site)
+{
+}
+
+FlatPicker::Private& FlatPicker::own() const
+{
+    return static_cast<Private&>(*d);
 }
 
 // Properties
 
+QString FlatPicker::Caption() const
+{
+    return own().m_caption;
+}
+
 void FlatPicker::SetCaption(const QString& caption)
 {
-    if (caption == m_caption)
+    if (caption == own().m_caption)
         return;
-    m_caption = caption;
+    own().m_caption = caption;
     setAccessibleName(withoutAccessKey(caption));
-    acTextBox->setAccessibleName(accessibleName());
-    RefreshAppearance();
-    LayoutControls();
+    own().acTextBox->setAccessibleName(accessibleName());
+    own().RefreshAppearance();
+    own().LayoutControls();
     Q_EMIT PropertyChanged(QStringLiteral("Caption"));
+}
+
+bool FlatPicker::Required() const
+{
+    return own().m_required;
 }
 
 void FlatPicker::SetRequired(bool required)
 {
-    if (required == m_required)
+    if (required == own().m_required)
         return;
-    m_required = required;
-    RefreshAppearance();
-    LayoutControls();
+    own().m_required = required;
+    own().RefreshAppearance();
+    own().LayoutControls();
     Q_EMIT PropertyChanged(QStringLiteral("Required"));
 }
 
 void FlatPicker::SetEnabled(bool enabled)
 {
     setEnabled(enabled);
-    RefreshAppearance();
+    own().RefreshAppearance();
     Q_EMIT PropertyChanged(QStringLiteral("Enabled"));
 }
 
 void FlatPicker::SetShowName(bool show)
 {
-    m_showName = show;
-    tagName->setVisible(show);
-    LayoutControls();
+    d->m_showName = show;
+    own().tagName->setVisible(show);
+    own().LayoutControls();
     Q_EMIT PropertyChanged(QStringLiteral("ShowName"));
 }
 
 QString FlatPicker::FullText() const
 {
-    return IsNull(m_value) ? QString() : currentHost().newEmployeeListCache()->FullText(m_value);
+    return IsNull(d->m_value) ? QString() : currentHost().newEmployeeListCache()->FullText(d->m_value);
 }
 
 QString FlatPicker::ShortText() const
 {
-    return IsNull(m_value) ? QString() : currentHost().newEmployeeListCache()->ShortText(m_value);
+    return IsNull(d->m_value) ? QString() : currentHost().newEmployeeListCache()->ShortText(d->m_value);
 }
 
-SavedProperty FlatPicker::captionProperty()
+void FlatPicker::putCaption(const QString& caption)
 {
-    return {QStringLiteral("Caption"), PropertyKind::Text, QString(), [this] { return Caption(); },
-            [this](const QVariant& value) { SetCaption(value.toString()); }};
+    byName(d->member("Caption").constData(), [&] { SetCaption(caption); });
 }
 
-SavedProperty FlatPicker::requiredProperty()
+void FlatPicker::putRequired(bool required)
 {
+    byName(d->member("Required").constData(), [&] { SetRequired(required); });
+}
+
+void FlatPicker::putEnabled(bool enabled)
+{
+    byName(d->member("Enabled").constData(), [&] { SetEnabled(enabled); });
+}
+
+void FlatPicker::putFont(const FontPtr& font)
+{
+    byName(d->member("Font").constData(), [&] { SetFont(font); });
+}
+
+SavedProperty FlatPicker::Private::captionProperty()
+{
+    auto& picker = static_cast<FlatPicker&>(q);
+    return {QStringLiteral("Caption"), PropertyKind::Text, QString(), [&picker] { return picker.Caption(); },
+            [&picker](const QVariant& value) { picker.SetCaption(value.toString()); }};
+}
+
+SavedProperty FlatPicker::Private::requiredProperty()
+{
+    auto& picker = static_cast<FlatPicker&>(q);
     return booleanProperty(
-        QStringLiteral("Required"), false, [this] { return Required(); },
-        [this](bool required) { SetRequired(required); });
+        QStringLiteral("Required"), false, [&picker] { return picker.Required(); },
+        [&picker](bool required) { picker.SetRequired(required); });
 }
 
 // Choosing
 
-void FlatPicker::selectionChanged()
+void FlatPicker::Private::selectionChanged()
 {
     const XmlNode& item = acTextBox->SelectedItem();
     if (item.isNull()) {
@@ -156,22 +200,22 @@ void FlatPicker::selectionChanged()
         tagName->SetToolTipText(tagName->Caption() == m_fullText ? QString() : m_fullText);
     }
     // The control itself has the focus where the tag has taken the search box's place.
-    setAccessibleDescription(m_fullText);
+    q.setAccessibleDescription(m_fullText);
     RefreshAppearance();
-    update();
-    Q_EMIT Change();
+    q.update();
+    Q_EMIT q.Change();
 }
 
-void FlatPicker::selectionForgotten()
+void FlatPicker::Private::selectionForgotten()
 {
     m_fullText.clear();
     tagName->SetCaption(QString());
     tagName->SetToolTipText(QString());
-    setAccessibleDescription(QString());
+    q.setAccessibleDescription(QString());
     continueOnError([this] { RefreshAppearance(); }); // whoever put the value hears of its own failure
 }
 
-void FlatPicker::lnkDropDown_Click()
+void FlatPicker::Private::lnkDropDown_Click()
 {
     if (!IsNull(m_value))
         clearByLink();
@@ -181,11 +225,11 @@ void FlatPicker::lnkDropDown_Click()
         acTextBox->ShowSuggestions(QString());
 }
 
-void FlatPicker::clearByLink()
+void FlatPicker::Private::clearByLink()
 {
-    const QPointer<FlatPicker> self(this); // whatever loses the focus may close the form
-    if (!hasFocusInside())
-        setFocus(Qt::MouseFocusReason);
+    const QPointer<SearchPicker> self(&q); // whatever loses the focus may close the form
+    if (!m_hasFocus)
+        q.setFocus(Qt::MouseFocusReason);
     // The control itself has the focus while a tag stands in the text box's place; once it is cleared, the
     // text box takes the focus over.
     if (self && !IsNull(m_value))
@@ -194,15 +238,15 @@ void FlatPicker::clearByLink()
 
 void FlatPicker::UserControl_KeyDown(int& keyCode, int shift)
 {
-    if (IsNull(m_value) || !Enabled())
+    if (IsNull(d->m_value) || !Enabled())
         return;
     if (shift == 0 && (keyCode == KeyCode::Delete || keyCode == KeyCode::Backspace)) {
         keyCode = 0;
-        acTextBox->ClearSelection();
+        own().acTextBox->ClearSelection();
     } else if (shift == ShiftState::Control && keyCode == 'C') {
         keyCode = 0;
-        QApplication::clipboard()->setText(tagName->ToolTipText().isEmpty() ? tagName->Caption()
-                                                                            : tagName->ToolTipText());
+        QApplication::clipboard()->setText(
+            own().tagName->ToolTipText().isEmpty() ? own().tagName->Caption() : own().tagName->ToolTipText());
     }
 }
 
@@ -211,21 +255,21 @@ void FlatPicker::UserControl_KeyDown(int& keyCode, int shift)
 void FlatPicker::UserControl_InitProperties()
 {
     SearchPicker::UserControl_InitProperties();
-    trapAndGoOn(typeName(), QStringLiteral("InitProperties"), [this] { RefreshAppearance(); });
+    trapAndGoOn(typeName(), QStringLiteral("InitProperties"), [this] { own().RefreshAppearance(); });
 }
 
 void FlatPicker::UserControl_Show()
 {
-    RefreshAppearance();
-    LayoutControls();
+    own().RefreshAppearance();
+    own().LayoutControls();
 }
 
 void FlatPicker::UserControl_Resize()
 {
-    LayoutControls();
+    own().LayoutControls();
 }
 
-void FlatPicker::applyFont()
+void FlatPicker::Private::applyFont()
 {
     RefreshAppearance();
     LayoutControls();
@@ -234,24 +278,24 @@ void FlatPicker::applyFont()
 void FlatPicker::UserControl_EnterFocus()
 {
     const QPointer<FlatPicker> self(this); // whatever loses the focus may close the form
-    if (!acTextBox->isHidden() && acTextBox->isEnabled())
-        acTextBox->setFocus();
+    if (!own().acTextBox->isHidden() && own().acTextBox->isEnabled())
+        own().acTextBox->setFocus();
     if (!self)
         return;
-    m_hasFocus = true;
-    RefreshAppearance();
+    own().m_hasFocus = true;
+    own().RefreshAppearance();
 }
 
 void FlatPicker::UserControl_ExitFocus()
 {
-    m_hasFocus = false;
-    RefreshAppearance();
+    own().m_hasFocus = false;
+    own().RefreshAppearance();
 }
 
 void FlatPicker::UserControl_AmbientChanged(const QString& propertyName)
 {
     if (propertyName == QLatin1String("DisplayName"))
-        showDisplayName();
+        d->showDisplayName();
     TakeContainerBackColor();
 }
 
@@ -261,13 +305,13 @@ void FlatPicker::changeEvent(QEvent* event)
     // The theme service's colours and the system's change together.
     const bool looksDifferent =
         event->type() == QEvent::EnabledChange || event->type() == QEvent::PaletteChange;
-    if (looksDifferent && !m_isRefreshing)
-        guard("FlatPicker_Changed", [this] { RefreshAppearance(); });
+    if (looksDifferent && !own().m_isRefreshing)
+        guard("FlatPicker_Changed", [this] { own().RefreshAppearance(); });
 }
 
 // Appearance
 
-void FlatPicker::RefreshAppearance()
+void FlatPicker::Private::RefreshAppearance()
 {
     const QScopedValueRollback refreshing(m_isRefreshing, true);
     tagName->setVisible(showsTag());
@@ -285,12 +329,12 @@ void FlatPicker::RefreshAppearance()
         std::rethrow_exception(failure);
 }
 
-bool FlatPicker::showsTag() const
+bool FlatPicker::Private::showsTag() const
 {
     return !IsNull(m_value) && m_showName;
 }
 
-FontPtr FlatPicker::CloneFont(const tavrin::Font& font) const
+FontPtr FlatPicker::Private::CloneFont(const tavrin::Font& font) const
 {
     auto clone = std::make_shared<tavrin::Font>();
     clone->SetBold(font.Bold());
@@ -304,21 +348,23 @@ FontPtr FlatPicker::CloneFont(const tavrin::Font& font) const
     return clone;
 }
 
-void FlatPicker::applyFonts()
+void FlatPicker::Private::applyFonts()
 {
     constexpr double TagSize = 0.95;
-    acTextBox->SetFont(Font());
-    lnkDropDown->Font()->SetSize(Font()->Size());
-    const FontPtr tagFont = CloneFont(*Font());
+    acTextBox->SetFont(q.Font());
+    lnkDropDown->Font()->SetSize(q.Font()->Size());
+    const FontPtr tagFont = CloneFont(*q.Font());
     tagFont->SetBold(true);
-    tagFont->SetSize(Font()->Size() * TagSize);
+    tagFont->SetSize(q.Font()->Size() * TagSize);
     tagName->SetFont(tagFont);
 }
 
-void FlatPicker::applyColors()
+void FlatPicker::Private::applyColors()
 {
-    const TextBoxColors colors = themeColors(ambient().UserMode());
-    const TextBoxColorSet& set = !isEnabled() ? colors.Disabled : m_hasFocus ? colors.Focused : colors.Normal;
+    const TextBoxColors colors = themeColors(q.ambient().UserMode());
+    const TextBoxColorSet& set = !q.isEnabled() ? colors.Disabled
+                                 : m_hasFocus   ? colors.Focused
+                                                : colors.Normal;
     tagName->SetForeColor(set.TagForeColor);
     tagName->SetBackColor(set.TagBackColor);
     shpBorder->SetBorderColor(set.BorderColor);
@@ -328,21 +374,21 @@ void FlatPicker::applyColors()
     grpDropDownButton->SetBackColor(set.BackColor);
     lblCaption->SetForeColor(set.ForeColor);
     shpBorder->SetBackColor(set.BackColor);
-    TakeContainerBackColor();
-    acTextBox->SetPlaceholder(isEnabled() ? PlaceholderText : QString());
+    q.TakeContainerBackColor();
+    acTextBox->SetPlaceholder(q.isEnabled() ? PlaceholderText : QString());
 }
 
-void FlatPicker::refreshLink()
+void FlatPicker::Private::refreshLink()
 {
-    const bool clears = isEnabled() && !IsNull(m_value);
+    const bool clears = q.isEnabled() && !IsNull(m_value);
     lnkDropDown->SetSymbol(clears ? ClearGlyph : DropDownGlyph);
     lnkDropDown->SetToolTipText(IsNull(m_value) ? QString() : QStringLiteral("Clear"));
     lnkDropDown->SetForeColor(shpBorder->BorderColor());
 }
 
-void FlatPicker::refreshCaption()
+void FlatPicker::Private::refreshCaption()
 {
-    lblCaption->SetFont(CloneFont(*Font()));
+    lblCaption->SetFont(CloneFont(*q.Font()));
     lblCaption->SetCaption(!m_caption.isEmpty() && m_required ? m_caption + QLatin1Char('*') : m_caption);
     lblCaption->setVisible(!m_caption.isEmpty());
 }

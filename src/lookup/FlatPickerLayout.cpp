@@ -3,7 +3,7 @@
 #include "base/values/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "frame/modUtils.h"
-#include "lookup/FlatPicker.h"
+#include "lookup/FlatPickerPrivate.h"
 #include "widgets/drawing/BoxShape.h"
 #include "widgets/drawing/Placement.h"
 #include "widgets/labels/Label.h"
@@ -25,24 +25,24 @@ constexpr Twips DropDownSinks = 30; // the drop-down sign stands lower than the 
 
 } // namespace
 
-Twips FlatPicker::BoxMargin() const
+Twips FlatPicker::Private::BoxMargin() const
 {
     constexpr Twips pixels = 8;
-    return ScaleY(pixels, ScaleMode::Pixels, ScaleMode::Twips);
+    return UserControl::ScaleY(pixels, ScaleMode::Pixels, ScaleMode::Twips);
 }
 
-Twips FlatPicker::MeasureTextWidth(const QString& text) const
+Twips FlatPicker::Private::MeasureTextWidth(const QString& text) const
 {
-    return static_cast<Twips>(QFontMetricsF(CloneFont(*Font())->toQFont()).horizontalAdvance(text)) *
+    return static_cast<Twips>(QFontMetricsF(CloneFont(*q.Font())->toQFont()).horizontalAdvance(text)) *
            TwipsPerPixel;
 }
 
-Twips FlatPicker::MeasureTextHeight(const tavrin::Font& font) const
+Twips FlatPicker::Private::MeasureTextHeight(const tavrin::Font& font) const
 {
     return static_cast<Twips>(QFontMetricsF(CloneFont(font)->toQFont()).height()) * TwipsPerPixel;
 }
 
-Twips FlatPicker::captionHeight() const
+Twips FlatPicker::Private::captionHeight() const
 {
     if (m_caption.isEmpty())
         return 0;
@@ -50,62 +50,62 @@ Twips FlatPicker::captionHeight() const
            static_cast<Twips>(modUtils::Ceiling((heightOf(*lblCaption) + CaptionStep) / CaptionStep));
 }
 
-Twips FlatPicker::boxHeight() const
+Twips FlatPicker::Private::boxHeight() const
 {
-    return 2 * BoxMargin() + MeasureTextHeight(*Font());
+    return 2 * BoxMargin() + MeasureTextHeight(*q.Font());
 }
 
-Twips FlatPicker::standardWidth() const
+Twips FlatPicker::Private::standardWidth() const
 {
     return MeasureTextWidth(QString(StandardLetters, QLatin1Char('X')));
 }
 
 QSize FlatPicker::sizeHint() const
 {
-    return {toPixels(standardWidth()), toPixels(boxHeight() + captionHeight())};
+    return {toPixels(own().standardWidth()), toPixels(own().boxHeight() + own().captionHeight())};
 }
 
-void FlatPicker::resizeToContent()
+void FlatPicker::Private::resizeToContent()
 {
     const bool standard = m_showName && IsNull(m_value);
     const QScopedValueRollback inLayout(m_inLayout, true);
-    modUtils::ResizeTwips(*this, standard ? standardWidth() : ScaleWidth(), boxHeight() + captionHeight());
+    modUtils::ResizeTwips(q, standard ? standardWidth() : q.ScaleWidth(), boxHeight() + captionHeight());
 }
 
-void FlatPicker::LayoutControls()
+void FlatPicker::Private::LayoutControls()
 {
     if (m_inLayout)
         return;
     moveTo(*lblCaption, 0, 0);
     const Twips caption = captionHeight();
     const Twips box = boxHeight();
-    const Twips oldWidth = ScaleWidth();
+    const Twips oldWidth = q.ScaleWidth();
     continueOnError([this] { resizeToContent(); });
     // From the width before: after a shrink the text box has the old width until the next pass.
     const Twips innerWidth = oldWidth - 2 * BoxMargin();
-    acTextBox->SetListWidth(ScaleWidth());
-    acTextBox->SetOwnerWindow(hWnd());
+    acTextBox->SetListWidth(q.ScaleWidth());
+    acTextBox->SetOwnerWindow(q.hWnd());
     const Twips tagMargin = box / 2 - heightOf(*tagName) / 2;
     placeTag(*tagName, tagMargin);
-    moveTo(*shpBorder, 0, caption, ScaleWidth(), box);
+    moveTo(*shpBorder, 0, caption, q.ScaleWidth(), box);
     placeLink(caption, box);
     continueOnError([&] { placeTextBox(caption, box, innerWidth); });
-    updateGeometry();
+    q.updateGeometry();
 }
 
-void FlatPicker::placeLink(Twips caption, Twips box)
+void FlatPicker::Private::placeLink(Twips caption, Twips box)
 {
     moveTo(*lnkDropDown, 0, 0);
     const Twips width = widthOf(*lnkDropDown);
     const Twips height = heightOf(*lnkDropDown);
     const Twips extra = IsNull(m_value) ? DropDownSinks : 0;
-    moveTo(*grpDropDownButton, ScaleWidth() - width - BesideLink, box / 2 - height / 2 + caption + extra,
+    moveTo(*grpDropDownButton, q.ScaleWidth() - width - BesideLink, box / 2 - height / 2 + caption + extra,
            width, height);
 }
 
-void FlatPicker::placeTextBox(Twips caption, Twips box, Twips innerWidth)
+void FlatPicker::Private::placeTextBox(Twips caption, Twips box, Twips innerWidth)
 {
-    const Twips textHeight = MeasureTextHeight(*Font());
+    const Twips textHeight = MeasureTextHeight(*q.Font());
     const Twips textTop = box / 2 - textHeight / 2 + caption;
     if (showsTag()) {
         const Twips left = 2 * leftOf(*tagName) + widthOf(*tagName);

@@ -2,7 +2,6 @@
 
 #include "base/export/Export.h"
 #include "lookup/FlatPicker.h"
-#include "lookup/UserTeamList.h"
 
 namespace tavrin {
 
@@ -15,9 +14,10 @@ namespace tavrin {
 ///     auto* assigned = new FlatUserPicker(form);
 ///     assigned->SetCaption(tr("Assigned to"));
 ///     assigned->SetRemoveUsedValues(true);
-///     static_cast<TavrinControl*>(assigned)->SetValue(record.value("AssignedTo"), othersOfTheRow);
+///     assigned->SetValue(fieldOf(*row, QStringLiteral("AssignedTo"))->Value(), othersOfTheRow);
 ///     ...
-///     record.setValue("AssignedTo", assigned->Value()); // "user:jobrien", "team:3", or Null
+///     // "user:jobrien", "team:3", or Null
+///     fieldOf(*row, QStringLiteral("AssignedTo"))->SetValue(assigned->Value());
 ///
 /// The lists are cloned at the first need, and afresh after the host has refreshed its caches.
 class TAVRIN_EXPORT FlatUserPicker final : public FlatPicker
@@ -27,18 +27,18 @@ class TAVRIN_EXPORT FlatUserPicker final : public FlatPicker
     Q_CLASSINFO("DefaultInterface", "_FlatUserPicker")
     Q_CLASSINFO("EventInterface", "__FlatUserPicker")
     Q_PROPERTY(qint32 hWnd READ hWnd STORED false)
-    Q_PROPERTY(QString Caption READ Caption WRITE SetCaption)
-    Q_PROPERTY(bool Required READ Required WRITE SetRequired)
+    Q_PROPERTY(QString Caption READ Caption WRITE putCaption)
+    Q_PROPERTY(bool Required READ Required WRITE putRequired)
     Q_PROPERTY(tavrin::Color BackColor READ BackColor WRITE SetBackColor)
     Q_PROPERTY(tavrin::Color ForeColor READ ForeColor WRITE SetForeColor)
-    Q_PROPERTY(tavrin::FontPtr Font READ Font WRITE SetFont)
-    Q_PROPERTY(QVariant Value READ Value WRITE SetValue)
-    Q_PROPERTY(bool Enabled READ Enabled WRITE SetEnabled)
+    Q_PROPERTY(tavrin::FontPtr Font READ Font WRITE putFont)
+    Q_PROPERTY(QVariant Value READ Value WRITE putValue)
+    Q_PROPERTY(bool Enabled READ Enabled WRITE putEnabled)
     Q_PROPERTY(bool ShowName READ ShowName WRITE SetShowName)
     Q_PROPERTY(bool IncludeInactive READ IncludeInactive WRITE SetIncludeInactive)
     Q_PROPERTY(bool RemoveUsedValues READ RemoveUsedValues WRITE SetRemoveUsedValues)
-    Q_PROPERTY(QString FullText READ FullText STORED false)
-    Q_PROPERTY(QString ShortText READ ShortText STORED false)
+    Q_PROPERTY(QString FullText READ tellFullText STORED false)
+    Q_PROPERTY(QString ShortText READ tellShortText STORED false)
 
 public:
     explicit FlatUserPicker(QWidget* parent = nullptr, const ControlSite& site = {});
@@ -52,33 +52,20 @@ public:
     void SetValue(const QVariant& value) override;
     using SearchPicker::SetValue;
 
-    /// Whether inactive users and teams are listed; False by default. The value that the host has set stays
+    /// Whether inactive users and teams are listed; false by default. The value that the host has set stays
     /// listed in any case. Read at the next search.
-    bool IncludeInactive() const { return m_includeInactive; }
+    bool IncludeInactive() const;
     void SetIncludeInactive(bool include);
 
 protected:
-    void loadFailed(const QVariant& value) override;
     SavedProperties savedProperties() override;
-    void search(const QString& query, Suggestions& results) override;
-    void drawRow(PictureSurface& picture, const XmlNode& item, const QString& query, bool selected) override;
-    QString boxText(const XmlNode& item) override;
-    QVariant valueOf(const XmlNode& item) override;
-    QString longText(const XmlNode& item) override;
-    int tagLength() const override;
-    void placeTag(Tag& tag, Twips margin) override;
-    void showBesideTag() override;
-    void showAlone() override;
     void mousePressEvent(QMouseEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     bool focusNextPrevChild(bool next) override;
 
 private:
-    UserTeamList m_list;
-    bool m_includeInactive = false;
-    bool m_holdsFocus = false; // the control itself, and not its search box
-    int m_puts = 0;
-    Subscription m_events; // to the host's refreshed caches
+    class Private;
+    Private& own() const;
 };
 
 } // namespace tavrin

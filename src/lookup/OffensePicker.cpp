@@ -4,6 +4,7 @@
 #include "frame/XmlUtils.h"
 #include "frame/host_contracts/Host.h"
 #include "frame/modUtils.h"
+#include "lookup/ComboPickerPrivate.h"
 #include "widgets/drawing/PictureSurface.h"
 #include "widgets/drawing/Placement.h"
 #include "widgets/labels/Label.h"
@@ -35,53 +36,84 @@ NumberedList::Shape offenseShape()
 
 } // namespace
 
-OffensePicker::OffensePicker(QWidget* parent, const ControlSite& site)
-    : ComboPicker(parent, site, m_list)
-    , m_list(offenseShape(), [] { return currentHost().newOffenseListCache()->Document(); })
+class OffensePicker::Private final : public ComboPicker::Private
 {
-    acComboBox->SetMinQueryLength(MinimumQueryLength);
+public:
+    explicit Private(OffensePicker& picker)
+        : ComboPicker::Private(picker, m_list)
+        , m_list(offenseShape(), [] { return currentHost().newOffenseListCache()->Document(); })
+    {
+        acComboBox->SetMinQueryLength(MinimumQueryLength);
+    }
+
+    void search(const QString& query, Suggestions& results) override;
+    void drawRow(PictureSurface& picture, const XmlNode& item, const QString& query, bool selected) override;
+    Twips comboWidth() const override;
+    Twips listWidth() const override;
+    void placeLabel() override;
+    Twips textWidth(int letters, char letter) const;
+
+    NumberedList m_list;
+    bool m_listAllOffenses = false;
+};
+
+OffensePicker::OffensePicker(QWidget* parent, const ControlSite& site)
+    : ComboPicker(parent, site)
+{
+    d = std::make_unique<Private>(*this);
+    resize(sizeHint());
     begin();
 }
 
 OffensePicker::~OffensePicker() = default;
 
+OffensePicker::Private& OffensePicker::own() const
+{
+    return static_cast<Private&>(*d);
+}
+
 // Properties
+
+bool OffensePicker::ListAllOffenses() const
+{
+    return own().m_listAllOffenses;
+}
 
 void OffensePicker::SetListAllOffenses(bool listAll)
 {
-    m_listAllOffenses = listAll;
+    own().m_listAllOffenses = listAll;
     Q_EMIT PropertyChanged(QStringLiteral("ListAllOffenses"));
 }
 
 QString OffensePicker::FullText() const
 {
-    return IsNull(m_value) ? QString() : currentHost().newOffenseListCache()->FullText(m_value);
+    return IsNull(d->m_value) ? QString() : currentHost().newOffenseListCache()->FullText(d->m_value);
 }
 
 QString OffensePicker::ShortText() const
 {
-    return IsNull(m_value) ? QString() : currentHost().newOffenseListCache()->ShortText(m_value);
+    return IsNull(d->m_value) ? QString() : currentHost().newOffenseListCache()->ShortText(d->m_value);
 }
 
 SavedProperties OffensePicker::savedProperties()
 {
-    return {enabledProperty(),
-            showNameProperty(),
-            flagProperty(QStringLiteral("ListAllOffenses"), m_listAllOffenses),
-            removeUsedValuesProperty(),
-            fontProperty(),
-            backColorProperty(),
-            foreColorProperty()};
+    return {d->enabledProperty(),
+            d->showNameProperty(),
+            Private::flagProperty(QStringLiteral("ListAllOffenses"), own().m_listAllOffenses),
+            d->removeUsedValuesProperty(),
+            d->fontProperty(),
+            d->backColorProperty(),
+            d->foreColorProperty()};
 }
 
 // The list
 
-void OffensePicker::search(const QString& query, Suggestions& results)
+void OffensePicker::Private::search(const QString& query, Suggestions& results)
 {
     results = m_list.search(query, searchOptions(m_listAllOffenses));
 }
 
-void OffensePicker::drawRow(PictureSurface& picture, const XmlNode& item, const QString& query, bool)
+void OffensePicker::Private::drawRow(PictureSurface& picture, const XmlNode& item, const QString& query, bool)
 {
     applyRowFont(picture);
     modUtils::PrintHighlighted(picture, m_list.shortText(item) + QStringLiteral(": "), query);
@@ -93,29 +125,29 @@ void OffensePicker::drawRow(PictureSurface& picture, const XmlNode& item, const 
 
 // Layout
 
-Twips OffensePicker::textWidth(int letters, char letter) const
+Twips OffensePicker::Private::textWidth(int letters, char letter) const
 {
-    return static_cast<Twips>(QFontMetricsF(Font()->toQFont(), this)
+    return static_cast<Twips>(QFontMetricsF(q.Font()->toQFont(), &q)
                                   .horizontalAdvance(QString(letters, QLatin1Char(letter)))) *
            TwipsPerPixel;
 }
 
-Twips OffensePicker::comboWidth() const
+Twips OffensePicker::Private::comboWidth() const
 {
     return static_cast<Twips>(modUtils::MaxOf(textWidth(10, 'W'), LeastComboWidth));
 }
 
-Twips OffensePicker::listWidth() const
+Twips OffensePicker::Private::listWidth() const
 {
     return textWidth(80, 'X');
 }
 
-void OffensePicker::placeLabel()
+void OffensePicker::Private::placeLabel()
 {
-    if (!ShowName())
+    if (!q.ShowName())
         return;
     const Twips left = labelLeft();
-    moveTo(*lblDescription, left, toTwips(lblDescription->y()), ScaleWidth() - left,
+    moveTo(*lblDescription, left, toTwips(lblDescription->y()), q.ScaleWidth() - left,
            heightOf(*lblDescription));
 }
 

@@ -11,9 +11,9 @@ namespace tavrin {
 ///
 ///     auto* offense = new OffensePicker(form);
 ///     offense->SetRemoveUsedValues(true);
-///     static_cast<TavrinControl*>(offense)->SetValue(record.value("OffenseNo"), offensesOfTheOtherRows);
+///     offense->SetValue(fieldOf(*row, QStringLiteral("OffenseNo"))->Value(), offensesOfTheOtherRows);
 ///     ...
-///     record.setValue("OffenseNo", offense->Value()); // a double, or Null
+///     fieldOf(*row, QStringLiteral("OffenseNo"))->SetValue(offense->Value()); // a double, or Null
 ///
 /// The list is cloned at the first need and stays as it was then for the control's whole life.
 class TAVRIN_EXPORT OffensePicker final : public ComboPicker
@@ -26,40 +26,33 @@ class TAVRIN_EXPORT OffensePicker final : public ComboPicker
     Q_PROPERTY(tavrin::Color BackColor READ BackColor WRITE SetBackColor)
     Q_PROPERTY(tavrin::Color ForeColor READ ForeColor WRITE SetForeColor)
     Q_PROPERTY(tavrin::FontPtr Font READ Font WRITE SetFont)
-    Q_PROPERTY(QVariant Value READ Value WRITE SetValue)
+    Q_PROPERTY(QVariant Value READ Value WRITE putValue)
     Q_PROPERTY(bool Enabled READ Enabled WRITE SetEnabled)
     Q_PROPERTY(bool ShowName READ ShowName WRITE SetShowName)
     Q_PROPERTY(bool ListAllOffenses READ ListAllOffenses WRITE SetListAllOffenses)
     Q_PROPERTY(bool RemoveUsedValues READ RemoveUsedValues WRITE SetRemoveUsedValues)
-    Q_PROPERTY(QString FullText READ FullText STORED false)
-    Q_PROPERTY(QString ShortText READ ShortText STORED false)
+    Q_PROPERTY(QString FullText READ tellFullText STORED false)
+    Q_PROPERTY(QString ShortText READ tellShortText STORED false)
 
 public:
     explicit OffensePicker(QWidget* parent = nullptr, const ControlSite& site = {});
     ~OffensePicker() override;
 
-    /// Whether offenses that are no longer in use are listed; False by default. The value that the host has
+    /// Whether offenses that are no longer in use are listed; false by default. The value that the host has
     /// set stays listed in any case. Read at the next search.
-    bool ListAllOffenses() const { return m_listAllOffenses; }
+    bool ListAllOffenses() const;
     void SetListAllOffenses(bool listAll);
 
-    /// What the host's offense list says of the value; "" for Null.
-    QString FullText() const;
-    QString ShortText() const;
+    /// What the host's offense list says of the value; "" for Null. A failure of the host reaches the caller.
+    QString FullText() const override;
+    QString ShortText() const override;
 
 protected:
     SavedProperties savedProperties() override;
-    void search(const QString& query, Suggestions& results) override;
-    void drawRow(PictureSurface& picture, const XmlNode& item, const QString& query, bool selected) override;
-    Twips comboWidth() const override;
-    Twips listWidth() const override;
-    void placeLabel() override;
 
 private:
-    Twips textWidth(int letters, char letter) const;
-
-    NumberedList m_list;
-    bool m_listAllOffenses = false;
+    class Private;
+    Private& own() const;
 };
 
 } // namespace tavrin

@@ -1,18 +1,28 @@
 #include "lookup/SearchPicker.h"
 
+#include "base/failure/ByName.h"
 #include "base/values/Variant.h"
 #include "frame/control_frame/FailurePolicy.h"
+#include "lookup/SearchPickerPrivate.h"
 
+#include <QByteArray>
 #include <QVariantList>
 
 namespace tavrin {
 
-SearchPicker::SearchPicker(QWidget* parent, const ControlSite& site, SearchBox& box)
+SearchPicker::SearchPicker(QWidget* parent, const ControlSite& site)
     : UserControl(parent, site)
+{
+}
+
+SearchPicker::~SearchPicker() = default;
+
+SearchPicker::Private::Private(SearchPicker& picker, SearchBox& box)
+    : q(picker)
     , m_box(box)
     , m_font([this] { applyFont(); })
 {
-    m_box.setParent(this);
+    m_box.setParent(&q);
     m_subscriptions.push_back(m_box.SearchRequested.subscribe(
         [this](const QString& query, Suggestions& results) { search(query, results); }));
     m_subscriptions.push_back(
@@ -21,11 +31,13 @@ SearchPicker::SearchPicker(QWidget* parent, const ControlSite& site, SearchBox& 
     m_subscriptions.push_back(
         m_box.GetItemText.subscribe([this](const XmlNode& item, QString& text) { text = boxText(item); }));
     m_subscriptions.push_back(m_box.SelectionChanged.subscribe([this] { selectionChanged(); }));
-    m_subscriptions.push_back(m_box.ItemPicked.subscribe([this](const XmlNode&) { Q_EMIT ItemSelect(); }));
+    m_subscriptions.push_back(m_box.ItemPicked.subscribe([this](const XmlNode&) { Q_EMIT q.ItemSelect(); }));
     InitDefaults();
 }
 
-void SearchPicker::InitDefaults()
+SearchPicker::Private::~Private() = default;
+
+void SearchPicker::Private::InitDefaults()
 {
     m_showName = true;
     m_removeUsedValues = false;
@@ -39,23 +51,23 @@ void SearchPicker::TavrinControl_SetValue(const QVariant& value, const UsedValue
 {
     // In this order: while the value is put, the used values are the new ones and the host's value is still
     // the one before.
-    m_usedValues = usedValues ? usedValues : std::make_shared<QVariantList>();
+    d->m_usedValues = usedValues ? usedValues : std::make_shared<QVariantList>();
     const QPointer<SearchPicker> self(this);
-    const int put = ++m_contractPuts;
+    const int put = ++d->m_contractPuts;
     try {
         SetValue(value);
     } catch (...) {
-        if (self && put == m_contractPuts)
-            loadFailed(value);
+        if (self && put == d->m_contractPuts)
+            d->loadFailed(value);
         throw;
     }
-    if (self && put == m_contractPuts) // a follower may have loaded another record
-        m_hostValue = value;
+    if (self && put == d->m_contractPuts) // a follower may have loaded another record
+        d->m_hostValue = value;
 }
 
-void SearchPicker::putNumber(const QVariant& value, NumberedList& list)
+void SearchPicker::Private::putNumber(const QVariant& value, NumberedList& list)
 {
-    const QPointer<SearchPicker> self(this);
+    const QPointer<SearchPicker> self(&q);
     m_value = value;
     XmlNode item;
     try {
@@ -70,82 +82,141 @@ void SearchPicker::putNumber(const QVariant& value, NumberedList& list)
     else
         m_box.SelectItem(item);
     if (self)
-        Q_EMIT PropertyChanged(QStringLiteral("Value"));
+        Q_EMIT q.PropertyChanged(QStringLiteral("Value"));
 }
 
-SearchOptions SearchPicker::searchOptions(bool listAll) const
+SearchOptions SearchPicker::Private::searchOptions(bool listAll) const
 {
     return {listAll, m_removeUsedValues, m_hostValue, *m_usedValues};
 }
 
 // Properties
 
+Color SearchPicker::BackColor() const
+{
+    return d->m_box.BackColor();
+}
+
 void SearchPicker::SetBackColor(Color color)
 {
-    m_box.SetBackColor(color);
+    d->m_box.SetBackColor(color);
     Q_EMIT PropertyChanged(QStringLiteral("BackColor"));
+}
+
+Color SearchPicker::ForeColor() const
+{
+    return d->m_box.ForeColor();
 }
 
 void SearchPicker::SetForeColor(Color color)
 {
-    m_box.SetForeColor(color);
+    d->m_box.SetForeColor(color);
     Q_EMIT PropertyChanged(QStringLiteral("ForeColor"));
+}
+
+FontPtr SearchPicker::Font() const
+{
+    return d->m_font.get();
 }
 
 void SearchPicker::SetFont(const FontPtr& font)
 {
-    m_font.set(font);
+    d->m_font.set(font);
     Q_EMIT PropertyChanged(QStringLiteral("Font"));
+}
+
+QVariant SearchPicker::Value() const
+{
+    return d->m_value;
+}
+
+bool SearchPicker::ShowName() const
+{
+    return d->m_showName;
+}
+
+QString SearchPicker::TypedText() const
+{
+    return d->m_box.TypedText();
+}
+
+bool SearchPicker::RemoveUsedValues() const
+{
+    return d->m_removeUsedValues;
 }
 
 void SearchPicker::SetRemoveUsedValues(bool remove)
 {
-    m_removeUsedValues = remove;
+    d->m_removeUsedValues = remove;
     Q_EMIT PropertyChanged(QStringLiteral("RemoveUsedValues"));
 }
 
-SavedProperty SearchPicker::enabledProperty()
+QByteArray SearchPicker::Private::member(const char* name) const
 {
-    return booleanProperty(
-        QStringLiteral("Enabled"), true, [this] { return Enabled(); },
-        [this](bool enabled) { SetEnabled(enabled); });
+    return q.typeName().toLatin1() + '.' + name;
 }
 
-SavedProperty SearchPicker::showNameProperty()
+void SearchPicker::putValue(const QVariant& value)
 {
-    return booleanProperty(
-        QStringLiteral("ShowName"), true, [this] { return ShowName(); },
-        [this](bool show) { SetShowName(show); });
+    byName(d->member("Value").constData(), [&] { SetValue(value); });
 }
 
-SavedProperty SearchPicker::removeUsedValuesProperty()
+QString SearchPicker::tellFullText() const
 {
-    return booleanProperty(
-        QStringLiteral("RemoveUsedValues"), false, [this] { return RemoveUsedValues(); },
-        [this](bool remove) { SetRemoveUsedValues(remove); });
+    QString text;
+    byName(d->member("FullText").constData(), [&] { text = FullText(); });
+    return text;
 }
 
-SavedProperty SearchPicker::fontProperty()
+QString SearchPicker::tellShortText() const
+{
+    QString text;
+    byName(d->member("ShortText").constData(), [&] { text = ShortText(); });
+    return text;
+}
+
+SavedProperty SearchPicker::Private::enabledProperty()
+{
+    return booleanProperty(
+        QStringLiteral("Enabled"), true, [this] { return q.Enabled(); },
+        [this](bool enabled) { q.SetEnabled(enabled); });
+}
+
+SavedProperty SearchPicker::Private::showNameProperty()
+{
+    return booleanProperty(
+        QStringLiteral("ShowName"), true, [this] { return q.ShowName(); },
+        [this](bool show) { q.SetShowName(show); });
+}
+
+SavedProperty SearchPicker::Private::removeUsedValuesProperty()
+{
+    return booleanProperty(
+        QStringLiteral("RemoveUsedValues"), false, [this] { return q.RemoveUsedValues(); },
+        [this](bool remove) { q.SetRemoveUsedValues(remove); });
+}
+
+SavedProperty SearchPicker::Private::fontProperty()
 {
     return tavrin::fontProperty(
-        ambient().Font(), [this] { return Font(); }, [this](const FontPtr& font) { SetFont(font); });
+        q.ambient().Font(), [this] { return q.Font(); }, [this](const FontPtr& font) { q.SetFont(font); });
 }
 
-SavedProperty SearchPicker::backColorProperty()
+SavedProperty SearchPicker::Private::backColorProperty()
 {
     return colorProperty(
-        QStringLiteral("BackColor"), SystemColor::WindowBackground, [this] { return BackColor(); },
-        [this](Color color) { SetBackColor(color); });
+        QStringLiteral("BackColor"), SystemColor::WindowBackground, [this] { return q.BackColor(); },
+        [this](Color color) { q.SetBackColor(color); });
 }
 
-SavedProperty SearchPicker::foreColorProperty()
+SavedProperty SearchPicker::Private::foreColorProperty()
 {
     return colorProperty(
-        QStringLiteral("ForeColor"), SystemColor::WindowText, [this] { return ForeColor(); },
-        [this](Color color) { SetForeColor(color); });
+        QStringLiteral("ForeColor"), SystemColor::WindowText, [this] { return q.ForeColor(); },
+        [this](Color color) { q.SetForeColor(color); });
 }
 
-SavedProperty SearchPicker::flagProperty(const QString& key, bool& field)
+SavedProperty SearchPicker::Private::flagProperty(const QString& key, bool& field)
 {
     return booleanProperty(
         key, false, [&field] { return field; }, [&field](bool value) { field = value; });
@@ -153,17 +224,17 @@ SavedProperty SearchPicker::flagProperty(const QString& key, bool& field)
 
 // Lifecycle
 
-void SearchPicker::showDisplayName()
+void SearchPicker::Private::showDisplayName()
 {
-    if (!ambient().UserMode())
-        m_box.SetText(ambient().DisplayName());
+    if (!q.ambient().UserMode())
+        m_box.SetText(q.ambient().DisplayName());
 }
 
 void SearchPicker::UserControl_InitProperties()
 {
     trapAndGoOn(
-        typeName(), QStringLiteral("InitProperties"), [this] { InitDefaults(); },
-        [this] { SetFont(ambient().Font()); }, [this] { showDisplayName(); });
+        typeName(), QStringLiteral("InitProperties"), [this] { d->InitDefaults(); },
+        [this] { SetFont(ambient().Font()); }, [this] { d->showDisplayName(); });
 }
 
 void SearchPicker::UserControl_ReadProperties(const PropertyBag& bag)
@@ -172,12 +243,7 @@ void SearchPicker::UserControl_ReadProperties(const PropertyBag& bag)
     UserControl::UserControl_ReadProperties(bag);
     if (!self)
         return;
-    trapAndGoOn(typeName(), QStringLiteral("ReadProperties"), [this] { showDisplayName(); });
-}
-
-QString SearchPicker::TypedText() const
-{
-    return m_box.TypedText();
+    trapAndGoOn(typeName(), QStringLiteral("ReadProperties"), [this] { d->showDisplayName(); });
 }
 
 } // namespace tavrin

@@ -9,6 +9,7 @@
 #include "widgets/labels/Link.h"
 #include "widgets/labels/Tag.h"
 #include "widgets/panels/GroupBox.h"
+#include "widgets/search_box/AutoCompleteTextBox.h"
 #include "widgets/search_box/SuggestionView.h"
 
 #include <QTest>

@@ -1,4 +1,5 @@
 #include "base/values/Variant.h"
+#include "lookup/EmployeeList.h"
 #include "lookup/FlatPickerForm.h"
 #include "lookup/RecordingPicture.h"
 #include "support/TestCase.h"

@@ -5,6 +5,7 @@
 #include "support/FakeHost.h"
 #include "support/Fonts.h"
 #include "support/TestCase.h"
+#include "widgets/search_box/SearchBox.h"
 #include "widgets/search_box/SuggestionView.h"
 
 #include <QTest>

@@ -96,6 +96,18 @@ const std::vector<Put>& puts()
         {"AutoCompleteField", "IncludeInactiveValues", true, false},
         {"AutoCompleteField", "Text", QVariantList{1}, u"gun"_s, false},
         {"NibrsOffensePicker", "Value", u"13A"_s, u"09A"_s},
+        {"EmployeePicker", "Value", u"'"_s, 12.0, false},
+        {"OffensePicker", "Value", u"'"_s, 31.0, false},
+        {"FlatEmployeePicker", "Value", u"'"_s, 12.0, false},
+        {"FlatEmployeePicker", "Caption", u"Officer"_s, u"Handler"_s},
+        {"FlatEmployeePicker", "Required", true, false},
+        {"FlatEmployeePicker", "Enabled", false, true},
+        {"FlatEmployeePicker", "Font", fontOf(12), fontOf(14)},
+        {"FlatUserPicker", "Value", u"nobody"_s, u"user:asmith"_s, false},
+        {"FlatUserPicker", "Caption", u"Assigned"_s, u"Assigned to"_s},
+        {"FlatUserPicker", "Required", true, false},
+        {"FlatUserPicker", "Enabled", false, true},
+        {"FlatUserPicker", "Font", fontOf(12), fontOf(14)},
     };
     return all;
 }
@@ -117,6 +129,14 @@ const std::vector<Reading>& readings()
         {"AgencyPicker", "ShortText", 30, QString(), false},
         {"NibrsOffensePicker", "Value", u"13A"_s, QVariant()},
         {"NibrsOffensePicker", "ValueIsNull", u"13A"_s, false},
+        {"EmployeePicker", "FullText", 12, QString()},
+        {"EmployeePicker", "ShortText", 12, QString()},
+        {"OffensePicker", "FullText", 31, QString()},
+        {"OffensePicker", "ShortText", 31, QString()},
+        {"FlatEmployeePicker", "FullText", 12, QString()},
+        {"FlatEmployeePicker", "ShortText", 12, QString()},
+        {"FlatUserPicker", "FullText", u"user:asmith"_s, QString()},
+        {"FlatUserPicker", "ShortText", u"user:asmith"_s, QString()},
     };
     return all;
 }

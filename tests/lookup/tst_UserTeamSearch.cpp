@@ -1,5 +1,6 @@
 #include "base/values/Variant.h"
 #include "lookup/FlatPickerForm.h"
+#include "lookup/NumberedList.h"
 #include "lookup/RecordingPicture.h"
 #include "lookup/UserTeamList.h"
 #include "support/TestCase.h"
