@@ -1,11 +1,11 @@
 #include "frame/modUtils.h"
 
 #include "base/failure/Error.h"
+#include "base/lists/GridCombo.h"
 #include "base/values/Variant.h"
 #include "frame/control_frame/UserControl.h"
 #include "frame/host_contracts/Host.h"
 #include "widgets/drawing/PictureSurface.h"
-#include "widgets/grid_combo/GridCombo.h"
 
 #include <QFileInfo>
 

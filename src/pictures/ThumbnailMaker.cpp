@@ -1,6 +1,6 @@
 #include "pictures/ThumbnailMaker.h"
 
-#include "pictures/PictureReading.h"
+#include "base/pictures/PictureReading.h"
 
 #include <QBuffer>
 #include <QColorSpace>

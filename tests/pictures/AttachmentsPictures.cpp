@@ -3,7 +3,6 @@
 
 #include "attachments/section/Attachments.h"
 #include "base/values/Variant.h"
-#include "host/lists/HostListFilling.h"
 #include "pictures/ForwardingHost.h"
 #include "pictures/Pictures.h"
 #include "support/FakeRecords.h"
@@ -31,8 +30,7 @@ public:
     ListFilling& listFilling() override { return m_filling; }
 
 private:
-    HostListsHolder m_lists;
-    HostListFilling m_filling{m_lists};
+    ListFilling m_filling;
 };
 
 struct File

@@ -3,7 +3,6 @@
 
 #include "attachments/section/CoverImage.h"
 #include "base/values/Variant.h"
-#include "host/lists/HostListFilling.h"
 #include "pictures/Pictures.h"
 #include "support/FakeHost.h"
 #include "support/FakeRecords.h"
@@ -63,8 +62,7 @@ public:
 
 private:
     QTemporaryDir m_folder;
-    HostListsHolder m_lists;
-    HostListFilling m_filling{m_lists};
+    ListFilling m_filling;
     test::FakeHost m_host;
     HostInstallation m_installation{m_host};
 };

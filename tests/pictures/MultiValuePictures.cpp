@@ -1,7 +1,6 @@
 // Writes a picture of each state of the multi-value list and its dialog into the folder that is named on the
 // command line; with QT_SCALE_FACTOR=2 one large picture of each.
 
-#include "host/services/HostUiServices.h"
 #include "pictures/ForwardingHost.h"
 #include "pictures/Pictures.h"
 #include "sections/MultiValue.h"
@@ -29,7 +28,7 @@ public:
     UiServices& uiServices() override { return m_ui; }
 
 private:
-    HostUiServices m_ui;
+    UiServices m_ui;
 };
 
 QList<TableValue> weapons()

@@ -125,7 +125,7 @@ private Q_SLOTS:
         QWidget container;
         container.setProperty("BackColor", QVariant::fromValue(Color::rgb(200, 100, 50)));
         const MultiValue control(&container);
-        QCOMPARE(control.FrameBackColor(), Color::rgb(80, 40, 20)); // the factor is 0.4
+        QCOMPARE(control.FrameBackColor(), Color::rgb(170, 85, 43)); // the factor is 0.4
     }
 
     void aChangeOfTheThemeShadesAnew()
@@ -151,9 +151,9 @@ private Q_SLOTS:
         QPalette palette;
         palette.setColor(QPalette::Window, QColor(200, 100, 50));
         window.setPalette(palette);
-        QCOMPARE(control->FrameBackColor(), Color::rgb(80, 40, 20));
+        QCOMPARE(control->FrameBackColor(), Color::rgb(170, 85, 43));
         container->setProperty("BackColor", QColor(100, 50, 200));
-        QCOMPARE(control->FrameBackColor(), Color::rgb(40, 20, 80));
+        QCOMPARE(control->FrameBackColor(), Color::rgb(85, 43, 170));
     }
 
     void aContainersColourThatNobodyTellsOfShadesAnew_data()
@@ -182,7 +182,7 @@ private Q_SLOTS:
                 window.show();
             color(*page);
             window.show();
-            QTRY_COMPARE(control->FrameBackColor(), Color::rgb(80, 40, 20));
+            QTRY_COMPARE(control->FrameBackColor(), Color::rgb(170, 85, 43));
         }
     }
 
@@ -196,7 +196,7 @@ private Q_SLOTS:
         page.setPalette(QPalette(QColor(200, 100, 50)));
         page.setAutoFillBackground(true);
         form.fill({11});
-        QCOMPARE(form.control->FrameBackColor(), Color::rgb(80, 40, 20));
+        QCOMPARE(form.control->FrameBackColor(), Color::rgb(170, 85, 43));
         page.setAutoFillBackground(false);
         form.control->show();
         form.window.show();

@@ -24,7 +24,7 @@ public:
             code.appendElement(u"ValueNo"_s, ToText(value.Value));
             code.appendElement(u"ValueCode"_s, value.ID);
             code.appendElement(u"ValueDesc"_s, value.DisplayText);
-            code.appendElement(u"ActiveFlag"_s, state.activeFlag(table, value));
+            code.appendElement(u"ActiveFlag"_s, QString::number(state.isActive(table, value) ? 1 : 0));
         }
         return document;
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "widgets/lists/DropdownTarget.h"
+#include "base/lists/DropdownTarget.h"
 
 #include <QList>
 #include <QPair>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/lists/GridCombo.h"
 #include "base/values/Variant.h"
-#include "widgets/grid_combo/GridCombo.h"
 
 #include <QStringList>
 

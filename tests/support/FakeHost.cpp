@@ -24,15 +24,14 @@ QList<TableValue> FakeHostState::valuesOf(TableNumber table, bool includeInactiv
 {
     QList<TableValue> values = tables.value(table);
     values.removeIf([&](const TableValue& value) {
-        return !includeInactive && inactive.value(table).contains(value.Value.toInt()) &&
-               !SameValue(value.Value, alwaysIncluded);
+        return !includeInactive && !isActive(table, value) && !SameValue(value.Value, alwaysIncluded);
     });
     return values;
 }
 
-QString FakeHostState::activeFlag(TableNumber table, const TableValue& value) const
+bool FakeHostState::isActive(TableNumber table, const TableValue& value) const
 {
-    return inactive.value(table).contains(value.Value.toInt()) ? QStringLiteral("0") : QStringLiteral("1");
+    return !inactive.value(table).contains(value.Value.toInt());
 }
 
 FakeHost::FakeHost()
@@ -118,8 +117,7 @@ std::shared_ptr<NibrsModuleService> FakeHost::createNibrsModule(const QString& c
 {
     m_state->called(QStringLiteral("create ") + className);
     if (!m_state->hasNibrs || className != QLatin1String("NIBRS.Singletons"))
-        throw Error(QStringLiteral("The host has no component %1").arg(className),
-                    Error::NoSuchComponentNumber);
+        return Host::createNibrsModule(className);
     return makeFakeNibrsModule(m_state);
 }
 

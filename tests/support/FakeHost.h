@@ -87,8 +87,7 @@ struct FakeHostState
     /// The values of a table without the inactive ones, unless these are asked for.
     QList<TableValue> valuesOf(TableNumber table, bool includeInactive,
                                const QVariant& alwaysIncluded = {}) const;
-    /// "1" for a value that is active, "0" for one that is not.
-    QString activeFlag(TableNumber table, const TableValue& value) const;
+    bool isActive(TableNumber table, const TableValue& value) const;
 };
 
 /// A host without database and files. A test sets what it answers through `state`, installs it with a

@@ -1,8 +1,6 @@
 #include "support/FakeListFilling.h"
 
 #include "base/values/Variant.h"
-#include "widgets/grid_combo/GridCombo.h"
-#include "widgets/lists/DropdownTarget.h"
 
 using namespace Qt::StringLiterals;
 
@@ -16,31 +14,17 @@ public:
     using Recorder::Recorder;
 
     void FillTableCombo(TableNumber table, DropdownTarget& combo, bool includeInactive, const QVariant& value,
-                        bool) override
+                        bool reserved) override
     {
-        const FakeHostState& state = asked(u"FillTableCombo %1"_s.arg(table));
-        combo.Clear();
-        combo.AddItem(QString(), 0);
-        int selected = 0;
-        for (const TableValue& entry : state.valuesOf(table, includeInactive, value)) {
-            if (SameValue(entry.Value, value))
-                selected = combo.ListCount();
-            combo.AddItem(entry.DisplayText, ToLong(entry.Value));
-        }
-        if (selected > 0)
-            combo.SetListIndex(selected);
+        asked(u"FillTableCombo %1"_s.arg(table));
+        ListFilling::FillTableCombo(table, combo, includeInactive, value, reserved);
     }
     void FillTableGrid(TableNumber table, GridCombo& combo, bool includeInactive, const QVariant& value,
                        bool reserved) override
     {
-        const FakeHostState& state = asked(u"FillTableGrid %1 %2 %3 %4"_s.arg(table).arg(
-            ToText(includeInactive), ToText(value), ToText(reserved)));
-        combo.Array().AppendRow({QString(), QString(), Null(), Null()});
-        for (const TableValue& entry : state.valuesOf(table, includeInactive, value)) {
-            combo.Array().AppendRow(
-                {entry.ID, entry.DisplayText, entry.Value, state.activeFlag(table, entry)});
-        }
-        combo.Rebind();
+        asked(u"FillTableGrid %1 %2 %3 %4"_s.arg(table).arg(ToText(includeInactive), ToText(value),
+                                                            ToText(reserved)));
+        ListFilling::FillTableGrid(table, combo, includeInactive, value, reserved);
     }
     QImage FitPicture(const QImage& picture, int height, int width, int mode, bool flag, Color backColor,
                       bool reserved) override
@@ -57,6 +41,15 @@ public:
         QImage fitted(width, height, QImage::Format_RGB32);
         fitted.fill(picture.isNull() ? backColor.resolve(QPalette()) : picture.pixelColor(0, 0));
         return fitted;
+    }
+
+protected:
+    QList<ListedValue> listedValues(TableNumber table, bool includeInactive, const QVariant& value) override
+    {
+        QList<ListedValue> listed;
+        for (const TableValue& entry : state()->valuesOf(table, includeInactive, value))
+            listed.append({entry, state()->isActive(table, entry)});
+        return listed;
     }
 };
 

@@ -2,8 +2,6 @@
 
 #include "base/values/Variant.h"
 
-#include <QFileInfo>
-
 using namespace Qt::StringLiterals;
 
 namespace tavrin::test {
@@ -18,18 +16,14 @@ public:
     bool IsImageFile(const QString& fileName) override
     {
         asked(u"IsImageFile"_s, fileName);
-        static const QStringList suffixes = {u"png"_s, u"jpg"_s, u"bmp"_s};
-        return suffixes.contains(QFileInfo(fileName).suffix().toLower());
+        return Images::IsImageFile(fileName);
     }
     QImage LoadPicture(const QString& fileName) override
     {
         const QHash<QString, QImage>& pictures = asked(u"LoadPicture"_s, fileName).pictures;
         if (pictures.contains(fileName))
             return pictures.value(fileName);
-        const QImage read(fileName); // where a test has files
-        if (read.isNull())
-            throw Error(u"The picture %1 cannot be shown"_s.arg(fileName));
-        return read;
+        return Images::LoadPicture(fileName); // where a test has files
     }
 };
 

@@ -42,7 +42,7 @@ public:
     XmlDocument CreateDocument() override
     {
         asked(u"CreateDocument"_s);
-        return {};
+        return XmlFactory::CreateDocument();
     }
 };
 
@@ -88,26 +88,12 @@ public:
     Color ShadeColor(Color color, double factor) override
     {
         asked(u"ShadeColor"_s);
-        const auto shade = [&](int shift) {
-            return std::min(255, static_cast<int>((color.value() >> shift & 0xFF) * factor));
-        };
-        return Color::rgb(shade(0), shade(8), shade(16));
+        return UiServices::ShadeColor(color, factor);
     }
     ScaleMode ScaleModeFromUnits(const QString& units) override
     {
         asked(u"ScaleModeFromUnits "_s + units);
-        static const QMap<QString, ScaleMode> modes = {{u"User"_s, ScaleMode::User},
-                                                       {u"Twip"_s, ScaleMode::Twips},
-                                                       {u"Point"_s, ScaleMode::Points},
-                                                       {u"Pixel"_s, ScaleMode::Pixels},
-                                                       {u"Character"_s, ScaleMode::Characters},
-                                                       {u"Inch"_s, ScaleMode::Inches},
-                                                       {u"Millimeter"_s, ScaleMode::Millimeters},
-                                                       {u"Centimeter"_s, ScaleMode::Centimeters}};
-        const auto found = modes.find(units);
-        if (found == modes.end())
-            throw Error(u"There is no scale unit \"%1\""_s.arg(units));
-        return found.value();
+        return UiServices::ScaleModeFromUnits(units);
     }
     tavrin::TextBoxColors TextBoxColors() override { return asked(u"TextBoxColors"_s).textBoxColors; }
 };

@@ -7,87 +7,105 @@
 
 #include <QList>
 #include <QPair>
-#include <QStringList>
+#include <QString>
+#include <QVariant>
 
 // Cache and helper classes of the host: a control makes one with a plain new object and keeps it or throws
 // it away. The caches behind them are the host's.
+//
+// What says nothing of a default raises an `Error` with the number `Error::NoSuchComponentNumber` that names
+// the operation.
 
 namespace tavrin {
 
+/// The code tables.
 class TAVRIN_EXPORT TableCodeCache
 {
 public:
-    virtual ~TableCodeCache() = default;
+    virtual ~TableCodeCache();
     /// The list of one code table: elements `TableCode` with `ValueNo`, `ValueCode`, `ValueDesc`,
-    /// `ActiveFlag`.
-    virtual XmlDocument Document(TableNumber table) = 0;
-    /// "" for a code that the table does not know.
-    virtual QString GetDescription(TableNumber table, const QVariant& code) = 0;
+    /// `ActiveFlag`, which is "1" for a value in use and "0" for another. By default it is made at each call
+    /// from `HostServices::GetTableValues` of the host that is installed on the thread.
+    virtual XmlDocument Document(TableNumber table);
+    /// "" for a code that the table does not know. By default looked for in `Document`.
+    virtual QString GetDescription(TableNumber table, const QVariant& code);
 };
 
+/// The employees.
 class TAVRIN_EXPORT EmployeeListCache
 {
 public:
-    virtual ~EmployeeListCache() = default;
+    virtual ~EmployeeListCache();
     /// Elements `Employee` with `OfficerNo`, `OfficerId`, `Name`, `BadgeNo`, `ActiveFlag`, `IsK9Handler`.
-    virtual XmlDocument Document() = 0;
-    virtual QString ShortText(const QVariant& officerNo) = 0;
-    virtual QString FullText(const QVariant& officerNo) = 0;
+    virtual XmlDocument Document();
+    /// By default the `OfficerId` in `Document`; "" for a number that nobody has.
+    virtual QString ShortText(const QVariant& officerNo);
+    /// By default the `Name` in `Document`; "" for a number that nobody has.
+    virtual QString FullText(const QVariant& officerNo);
 };
 
+/// The offenses.
 class TAVRIN_EXPORT OffenseListCache
 {
 public:
-    virtual ~OffenseListCache() = default;
+    virtual ~OffenseListCache();
     /// Elements `Offense` with `OffenseNo`, `OffenseId`, `Description`, `RptCode`, `ActiveFlag`.
-    virtual XmlDocument Document() = 0;
-    virtual QString ShortText(const QVariant& offenseNo) = 0;
-    virtual QString FullText(const QVariant& offenseNo) = 0;
+    virtual XmlDocument Document();
+    /// By default the `OffenseId` in `Document`; "" for an offense that is not there.
+    virtual QString ShortText(const QVariant& offenseNo);
+    /// By default the `Description` in `Document`; "" for an offense that is not there.
+    virtual QString FullText(const QVariant& offenseNo);
 };
 
+/// The people who may sign on.
 class TAVRIN_EXPORT UsersCache
 {
 public:
-    virtual ~UsersCache() = default;
+    virtual ~UsersCache();
     /// Elements `UserAccount` with `UserId`, `IsActive`, `FirstName`, `LastName`, `OfficerId`, `BadgeNo`.
-    virtual XmlDocument Document() = 0;
-    virtual QString UserDisplayName(const QString& userId) = 0;
+    virtual XmlDocument Document();
+    /// By default first and last name in `Document`; "" for a user who is not there.
+    virtual QString UserDisplayName(const QString& userId);
 };
 
+/// Small pictures of attached ones.
 class TAVRIN_EXPORT ThumbnailService
 {
 public:
-    virtual ~ThumbnailService() = default;
-    /// Empty when there is none.
-    virtual QVariant GetThumbnailPath(const QString& path) = 0;
+    virtual ~ThumbnailService();
+    /// Empty when there is none, and by default.
+    virtual QVariant GetThumbnailPath(const QString& path);
 };
 
+/// Where attachments lie that have no path of their own.
 class TAVRIN_EXPORT AttachmentFolders
 {
 public:
-    virtual ~AttachmentFolders() = default;
-    virtual QString GetFolderPath(const QVariant& folderNo) = 0;
+    virtual ~AttachmentFolders();
+    virtual QString GetFolderPath(const QVariant& folderNo);
 };
 
+/// The words that people have added to the dictionary.
 class TAVRIN_EXPORT tvCustomDictionary
 {
 public:
-    virtual ~tvCustomDictionary() = default;
-    virtual void AddWord(const QString& word) = 0;
+    virtual ~tvCustomDictionary();
+    virtual void AddWord(const QString& word);
 };
 
 /// Fetches a file of the store. `Download` blocks; its events come inside the call.
 class TAVRIN_EXPORT Downloader
 {
 public:
-    virtual ~Downloader() = default;
+    Downloader();
+    virtual ~Downloader();
 
-    /// Bytes that are read at a time.
-    virtual void SetBufferSize(qint32 bytes) = 0;
+    /// Bytes that are read at a time. Not read by default.
+    virtual void SetBufferSize(qint32 bytes);
     /// Returns the path of the temporary copy. Raises an `Error` when it fails.
-    virtual QString Download(const QString& path) = 0;
-    /// Ends the download that is under way, within one buffer.
-    virtual void Cancel() = 0;
+    virtual QString Download(const QString& path);
+    /// Ends the download that is under way, within one buffer. By default lets it go on.
+    virtual void Cancel();
 
     /// Path.
     Event<const QString&> DownloadStarted;
@@ -101,11 +119,12 @@ public:
 class TAVRIN_EXPORT Uploader
 {
 public:
-    virtual ~Uploader() = default;
+    Uploader();
+    virtual ~Uploader();
 
     /// Copies a local file to a full path in the store. Raises an `Error` when it fails; nothing then stands
     /// under the destination's name. `options` is always Empty here.
-    virtual void Upload(const QString& source, const QString& destination, const QVariant& options) = 0;
+    virtual void Upload(const QString& source, const QString& destination, const QVariant& options);
 
     /// Path, bytes written, bytes in all.
     Event<const QString&, qint64, qint64> UploadProgress;
@@ -117,9 +136,9 @@ public:
 class TAVRIN_EXPORT NibrsModuleService
 {
 public:
-    virtual ~NibrsModuleService() = default;
+    virtual ~NibrsModuleService();
     /// Code and description; the order stays the same between calls.
-    virtual QList<QPair<QString, QString>> GetNibrsOffenseCodeList() = 0;
+    virtual QList<QPair<QString, QString>> GetNibrsOffenseCodeList();
 };
 
 } // namespace tavrin

@@ -155,11 +155,12 @@ public:
 };
 
 /// Whether both stand for one row of the collection: they are one object, or have one key other than Null.
-bool isSameRow(const tvTableCollection& rows, const tvTableRowPtr& one, const tvTableRowPtr& other);
+TAVRIN_EXPORT bool isSameRow(const tvTableCollection& rows, const tvTableRowPtr& one,
+                             const tvTableRowPtr& other);
 
 /// Where the row stands in the collection, counted from 1; 0 when it is not there. Looks at the current row
 /// first. nullptr stands nowhere.
-qint32 indexOf(tvTableCollection& rows, const tvTableRowPtr& row);
+TAVRIN_EXPORT qint32 indexOf(tvTableCollection& rows, const tvTableRowPtr& row);
 
 } // namespace tavrin
 

@@ -9,15 +9,23 @@
 
 #include <QImage>
 #include <QList>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
 
-#include <optional>
+#include <memory>
 
 // The host's global services: each comes into being on first use and lives as long as the host's thread.
+//
+// A host derives from those that it has something of its own for, and overrides what it needs. Every
+// operation has a default: a sensible answer where there is one without a host, else an `Error` with the
+// number `Error::NoSuchComponentNumber` whose text names the operation, raised only when it is called.
 
 namespace tavrin {
 
 class DropdownTarget;
 class GridCombo;
+class Host;
 
 /// One value of a code table.
 struct TableValue
@@ -31,6 +39,13 @@ struct TableValue
 struct TableValues
 {
     QList<TableValue> Items;
+};
+
+/// A value of a code table as it stands in a list.
+struct ListedValue
+{
+    TableValue Entry;
+    bool IsActive = true;
 };
 
 /// What a refresh of the caches brought; no control reads it.
@@ -47,48 +62,62 @@ public:
     Event<const CacheRefreshInfo&> CacheRefreshed;
 };
 
+/// Lists, records and the events of the host.
 class TAVRIN_EXPORT HostServices
 {
 public:
-    virtual ~HostServices() = default;
+    HostServices();
+    virtual ~HostServices();
 
     /// The values of a code table; inactive ones only when asked for. The two last arguments are always
-    /// left out and False.
+    /// left out and False. By default raises the error of what is not offered.
     virtual TableValues GetTableValues(TableNumber table, bool includeInactive, const QVariant& leftOut = {},
-                                       bool reserved = false) = 0;
-    virtual EventHub& Events() = 0;
-    /// Format string for showing dates, in Qt's letters.
-    virtual QString DateDisplayFormat() = 0;
-    /// The record that owns this one; nullptr when none does.
-    virtual tvBusinessObjectPtr GetParentObject(const tvBusinessObjectPtr& record) = 0;
-    /// Rewrites the workstation's custom dictionary from the database.
-    virtual void SyncCustomDictionaryFile() = 0;
-    /// Told once for each uploaded file, before its row is added to the record.
-    virtual void NotifyFileUploaded() {}
+                                       bool reserved = false);
+    /// By default a hub of this object's own, on which a host raises what it has to tell.
+    virtual EventHub& Events();
+    /// Format string for showing dates, in Qt's letters. By default the short format of the person's locale.
+    virtual QString DateDisplayFormat();
+    /// The record that owns this one; nullptr when none does, and by default.
+    virtual tvBusinessObjectPtr GetParentObject(const tvBusinessObjectPtr& record);
+    /// Rewrites the workstation's custom dictionary from the database. By default leaves it as it is.
+    virtual void SyncCustomDictionaryFile();
+    /// Told once for each uploaded file, before its row is added to the record. Does nothing by default.
+    virtual void NotifyFileUploaded();
+
+private:
+    struct Private;
+    std::unique_ptr<Private> d;
 };
 
+/// Makes documents.
 class TAVRIN_EXPORT XmlFactory
 {
 public:
-    virtual ~XmlFactory() = default;
+    virtual ~XmlFactory();
     /// A new empty document with XPath support.
-    virtual XmlDocument CreateDocument() = 0;
+    virtual XmlDocument CreateDocument();
 };
 
+/// Who sits at the workstation, and what holds for that person.
 class TAVRIN_EXPORT Session
 {
 public:
-    virtual ~Session() = default;
+    virtual ~Session();
 
-    virtual QString CurrentUserId() = 0;
-    /// "" when the setting is not there.
-    virtual QString GetSetting(const QString& section, const QString& key) = 0;
-    virtual bool HasPermission(const QString& module, int right) = 0;
-    virtual bool FieldExists(const QString& module, const QString& table, const QString& field) = 0;
+    /// "" by default.
+    virtual QString CurrentUserId();
+    /// "" when the setting is not there, and by default.
+    virtual QString GetSetting(const QString& section, const QString& key);
+    /// False by default: nobody has a right that nobody gave.
+    virtual bool HasPermission(const QString& module, int right);
+    /// False by default.
+    virtual bool FieldExists(const QString& module, const QString& table, const QString& field);
+    /// False by default.
     virtual bool IsFieldRequired(const QString& module, const QString& table, const QString& field,
-                                 const QString& extra) = 0;
-    /// An object to assign to another field's `Value`, which links that field to this one.
-    virtual QVariant MakeFieldReference(const tvFieldPtr& field) = 0;
+                                 const QString& extra);
+    /// An object to assign to another field's `Value`, which links that field to this one. Only the host's
+    /// records know how: by default raises the error of what is not offered.
+    virtual QVariant MakeFieldReference(const tvFieldPtr& field);
 };
 
 /// Colours of a text box in one state: of the box, of its selected text, and of the tag in it that bears a
@@ -112,59 +141,102 @@ struct TextBoxColors
     TextBoxColorSet Focused;
 };
 
+/// Colours and units.
 class TAVRIN_EXPORT UiServices
 {
 public:
-    virtual ~UiServices() = default;
+    virtual ~UiServices();
 
-    /// A shade of the colour: a factor below 1 darkens, above 1 lightens.
-    virtual Color ShadeColor(Color color, double factor) = 0;
-    /// Scale mode by its unit's name ("Twip", "Pixel", ...).
-    virtual ScaleMode ScaleModeFromUnits(const QString& units) = 0;
-    virtual tavrin::TextBoxColors TextBoxColors() = 0;
+    /// A shade of the colour: a factor below 1 darkens, above 1 lightens. By default system colours are
+    /// shaded as the application's palette shows them; a factor of 0 or less gives the darkest shade, in
+    /// which texts can still be read, and above 1 a factor of 2 lies half-way to white. Raises an `Error` for
+    /// a factor that is no number.
+    virtual Color ShadeColor(Color color, double factor);
+    /// Scale mode by its unit's name. By default "User", "Twip", "Point", "Pixel", "Character", "Inch",
+    /// "Millimeter", "Centimeter", in any case and also in the plural; raises an `Error` for any other name.
+    virtual ScaleMode ScaleModeFromUnits(const QString& units);
+    /// By default those of a light theme, or of a dark one where the application's palette is dark.
+    virtual tavrin::TextBoxColors TextBoxColors();
+
+protected:
+    /// The colours of the two themes, for a host that chooses between them itself.
+    static tavrin::TextBoxColors lightColors();
+    static tavrin::TextBoxColors darkColors();
 };
 
+/// Fills the lists of widgets, and fits pictures into them.
 class TAVRIN_EXPORT ListFilling
 {
 public:
-    virtual ~ListFilling() = default;
+    /// Lists the code tables of the host that is installed on the thread.
+    ListFilling();
+    /// Lists the code tables of this host, which must outlive it.
+    explicit ListFilling(Host& host);
+    virtual ~ListFilling();
 
     /// Fills a combo with a first empty row and the table's values, the code as item data. With `flag`
     /// inactive values are listed too; `value` stays in the list although inactive. The row of `value`
-    /// becomes the current one when it is in the list.
+    /// becomes the current one when it is in the list. By default with what `listedValues` gives.
     virtual void FillTableCombo(TableNumber table, DropdownTarget& combo, bool flag, const QVariant& value,
-                                bool reserved) = 0;
+                                bool reserved);
     /// Fills a grid combo the same way, but for the current row, which stays with the caller: short text,
     /// long text, code, and the active flag, "1" for a code in use. Row 1 is empty.
     virtual void FillTableGrid(TableNumber table, GridCombo& combo, bool flag, const QVariant& value,
-                               bool reserved) = 0;
-    /// A new picture, fitted into a box of this size in pixels.
+                               bool reserved);
+    /// A new picture, fitted into a box of this size in pixels. By default the whole picture in the middle of
+    /// the box, scaled with its proportions; the rest shows the back colour. Without `flag` a small picture
+    /// is not enlarged. A null image for a null picture or an empty box. `mode` is not read.
     virtual QImage FitPicture(const QImage& picture, int height, int width, int mode, bool flag,
-                              Color backColor, bool reserved) = 0;
+                              Color backColor, bool reserved);
+
+protected:
+    /// What a list of a code table shows, in the table's order: its values in use, the others only when asked
+    /// for, and `value` in any case. By default from the host's `HostServices::GetTableValues`, which is
+    /// asked once, and once more where inactive values may stand in the list. A host whose tables tell at
+    /// once which values are in use overrides this.
+    virtual QList<ListedValue> listedValues(TableNumber table, bool includeInactive, const QVariant& value);
+
+private:
+    Host* m_host = nullptr;
 };
 
+/// Pictures from files that nobody vouches for.
 class TAVRIN_EXPORT Images
 {
 public:
-    virtual ~Images() = default;
-    /// By the name alone.
-    virtual bool IsImageFile(const QString& fileName) = 0;
-    /// Raises an `Error` when the file cannot be shown.
-    virtual QImage LoadPicture(const QString& path) = 0;
+    virtual ~Images();
+    /// By the name alone. By default True for the endings png, jpg, jpeg, gif and bmp, in any case.
+    virtual bool IsImageFile(const QString& fileName);
+    /// Raises an `Error` when the file cannot be shown. By default it names the file when that is missing,
+    /// longer than 64 MB, of no known format by its content, of more than 50 million pixels, or damaged; all
+    /// but the last is found before anything is decoded.
+    virtual QImage LoadPicture(const QString& path);
 };
 
+/// Places on the workstation, and error numbers.
 class TAVRIN_EXPORT Environment
 {
 public:
-    virtual ~Environment() = default;
+    /// Numbers of the host's own errors count from here by default.
+    static constexpr int FirstErrorNumber = -2147221504;
 
-    /// The workstation's folder, without a separator at its end.
-    virtual QString GetDictionaryFolder() = 0;
-    /// Brings a named support file up to date in that folder.
-    virtual void RefreshSupportFile(const QString& name) = 0;
+    virtual ~Environment();
+
+    /// The workstation's folder, without a separator at its end. By default raises the error of what is not
+    /// offered.
+    virtual QString GetDictionaryFolder();
+    /// Brings a named support file up to date in that folder. By default leaves it as it is.
+    virtual void RefreshSupportFile(const QString& name);
     /// The host's error number for a code of its own.
-    virtual int GetErrorNumber(int code) = 0;
-    virtual QString GetDownloadsFolder() = 0;
+    virtual int GetErrorNumber(int code);
+    /// By default the platform's own. The folder is made when it is missing; raises an `Error` when that
+    /// fails.
+    virtual QString GetDownloadsFolder();
+
+protected:
+    /// The folder without a separator at its end, made when it is missing. Raises an `Error` when that fails,
+    /// which calls it by `name`, as in "The Downloads folder".
+    static QString madeFolder(const QString& path, const QString& name);
 };
 
 } // namespace tavrin

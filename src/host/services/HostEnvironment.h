@@ -8,9 +8,6 @@ namespace tavrin {
 class HostEnvironment : public Environment
 {
 public:
-    /// Numbers of the host's own errors count from here.
-    static constexpr int FirstErrorNumber = -2147221504;
-
     /// "" takes the platform's places. The installed spelling dictionary is the path of its files without
     /// their endings; "" takes the platform's American English.
     HostEnvironment(const QString& workstationFolder, const QString& downloadsFolder,
@@ -22,7 +19,6 @@ public:
     /// `refreshSpellingDictionary`. Another name raises an `Error` with the number
     /// `Error::NoSuchComponentNumber`.
     void RefreshSupportFile(const QString& name) override;
-    int GetErrorNumber(int code) override;
     /// The folder is made when it is missing; raises an `Error` when that fails.
     QString GetDownloadsFolder() override;
 

@@ -2,10 +2,8 @@
 
 #include "base/failure/Error.h"
 #include "host/lists/HostCaches.h"
-#include "host/lists/HostListFilling.h"
 #include "host/records/RecordCollection.h"
 #include "host/services/HostEnvironment.h"
-#include "host/services/HostImages.h"
 #include "host/services/HostSession.h"
 #include "host/services/HostUiServices.h"
 #include "host/services/ReferenceHostServices.h"
@@ -50,7 +48,6 @@ public:
                       options.InstalledDictionary)
         , hostServices(*lists, database, environment)
         , session(*lists, options.UserId)
-        , listFilling(*lists)
         , thumbnails([this](const QString& path) { return openStoreFile(*store, path); }, options.Thumbnailer)
     {
         lists->Lists = HostLists::read(database);
@@ -63,11 +60,8 @@ public:
     std::shared_ptr<HostListsHolder> lists; // caches that controls keep share it
     HostEnvironment environment;
     ReferenceHostServices hostServices;
-    ReferenceXmlFactory xmlFactory;
     HostSession session;
     HostUiServices uiServices;
-    HostListFilling listFilling;
-    HostImages images;
     AttachmentStorePtr store; // transfers that controls keep share it
     std::shared_ptr<LocalCopies> localCopies = std::make_shared<LocalCopies>();
     std::unique_ptr<StoreSweep> sweep;
@@ -133,11 +127,6 @@ HostServices& ReferenceHost::hostServices()
     return d->hostServices;
 }
 
-XmlFactory& ReferenceHost::xmlFactory()
-{
-    return d->xmlFactory;
-}
-
 Session& ReferenceHost::session()
 {
     return d->session;
@@ -146,16 +135,6 @@ Session& ReferenceHost::session()
 UiServices& ReferenceHost::uiServices()
 {
     return d->uiServices;
-}
-
-ListFilling& ReferenceHost::listFilling()
-{
-    return d->listFilling;
-}
-
-Images& ReferenceHost::images()
-{
-    return d->images;
 }
 
 Environment& ReferenceHost::environment()
@@ -216,8 +195,7 @@ tvTableCollectionPtr ReferenceHost::newTableCollection()
 std::shared_ptr<NibrsModuleService> ReferenceHost::createNibrsModule(const QString& className)
 {
     if (className != QStringLiteral("NIBRS.Singletons"))
-        throw Error(QStringLiteral("This host has no component %1").arg(className),
-                    Error::NoSuchComponentNumber);
+        return Host::createNibrsModule(className);
     return std::make_shared<HostNibrsModule>(d->lists);
 }
 

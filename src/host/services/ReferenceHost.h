@@ -69,11 +69,8 @@ public:
     Theme theme() const;
 
     HostServices& hostServices() override;
-    XmlFactory& xmlFactory() override;
     Session& session() override;
     UiServices& uiServices() override;
-    ListFilling& listFilling() override;
-    Images& images() override;
     Environment& environment() override;
 
     std::unique_ptr<TableCodeCache> newTableCodeCache() override;

@@ -26,11 +26,6 @@ TableValues ReferenceHostServices::GetTableValues(TableNumber table, bool includ
     return values;
 }
 
-EventHub& ReferenceHostServices::Events()
-{
-    return m_events;
-}
-
 QString ReferenceHostServices::DateDisplayFormat()
 {
     const QString format =
@@ -49,11 +44,6 @@ tvBusinessObjectPtr ReferenceHostServices::GetParentObject(const tvBusinessObjec
 void ReferenceHostServices::SyncCustomDictionaryFile()
 {
     writeCustomWords(m_database, m_environment.GetDictionaryFolder() + QStringLiteral("/custom.dic"));
-}
-
-XmlDocument ReferenceXmlFactory::CreateDocument()
-{
-    return {};
 }
 
 } // namespace tavrin

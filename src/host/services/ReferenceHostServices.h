@@ -15,7 +15,6 @@ public:
 
     TableValues GetTableValues(TableNumber table, bool includeInactive, const QVariant& leftOut,
                                bool reserved) override;
-    EventHub& Events() override;
     /// From the setting "Date Display Format"; "yyyy-MM-dd" when it is not set.
     QString DateDisplayFormat() override;
     tvBusinessObjectPtr GetParentObject(const tvBusinessObjectPtr& record) override;
@@ -26,13 +25,6 @@ private:
     const HostListsHolder& m_lists;
     Database& m_database;
     Environment& m_environment;
-    EventHub m_events;
-};
-
-class ReferenceXmlFactory : public XmlFactory
-{
-public:
-    XmlDocument CreateDocument() override;
 };
 
 } // namespace tavrin

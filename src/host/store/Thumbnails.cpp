@@ -2,9 +2,9 @@
 
 #include "base/failure/Error.h"
 #include "base/files/FileWriter.h"
+#include "base/pictures/PictureReading.h"
 #include "base/values/StorePath.h"
 #include "host/store/ThumbnailProcess.h"
-#include "pictures/PictureReading.h"
 #include "pictures/ThumbnailMaker.h"
 
 #include <QCryptographicHash>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/lists/GridCombo.h"
 #include "widgets/drawing/SharedFont.h"
-#include "widgets/grid_combo/GridCombo.h"
 #include "widgets/grid_combo/GridTable.h"
 
 #include <QElapsedTimer>

@@ -2,7 +2,7 @@
 
 #include "base/export/Export.h"
 #include "base/failure/Event.h"
-#include "widgets/lists/DropdownTarget.h"
+#include "base/lists/DropdownTarget.h"
 
 #include <QPointer>
 #include <QWidget>

@@ -1,9 +1,9 @@
+#include "base/lists/GridCombo.h"
 #include "host/HostCase.h"
 #include "host/records/RecordStore.h"
 #include "host/samples/SampleData.h"
 #include "host/services/ReferenceHost.h"
 #include "support/FakeDropdown.h"
-#include "widgets/grid_combo/GridCombo.h"
 
 #include <QScopeGuard>
 

@@ -1,5 +1,5 @@
+#include "base/pictures/PictureReading.h"
 #include "host/store/ThumbnailCase.h"
-#include "pictures/PictureReading.h"
 
 #include <QColorSpace>
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/export/Export.h"
+
 #include <QString>
 #include <QVariant>
 
@@ -7,7 +9,7 @@ namespace tavrin {
 
 /// A list that can be filled with entries of a text and 32-bit data, and whose selection is an index counted
 /// from 0, -1 for none.
-class DropdownTarget
+class TAVRIN_EXPORT DropdownTarget
 {
 public:
     virtual ~DropdownTarget() = default;

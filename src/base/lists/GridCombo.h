@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/export/Export.h"
+
 #include <QString>
 #include <QVariant>
 #include <QVariantList>
@@ -10,7 +12,7 @@
 namespace tavrin {
 
 /// The data of a grid combo: rows counted from 1, columns from 0.
-class GridArray
+class TAVRIN_EXPORT GridArray
 {
 public:
     static constexpr int ColumnCount = 4;
@@ -39,7 +41,7 @@ private:
 
 /// A combo box whose list is a grid over a `GridArray`. What fills it and selects in it needs no more than
 /// this.
-class GridCombo
+class TAVRIN_EXPORT GridCombo
 {
 public:
     virtual ~GridCombo() = default;

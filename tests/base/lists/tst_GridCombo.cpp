@@ -1,7 +1,7 @@
 #include "base/failure/Error.h"
+#include "base/lists/GridCombo.h"
 #include "base/values/Variant.h"
 #include "support/TestCase.h"
-#include "widgets/grid_combo/GridCombo.h"
 
 using namespace Qt::StringLiterals;
 using tavrin::Error;

@@ -1,4 +1,4 @@
-#include "widgets/grid_combo/GridCombo.h"
+#include "base/lists/GridCombo.h"
 
 #include "base/failure/Error.h"
 #include "base/values/Variant.h"

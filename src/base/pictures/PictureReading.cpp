@@ -1,4 +1,4 @@
-#include "pictures/PictureReading.h"
+#include "base/pictures/PictureReading.h"
 
 #include "base/failure/Error.h"
 

@@ -1,20 +1,24 @@
-#include "host/HostTestSupport.h"
+#include "base/pictures/PictureReading.h"
+#include "frame/host_contracts/Services.h"
 #include "host/TestPictures.h"
-#include "host/lists/HostListFilling.h"
-#include "host/services/HostImages.h"
+#include "support/TestCase.h"
+#include "support/TestFiles.h"
+
+#include <QTemporaryDir>
+
+#include <optional>
 
 using namespace tavrin;
 using namespace tavrin::test;
 
-class tst_HostImages : public TestCase
+class tst_Images : public TestCase
 {
     Q_OBJECT
 
 private:
     std::optional<QTemporaryDir> m_folder;
-    HostImages m_images;
-    HostListsHolder m_lists;
-    HostListFilling m_filling{m_lists};
+    Images m_images;
+    ListFilling m_filling;
 
     QString path(const char* name) const { return m_folder->filePath(QString::fromLatin1(name)); }
 
@@ -64,21 +68,22 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, content);
         QFETCH(QString, expected);
-        writeFile(path("bad.png"), content);
-        const QString text = errorOf([this] { m_images.LoadPicture(path("bad.png")); });
+        putFile(path("bad.png"), content);
+        const QString text = failureOf([this] { m_images.LoadPicture(path("bad.png")); });
         QVERIFY2(text.contains(expected), qPrintable(text));
         QVERIFY2(text.contains(QStringLiteral("bad.png")), qPrintable(text));
     }
 
     void aMissingOrVeryLongPictureFileIsRefused()
     {
-        QVERIFY(errorOf([this] {
+        QVERIFY(failureOf([this] {
                     m_images.LoadPicture(path("none.png"));
                 }).contains(QStringLiteral("not there")));
         QFile file(path("long.png"));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(HostImages::MaxFileLength + 1));
-        QVERIFY(
-            errorOf([this] { m_images.LoadPicture(path("long.png")); }).contains(QStringLiteral("too long")));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(PictureReading::MaxFileLength + 1));
+        QVERIFY(failureOf([this] {
+                    m_images.LoadPicture(path("long.png"));
+                }).contains(QStringLiteral("too long")));
     }
 
     void picturesAreFittedWithTheirProportions_data()
@@ -115,5 +120,5 @@ private Q_SLOTS:
     }
 };
 
-TAVRIN_TEST_MAIN(tst_HostImages)
-#include "tst_HostImages.moc"
+TAVRIN_TEST_MAIN(tst_Images)
+#include "tst_Images.moc"
