@@ -106,5 +106,8 @@ function(tavrin_shared name)
   set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX AUTOMOC OFF AUTORCC OFF
     VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} EXPORT_NAME ${arg_EXPORT_NAME})
   tavrin_options(${name})
+  if(NOT TAVRIN_SANITIZE) # whose own symbols come with the program
+    target_link_options(${name} PRIVATE LINKER:-z,defs)
+  endif()
   add_library(TVBoundControls::${arg_EXPORT_NAME} ALIAS ${name})
 endfunction()

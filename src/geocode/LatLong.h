@@ -60,7 +60,7 @@ private:
     void BoundSection_ReadData(const tvBusinessObjectPtr& bo) override;
     void BoundSection_WriteData(const tvBusinessObjectPtr& bo) override;
 
-    class Private;
+    class Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };
 

@@ -115,7 +115,7 @@ private:
     QString tellFullText() const;
     QString tellShortText() const;
 
-    class Private;
+    class Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };
 

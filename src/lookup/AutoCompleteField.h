@@ -98,7 +98,7 @@ private:
     void putIncludeInactiveValues(bool include);
     void putText(const QVariant& text);
 
-    class Private;
+    class Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };
 

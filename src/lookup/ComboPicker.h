@@ -34,7 +34,7 @@ protected:
     void UserControl_AmbientChanged(const QString& propertyName) override;
     void UserControl_Resize() override;
 
-    class Private;
+    class Q_DECL_HIDDEN Private;
 
 private:
     Private& own() const;

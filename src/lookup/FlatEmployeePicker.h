@@ -66,7 +66,7 @@ protected:
     SavedProperties savedProperties() override;
 
 private:
-    class Private;
+    class Q_DECL_HIDDEN Private;
     Private& own() const;
 };
 

@@ -60,7 +60,7 @@ protected:
     void putEnabled(bool enabled);
     void putFont(const FontPtr& font);
 
-    class Private;
+    class Q_DECL_HIDDEN Private;
 
 private:
     Private& own() const;

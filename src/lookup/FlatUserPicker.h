@@ -64,7 +64,7 @@ protected:
     bool focusNextPrevChild(bool next) override;
 
 private:
-    class Private;
+    class Q_DECL_HIDDEN Private;
     Private& own() const;
 };
 

@@ -90,7 +90,7 @@ private:
     void putValue(const QVariant& value);
     bool tellValueIsNull() const;
 
-    class Private;
+    class Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };
 

@@ -73,7 +73,7 @@ protected:
     QString tellFullText() const;
     QString tellShortText() const;
 
-    class Private;
+    class Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 
 private:

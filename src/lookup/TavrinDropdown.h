@@ -71,7 +71,7 @@ protected:
     void UserControl_AmbientChanged(const QString& propertyName) override;
 
 private:
-    class Private;
+    class Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };
 

@@ -82,7 +82,7 @@ private:
 
     void putEnabled(bool enabled);
 
-    class Private;
+    class Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };
 

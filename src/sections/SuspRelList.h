@@ -77,7 +77,7 @@ private:
     void BoundSection_ReadData(const tvBusinessObjectPtr& record) override;
     void BoundSection_WriteData(const tvBusinessObjectPtr& record) override;
 
-    class Private;
+    class Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/failure/Event.h"
 
 #include <QString>
@@ -15,7 +16,7 @@ namespace tavrin {
 /// over the text of one text box.
 ///
 /// An engine belongs to one control. Whatever fails raises an `Error` with a text for a person.
-class SpellingEngine
+class TAVRIN_EXPORT SpellingEngine
 {
 public:
     virtual ~SpellingEngine() = default;
@@ -59,6 +60,6 @@ using SpellingEngineFactory = std::function<std::unique_ptr<SpellingEngine>()>;
 
 /// Makes the engine of each spell-check control of this thread; at first a `HunspellEngine`. Another one may
 /// be put in its place.
-SpellingEngineFactory& spellingEngineFactory();
+TAVRIN_EXPORT SpellingEngineFactory& spellingEngineFactory();
 
 } // namespace tavrin

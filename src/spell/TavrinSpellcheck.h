@@ -59,7 +59,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    class Private;
+    class Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };
 

@@ -65,7 +65,7 @@ private:
     /// read; `record` is not looked at. A failure is told in a box, and nothing is raised.
     void BoundSection_WriteData(const tvBusinessObjectPtr& record) override;
 
-    class Private;
+    class Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };
 

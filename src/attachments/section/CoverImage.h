@@ -43,7 +43,7 @@ private:
     /// Nothing: the section writes nothing.
     void BoundSection_WriteData(const tvBusinessObjectPtr& record) override;
 
-    class Private;
+    class Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };
 

@@ -50,7 +50,7 @@ public:
     Event<const QString&> FontChanged;
 
 private:
-    class Private;
+    class Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };
 

@@ -30,7 +30,7 @@ public:
     QString ScaleUnits() const;
 
 private:
-    class Private;
+    class Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };
 

@@ -33,7 +33,7 @@ public:
     UserControl* create(const QString& className, QWidget* parent, const ControlSite& site) const;
 
 private:
-    class Private;
+    class Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };
 

@@ -43,7 +43,7 @@ public:
     static PropertyBag fromJson(const QJsonObject& object, QStringList* problems = nullptr);
 
 private:
-    class Private;
+    class Q_DECL_HIDDEN Private;
     QSharedDataPointer<Private> d;
 };
 

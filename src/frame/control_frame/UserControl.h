@@ -127,7 +127,7 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    class Private;
+    class Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };
 

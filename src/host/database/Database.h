@@ -52,7 +52,7 @@ public:
     qint64 dataVersion();
 
 private:
-    class Private;
+    class Q_DECL_HIDDEN Private;
     explicit Database(std::unique_ptr<Private> opened);
     std::unique_ptr<Private> d;
 };

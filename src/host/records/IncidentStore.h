@@ -74,7 +74,7 @@ public:
     Event<qint64> Saved;
 
 private:
-    class Private;
+    class Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };
 

@@ -21,7 +21,7 @@ public:
     bool fillOnce(Database& database) const;
 
 private:
-    class Private;
+    class Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };
 

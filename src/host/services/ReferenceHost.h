@@ -86,7 +86,7 @@ public:
     std::shared_ptr<NibrsModuleService> createNibrsModule(const QString& className) override;
 
 private:
-    class Private;
+    class Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };
 
