@@ -1,0 +1,48 @@
+#pragma once
+
+#include "base/export/Export.h"
+#include "frame/host_contracts/Records.h"
+
+#include <QString>
+
+#include <memory>
+
+namespace tavrin {
+
+/// A record in memory: children by name, which are rows, collections and other records.
+///
+///     const auto incident = std::make_shared<MemoryRecord>(u"tvIncidentBO"_s);
+///     incident->SetItem(u"Weapons"_s, weapons);
+///     form.ReadData(incident);
+///     ...
+///     form.WriteData(incident);
+///     incident->MarkSaved();
+class TAVRIN_EXPORT MemoryRecord : public tvBusinessObject, public std::enable_shared_from_this<MemoryRecord>
+{
+public:
+    explicit MemoryRecord(const QString& className = {});
+    ~MemoryRecord() override;
+
+    HostObjectPtr Item(const QString& name) override;
+    /// Gives the record a child in the place of the one of this name; nullptr takes that away. The child
+    /// learns of its owner when this record is held by a `std::shared_ptr`.
+    void SetItem(const QString& name, const HostObjectPtr& child);
+    QString ClassName() const override;
+    void SetClassName(const QString& name);
+
+    /// The record that this one is a child of; nullptr when it is none's.
+    tvBusinessObjectPtr Owner() const;
+    /// What a host whose records are of this kind answers to `HostServices::GetParentObject`: the owner of a
+    /// record or a row in memory, nullptr for anything else.
+    static tvBusinessObjectPtr OwnerOf(const tvBusinessObjectPtr& part);
+
+    /// The record has been saved with all that it holds in memory: no row is new any more, links have become
+    /// values, and what was removed is deleted.
+    void MarkSaved();
+
+private:
+    struct Private;
+    std::unique_ptr<Private> d;
+};
+
+} // namespace tavrin

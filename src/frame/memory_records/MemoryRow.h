@@ -1,0 +1,53 @@
+#pragma once
+
+#include "base/export/Export.h"
+#include "frame/host_contracts/Records.h"
+
+#include <QList>
+#include <QString>
+
+#include <memory>
+
+namespace tavrin {
+
+/// A column that the rows of a collection in memory have.
+struct MemoryColumn
+{
+    QString Name;
+    bool IsKey = false;
+    /// In UTF-16 units; 0 where no length is set.
+    qint32 MaxLength = 0;
+    /// Links the row to the record above it.
+    bool IsLink = false;
+};
+
+/// One row in memory.
+class TAVRIN_EXPORT MemoryRow : public tvTableRow
+{
+public:
+    /// A row of these fields, which it shares with whoever gave them.
+    explicit MemoryRow(const QList<tvFieldPtr>& fields, bool isNew = true);
+    /// A row of empty fields.
+    explicit MemoryRow(const QList<MemoryColumn>& columns, bool isNew = true);
+    ~MemoryRow() override;
+
+    HostObjectPtr Item(const QString& name) override;
+    tvFieldPtr Item(int index) override;
+    int FieldCount() const override;
+    bool IsNew() const override;
+    void SetNew(bool isNew);
+
+    /// The record that holds the row, itself or in one of its collections; nullptr when none does.
+    tvBusinessObjectPtr Owner() const;
+    /// The row does not keep its owner alive. Records and collections in memory call this themselves.
+    void SetOwner(const std::weak_ptr<tvBusinessObject>& owner);
+
+    /// The row has been saved: it is new no longer, and links have become values.
+    void MarkSaved();
+
+private:
+    struct Private;
+    std::unique_ptr<Private> d;
+};
+
+} // namespace tavrin
