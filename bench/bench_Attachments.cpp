@@ -7,7 +7,8 @@
 #include "attachments/files/modAttachments.h"
 #include "attachments/section/Attachments.h"
 #include "base/values/Variant.h"
-#include "support/FakeHost.h"
+#include "support/Fakes.h"
+#include "testing/FakeHost.h"
 
 #include <QApplication>
 #include <QDateTime>
@@ -29,7 +30,7 @@ struct Records
         for (int i = 0; i < 2; ++i) {
             records[i] = std::make_shared<FakeRecord>();
             rows[i] = fill(1 + i * 100000, count);
-            records[i]->setItem(u"Attachments"_s, rows[i]);
+            records[i]->SetItem(u"Attachments"_s, rows[i]);
         }
         host.state().log.clear();
     }

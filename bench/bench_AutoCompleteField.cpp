@@ -5,7 +5,8 @@
 #include "Typing.h"
 #include "base/values/Variant.h"
 #include "lookup/AutoCompleteField.h"
-#include "support/FakeHost.h"
+#include "support/Fakes.h"
+#include "testing/FakeHost.h"
 #include "widgets/boxes/TextBox.h"
 #include "widgets/lists/DropDownList.h"
 

@@ -5,7 +5,8 @@
 #include "Ratios.h"
 #include "base/values/Variant.h"
 #include "frame/modUtils.h"
-#include "support/FakeGridCombo.h"
+#include "support/Fakes.h"
+#include "testing/FakeGridCombo.h"
 #include "widgets/grid_combo/GridComboBox.h"
 
 #include <QApplication>

@@ -5,7 +5,8 @@
 #include "Ratios.h"
 #include "host/records/RecordCollection.h"
 #include "sections/MultiValue.h"
-#include "support/FakeHost.h"
+#include "support/Fakes.h"
+#include "testing/FakeHost.h"
 
 #include <QApplication>
 #include <QListWidget>

@@ -8,7 +8,8 @@
 #include "Typing.h"
 #include "base/xml/XmlDocument.h"
 #include "lookup/EmployeePicker.h"
-#include "support/FakeHost.h"
+#include "support/Fakes.h"
+#include "testing/FakeHost.h"
 #include "widgets/search_box/AutoCompleteComboBox.h"
 #include "widgets/search_box/SuggestionView.h"
 

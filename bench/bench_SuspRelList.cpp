@@ -5,7 +5,8 @@
 #include "Ratios.h"
 #include "base/values/Variant.h"
 #include "sections/SuspRelList.h"
-#include "support/FakeHost.h"
+#include "support/Fakes.h"
+#include "testing/FakeHost.h"
 
 #include <QApplication>
 #include <QTest>
@@ -28,9 +29,9 @@ struct Records
         for (int code = 1; code <= 30; ++code)
             codes.append({QString::number(code), u"Relationship %1"_s.arg(code), code});
         host.setTable(Tables::SuspectRelationship, codes);
-        page->setItem(u"SuspectBO"_s, suspectBO);
-        page->setItem(u"Victims"_s, parties);
-        incident->setItem(u"Suspects"_s, suspects);
+        page->SetItem(u"SuspectBO"_s, suspectBO);
+        page->SetItem(u"Victims"_s, parties);
+        incident->SetItem(u"Suspects"_s, suspects);
         host.state().parents.insert(suspectBO.get(), incident);
         fieldOf(*suspects->AddNew(), u"SeqNo"_s)->SetValue(1);
         for (int i = 1; i <= count; ++i) {
@@ -45,7 +46,7 @@ struct Records
     {
         links = std::make_shared<FakeCollection>(
             QStringList{u"LinkNo"_s, u"VictimSeqNo"_s, u"SeqNo"_s, u"RelationNo"_s});
-        suspectBO->setItem(u"SuspectVictims"_s, links);
+        suspectBO->SetItem(u"SuspectVictims"_s, links);
         for (int i = 1; i <= count; i += step) {
             const tvTableRowPtr row = links->AddNew();
             fieldOf(*row, u"VictimSeqNo"_s)->SetValue(i);

@@ -1,11 +1,11 @@
-#include "support/FakeCaches.h"
+#include "testing/FakeCaches.h"
 
 #include "base/values/Variant.h"
 #include "frame/host_contracts/RemovableWord.h"
 
 using namespace Qt::StringLiterals;
 
-namespace tavrin::test {
+namespace tavrin::testing {
 
 namespace {
 
@@ -142,4 +142,4 @@ std::shared_ptr<NibrsModuleService> makeFakeNibrsModule(StatePtr state)
     return std::make_shared<FakeNibrsModule>(std::move(state));
 }
 
-} // namespace tavrin::test
+} // namespace tavrin::testing

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "support/FakeRecorder.h"
+#include "testing/FakeRecorder.h"
 
-namespace tavrin::test {
+namespace tavrin::testing {
 
 // The lists that a control asks for one by one: code tables, people, offenses, custom words.
 
@@ -13,4 +13,4 @@ std::unique_ptr<UsersCache> makeFakeUsersCache(StatePtr state);
 std::unique_ptr<tvCustomDictionary> makeFakeCustomDictionary(StatePtr state);
 std::shared_ptr<NibrsModuleService> makeFakeNibrsModule(StatePtr state);
 
-} // namespace tavrin::test
+} // namespace tavrin::testing

@@ -1,51 +1,42 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/lists/GridCombo.h"
-#include "base/values/Variant.h"
 
+#include <QString>
 #include <QStringList>
+#include <QVariant>
+#include <QVariantList>
 
-namespace tavrin::test {
+#include <memory>
 
-/// A grid combo without a face. It notes what was done to it, in order.
-class FakeGridCombo final : public GridCombo
+namespace tavrin::testing {
+
+/// A grid combo without a face.
+class TAVRIN_EXPORT FakeGridCombo final : public GridCombo
 {
 public:
-    GridArray& Array() override { return m_array; }
-    void ResetArray() override
-    {
-        m_array = {};
-        log << QStringLiteral("reset");
-    }
-    void Rebind() override { log << QStringLiteral("rebind %1").arg(m_array.UpperBound()); }
-    QVariant Bookmark() const override { return m_bookmark; }
-    void SetBookmark(const QVariant& row) override
-    {
-        m_bookmark = row;
-        log << QStringLiteral("bookmark ") + ToText(row);
-    }
-    void SetText(const QString& text) override
-    {
-        m_text = text;
-        log << QStringLiteral("text \"%1\"").arg(text);
-    }
-    QString text() const { return m_text; }
+    FakeGridCombo();
+    ~FakeGridCombo() override;
+
+    GridArray& Array() override;
+    void ResetArray() override;
+    void Rebind() override;
+    QVariant Bookmark() const override;
+    void SetBookmark(const QVariant& row) override;
+    void SetText(const QString& text) override;
+    /// "old text" at first.
+    QString text() const;
 
     /// The values in column 2, row by row.
-    QVariantList values() const
-    {
-        QVariantList list;
-        for (int row = 1; row <= m_array.UpperBound(); ++row)
-            list << m_array.Value(row, 2);
-        return list;
-    }
+    QVariantList values() const;
 
+    /// What was done to it, in order: "reset", "rebind 3" (the number of rows), "bookmark 2", "text "a"".
     QStringList log;
 
 private:
-    GridArray m_array;
-    QVariant m_bookmark = Null();
-    QString m_text = QStringLiteral("old text");
+    struct Private;
+    std::unique_ptr<Private> d;
 };
 
-} // namespace tavrin::test
+} // namespace tavrin::testing

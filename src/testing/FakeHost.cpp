@@ -1,13 +1,16 @@
-#include "support/FakeHost.h"
+#include "testing/FakeHost.h"
 
 #include "base/values/Variant.h"
-#include "support/FakeCaches.h"
-#include "support/FakeListFilling.h"
-#include "support/FakePictures.h"
-#include "support/FakeServices.h"
-#include "support/FakeTransfer.h"
+#include "testing/FakeCaches.h"
+#include "testing/FakeListFilling.h"
+#include "testing/FakePictures.h"
+#include "testing/FakeServices.h"
+#include "testing/FakeTransfer.h"
 
-namespace tavrin::test {
+#include <memory>
+#include <utility>
+
+namespace tavrin::testing {
 
 void FakeHostState::called(const QString& operation)
 {
@@ -34,91 +37,148 @@ bool FakeHostState::isActive(TableNumber table, const TableValue& value) const
     return !inactive.value(table).contains(value.Value.toInt());
 }
 
-FakeHost::FakeHost()
-    : m_state(std::make_shared<FakeHostState>())
-    , m_hostServices(makeFakeHostServices(m_state))
-    , m_xmlFactory(makeFakeXmlFactory(m_state))
-    , m_session(makeFakeSession(m_state))
-    , m_uiServices(makeFakeUiServices(m_state))
-    , m_listFilling(makeFakeListFilling(m_state))
-    , m_images(makeFakeImages(m_state))
-    , m_environment(makeFakeEnvironment(m_state))
+struct FakeHost::Private
 {
+    std::shared_ptr<FakeHostState> state = std::make_shared<FakeHostState>();
+    std::unique_ptr<HostServices> hostServices = makeFakeHostServices(state);
+    std::unique_ptr<XmlFactory> xmlFactory = makeFakeXmlFactory(state);
+    std::unique_ptr<Session> session = makeFakeSession(state);
+    std::unique_ptr<UiServices> uiServices = makeFakeUiServices(state);
+    std::unique_ptr<ListFilling> listFilling = makeFakeListFilling(state);
+    std::unique_ptr<Images> images = makeFakeImages(state);
+    std::unique_ptr<Environment> environment = makeFakeEnvironment(state);
+};
+
+FakeHost::FakeHost()
+    : d(std::make_unique<Private>())
+{
+}
+
+FakeHost::~FakeHost() = default;
+
+FakeHostState& FakeHost::state()
+{
+    return *d->state;
+}
+
+int FakeHost::calls() const
+{
+    return d->state->calls;
 }
 
 void FakeHost::setTable(TableNumber table, QList<TableValue> values)
 {
-    m_state->tables.insert(table, std::move(values));
+    d->state->tables.insert(table, std::move(values));
+}
+
+void FakeHost::failWith(std::optional<Error> error)
+{
+    d->state->failure = std::move(error);
+}
+
+HostServices& FakeHost::hostServices()
+{
+    return *d->hostServices;
+}
+
+XmlFactory& FakeHost::xmlFactory()
+{
+    return *d->xmlFactory;
+}
+
+Session& FakeHost::session()
+{
+    return *d->session;
+}
+
+UiServices& FakeHost::uiServices()
+{
+    return *d->uiServices;
+}
+
+ListFilling& FakeHost::listFilling()
+{
+    return *d->listFilling;
+}
+
+Images& FakeHost::images()
+{
+    return *d->images;
+}
+
+Environment& FakeHost::environment()
+{
+    return *d->environment;
 }
 
 std::unique_ptr<TableCodeCache> FakeHost::newTableCodeCache()
 {
-    m_state->called(QStringLiteral("new TableCodeCache"));
-    return makeFakeTableCodeCache(m_state);
+    d->state->called(QStringLiteral("new TableCodeCache"));
+    return makeFakeTableCodeCache(d->state);
 }
 
 std::unique_ptr<EmployeeListCache> FakeHost::newEmployeeListCache()
 {
-    m_state->called(QStringLiteral("new EmployeeListCache"));
-    return makeFakeEmployeeListCache(m_state);
+    d->state->called(QStringLiteral("new EmployeeListCache"));
+    return makeFakeEmployeeListCache(d->state);
 }
 
 std::unique_ptr<OffenseListCache> FakeHost::newOffenseListCache()
 {
-    m_state->called(QStringLiteral("new OffenseListCache"));
-    return makeFakeOffenseListCache(m_state);
+    d->state->called(QStringLiteral("new OffenseListCache"));
+    return makeFakeOffenseListCache(d->state);
 }
 
 std::unique_ptr<UsersCache> FakeHost::newUsersCache()
 {
-    m_state->called(QStringLiteral("new UsersCache"));
-    return makeFakeUsersCache(m_state);
+    d->state->called(QStringLiteral("new UsersCache"));
+    return makeFakeUsersCache(d->state);
 }
 
 std::unique_ptr<ThumbnailService> FakeHost::newThumbnailService()
 {
-    m_state->called(QStringLiteral("new ThumbnailService"));
-    return makeFakeThumbnailService(m_state);
+    d->state->called(QStringLiteral("new ThumbnailService"));
+    return makeFakeThumbnailService(d->state);
 }
 
 std::unique_ptr<AttachmentFolders> FakeHost::newAttachmentFolders()
 {
-    m_state->called(QStringLiteral("new AttachmentFolders"));
-    return makeFakeAttachmentFolders(m_state);
+    d->state->called(QStringLiteral("new AttachmentFolders"));
+    return makeFakeAttachmentFolders(d->state);
 }
 
 std::unique_ptr<tvCustomDictionary> FakeHost::newCustomDictionary()
 {
-    m_state->called(QStringLiteral("new tvCustomDictionary"));
-    return makeFakeCustomDictionary(m_state);
+    d->state->called(QStringLiteral("new tvCustomDictionary"));
+    return makeFakeCustomDictionary(d->state);
 }
 
 std::unique_ptr<Downloader> FakeHost::newDownloader()
 {
-    m_state->called(QStringLiteral("new Downloader"));
-    return m_state->makeDownloader ? m_state->makeDownloader() : makeFakeDownloader(m_state);
+    d->state->called(QStringLiteral("new Downloader"));
+    return d->state->makeDownloader ? d->state->makeDownloader() : makeFakeDownloader(d->state);
 }
 
 std::unique_ptr<Uploader> FakeHost::newUploader()
 {
-    m_state->called(QStringLiteral("new Uploader"));
-    return makeFakeUploader(m_state);
+    d->state->called(QStringLiteral("new Uploader"));
+    return makeFakeUploader(d->state);
 }
 
 tvTableCollectionPtr FakeHost::newTableCollection()
 {
-    m_state->called(QStringLiteral("new tvTableCollection"));
+    d->state->called(QStringLiteral("new tvTableCollection"));
     const auto collection = std::make_shared<FakeCollection>();
-    m_state->madeCollection = collection;
+    d->state->madeCollection = collection;
     return collection;
 }
 
 std::shared_ptr<NibrsModuleService> FakeHost::createNibrsModule(const QString& className)
 {
-    m_state->called(QStringLiteral("create ") + className);
-    if (!m_state->hasNibrs || className != QLatin1String("NIBRS.Singletons"))
+    d->state->called(QStringLiteral("create ") + className);
+    if (!d->state->hasNibrs || className != QLatin1String("NIBRS.Singletons"))
         return Host::createNibrsModule(className);
-    return makeFakeNibrsModule(m_state);
+    return makeFakeNibrsModule(d->state);
 }
 
-} // namespace tavrin::test
+} // namespace tavrin::testing

@@ -1,22 +1,30 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/failure/Error.h"
 #include "frame/host_contracts/Host.h"
-#include "support/FakeRecords.h"
+#include "testing/FakeRecords.h"
 
 #include <QHash>
+#include <QImage>
+#include <QList>
 #include <QMap>
+#include <QPair>
 #include <QSet>
+#include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
 
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 
-namespace tavrin::test {
+namespace tavrin::testing {
 
-/// What a fake host knows and what was asked of it. The fake's services all share one.
-struct FakeHostState
+/// What a fake host knows and what was asked of it. It gains members from version to version, so a test is
+/// compiled with the version that it runs with.
+struct TAVRIN_EXPORT FakeHostState
 {
     /// Calls of any operation of any service; making a cache object counts as well.
     int calls = 0;
@@ -91,26 +99,33 @@ struct FakeHostState
 };
 
 /// A host without database and files. A test sets what it answers through `state`, installs it with a
-/// `HostInstallation` and reads there what was asked.
-class FakeHost final : public Host
+/// `HostInstallation` and reads there what was asked:
+///
+///     FakeHost host;
+///     host.setTable(302, {{u"H"_s, u"Handgun"_s, 11}});
+///     const HostInstallation installed(host);
+///     ... // the form under test
+///     QCOMPARE(host.state().log.count(u"GetTableValues 302"_s), 1);
+class TAVRIN_EXPORT FakeHost final : public Host
 {
 public:
     FakeHost();
+    ~FakeHost() override;
 
-    FakeHostState& state() { return *m_state; }
-    int calls() const { return m_state->calls; }
+    FakeHostState& state();
+    int calls() const;
     /// Gives a code table its values, all of them active.
     void setTable(TableNumber table, QList<TableValue> values);
     /// Whatever is called from now on raises this; `{}` ends that.
-    void failWith(std::optional<Error> error) { m_state->failure = std::move(error); }
+    void failWith(std::optional<Error> error);
 
-    HostServices& hostServices() override { return *m_hostServices; }
-    XmlFactory& xmlFactory() override { return *m_xmlFactory; }
-    Session& session() override { return *m_session; }
-    UiServices& uiServices() override { return *m_uiServices; }
-    ListFilling& listFilling() override { return *m_listFilling; }
-    Images& images() override { return *m_images; }
-    Environment& environment() override { return *m_environment; }
+    HostServices& hostServices() override;
+    XmlFactory& xmlFactory() override;
+    Session& session() override;
+    UiServices& uiServices() override;
+    ListFilling& listFilling() override;
+    Images& images() override;
+    Environment& environment() override;
 
     std::unique_ptr<TableCodeCache> newTableCodeCache() override;
     std::unique_ptr<EmployeeListCache> newEmployeeListCache() override;
@@ -125,14 +140,8 @@ public:
     std::shared_ptr<NibrsModuleService> createNibrsModule(const QString& className) override;
 
 private:
-    std::shared_ptr<FakeHostState> m_state;
-    std::unique_ptr<HostServices> m_hostServices;
-    std::unique_ptr<XmlFactory> m_xmlFactory;
-    std::unique_ptr<Session> m_session;
-    std::unique_ptr<UiServices> m_uiServices;
-    std::unique_ptr<ListFilling> m_listFilling;
-    std::unique_ptr<Images> m_images;
-    std::unique_ptr<Environment> m_environment;
+    struct Private;
+    std::unique_ptr<Private> d;
 };
 
-} // namespace tavrin::test
+} // namespace tavrin::testing

@@ -1,10 +1,10 @@
-#include "support/FakeListFilling.h"
+#include "testing/FakeListFilling.h"
 
 #include "base/values/Variant.h"
 
 using namespace Qt::StringLiterals;
 
-namespace tavrin::test {
+namespace tavrin::testing {
 
 namespace {
 
@@ -60,4 +60,4 @@ std::unique_ptr<ListFilling> makeFakeListFilling(StatePtr state)
     return std::make_unique<FakeListFilling>(std::move(state));
 }
 
-} // namespace tavrin::test
+} // namespace tavrin::testing

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "support/FakeRecorder.h"
+#include "testing/FakeRecorder.h"
 
-namespace tavrin::test {
+namespace tavrin::testing {
 
 // What fills lists and fits pictures for the controls.
 
 std::unique_ptr<ListFilling> makeFakeListFilling(StatePtr state);
 
-} // namespace tavrin::test
+} // namespace tavrin::testing

@@ -1,10 +1,10 @@
-#include "support/FakePictures.h"
+#include "testing/FakePictures.h"
 
 #include "base/values/Variant.h"
 
 using namespace Qt::StringLiterals;
 
-namespace tavrin::test {
+namespace tavrin::testing {
 
 namespace {
 
@@ -68,4 +68,4 @@ std::unique_ptr<AttachmentFolders> makeFakeAttachmentFolders(StatePtr state)
     return std::make_unique<FakeFolders>(std::move(state));
 }
 
-} // namespace tavrin::test
+} // namespace tavrin::testing

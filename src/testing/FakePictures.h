@@ -1,8 +1,8 @@
 #pragma once
 
-#include "support/FakeRecorder.h"
+#include "testing/FakeRecorder.h"
 
-namespace tavrin::test {
+namespace tavrin::testing {
 
 // Pictures, their thumbnails, and the folders that they lie in.
 
@@ -10,4 +10,4 @@ std::unique_ptr<Images> makeFakeImages(StatePtr state);
 std::unique_ptr<ThumbnailService> makeFakeThumbnailService(StatePtr state);
 std::unique_ptr<AttachmentFolders> makeFakeAttachmentFolders(StatePtr state);
 
-} // namespace tavrin::test
+} // namespace tavrin::testing

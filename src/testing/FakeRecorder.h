@@ -1,8 +1,8 @@
 #pragma once
 
-#include "support/FakeHost.h"
+#include "testing/FakeHost.h"
 
-namespace tavrin::test {
+namespace tavrin::testing {
 
 using StatePtr = std::shared_ptr<FakeHostState>;
 
@@ -33,4 +33,4 @@ private:
     StatePtr m_state;
 };
 
-} // namespace tavrin::test
+} // namespace tavrin::testing

@@ -1,4 +1,4 @@
-#include "support/FakeServices.h"
+#include "testing/FakeServices.h"
 
 #include "base/values/Variant.h"
 
@@ -6,7 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tavrin::test {
+namespace tavrin::testing {
 
 namespace {
 
@@ -140,4 +140,4 @@ std::unique_ptr<Environment> makeFakeEnvironment(StatePtr state)
     return std::make_unique<FakeEnvironment>(std::move(state));
 }
 
-} // namespace tavrin::test
+} // namespace tavrin::testing

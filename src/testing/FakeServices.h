@@ -1,8 +1,8 @@
 #pragma once
 
-#include "support/FakeRecorder.h"
+#include "testing/FakeRecorder.h"
 
-namespace tavrin::test {
+namespace tavrin::testing {
 
 // The services that every host has. `FakeHostState` says what they answer.
 
@@ -12,4 +12,4 @@ std::unique_ptr<Session> makeFakeSession(StatePtr state);
 std::unique_ptr<UiServices> makeFakeUiServices(StatePtr state);
 std::unique_ptr<Environment> makeFakeEnvironment(StatePtr state);
 
-} // namespace tavrin::test
+} // namespace tavrin::testing

@@ -1,11 +1,11 @@
-#include "support/FakeTransfer.h"
+#include "testing/FakeTransfer.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
 
-namespace tavrin::test {
+namespace tavrin::testing {
 
 namespace {
 
@@ -123,4 +123,4 @@ std::unique_ptr<Uploader> makeFakeUploader(StatePtr state)
     return std::make_unique<FakeUploader>(std::move(state));
 }
 
-} // namespace tavrin::test
+} // namespace tavrin::testing

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "support/FakeRecorder.h"
+#include "testing/FakeRecorder.h"
 
-namespace tavrin::test {
+namespace tavrin::testing {
 
 // Transfer between real files, in two steps of progress, without what makes a store safe. Paths in the store
 // may have backslashes. `FakeHostState::transferFailures` makes a transfer fail, `duringTransfer` is called
@@ -16,4 +16,4 @@ std::unique_ptr<Downloader> makeFakeDownloader(StatePtr state);
 /// Copies the source, where it exists, and makes the folders above the destination.
 std::unique_ptr<Uploader> makeFakeUploader(StatePtr state);
 
-} // namespace tavrin::test
+} // namespace tavrin::testing

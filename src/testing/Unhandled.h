@@ -1,29 +1,26 @@
 #pragma once
 
+#include "base/export/Export.h"
 #include "base/failure/Guard.h"
 
 #include <QStringList>
 
-namespace tavrin::test {
+namespace tavrin::testing {
 
-/// Notes the failures that nobody caught.
-class Unhandled
+/// Notes the failures that nobody caught, in the place of the application's handler of unhandled errors.
+class TAVRIN_EXPORT Unhandled
 {
 public:
-    Unhandled()
-        : m_before(setUnhandledErrorHandler([this](const Error& error, const QString& where) {
-            texts << where + QStringLiteral(": ") + error.Description;
-        }))
-    {
-    }
+    Unhandled();
     Unhandled(const Unhandled&) = delete;
     Unhandled& operator=(const Unhandled&) = delete;
-    ~Unhandled() { setUnhandledErrorHandler(m_before); }
+    ~Unhandled();
 
+    /// "place: description" of each.
     QStringList texts;
 
 private:
     UnhandledErrorHandler m_before;
 };
 
-} // namespace tavrin::test
+} // namespace tavrin::testing

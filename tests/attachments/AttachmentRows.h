@@ -1,7 +1,8 @@
 #pragma once
 
 #include "base/values/Variant.h"
-#include "support/FakeRecords.h"
+#include "support/Fakes.h"
+#include "testing/FakeRecords.h"
 
 #include <QImage>
 #include <QTemporaryDir>

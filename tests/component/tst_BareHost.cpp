@@ -1,10 +1,10 @@
 #include "component/ClassRegister.h"
 #include "frame/host_contracts/Host.h"
 #include "frame/modUtils.h"
-#include "support/FakeDesktop.h"
 #include "support/RaisedError.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/FakeDesktop.h"
+#include "testing/Unhandled.h"
 
 #include <QCoreApplication>
 #include <QPointer>

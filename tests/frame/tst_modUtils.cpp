@@ -1,9 +1,9 @@
 #include "base/failure/Error.h"
 #include "frame/modUtils.h"
-#include "support/FakeHost.h"
 #include "support/ProbeControl.h"
 #include "support/RaisedError.h"
 #include "support/TestCase.h"
+#include "testing/FakeHost.h"
 
 #include <QDir>
 #include <QFile>

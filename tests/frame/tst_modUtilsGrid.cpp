@@ -1,8 +1,8 @@
 #include "base/values/Variant.h"
 #include "frame/modUtils.h"
-#include "support/FakeGridCombo.h"
-#include "support/FakeHost.h"
 #include "support/TestCase.h"
+#include "testing/FakeGridCombo.h"
+#include "testing/FakeHost.h"
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;

@@ -2,10 +2,12 @@
 
 #include "base/failure/Error.h"
 #include "base/values/Variant.h"
+#include "frame/memory_records/MemoryField.h"
+#include "frame/memory_records/MemoryRow.h"
 #include "geocode/LatLong.h"
-#include "support/FakeDesktop.h"
-#include "support/FakeRecords.h"
 #include "support/TestCase.h"
+#include "testing/FakeDesktop.h"
+#include "testing/FakeRecords.h"
 #include "widgets/boxes/FlatOptionButton.h"
 #include "widgets/boxes/TextBox.h"
 #include "widgets/labels/FontIconLabel.h"
@@ -42,7 +44,7 @@ public:
             m_fields[field->Name()] = field.get();
             fields << field;
         }
-        record->setItem(QStringLiteral("LocationName"), std::make_shared<FakeRow>(fields, isNew));
+        record->SetItem(QStringLiteral("LocationName"), std::make_shared<MemoryRow>(fields, isNew));
     }
     LocationRecord(const LocationRecord&) = delete;
     LocationRecord& operator=(const LocationRecord&) = delete;

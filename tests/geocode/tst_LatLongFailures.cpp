@@ -1,3 +1,5 @@
+#include "frame/memory_records/MemoryField.h"
+#include "frame/memory_records/MemoryRow.h"
 #include "geocode/LatLongStage.h"
 #include "support/FailingRecords.h"
 
@@ -45,7 +47,7 @@ private Q_SLOTS:
         stage.details()->Click.raise(); // the record was stored nevertheless
         stage.checkFailure(u"lnkViewDetails_Click"_s, u"The record has no row LocationName"_s);
         const auto bare = std::make_shared<FakeRecord>();
-        bare->setItem(u"LocationName"_s, std::make_shared<FakeRow>(QList<tvFieldPtr>(), false));
+        bare->SetItem(u"LocationName"_s, std::make_shared<MemoryRow>(QList<tvFieldPtr>(), false));
         stage.section().ReadData(bare);
         stage.checkFailure(u"BoundSection_ReadData"_s, u"The row has no field Latitude"_s);
     }

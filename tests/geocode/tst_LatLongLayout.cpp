@@ -1,7 +1,7 @@
 #include "frame/control_frame/PropertyBag.h"
 #include "geocode/LatLongStage.h"
-#include "support/FakeHost.h"
-#include "support/Unhandled.h"
+#include "testing/FakeHost.h"
+#include "testing/Unhandled.h"
 #include "widgets/drawing/BoxShape.h"
 #include "widgets/drawing/IconGlyphs.h"
 

@@ -1,6 +1,6 @@
 #include "geocode/LatLongStage.h"
 #include "support/Keys.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 #include "widgets/panels/PopupMenu.h"
 
 #include <QApplication>

@@ -1,5 +1,5 @@
 #include "geocode/LatLongStage.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;

@@ -2,8 +2,9 @@
 
 #include "frame/Timer.h"
 #include "lookup/AutoCompleteField.h"
-#include "support/FakeHost.h"
+#include "support/Fakes.h"
 #include "support/Members.h"
+#include "testing/FakeHost.h"
 #include "widgets/boxes/TextBox.h"
 #include "widgets/lists/DropDownList.h"
 

@@ -1,8 +1,9 @@
 #pragma once
 
 #include "base/xml/XmlDocument.h"
-#include "support/FakeHost.h"
+#include "support/Fakes.h"
 #include "support/RaisedError.h"
+#include "testing/FakeHost.h"
 #include "widgets/drawing/PictureSurface.h"
 #include "widgets/labels/Label.h"
 #include "widgets/search_box/AutoCompleteComboBox.h"

@@ -2,11 +2,11 @@
 #include "component/ClassRegister.h"
 #include "frame/control_frame/Ambient.h"
 #include "lookup/AgencyForm.h"
-#include "support/FakeDesktop.h"
 #include "support/Fonts.h"
 #include "support/Members.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/FakeDesktop.h"
+#include "testing/Unhandled.h"
 
 #include <QAccessible>
 #include <QSignalSpy>

@@ -3,7 +3,7 @@
 #include "lookup/ComboPickerForm.h"
 #include "lookup/EmployeePicker.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 
 using namespace tavrin;
 using namespace Qt::StringLiterals;

@@ -2,7 +2,7 @@
 #include "lookup/FlatPickerForm.h"
 #include "support/Members.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 #include "widgets/drawing/IconGlyphs.h"
 
 using namespace tavrin;

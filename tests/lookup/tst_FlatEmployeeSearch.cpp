@@ -3,7 +3,7 @@
 #include "lookup/FlatPickerForm.h"
 #include "lookup/RecordingPicture.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 
 #include <QClipboard>
 

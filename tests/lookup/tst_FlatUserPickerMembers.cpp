@@ -3,7 +3,7 @@
 #include "support/Members.h"
 #include "support/RaisedError.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 #include "widgets/drawing/IconGlyphs.h"
 
 #include <QVariantList>

@@ -1,11 +1,11 @@
 #include "base/values/Variant.h"
 #include "frame/control_frame/PropertyBag.h"
 #include "lookup/FlatPickerForm.h"
-#include "support/FakeDesktop.h"
 #include "support/Fonts.h"
 #include "support/Members.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/FakeDesktop.h"
+#include "testing/Unhandled.h"
 
 #include <QRegularExpression>
 

@@ -3,10 +3,10 @@
 #include "frame/control_frame/PropertyBag.h"
 #include "frame/modUtils.h"
 #include "lookup/NibrsOffensePicker.h"
-#include "support/FakeHost.h"
 #include "support/Members.h"
 #include "support/RaisedError.h"
 #include "support/TestCase.h"
+#include "testing/FakeHost.h"
 #include "widgets/lists/FlatDropdown.h"
 
 #include <QApplication>

@@ -2,7 +2,7 @@
 #include "lookup/ComboPickerForm.h"
 #include "lookup/OffensePicker.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 #include "widgets/labels/Link.h"
 
 using namespace tavrin;

@@ -2,9 +2,9 @@
 #include "lookup/FlatEmployeePicker.h"
 #include "lookup/FlatUserPicker.h"
 #include "lookup/OffensePicker.h"
-#include "support/FakeHost.h"
 #include "support/Fonts.h"
 #include "support/TestCase.h"
+#include "testing/FakeHost.h"
 #include "widgets/search_box/SearchBox.h"
 #include "widgets/search_box/SuggestionView.h"
 

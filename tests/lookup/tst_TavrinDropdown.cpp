@@ -2,10 +2,10 @@
 #include "base/values/Variant.h"
 #include "frame/control_frame/PropertyBag.h"
 #include "lookup/TavrinDropdown.h"
-#include "support/FakeHost.h"
 #include "support/Members.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/FakeHost.h"
+#include "testing/Unhandled.h"
 #include "widgets/lists/FlatDropdown.h"
 
 #include <QApplication>

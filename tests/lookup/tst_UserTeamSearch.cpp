@@ -4,7 +4,7 @@
 #include "lookup/RecordingPicture.h"
 #include "lookup/UserTeamList.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 
 #include <QClipboard>
 #include <QVariantList>

@@ -4,7 +4,8 @@
 #include "base/values/Variant.h"
 #include "lookup/AgencyPicker.h"
 #include "pictures/Pictures.h"
-#include "support/FakeHost.h"
+#include "support/Fakes.h"
+#include "testing/FakeHost.h"
 #include "widgets/grid_combo/GridComboBox.h"
 #include "workbench/application/Theme.h"
 

@@ -5,7 +5,8 @@
 #include "attachments/dialogs/frmDownloadFolderPrompt.h"
 #include "attachments/dialogs/frmDownloadTask.h"
 #include "pictures/Pictures.h"
-#include "support/FakeHost.h"
+#include "support/Fakes.h"
+#include "testing/FakeHost.h"
 #include "widgets/boxes/TextBox.h"
 #include "workbench/application/Theme.h"
 

@@ -3,9 +3,12 @@
 
 #include "attachments/section/Attachments.h"
 #include "base/values/Variant.h"
+#include "frame/memory_records/MemoryField.h"
+#include "frame/memory_records/MemoryRow.h"
 #include "pictures/ForwardingHost.h"
 #include "pictures/Pictures.h"
-#include "support/FakeRecords.h"
+#include "support/Fakes.h"
+#include "testing/FakeRecords.h"
 #include "widgets/lists/ListView.h"
 #include "workbench/application/Theme.h"
 
@@ -87,7 +90,7 @@ struct Stage
         host.fake.state().settings.insert(u"_Global/Attachments Folder"_s, u"/store"_s);
         for (int i = 0; i < files; ++i)
             add(i);
-        record->setItem(u"Attachments"_s, rows);
+        record->SetItem(u"Attachments"_s, rows);
         section = new Attachments(&window);
         window.resize(section->sizeHint() + QSize(40, 24));
         section->setGeometry(20, 12, section->sizeHint().width(), section->sizeHint().height());
@@ -99,7 +102,7 @@ struct Stage
         const File& file = Files[index];
         QList<tvFieldPtr> fields;
         const auto put = [&fields](const QString& field, const QVariant& value) {
-            fields << std::make_shared<test::FakeField>(field, value);
+            fields << std::make_shared<MemoryField>(field, value);
         };
         const QString stored = u"2014\\03\\"_s + QString::fromUtf8(file.name);
         host.fake.state().thumbnails.insert(u"/store\\"_s + stored, u"thumbnail"_s);
@@ -112,7 +115,7 @@ struct Stage
         put(u"UserId"_s, QString::fromUtf8(file.user));
         put(u"UserDate"_s, QDateTime({2016, 2, 1 + index}, {13, 5, 7}));
         put(u"FolderNo"_s, Null());
-        rows->Add(std::make_shared<test::FakeRow>(fields, false)); // saved: removing it takes a right
+        rows->Add(std::make_shared<MemoryRow>(fields, false)); // saved: removing it takes a right
     }
     /// Shows the file at this index, counted from 1, which is the cover when it is the first.
     void open(qint16 current)

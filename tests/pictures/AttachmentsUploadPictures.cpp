@@ -3,7 +3,8 @@
 
 #include "attachments/dialogs/frmUploadTask.h"
 #include "pictures/Pictures.h"
-#include "support/FakeHost.h"
+#include "support/Fakes.h"
+#include "testing/FakeHost.h"
 #include "workbench/application/Theme.h"
 
 #include <QFile>

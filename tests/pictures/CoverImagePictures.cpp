@@ -4,9 +4,9 @@
 #include "attachments/section/CoverImage.h"
 #include "base/values/Variant.h"
 #include "pictures/Pictures.h"
-#include "support/FakeHost.h"
-#include "support/FakeRecords.h"
 #include "support/TestCase.h"
+#include "testing/FakeHost.h"
+#include "testing/FakeRecords.h"
 #include "workbench/application/Theme.h"
 
 #include <QLabel>
@@ -78,7 +78,7 @@ tvBusinessObjectPtr record(bool withCover)
     if (withCover)
         rows->SetPrimaryValue(1);
     auto owner = std::make_shared<test::FakeRecord>();
-    owner->setItem(QStringLiteral("Attachments"), rows);
+    owner->SetItem(QStringLiteral("Attachments"), rows);
     return owner;
 }
 

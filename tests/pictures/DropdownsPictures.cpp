@@ -4,7 +4,8 @@
 #include "lookup/NibrsOffensePicker.h"
 #include "lookup/TavrinDropdown.h"
 #include "pictures/Pictures.h"
-#include "support/FakeHost.h"
+#include "support/Fakes.h"
+#include "testing/FakeHost.h"
 #include "widgets/lists/FlatDropdown.h"
 #include "workbench/application/Theme.h"
 

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "support/FakeHost.h"
+#include "support/Fakes.h"
+#include "testing/FakeHost.h"
 
 namespace tavrin::test {
 

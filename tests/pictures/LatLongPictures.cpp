@@ -2,10 +2,12 @@
 // QT_SCALE_FACTOR=2 one large picture.
 
 #include "base/values/Variant.h"
+#include "frame/memory_records/MemoryField.h"
+#include "frame/memory_records/MemoryRow.h"
 #include "geocode/LatLong.h"
 #include "pictures/Pictures.h"
-#include "support/FakeRecords.h"
 #include "support/TestCase.h"
+#include "testing/FakeRecords.h"
 #include "workbench/application/Theme.h"
 
 #include <QLineEdit>
@@ -25,7 +27,7 @@ tvBusinessObjectPtr recordWith(const Values& values, bool isNew = false)
     for (const char* name :
          {"Latitude", "Longitude", "GeocodeOnSave", "GeocodeStatus", "GeocodeAccuracy", "GeocodeAccuracyType",
           "GeocodeError", "GeocodeInputAddress", "GeocodeOutputAddress"}) {
-        auto field = std::make_shared<test::FakeField>(QString::fromLatin1(name));
+        auto field = std::make_shared<MemoryField>(QString::fromLatin1(name));
         for (const auto& [key, value] : values) {
             if (std::string_view(key) == name)
                 field->SetValue(value);
@@ -33,7 +35,7 @@ tvBusinessObjectPtr recordWith(const Values& values, bool isNew = false)
         fields << field;
     }
     auto record = std::make_shared<test::FakeRecord>();
-    record->setItem(QStringLiteral("LocationName"), std::make_shared<test::FakeRow>(fields, isNew));
+    record->SetItem(QStringLiteral("LocationName"), std::make_shared<MemoryRow>(fields, isNew));
     return record;
 }
 

@@ -5,7 +5,7 @@
 #include "pictures/Pictures.h"
 #include "sections/MultiValue.h"
 #include "sections/frmMultiValueSelect.h"
-#include "support/FakeHost.h"
+#include "testing/FakeHost.h"
 #include "widgets/labels/TextLink.h"
 #include "widgets/lists/ListBox.h"
 #include "workbench/application/Theme.h"

@@ -7,7 +7,8 @@
 #include "lookup/FlatUserPicker.h"
 #include "lookup/OffensePicker.h"
 #include "pictures/Pictures.h"
-#include "support/FakeHost.h"
+#include "support/Fakes.h"
+#include "testing/FakeHost.h"
 #include "widgets/search_box/SearchBox.h"
 #include "workbench/application/Theme.h"
 

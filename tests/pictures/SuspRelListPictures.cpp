@@ -5,7 +5,8 @@
 #include "pictures/Pictures.h"
 #include "sections/SuspRelList.h"
 #include "sections/frmSuspRel.h"
-#include "support/FakeHost.h"
+#include "support/Fakes.h"
+#include "testing/FakeHost.h"
 #include "widgets/lists/FlatDropdown.h"
 #include "widgets/lists/ListView.h"
 #include "workbench/application/Theme.h"
@@ -36,10 +37,10 @@ struct Stage
                                                     {u"NE"_s, u"Neighbor"_s, 2},
                                                     {u"ST"_s, u"Stranger"_s, 3},
                                                     {u"EE"_s, u"Employee"_s, 4}});
-        page->setItem(u"SuspectBO"_s, suspectBO);
-        page->setItem(u"Victims"_s, parties);
-        suspectBO->setItem(u"SuspectVictims"_s, this->links);
-        incident->setItem(u"Suspects"_s, suspects);
+        page->SetItem(u"SuspectBO"_s, suspectBO);
+        page->SetItem(u"Victims"_s, parties);
+        suspectBO->SetItem(u"SuspectVictims"_s, this->links);
+        incident->SetItem(u"Suspects"_s, suspects);
         host.state().parents.insert(suspectBO.get(), incident);
         suspect = suspects->AddNew();
         fieldOf(*suspect, u"SuspectName"_s)->SetValue(u"Moss, Ada"_s);

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "sections/MultiValue.h"
-#include "support/FakeHost.h"
+#include "support/Fakes.h"
+#include "testing/FakeHost.h"
 #include "widgets/labels/TextLink.h"
 #include "widgets/lists/ListBox.h"
 

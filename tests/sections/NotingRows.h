@@ -2,7 +2,7 @@
 
 #include "base/failure/Error.h"
 #include "sections/MultiValueForm.h"
-#include "support/FakeRecords.h"
+#include "testing/FakeRecords.h"
 
 #include <QStringList>
 

@@ -3,11 +3,11 @@
 #include "base/values/Variant.h"
 #include "sections/SuspRelList.h"
 #include "support/FailingRecords.h"
-#include "support/FakeDesktop.h"
-#include "support/FakeHost.h"
 #include "support/RaisedError.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/FakeDesktop.h"
+#include "testing/FakeHost.h"
+#include "testing/Unhandled.h"
 #include "widgets/lists/ListView.h"
 #include "widgets/panels/PopupMenu.h"
 #include "widgets/panels/TipPanel.h"
@@ -43,12 +43,12 @@ struct SuspectForm
         host.setTable(Tables::SuspectRelationship, {{QStringLiteral("F"), QStringLiteral("Friend"), 1},
                                                     {QStringLiteral("N"), QStringLiteral("Neighbor"), 2},
                                                     {QStringLiteral("S"), QStringLiteral("Stranger"), 3}});
-        page->setItem(QStringLiteral("SuspectBO"), suspectBO);
-        page->setItem(QStringLiteral("IncidentBO"), incident);
-        page->setItem(QStringLiteral("Victims"), victims);
-        suspectBO->setItem(QStringLiteral("SuspectVictims"), links);
-        incident->setItem(QStringLiteral("Suspects"), suspects);
-        incident->setItem(QStringLiteral("Victims"), victims);
+        page->SetItem(QStringLiteral("SuspectBO"), suspectBO);
+        page->SetItem(QStringLiteral("IncidentBO"), incident);
+        page->SetItem(QStringLiteral("Victims"), victims);
+        suspectBO->SetItem(QStringLiteral("SuspectVictims"), links);
+        incident->SetItem(QStringLiteral("Suspects"), suspects);
+        incident->SetItem(QStringLiteral("Victims"), victims);
         host.state().parents.insert(suspectBO.get(), incident);
         addSuspect(7, QStringLiteral("Moss, Ada"));
 

@@ -2,7 +2,7 @@
 #include "sections/MultiValueForm.h"
 #include "support/Members.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 
 #include <QAccessible>
 

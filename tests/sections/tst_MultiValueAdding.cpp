@@ -1,11 +1,11 @@
 #include "base/failure/Error.h"
 #include "sections/MultiValueForm.h"
 #include "sections/frmMultiValueSelect.h"
-#include "support/FakeDesktop.h"
 #include "support/Keys.h"
 #include "support/NextModal.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/FakeDesktop.h"
+#include "testing/Unhandled.h"
 
 #include <algorithm>
 #include <optional>

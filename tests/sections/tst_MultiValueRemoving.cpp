@@ -1,7 +1,7 @@
 #include "base/failure/Error.h"
 #include "sections/MultiValueForm.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 
 #include <QAction>
 

@@ -1,4 +1,6 @@
 #include "base/values/Variant.h"
+#include "frame/memory_records/MemoryField.h"
+#include "frame/memory_records/MemoryRow.h"
 #include "sections/MultiValueForm.h"
 #include "sections/NotingRows.h"
 #include "support/TestCase.h"
@@ -165,9 +167,9 @@ private Q_SLOTS:
     {
         MultiValueForm form;
         const auto rows = std::make_shared<FakeCollection>(QStringList{u"SeqNo"_s, u"WeaponNo"_s});
-        rows->Add(std::make_shared<FakeRow>(QList<tvFieldPtr>{
-            std::make_shared<FakeField>(u"SeqNo"_s, 1, true), std::make_shared<FakeLinkField>(),
-            std::make_shared<FakeField>(u"WeaponNo"_s)}));
+        rows->Add(std::make_shared<MemoryRow>(QList<tvFieldPtr>{
+            std::make_shared<MemoryField>(u"SeqNo"_s, 1, true), std::make_shared<FakeLinkField>(),
+            std::make_shared<MemoryField>(u"WeaponNo"_s)}));
         form.save(rows);
         QCOMPARE(rows->Count(), 0);
     }

@@ -255,7 +255,7 @@ private Q_SLOTS:
         const auto before = form.victims;
         const auto after = std::make_shared<FakeCollection>(
             before->KeyColumn() == u"SeqNo"_s ? QStringList{u"SeqNo"_s} : QStringList());
-        form.incident->setItem(u"Victims"_s, after);
+        form.incident->SetItem(u"Victims"_s, after);
         form.write(); // a write connects anew, as a read does
         form.list->AddItem(u"key_7:1"_s, {});
         removeAt(*before, 1);

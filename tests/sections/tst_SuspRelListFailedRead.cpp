@@ -1,3 +1,5 @@
+#include "frame/memory_records/MemoryField.h"
+#include "frame/memory_records/MemoryRow.h"
 #include "sections/SuspectForm.h"
 #include "support/Keys.h"
 #include "support/NextModal.h"
@@ -13,18 +15,18 @@ namespace {
 void takeAway(SuspectForm& form, const QString& what)
 {
     if (what == u"SuspectBO"_s)
-        form.page->setItem(what, nullptr);
+        form.page->SetItem(what, nullptr);
     else if (what == u"parent"_s)
         form.host.state().parents.clear();
     else if (what == u"Suspects"_s)
-        form.incident->setItem(what, nullptr);
+        form.incident->SetItem(what, nullptr);
     else if (what == u"SuspectVictims"_s)
-        form.suspectBO->setItem(what, nullptr);
+        form.suspectBO->SetItem(what, nullptr);
     else if (what == u"VictimSeqNo"_s)
         form.section->SetOtherItemSeqName(u"NoSuchField"_s);
     else if (what == u"VictimName"_s)
         form.victims->Add(
-            std::make_shared<FakeRow>(QList<tvFieldPtr>{std::make_shared<FakeField>(u"SeqNo"_s, 4)}));
+            std::make_shared<MemoryRow>(QList<tvFieldPtr>{std::make_shared<MemoryField>(u"SeqNo"_s, 4)}));
     else
         form.host.failWith(Error(u"no server"_s));
 }
@@ -143,9 +145,9 @@ private Q_SLOTS:
         form.host.failWith({});
         QCOMPARE(form.rows(), QStringList());
         QVERIFY(!form.tip->isHidden());
-        form.page->setItem(u"SuspectBO"_s, form.suspectBO);
-        form.incident->setItem(u"Suspects"_s, form.suspects);
-        form.suspectBO->setItem(u"SuspectVictims"_s, form.links);
+        form.page->SetItem(u"SuspectBO"_s, form.suspectBO);
+        form.incident->SetItem(u"Suspects"_s, form.suspects);
+        form.suspectBO->SetItem(u"SuspectVictims"_s, form.links);
         const QStringList before = form.linkTexts();
         const Error refused = form.writeError();
         QCOMPARE(refused.Description, NotRead);
@@ -220,7 +222,7 @@ private Q_SLOTS:
         form.boxes.during([&] {
             form.section->SetOtherCollectionTag(u"Victims"_s);
             if (fails)
-                form.suspectBO->setItem(u"SuspectVictims"_s, nullptr);
+                form.suspectBO->SetItem(u"SuspectVictims"_s, nullptr);
             QCOMPARE(raisedBy([&] { form.read(); }).Number != 0, fails);
         });
         const QStringList links = form.linkTexts();

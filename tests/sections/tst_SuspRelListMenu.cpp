@@ -76,7 +76,7 @@ private Q_SLOTS:
         form.rightClick(form.placeOfRow(0)); // leaves a name in the caption
         form.menu->close();
         form.section->SetOtherCollectionTag(u"IncidentBO.Victims"_s);
-        form.suspectBO->setItem(u"SuspectVictims"_s, std::make_shared<tavrin::test::FakeCollection>());
+        form.suspectBO->SetItem(u"SuspectVictims"_s, std::make_shared<tavrin::test::FakeCollection>());
         form.read();
         form.rightClick(form.tip->geometry().center());
         QVERIFY(form.menu->isVisible());
@@ -155,9 +155,9 @@ private Q_SLOTS:
             std::exchange(form.links, std::make_shared<tavrin::test::FakeCollection>(QStringList{
                                           u"LinkNo"_s, u"VictimSeqNo"_s, u"SeqNo"_s, u"RelationNo"_s}));
         form.addLink(3, 3);
-        form.suspectBO->setItem(u"SuspectVictims"_s, form.links);
+        form.suspectBO->SetItem(u"SuspectVictims"_s, form.links);
         if (fails)
-            (missing == u"SuspectBO"_s ? *form.page : *form.suspectBO).setItem(missing, nullptr);
+            (missing == u"SuspectBO"_s ? *form.page : *form.suspectBO).SetItem(missing, nullptr);
         try {
             form.read();
             QVERIFY(!fails);
@@ -358,7 +358,7 @@ private Q_SLOTS:
             QTest::keyClick(dialog.windowHandle(), Qt::Key_Return);
             form.links = std::make_shared<tavrin::test::FakeCollection>(
                 QStringList{u"LinkNo"_s, u"VictimSeqNo"_s, u"SeqNo"_s, u"RelationNo"_s});
-            form.suspectBO->setItem(u"SuspectVictims"_s, form.links);
+            form.suspectBO->SetItem(u"SuspectVictims"_s, form.links);
             form.addLink(1, 2);
             form.suspects->SetPosition(2);
             form.read();

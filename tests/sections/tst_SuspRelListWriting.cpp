@@ -139,7 +139,7 @@ private Q_SLOTS:
         SuspectForm form;
         form.host.state().requiredFields << u"Incident/IncdSuspOther/RelationNo"_s;
         form.section->SetOtherItemName(u"Other"_s);
-        form.suspectBO->setItem(u"SuspectOthers"_s, form.links);
+        form.suspectBO->SetItem(u"SuspectOthers"_s, form.links);
         form.addVictim(1, {});
         form.read();
         QVERIFY(form.writeError().Description.startsWith(
@@ -162,7 +162,7 @@ private Q_SLOTS:
         SuspectForm form;
         form.addVictim(1, u"Ash, Ann"_s);
         const auto links = std::make_shared<FakeCollection>(columns);
-        form.suspectBO->setItem(u"SuspectVictims"_s, links);
+        form.suspectBO->SetItem(u"SuspectVictims"_s, links);
         form.read();
         form.addRow(1);
         const Error error = form.writeError();

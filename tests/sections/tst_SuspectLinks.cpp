@@ -1,10 +1,12 @@
 #include "base/failure/Error.h"
 #include "base/values/Variant.h"
+#include "frame/memory_records/MemoryField.h"
+#include "frame/memory_records/MemoryRow.h"
 #include "sections/SuspectLinks.h"
-#include "support/FakeHost.h"
-#include "support/FakeRecords.h"
 #include "support/RaisedError.h"
 #include "support/TestCase.h"
+#include "testing/FakeHost.h"
+#include "testing/FakeRecords.h"
 
 #include <QDate>
 #include <QVariantList>
@@ -13,8 +15,8 @@
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;
+using tavrin::MemoryField;
 using tavrin::test::FakeCollection;
-using tavrin::test::FakeField;
 using tavrin::test::FakeRecord;
 using tavrin::test::raisedBy;
 
@@ -22,7 +24,7 @@ namespace {
 
 struct Stage
 {
-    Stage() { suspect->setItem(u"SuspectVictims"_s, rows); }
+    Stage() { suspect->SetItem(u"SuspectVictims"_s, rows); }
     SuspectLinks links() const { return {suspect, u"SuspectVictims"_s, u"VictimSeqNo"_s}; }
     tvTableRowPtr add(const QVariant& value) const
     {
@@ -109,7 +111,7 @@ private Q_SLOTS:
     void aRowThatReadsAnotherFieldIsFoundByThatFieldsValue()
     {
         const Stage stage;
-        const auto field = std::make_shared<FakeField>(u"SeqNo"_s, 3);
+        const auto field = std::make_shared<MemoryField>(u"SeqNo"_s, 3);
         stage.add(1);
         const tvTableRowPtr row = stage.add(QVariant::fromValue<HostObjectPtr>(field));
         SuspectLinks links = stage.links();
@@ -133,7 +135,7 @@ private Q_SLOTS:
     void nothingIsAskedForBeforeTheFirstSearch()
     {
         const Stage stage;
-        stage.suspect->setItem(u"SuspectVictims"_s, nullptr);
+        stage.suspect->SetItem(u"SuspectVictims"_s, nullptr);
         SuspectLinks links = stage.links();
         QVERIFY_EXCEPTION_THROWN(links.find(1), Error);
     }
@@ -142,7 +144,7 @@ private Q_SLOTS:
     {
         const Stage stage;
         stage.add(1);
-        stage.rows->Add(std::make_shared<tavrin::test::FakeRow>(QList<tvFieldPtr>{})); // has no field
+        stage.rows->Add(std::make_shared<tavrin::MemoryRow>(QList<tvFieldPtr>{})); // has no field
         SuspectLinks links = stage.links();
         QVERIFY(links.find(1));
         QVERIFY_EXCEPTION_THROWN(links.find(2), Error);
@@ -175,7 +177,7 @@ private Q_SLOTS:
         tavrin::test::FakeHost host;
         const HostInstallation installation(host);
         const Stage stage;
-        stage.rows->numbersRows = true;
+        stage.rows->SetNumbersRows(true);
         stage.rows->makesRowsAnew = makesRowsAnew;
         stage.add(1);
         FakeCollection parties({u"SeqNo"_s});
@@ -190,8 +192,11 @@ private Q_SLOTS:
     void aRowBeyondTheRangeOfAPositionCannotBeRemoved()
     {
         const Stage stage;
-        for (int i = 1; i <= 32768; ++i)
+        for (int i = 1; i <= 32767; ++i)
             stage.add(i);
+        const tvTableRowPtr beyond = stage.rows->NewItem(); // no row there becomes the current one
+        fieldOf(*beyond, u"VictimSeqNo"_s)->SetValue(32768);
+        stage.rows->Add(beyond);
         SuspectLinks links = stage.links();
         const Error error = raisedBy([&] { links.remove(32768); });
         QCOMPARE(error.Number, Error::OverflowNumber);

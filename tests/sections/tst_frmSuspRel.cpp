@@ -1,10 +1,12 @@
 #include "base/failure/Error.h"
 #include "base/values/Variant.h"
+#include "frame/memory_records/MemoryField.h"
+#include "frame/memory_records/MemoryRow.h"
 #include "sections/frmSuspRel.h"
-#include "support/FakeDesktop.h"
-#include "support/FakeHost.h"
 #include "support/NextModal.h"
 #include "support/TestCase.h"
+#include "testing/FakeDesktop.h"
+#include "testing/FakeHost.h"
 #include "widgets/labels/Label.h"
 #include "widgets/lists/FlatDropdown.h"
 #include "widgets/panels/GroupBox.h"
@@ -14,8 +16,8 @@
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;
-using tavrin::test::FakeField;
-using tavrin::test::FakeRow;
+using tavrin::MemoryField;
+using tavrin::MemoryRow;
 using tavrin::test::NextModal;
 using tavrin::test::ShownBox;
 
@@ -23,7 +25,7 @@ namespace {
 
 tvTableRowPtr row(const QString& field, const QVariant& value)
 {
-    return std::make_shared<FakeRow>(QList<tvFieldPtr>{std::make_shared<FakeField>(field, value)});
+    return std::make_shared<MemoryRow>(QList<tvFieldPtr>{std::make_shared<MemoryField>(field, value)});
 }
 
 /// The dialog over two witnesses and a code table of three relationships, one of them no longer in use.

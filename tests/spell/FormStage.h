@@ -4,8 +4,8 @@
 #include "spell/SpellingStage.h"
 #include "spell/TavrinSpellcheck.h"
 #include "spell/modInstanceCounter.h"
-#include "support/FakeDesktop.h"
-#include "support/FakeHost.h"
+#include "testing/FakeDesktop.h"
+#include "testing/FakeHost.h"
 
 #include <QVBoxLayout>
 

@@ -5,8 +5,8 @@
 #include "spell/SpellingStage.h"
 #include "spell/TavrinSpellcheck.h"
 #include "spell/modInstanceCounter.h"
-#include "support/FakeDesktop.h"
-#include "support/FakeHost.h"
+#include "testing/FakeDesktop.h"
+#include "testing/FakeHost.h"
 #include "widgets/boxes/TextArea.h"
 
 #include <QVBoxLayout>

@@ -2,7 +2,7 @@
 #include "spell/SpellingStage.h"
 #include "spell/TavrinSpellcheck.h"
 #include "spell/modInstanceCounter.h"
-#include "support/FakeDesktop.h"
+#include "testing/FakeDesktop.h"
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/Fakes.h"
+
 #include <QObject>
 #include <QString>
 #include <QTest>

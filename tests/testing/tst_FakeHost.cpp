@@ -1,9 +1,9 @@
 #include "base/failure/Error.h"
 #include "base/values/Variant.h"
-#include "support/FakeDropdown.h"
-#include "support/FakeHost.h"
-#include "support/FakeRecords.h"
 #include "support/TestCase.h"
+#include "testing/FakeDropdown.h"
+#include "testing/FakeHost.h"
+#include "testing/FakeRecords.h"
 
 using namespace tavrin;
 using namespace tavrin::test;

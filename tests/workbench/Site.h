@@ -2,7 +2,8 @@
 
 #include "lookup/AutoCompleteField.h"
 #include "lookup/SearchPicker.h"
-#include "support/FakeDesktop.h"
+#include "support/Fakes.h"
+#include "testing/FakeDesktop.h"
 #include "workbench/application/Workspace.h"
 #include "workbench/windows/RecordWindow.h"
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "base/failure/Error.h"
-#include "support/FakeHost.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/FakeHost.h"
+#include "testing/Unhandled.h"
 #include "widgets/labels/Label.h"
 #include "widgets/labels/TextLink.h"
 

@@ -1,8 +1,9 @@
 #pragma once
 
 #include "base/failure/Error.h"
-#include "support/FakeDesktop.h"
-#include "support/FakeHost.h"
+#include "support/Fakes.h"
+#include "testing/FakeDesktop.h"
+#include "testing/FakeHost.h"
 
 #include <QDir>
 #include <QFile>

@@ -4,7 +4,7 @@
 #include "attachments/dialogs/UploadStage.h"
 #include "attachments/dialogs/frmUploadTask.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 #include "widgets/panels/FlowPanel.h"
 #include "widgets/panels/ScrollPanel.h"
 

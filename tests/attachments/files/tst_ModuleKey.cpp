@@ -1,14 +1,16 @@
 #include "attachments/files/ModuleKey.h"
 #include "base/failure/Error.h"
 #include "base/values/Variant.h"
-#include "support/FakeRecords.h"
+#include "frame/memory_records/MemoryField.h"
+#include "frame/memory_records/MemoryRow.h"
 #include "support/TestCase.h"
+#include "testing/FakeRecords.h"
 
 #include <QVariantList>
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;
-using tavrin::test::FakeField;
+using tavrin::MemoryField;
 using tavrin::test::FakeRecord;
 
 namespace {
@@ -17,12 +19,12 @@ namespace {
 tvBusinessObjectPtr recordWith(const QString& className, const QVariantList& key)
 {
     const auto record = std::make_shared<FakeRecord>();
-    record->className = className;
-    QList<tvFieldPtr> fields{std::make_shared<FakeField>(u"Summary"_s, className)};
+    record->SetClassName(className);
+    QList<tvFieldPtr> fields{std::make_shared<MemoryField>(u"Summary"_s, className)};
     for (const QVariant& part : key)
-        fields << std::make_shared<FakeField>(u"Key%1"_s.arg(fields.size()), part, true);
+        fields << std::make_shared<MemoryField>(u"Key%1"_s.arg(fields.size()), part, true);
     if (!key.isEmpty())
-        record->setItem(GetModuleKeyFromBO(record), std::make_shared<tavrin::test::FakeRow>(fields));
+        record->SetItem(GetModuleKeyFromBO(record), std::make_shared<tavrin::MemoryRow>(fields));
     return record;
 }
 
@@ -56,7 +58,7 @@ private Q_SLOTS:
         QFETCH(QString, name);
         QFETCH(QString, key);
         const auto record = std::make_shared<FakeRecord>();
-        record->className = name;
+        record->SetClassName(name);
         if (!key.isNull()) {
             QCOMPARE(GetModuleKeyFromBO(record), key);
             return;

@@ -1,7 +1,7 @@
 #include "attachments/files/ShellReasons.h"
 #include "base/failure/Error.h"
-#include "support/FakeDesktop.h"
 #include "support/TestCase.h"
+#include "testing/FakeDesktop.h"
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;

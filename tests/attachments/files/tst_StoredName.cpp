@@ -1,8 +1,8 @@
 #include "attachments/files/StoredName.h"
 #include "base/failure/Error.h"
-#include "support/FakeDesktop.h"
 #include "support/TestCase.h"
 #include "support/TickingClock.h"
+#include "testing/FakeDesktop.h"
 
 #include <QDir>
 #include <QElapsedTimer>

@@ -1,8 +1,8 @@
 #include "attachments/AttachmentRows.h"
 #include "attachments/FolderNotSet.h"
 #include "attachments/files/modAttachments.h"
-#include "support/FakeHost.h"
 #include "support/TestCase.h"
+#include "testing/FakeHost.h"
 
 #include <QDir>
 #include <QFile>

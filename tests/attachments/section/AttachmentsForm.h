@@ -2,12 +2,14 @@
 
 #include "attachments/section/Attachments.h"
 #include "base/values/Variant.h"
-#include "support/FakeDesktop.h"
-#include "support/FakeHost.h"
+#include "frame/memory_records/MemoryField.h"
+#include "frame/memory_records/MemoryRow.h"
 #include "support/Keys.h"
 #include "support/NextModal.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/FakeDesktop.h"
+#include "testing/FakeHost.h"
+#include "testing/Unhandled.h"
 #include "widgets/boxes/CheckBox.h"
 #include "widgets/boxes/TextArea.h"
 #include "widgets/boxes/TextBox.h"
@@ -40,9 +42,9 @@ public:
     {
         const auto field = [](const char* name, qint32 length = 0) {
             const QString text = QString::fromLatin1(name);
-            return std::make_shared<FakeField>(text, Null(), text == QLatin1String("SeqNo"), length);
+            return std::make_shared<MemoryField>(text, Null(), text == QLatin1String("SeqNo"), length);
         };
-        return std::make_shared<FakeRow>(
+        return std::make_shared<MemoryRow>(
             QList<tvFieldPtr>{field("SeqNo"), field("FileName"), field("OriginalFileName"), field("FolderNo"),
                               field("Description", DescriptionLength), field("Notes", NotesLength),
                               field("UserId"), field("UserDate")},
@@ -126,7 +128,7 @@ struct AttachmentsForm
         host.state().downloadsFolder = downloads.path();
         host.state().userId = QStringLiteral("moss");
         host.state().permissions << QStringLiteral("Incident/10") << QStringLiteral("Incident/20");
-        record->setItem(QStringLiteral("Attachments"), rows);
+        record->SetItem(QStringLiteral("Attachments"), rows);
         window.setWindowTitle(QStringLiteral("Incident 7"));
         window.resize(620, 460);
         section = new Attachments(&window);
@@ -190,7 +192,7 @@ struct AttachmentsForm
     void replaceRows()
     {
         rows = std::make_shared<NumberedRows>();
-        record->setItem(QStringLiteral("Attachments"), rows);
+        record->SetItem(QStringLiteral("Attachments"), rows);
     }
     QString storedPath(QString fileName) const { return store.filePath(fileName.replace(u'\\', u'/')); }
 

@@ -3,10 +3,10 @@
 #include "attachments/section/Attachments.h"
 #include "base/failure/Error.h"
 #include "base/values/Variant.h"
-#include "support/FakeDesktop.h"
-#include "support/FakeHost.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/FakeDesktop.h"
+#include "testing/FakeHost.h"
+#include "testing/Unhandled.h"
 #include "widgets/boxes/TextBox.h"
 #include "widgets/labels/Label.h"
 #include "widgets/lists/ListView.h"
@@ -49,7 +49,7 @@ struct AttachmentsStage
         : installation(host)
     {
         host.state().settings.insert(QStringLiteral("_Global/Attachments Folder"), QStringLiteral("/store"));
-        record->setItem(QStringLiteral("Attachments"), rows);
+        record->SetItem(QStringLiteral("Attachments"), rows);
         section = new Attachments(&window, {QStringLiteral("ctlAttachments"), nullptr});
         window.resize(section->sizeHint().width() + 40, section->sizeHint().height() + 60);
         section->setGeometry(20, 10, section->sizeHint().width(), section->sizeHint().height());
@@ -95,7 +95,7 @@ struct AttachmentsStage
     void replaceRows()
     {
         rows = newAttachmentRows();
-        record->setItem(QStringLiteral("Attachments"), rows);
+        record->SetItem(QStringLiteral("Attachments"), rows);
     }
     void write() { boundSection().WriteData(record); }
     BoundSection& boundSection() { return *section; }

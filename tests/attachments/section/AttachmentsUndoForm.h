@@ -3,6 +3,8 @@
 #include "attachments/section/AttachmentsForm.h"
 #include "attachments/section/AttachmentsHosts.h"
 #include "attachments/section/UndoLine.h"
+#include "frame/memory_records/MemoryField.h"
+#include "frame/memory_records/MemoryRow.h"
 
 #include <functional>
 
@@ -87,7 +89,7 @@ inline tvTableRowPtr rowWith(const tvFieldPtr& other)
         if (plain->Item(index)->Name() != other->Name())
             fields << plain->Item(index);
     }
-    auto row = std::make_shared<FakeRow>(fields << other, false);
+    auto row = std::make_shared<MemoryRow>(fields << other, false);
     AttachmentsForm::set(*row, "FileName", u"2014\\03\\special.png"_s);
     AttachmentsForm::set(*row, "OriginalFileName", u"special.png"_s);
     return row;

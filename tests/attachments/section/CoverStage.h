@@ -2,10 +2,10 @@
 
 #include "attachments/AttachmentRows.h"
 #include "attachments/section/CoverImage.h"
-#include "support/FakeDesktop.h"
-#include "support/FakeHost.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/FakeDesktop.h"
+#include "testing/FakeHost.h"
+#include "testing/Unhandled.h"
 
 #include <QColor>
 #include <QImage>
@@ -30,7 +30,7 @@ struct CoverStage
         : control(new CoverImage(&window))
     {
         host.state().settings.insert(QStringLiteral("_Global/Attachments Folder"), QStringLiteral("/store"));
-        record->setItem(QStringLiteral("Attachments"), rows);
+        record->SetItem(QStringLiteral("Attachments"), rows);
         window.resize(300, 300);
         control->setGeometry(10, 10, 120, 150);
     }
@@ -67,7 +67,7 @@ struct CoverStage
     void replaceRows()
     {
         rows = std::make_shared<FakeCollection>(attachmentColumns());
-        record->setItem(QStringLiteral("Attachments"), rows);
+        record->SetItem(QStringLiteral("Attachments"), rows);
     }
     QWidget& noImage() const { return *control->findChild<QWidget*>(QStringLiteral("picNoImage")); }
     QWidget& border() const { return *control->findChild<QWidget*>(QStringLiteral("shpBorder")); }

@@ -1,5 +1,7 @@
 #include "attachments/section/AttachmentsStage.h"
 #include "frame/control_frame/PropertyBag.h"
+#include "frame/memory_records/MemoryField.h"
+#include "frame/memory_records/MemoryRow.h"
 
 #include <QMetaClassInfo>
 #include <QStyle>
@@ -82,7 +84,7 @@ private Q_SLOTS:
         AttachmentsStage stage;
         const auto collection = stage.host.state().madeCollection.lock();
         QVERIFY(collection); // which the section keeps
-        QCOMPARE(collection->itemClass, u"TVEvent.tvAttachmentIndex"_s);
+        QCOMPARE(collection->ItemClass(), u"TVEvent.tvAttachmentIndex"_s);
         QCOMPARE(collection->Count(), 0);
     }
 
@@ -151,9 +153,9 @@ private Q_SLOTS:
         const QStringList before = stage.lines();
 
         const auto wrong = std::make_shared<FakeRecord>();
-        wrong->className = className;
+        wrong->SetClassName(className);
         if (hasRows)
-            wrong->setItem(u"Attachments"_s, newAttachmentRows());
+            wrong->SetItem(u"Attachments"_s, newAttachmentRows());
         if (hostFails)
             stage.host.failWith(Error(u"no session"_s, 7));
         const Error error = stage.readError(wrong);
@@ -219,9 +221,9 @@ private Q_SLOTS:
     {
         AttachmentsStage stage;
         const auto put = [](const char* name, const QVariant& value) {
-            return std::make_shared<FakeField>(QString::fromLatin1(name), value);
+            return std::make_shared<MemoryField>(QString::fromLatin1(name), value);
         };
-        stage.rows->Add(std::make_shared<FakeRow>(
+        stage.rows->Add(std::make_shared<MemoryRow>(
             QList<tvFieldPtr>{put("SeqNo", 1), put("FileName", u"a.txt"_s), put("OriginalFileName", Null()),
                               put("FolderNo", Null()), std::make_shared<StubbornField>(),
                               put("Notes", Null()), put("UserId", Null()), put("UserDate", Null())}));

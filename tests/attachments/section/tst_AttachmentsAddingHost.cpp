@@ -1,4 +1,6 @@
 #include "attachments/section/AttachmentsForm.h"
+#include "frame/memory_records/MemoryField.h"
+#include "frame/memory_records/MemoryRow.h"
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;
@@ -9,9 +11,9 @@ namespace {
 /// The main row of an incident.
 tvTableRowPtr incidentRow(const QVariant& key)
 {
-    return std::make_shared<FakeRow>(
-        QList<tvFieldPtr>{std::make_shared<FakeField>(u"Summary"_s, u"the same"_s),
-                          std::make_shared<FakeField>(u"IncidentNo"_s, key, true)});
+    return std::make_shared<MemoryRow>(
+        QList<tvFieldPtr>{std::make_shared<MemoryField>(u"Summary"_s, u"the same"_s),
+                          std::make_shared<MemoryField>(u"IncidentNo"_s, key, true)});
 }
 
 } // namespace
@@ -74,16 +76,16 @@ private Q_SLOTS:
         QFETCH(bool, isNewObject);
         AttachmentsForm form;
         form.addThree();
-        form.record->setItem(u"Incident"_s, incidentRow(7));
+        form.record->SetItem(u"Incident"_s, incidentRow(7));
         QVERIFY(form.open());
         const auto former = std::exchange(form.rows, std::make_shared<NumberedRows>());
         form.addThree();
         form.host.state().duringTransfer = [&](const QString&, qint64, qint64) {
             if (isNewObject) {
                 form.record = std::make_shared<FakeRecord>();
-                form.record->setItem(u"Incident"_s, incidentRow(7));
+                form.record->SetItem(u"Incident"_s, incidentRow(7));
             }
-            form.record->setItem(u"Attachments"_s, form.rows);
+            form.record->SetItem(u"Attachments"_s, form.rows);
             form.read();
             form.host.state().duringTransfer = {};
         };
@@ -132,14 +134,14 @@ private Q_SLOTS:
         AttachmentsForm form;
         form.addThree();
         if (key.isValid())
-            form.record->setItem(u"Incident"_s, incidentRow(key));
+            form.record->SetItem(u"Incident"_s, incidentRow(key));
         QVERIFY(form.open());
         const auto others = std::make_shared<NumberedRows>();
         const auto other = std::make_shared<FakeRecord>();
-        other->className = otherClass;
-        other->setItem(u"Attachments"_s, others);
+        other->SetClassName(otherClass);
+        other->SetItem(u"Attachments"_s, others);
         if (otherKey.isValid())
-            other->setItem(otherClass == u"tvIncidentBO"_s ? u"Incident"_s : u"Warrant"_s,
+            other->SetItem(otherClass == u"tvIncidentBO"_s ? u"Incident"_s : u"Warrant"_s,
                            incidentRow(otherKey));
         form.host.state().duringTransfer = [&](const QString&, qint64, qint64) {
             static_cast<BoundSection*>(form.section)->ReadData(other);
@@ -168,7 +170,7 @@ private Q_SLOTS:
         QVERIFY(form.open());
         const QString path = form.newFile(u"a.txt"_s);
         const auto other = std::make_shared<FakeRecord>();
-        other->setItem(u"Attachments"_s, std::make_shared<NumberedRows>());
+        other->SetItem(u"Attachments"_s, std::make_shared<NumberedRows>());
         form.host.state().duringTransfer = [&](const QString&, qint64, qint64) {
             static_cast<BoundSection*>(form.section)->ReadData(other);
             throw Error(u"the store is away"_s);

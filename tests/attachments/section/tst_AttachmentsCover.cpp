@@ -147,7 +147,7 @@ private Q_SLOTS:
             test::put(*row, {{"Id", 70 + number}, {"SeqNo", number}, {"FileName", u"a.png"_s}});
             rows->Add(row);
         }
-        m_form->record->setItem(u"Attachments"_s, rows);
+        m_form->record->SetItem(u"Attachments"_s, rows);
         QVERIFY(m_form->open());
         QVariantList told;
         const Subscription telling =

@@ -80,7 +80,7 @@ private Q_SLOTS:
         m_form->read();
         QCOMPARE(m_form->cover->Value(), 1);
         const auto none = std::make_shared<NumberedRows>();
-        m_form->record->setItem(u"Attachments"_s, none);
+        m_form->record->SetItem(u"Attachments"_s, none);
         m_form->read();
         QCOMPARE(disabled(*m_form).size(), 9);
         QCOMPARE(shown(*m_form), u"nothing"_s);
@@ -207,7 +207,7 @@ private Q_SLOTS:
             if (std::exchange(met, true))
                 return;
             if (next.isEmpty())
-                form.record->setItem(u"Attachments"_s, std::make_shared<NumberedRows>());
+                form.record->SetItem(u"Attachments"_s, std::make_shared<NumberedRows>());
             else
                 form.rows->SetPosition(static_cast<qint16>(form.fileNames().indexOf(next) + 1));
             form.read();

@@ -148,8 +148,12 @@ private Q_SLOTS:
     {
         AttachmentsStage stage;
         constexpr int beyond = 32768;
-        for (int key = 1; key <= beyond; ++key)
+        for (int key = 1; key < beyond; ++key)
             stage.add(key, u"a.txt"_s);
+        const tvTableRowPtr last = stage.rows->NewItem(); // no row there becomes the current one
+        fieldOf(*last, u"SeqNo"_s)->SetValue(beyond);
+        fieldOf(*last, u"FileName"_s)->SetValue(u"a.txt"_s);
+        stage.rows->Add(last);
         stage.rows->SetPosition(32766);
         stage.read();
         QVERIFY(stage.show());

@@ -170,9 +170,9 @@ private Q_SLOTS:
                 permissions << u"Warrant/"_s + right;
         }
         const auto wrong = std::make_shared<FakeRecord>();
-        wrong->className = reason == u"class of another name"_s ? u"Warrant"_s : u"tvWarrantBO"_s;
+        wrong->SetClassName(reason == u"class of another name"_s ? u"Warrant"_s : u"tvWarrantBO"_s);
         if (reason != u"no attachments"_s)
-            wrong->setItem(u"Attachments"_s, std::make_shared<NumberedRows>());
+            wrong->SetItem(u"Attachments"_s, std::make_shared<NumberedRows>());
         if (reason == u"failing host"_s)
             form.host.failWith(Error(u"no session"_s));
         QVERIFY_THROWS_EXCEPTION(Error, static_cast<BoundSection*>(form.section)->ReadData(wrong));

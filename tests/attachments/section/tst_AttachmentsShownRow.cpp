@@ -1,5 +1,7 @@
 #include "attachments/section/AttachmentsForm.h"
 #include "attachments/section/AttachmentsHosts.h"
+#include "frame/memory_records/MemoryField.h"
+#include "frame/memory_records/MemoryRow.h"
 
 #include <QFileInfo>
 
@@ -173,10 +175,10 @@ private Q_SLOTS:
         const auto others = std::make_shared<NumberedRows>();
         const tvTableRowPtr theirs = NumberedRows::makeRow(false);
         AttachmentsForm::set(*theirs, "SeqNo", 102); // and its other fields cannot be shown
-        const tvTableRowPtr broken = std::make_shared<tavrin::test::FakeRow>(
+        const tvTableRowPtr broken = std::make_shared<tavrin::MemoryRow>(
             QList<tvFieldPtr>{fieldOf(*theirs, u"SeqNo"_s), fieldOf(*theirs, u"Notes"_s)});
         others->Add(broken);
-        form.record->setItem(u"Attachments"_s, others);
+        form.record->SetItem(u"Attachments"_s, others);
         QVERIFY_THROWS_EXCEPTION(Error, form.read());
         form.write();
         QVERIFY(IsNull(AttachmentsForm::value(*theirs, "Notes")));

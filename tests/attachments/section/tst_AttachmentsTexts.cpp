@@ -1,4 +1,6 @@
 #include "attachments/section/AttachmentsCase.h"
+#include "frame/memory_records/MemoryField.h"
+#include "frame/memory_records/MemoryRow.h"
 
 #include <functional>
 
@@ -54,9 +56,9 @@ tvTableRowPtr rowWith(const tvFieldPtr& special)
         if (name == special->Name())
             fields << special;
         else
-            fields << std::make_shared<tavrin::test::FakeField>(name, value, name == u"SeqNo"_s);
+            fields << std::make_shared<tavrin::MemoryField>(name, value, name == u"SeqNo"_s);
     }
-    return std::make_shared<tavrin::test::FakeRow>(fields);
+    return std::make_shared<tavrin::MemoryRow>(fields);
 }
 
 } // namespace
@@ -261,12 +263,12 @@ private Q_SLOTS:
         m_form->addThree();
         m_form->read();
         const auto others = std::make_shared<NumberedRows>();
-        const tvTableRowPtr broken = std::make_shared<tavrin::test::FakeRow>(
-            QList<tvFieldPtr>{std::make_shared<tavrin::test::FakeField>(u"SeqNo"_s, 1, true),
-                              std::make_shared<tavrin::test::FakeField>(u"Description"_s, u"theirs"_s),
-                              std::make_shared<tavrin::test::FakeField>(u"Notes"_s, u"theirs"_s)});
+        const tvTableRowPtr broken = std::make_shared<tavrin::MemoryRow>(
+            QList<tvFieldPtr>{std::make_shared<tavrin::MemoryField>(u"SeqNo"_s, 1, true),
+                              std::make_shared<tavrin::MemoryField>(u"Description"_s, u"theirs"_s),
+                              std::make_shared<tavrin::MemoryField>(u"Notes"_s, u"theirs"_s)});
         others->Add(broken);
-        m_form->record->setItem(u"Attachments"_s, others);
+        m_form->record->SetItem(u"Attachments"_s, others);
         QVERIFY_THROWS_EXCEPTION(Error, m_form->read());
         m_form->write();
         QCOMPARE(AttachmentsForm::text(*broken, "Description"), u"theirs"_s);
@@ -276,13 +278,13 @@ private Q_SLOTS:
     void aCommentNeverReachesANewRowWhoseTextsCouldNotBeShown()
     {
         QVERIFY(m_form->openThree());
-        const tvTableRowPtr broken = std::make_shared<tavrin::test::FakeRow>(
-            QList<tvFieldPtr>{std::make_shared<tavrin::test::FakeField>(u"SeqNo"_s, 104, true),
-                              std::make_shared<tavrin::test::FakeField>(u"FileName"_s, u"b.txt"_s),
-                              std::make_shared<tavrin::test::FakeField>(u"Description"_s, u"theirs"_s)});
+        const tvTableRowPtr broken = std::make_shared<tavrin::MemoryRow>(
+            QList<tvFieldPtr>{std::make_shared<tavrin::MemoryField>(u"SeqNo"_s, 104, true),
+                              std::make_shared<tavrin::MemoryField>(u"FileName"_s, u"b.txt"_s),
+                              std::make_shared<tavrin::MemoryField>(u"Description"_s, u"theirs"_s)});
         const auto others = std::make_shared<NumberedRows>();
         others->Add(broken);
-        m_form->record->setItem(u"Attachments"_s, others);
+        m_form->record->SetItem(u"Attachments"_s, others);
         QVERIFY_THROWS_EXCEPTION(Error, m_form->read());
         QVERIFY(!m_form->description->isEnabled());
         QVERIFY(!m_form->comment->isEnabled());
@@ -300,7 +302,7 @@ private Q_SLOTS:
         const auto others = std::make_shared<NumberedRows>();
         others->Add(rowWith(notes));
         notes->fails = true;
-        m_form->record->setItem(u"Attachments"_s, others);
+        m_form->record->SetItem(u"Attachments"_s, others);
         QVERIFY_THROWS_EXCEPTION(Error, m_form->read());
         QCOMPARE(m_form->comment->Text(), u"one"_s);
         notes->fails = false;
@@ -320,7 +322,7 @@ private Q_SLOTS:
         const auto date = std::make_shared<FailingField>(u"UserDate"_s, Null());
         others->Add(rowWith(date));
         others->SetPosition(1);
-        m_form->record->setItem(u"Attachments"_s, others);
+        m_form->record->SetItem(u"Attachments"_s, others);
         date->fails = true;
         QVERIFY_THROWS_EXCEPTION(Error, m_form->read());
         date->fails = false;
@@ -366,7 +368,7 @@ private Q_SLOTS:
         }
         others->SetPosition(1);
         notes->written = [&] {
-            m_form->record->setItem(u"Attachments"_s, others);
+            m_form->record->SetItem(u"Attachments"_s, others);
             m_form->read();
         };
         m_form->click(m_form->placeOfLine(1));
@@ -384,7 +386,7 @@ private Q_SLOTS:
         QVERIFY(m_form->open());
         const auto none = std::make_shared<NumberedRows>();
         text->written = [&] {
-            m_form->record->setItem(u"Attachments"_s, none);
+            m_form->record->SetItem(u"Attachments"_s, none);
             m_form->read();
         };
         m_form->description->setFocus();

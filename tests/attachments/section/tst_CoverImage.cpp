@@ -21,7 +21,7 @@ private Q_SLOTS:
         QCOMPARE(stage.takeLog(), QStringList({u"new tvTableCollection"_s}));
         const auto collection = stage.host.state().madeCollection.lock();
         QVERIFY(collection);
-        QCOMPARE(collection->itemClass, u"TVEvent.tvAttachmentIndex"_s);
+        QCOMPARE(collection->ItemClass(), u"TVEvent.tvAttachmentIndex"_s);
         QCOMPARE(collection->Count(), 0);
         stage.show();
         stage.verifyNoCover();

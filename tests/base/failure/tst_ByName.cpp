@@ -1,7 +1,7 @@
 #include "base/failure/ByName.h"
 #include "support/RaisedError.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;

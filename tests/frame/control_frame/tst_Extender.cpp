@@ -1,9 +1,9 @@
 #include "base/failure/Error.h"
 #include "frame/control_frame/Extender.h"
-#include "support/FakeHost.h"
 #include "support/ProbeControl.h"
 #include "support/RaisedError.h"
 #include "support/TestCase.h"
+#include "testing/FakeHost.h"
 
 using namespace Qt::StringLiterals;
 using tavrin::Color;

@@ -1,7 +1,7 @@
 #include "frame/control_frame/FailurePolicy.h"
-#include "support/FakeDesktop.h"
 #include "support/RaisedError.h"
 #include "support/TestCase.h"
+#include "testing/FakeDesktop.h"
 
 #include <QWidget>
 

@@ -1,7 +1,7 @@
 #include "base/values/Variant.h"
 #include "support/ProbeControl.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 
 #include <QRegularExpression>
 #include <QSignalSpy>

@@ -1,7 +1,7 @@
 #include "frame/control_frame/FocusStage.h"
 #include "support/ProbeControl.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 
 #include <QLineEdit>
 #include <QWindow>

@@ -1,7 +1,7 @@
 #include "frame/desktop/Desktop.h"
-#include "support/FakeDesktop.h"
 #include "support/NextModal.h"
 #include "support/TestCase.h"
+#include "testing/FakeDesktop.h"
 
 #include <QAbstractButton>
 #include <QApplication>

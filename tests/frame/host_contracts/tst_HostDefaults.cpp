@@ -1,10 +1,10 @@
 #include "base/lists/GridCombo.h"
 #include "base/values/Variant.h"
 #include "frame/host_contracts/Host.h"
-#include "support/FakeDropdown.h"
-#include "support/FakeGridCombo.h"
 #include "support/RaisedError.h"
 #include "support/TestCase.h"
+#include "testing/FakeDropdown.h"
+#include "testing/FakeGridCombo.h"
 
 #include <QLocale>
 #include <QScopeGuard>

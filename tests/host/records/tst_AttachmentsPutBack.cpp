@@ -1,8 +1,8 @@
 #include "attachments/section/Attachments.h"
 #include "host/HostCase.h"
 #include "host/records/RecordTestSupport.h"
-#include "support/FakeDesktop.h"
-#include "support/FakeHost.h"
+#include "testing/FakeDesktop.h"
+#include "testing/FakeHost.h"
 #include "widgets/lists/ListView.h"
 
 #include <QTest>

@@ -3,7 +3,7 @@
 #include "host/records/RecordStore.h"
 #include "host/samples/SampleData.h"
 #include "host/services/ReferenceHost.h"
-#include "support/FakeDropdown.h"
+#include "testing/FakeDropdown.h"
 
 #include <QScopeGuard>
 

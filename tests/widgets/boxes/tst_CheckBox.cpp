@@ -1,6 +1,6 @@
 #include "base/failure/Error.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 #include "widgets/boxes/CheckBox.h"
 
 #include <QAccessible>

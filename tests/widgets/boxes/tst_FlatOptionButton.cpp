@@ -1,7 +1,7 @@
 #include "base/failure/Error.h"
 #include "support/Looks.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 #include "widgets/boxes/FlatOptionButton.h"
 
 #include <QAccessible>

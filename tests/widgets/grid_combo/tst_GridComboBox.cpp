@@ -1,6 +1,6 @@
 #include "base/failure/Error.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 #include "widgets/grid_combo/GridStage.h"
 
 #include <QAccessible>

@@ -1,7 +1,7 @@
 #include "base/failure/Error.h"
 #include "base/failure/Event.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 #include "widgets/labels/LinkStage.h"
 
 #include <QAccessible>

@@ -2,7 +2,7 @@
 
 #include "base/failure/Error.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 #include "widgets/lists/ListView.h"
 
 #include <QLineEdit>

@@ -2,7 +2,7 @@
 #include "support/Keys.h"
 #include "support/Looks.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 #include "widgets/lists/ListBox.h"
 
 #include <QAccessible>

@@ -1,5 +1,5 @@
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 #include "widgets/drawing/IconGlyphs.h"
 #include "widgets/labels/Link.h"
 #include "widgets/search_box/AutoCompleteComboBox.h"

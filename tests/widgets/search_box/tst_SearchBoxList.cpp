@@ -1,5 +1,5 @@
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 #include "widgets/search_box/SearchStage.h"
 
 #include <QApplication>

@@ -1,6 +1,6 @@
 #include "base/failure/Guard.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 #include "widgets/search_box/SearchStage.h"
 
 #include <QAccessible>
