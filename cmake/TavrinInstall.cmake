@@ -42,6 +42,7 @@ function(tavrin_install_library target component content)
 endfunction()
 tavrin_install_library(TVBoundControls Controls library)
 tavrin_install_library(TVBoundControlsHost Host workbench)
+tavrin_install_library(TVBoundControlsTesting Testing development)
 
 configure_package_config_file(packaging/TVBoundControlsConfig.cmake.in
   ${PROJECT_BINARY_DIR}/TVBoundControlsConfig.cmake INSTALL_DESTINATION ${TAVRIN_CMAKE_DIR}
@@ -55,7 +56,7 @@ install(FILES ${PROJECT_BINARY_DIR}/TVBoundControlsConfig.cmake
 # pkg-config's files say where they lie, so that they stay true wherever the prefix is moved to.
 file(RELATIVE_PATH TAVRIN_PREFIX_FROM_PC
   ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
-foreach(name TVBoundControls TVBoundControlsHost)
+foreach(name TVBoundControls TVBoundControlsHost TVBoundControlsTesting)
   configure_file(packaging/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
     COMPONENT development)
