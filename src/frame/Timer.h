@@ -1,8 +1,11 @@
 #pragma once
 
+#include "base/LiveObject.h"
 #include "base/failure/Event.h"
 
 #include <QTimer>
+
+#include <optional>
 
 namespace tavrin {
 
@@ -20,14 +23,15 @@ public:
     /// Milliseconds.
     void SetInterval(qint32 milliseconds) { m_timer.setInterval(milliseconds); }
     /// On a running timer this starts the interval anew.
-    void Start() { m_timer.start(); }
-    void Stop() { m_timer.stop(); }
+    void Start();
+    void Stop();
     bool isRunning() const { return m_timer.isActive(); }
 
     Event<> Elapsed;
 
 private:
     QTimer m_timer;
+    std::optional<LiveObject> m_live; // while it runs
 };
 
 } // namespace tavrin

@@ -1,5 +1,6 @@
 #include "frame/control_frame/UserControl.h"
 
+#include "base/LiveObject.h"
 #include "base/failure/Guard.h"
 #include "frame/control_frame/ContainerWatch.h"
 #include "frame/control_frame/FailurePolicy.h"
@@ -35,6 +36,7 @@ public:
     void propertyStep(const QString& routine, const std::function<void()>& statement) const;
 
     UserControl& q;
+    LiveObject live;
     const PropertyBag* saved;
     Ambient ambient;
     Extender extender;

@@ -1,5 +1,7 @@
 #include "widgets/lists/PopupFrame.h"
 
+#include "base/LiveObject.h"
+
 #include <QFrame>
 #include <QVBoxLayout>
 
@@ -7,10 +9,24 @@
 
 namespace tavrin {
 
+namespace {
+
+/// Counted by itself, since it may outlive its owner.
+class PopupFrame final : public QFrame
+{
+public:
+    using QFrame::QFrame;
+
+private:
+    LiveObject m_live;
+};
+
+} // namespace
+
 QFrame* newPopupFrame(QWidget* owner)
 {
     // A tool tip window: unlike a popup it leaves the keyboard where it is.
-    auto* frame = new QFrame(owner, Qt::ToolTip | Qt::FramelessWindowHint);
+    auto* frame = new PopupFrame(owner, Qt::ToolTip | Qt::FramelessWindowHint);
     frame->setFrameStyle(QFrame::Box | QFrame::Plain);
     frame->setForegroundRole(QPalette::Mid);
     frame->setAttribute(Qt::WA_ShowWithoutActivating);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/LiveObject.h"
 #include "base/export/Export.h"
 #include "base/values/Twips.h"
 
@@ -42,6 +43,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    LiveObject m_live;
     bool m_busy = false;
     bool m_activationWaits = false;
 };
