@@ -1,0 +1,132 @@
+#!/usr/bin/env python3
+"""Shows an agency picker and prints its events; --check chooses by itself, and ends.
+
+The program knows the library by nothing but the class's name: the file of registrations tells where it is."""
+
+import configparser
+import ctypes
+import json
+import os
+import sys
+from ctypes import CFUNCTYPE, POINTER, byref, c_char_p, c_double, c_int32, c_uint32, c_uint64, c_void_p
+from pathlib import Path
+
+EMPTY, NULL, LONG, DOUBLE, TEXT, BOOLEAN = 0, 1, 3, 5, 8, 11
+MEMBER_NOT_FOUND = -2147352573
+
+
+class Value(ctypes.Union):
+    _fields_ = [("integer", c_int32), ("number", c_double), ("text", c_char_p), ("pointer", c_void_p)]
+
+
+class Variant(ctypes.Structure):
+    _fields_ = [("type", c_int32), ("reserved", c_int32), ("value", Value)]
+
+
+class Error(ctypes.Structure):
+    _fields_ = [("result", c_int32), ("number", c_int32), ("source", c_char_p), ("description", c_char_p)]
+
+
+def function(*arguments):
+    return CFUNCTYPE(c_int32, *arguments)
+
+
+EventCall = function(c_uint64, c_char_p, POINTER(Variant), c_int32, c_void_p)
+HostCall = function(c_char_p, c_char_p, POINTER(Variant), c_int32, POINTER(Variant), c_void_p)
+any_call = function()
+
+
+class Library(ctypes.Structure):
+    _fields_ = [("size", c_uint32), ("version", c_uint32), ("LastError", function(POINTER(Error))),
+                ("RaiseError", any_call), ("SetUnhandled", any_call), ("VariantClear", function(POINTER(Variant))),
+                ("SetText", function(POINTER(Variant), c_char_p)), ("SetPicture", any_call), ("SetFont", any_call),
+                ("SetList", any_call), ("StartApplication", function()), ("EndApplication", function()),
+                ("ProcessEvents", function(c_int32)), ("Run", function()), ("Quit", function()),
+                ("SetHost", function(HostCall, c_void_p))]
+
+
+class ClassObject(ctypes.Structure):
+    _fields_ = [("size", c_uint32), ("version", c_uint32), ("className", c_char_p), ("typeLibrary", c_char_p),
+                ("typeLibraryVersion", c_char_p), ("defaultInterface", c_char_p), ("eventInterface", c_char_p),
+                ("contract", c_char_p), ("memberCount", c_int32), ("Member", any_call),
+                ("Create", function(c_void_p, c_void_p, POINTER(c_uint64))), ("Destroy", function(c_uint64)),
+                ("Show", function(c_uint64, c_int32)),
+                ("Move", function(c_uint64, c_int32, c_int32, c_int32, c_int32)),
+                ("SetTitle", function(c_uint64, c_char_p)),
+                ("Get", function(c_uint64, c_char_p, POINTER(Variant))),
+                ("Put", function(c_uint64, c_char_p, POINTER(Variant))), ("Call", any_call),
+                ("Subscribe", function(c_uint64, c_char_p, EventCall, c_void_p, POINTER(c_uint64)))]
+
+
+def load(class_name):
+    """The two structures of functions, by what is registered for the class."""
+    data = Path(os.environ.get("XDG_DATA_HOME") or Path.home() / ".local/share")
+    registered = configparser.RawConfigParser(strict=False, delimiters="=", comment_prefixes=(";", "#"))
+    registered.read(data / "TVBoundControls/components.ini", encoding="utf-8")
+    if class_name not in registered:
+        sys.exit(f"{class_name} is not registered")
+    entry_points = ctypes.CDLL(registered[class_name]["Library"])
+
+    def structure(name, interface, kind):
+        found = c_void_p()
+        if entry_points.DllGetClassObject(name.encode(), interface.encode(), byref(found)) != 0:
+            sys.exit(f"The library has no {name}")
+        return ctypes.cast(found, POINTER(kind)).contents
+
+    return structure("TVBoundControls.Library", "TvLibrary", Library), structure(class_name, "TvClassObject", ClassObject)
+
+
+def must(result):
+    if result < 0:
+        error = Error()
+        library.LastError(byref(error))
+        sys.exit(f"{result & 0xFFFFFFFF:08X} {error.description.decode()}")
+
+
+def get(control, name):
+    variant = Variant()
+    must(agencies.Get(control, name.encode(), byref(variant)))
+    value = {LONG: variant.value.integer, TEXT: (variant.value.text or b"").decode() if variant.type == TEXT else None,
+             BOOLEAN: bool(variant.value.integer)}.get(variant.type)
+    library.VariantClear(byref(variant))
+    return value
+
+
+@HostCall
+def host(service, operation, arguments, count, result, context):
+    """The one callback by which controls ask their host. This one knows a single list."""
+    if (service, operation) == (b"ListFilling", b"FillTableGrid") and arguments[0].value.integer == 997:
+        entries = [{"ID": "NPD", "DisplayText": "North Police Department", "Value": 1},
+                   {"ID": "SSO", "DisplayText": "South Sheriff's Office", "Value": 2}]
+        return library.SetText(result, json.dumps(entries).encode())
+    return MEMBER_NOT_FOUND
+
+
+@EventCall
+def changed(control, event, arguments, count, context):
+    events.append(event.decode())
+    print(f"{events[-1]}: \"{get(control, 'FullText')}\"", flush=True)
+    return 0
+
+
+checks = "--check" in sys.argv
+if checks:
+    os.environ.setdefault("QT_QPA_PLATFORM", "offscreen")
+events = []
+library, agencies = load("TVBoundControls.AgencyPicker")
+agency = c_uint64()
+must(library.SetHost(host, None))
+must(agencies.Create(ctypes.addressof(agencies), None, byref(agency)))
+must(agencies.Subscribe(agency, b"Change", changed, None, None))
+must(agencies.Move(agency, 100, 100, 400, 30))
+must(agencies.Show(agency, 1))
+must(agencies.Put(agency, b"Value", byref(Variant(LONG, 0, Value(integer=2)))))
+if checks:
+    must(library.ProcessEvents(1))
+    print(f"Value: {get(agency, 'Value')}, text: {get(agency, 'ShortText')}, events: {events}")
+    if get(agency, "Value") != 2 or get(agency, "ShortText") != "SSO" or not events:
+        sys.exit("The picker does not hold what was put")
+else:
+    must(library.Run())
+must(agencies.Destroy(agency))
+must(library.EndApplication())

@@ -1,0 +1,274 @@
+#include "component/RecordText.h"
+
+#include "base/values/Variant.h"
+#include "component/CallResult.h"
+#include "component/Records.h"
+
+#include <QDateTime>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+namespace tavrin {
+
+namespace {
+
+using component::Collection;
+using component::Column;
+using component::Columns;
+using component::Record;
+using component::Row;
+
+constexpr int Deepest = 32;
+
+CallError wrong(const QString& where, const QString& what)
+{
+    return {TV_E_INVALIDARG,
+            u"The record's text is wrong at %1: %2"_s.arg(where.isEmpty() ? u"its top"_s : where, what)};
+}
+
+QJsonObject objectAt(const QJsonValue& value, const QString& where)
+{
+    if (!value.isObject())
+        throw wrong(where, u"no object"_s);
+    return value.toObject();
+}
+
+QJsonArray arrayAt(const QJsonValue& value, const QString& where)
+{
+    if (!value.isArray())
+        throw wrong(where, u"no list"_s);
+    return value.toArray();
+}
+
+QVariant fieldValue(const QJsonValue& value, const QString& where)
+{
+    switch (value.type()) {
+    case QJsonValue::Null:
+        return Null();
+    case QJsonValue::Bool:
+        return value.toBool();
+    case QJsonValue::String:
+        return value.toString();
+    case QJsonValue::Double: {
+        const double number = value.toDouble();
+        const bool isLong =
+            std::floor(number) == number && std::abs(number) <= std::numeric_limits<qint32>::max();
+        return isLong ? QVariant(static_cast<qint32>(number)) : QVariant(number);
+    }
+    case QJsonValue::Object: {
+        const QDateTime moment = QDateTime::fromString(value[u"date"].toString(), Qt::ISODate);
+        if (moment.isValid())
+            return moment;
+        break;
+    }
+    default:
+        break;
+    }
+    throw wrong(where, u"no value of a field"_s);
+}
+
+QJsonValue jsonOf(const QVariant& value)
+{
+    if (IsNull(value) || IsEmpty(value))
+        return QJsonValue::Null;
+    if (value.typeId() == QMetaType::QDateTime || value.typeId() == QMetaType::QDate)
+        return QJsonObject{{u"date"_s, value.toDateTime().toString(Qt::ISODate)}};
+    const QJsonValue json = QJsonValue::fromVariant(value);
+    if (json.isNull() || json.isObject() || json.isArray())
+        throw CallError(TV_E_TYPEMISMATCH, u"A field holds a value that no text can hold"_s);
+    return json;
+}
+
+/// Where the JSON names none, the names of the fields.
+Columns columnsFrom(const QJsonValue& value, const QJsonObject& fields, const QString& where)
+{
+    Columns columns;
+    if (value.isUndefined()) {
+        for (const QString& name : fields.keys())
+            columns.push_back({name});
+        return columns;
+    }
+    for (const QJsonValue& one : arrayAt(value, where + u".columns"_s)) {
+        const QString name = one.isString() ? one.toString() : one[u"name"].toString();
+        if (name.isEmpty())
+            throw wrong(where + u".columns"_s, u"a column without a name"_s);
+        columns.push_back({name, one[u"isKey"].toBool(), one[u"maxLength"].toInt(), one[u"isLink"].toBool()});
+    }
+    return columns;
+}
+
+QJsonArray jsonOf(const Columns& columns)
+{
+    QJsonArray list;
+    for (const Column& column : columns)
+        list.append(QJsonObject{{u"name"_s, column.name},
+                                {u"isKey"_s, column.isKey},
+                                {u"maxLength"_s, column.maxLength},
+                                {u"isLink"_s, column.isLink}});
+    return list;
+}
+
+std::shared_ptr<Row> rowFrom(const QJsonObject& json, const Columns& columns, const QString& where)
+{
+    auto row = std::make_shared<Row>(columns, json[u"isNew"].toBool());
+    const QJsonObject fields = objectAt(json[u"fields"], where + u".fields"_s);
+    for (auto field = fields.begin(); field != fields.end(); ++field) {
+        const QString place = where + u".fields."_s + field.key();
+        const auto target = std::dynamic_pointer_cast<tvField>(row->Item(field.key()));
+        if (!target)
+            throw wrong(place, u"no such column"_s);
+        target->SetValue(fieldValue(field.value(), place));
+    }
+    return row;
+}
+
+QJsonObject fieldsOf(tvTableRow& row)
+{
+    QJsonObject fields;
+    for (int i = 1; i <= row.FieldCount(); ++i)
+        fields.insert(row.Item(i)->Name(), jsonOf(row.Item(i)->Value()));
+    return fields;
+}
+
+/// The name of the key column; where none is told, that of the first key, or else of the first column.
+QString keyFrom(const QJsonObject& json, Columns& columns, const QString& where)
+{
+    const QString told = json[u"key"].toString();
+    if (columns.empty())
+        columns.push_back({told.isEmpty() ? u"SeqNo"_s : told, true});
+    const auto found = std::find_if(columns.begin(), columns.end(), [&](const Column& column) {
+        return told.isEmpty() ? column.isKey : column.name.compare(told, Qt::CaseInsensitive) == 0;
+    });
+    if (found == columns.end() && !told.isEmpty())
+        throw wrong(where + u".key"_s, u"no such column"_s);
+    return found == columns.end() ? columns.front().name : found->name;
+}
+
+std::shared_ptr<Collection> collectionFrom(const QJsonObject& json, const QString& where)
+{
+    const QJsonArray rows = arrayAt(json[u"rows"], where + u".rows"_s);
+    const QJsonObject first = rows.isEmpty() ? QJsonObject() : rows.at(0)[u"fields"].toObject();
+    Columns columns = columnsFrom(json[u"columns"], first, where);
+    const QString key = keyFrom(json, columns, where);
+    auto collection = std::make_shared<Collection>(key, columns);
+    for (qsizetype i = 0; i < rows.size(); ++i) {
+        const QString place = u"%1.rows[%2]"_s.arg(where).arg(i);
+        collection->Add(rowFrom(objectAt(rows.at(i), place), columns, place));
+    }
+    if (json.contains(u"position"))
+        collection->SetPosition(static_cast<qint16>(json[u"position"].toInt()));
+    if (json.contains(u"primary"))
+        collection->SetPrimaryValue(fieldValue(json[u"primary"], where + u".primary"_s));
+    return collection;
+}
+
+HostObjectPtr partFrom(const QJsonValue& value, const QString& where, int depth);
+
+std::shared_ptr<Record> businessObjectFrom(const QJsonObject& json, const QString& where, int depth)
+{
+    auto record = std::make_shared<Record>();
+    record->className = json[u"className"].toString();
+    const QJsonObject children =
+        json.contains(u"children") ? objectAt(json[u"children"], where + u".children"_s) : QJsonObject();
+    for (auto child = children.begin(); child != children.end(); ++child)
+        record->children.emplace_back(
+            child.key(), partFrom(child.value(), where + u".children."_s + child.key(), depth + 1));
+    if (json.contains(u"parent"))
+        record->parent = std::dynamic_pointer_cast<tvBusinessObject>(
+            partFrom(json[u"parent"], where + u".parent"_s, depth + 1));
+    return record;
+}
+
+HostObjectPtr partFrom(const QJsonValue& value, const QString& where, int depth)
+{
+    if (depth > Deepest)
+        throw wrong(where, u"records too deep in one another"_s);
+    const QJsonObject json = objectAt(value, where);
+    if (json.contains(u"rows"))
+        return collectionFrom(json, where);
+    if (json.contains(u"fields"))
+        return rowFrom(json, columnsFrom(json[u"columns"], json[u"fields"].toObject(), where), where);
+    return businessObjectFrom(json, where, depth);
+}
+
+QJsonObject jsonOf(const HostObjectPtr& part);
+
+QJsonObject jsonOf(Collection& collection)
+{
+    QJsonArray rows;
+    for (const tvTableRowPtr& row : collection)
+        rows.append(QJsonObject{{u"isNew"_s, row->IsNew()}, {u"fields"_s, fieldsOf(*row)}});
+    return {{u"key"_s, collection.KeyColumn()},
+            {u"columns"_s, jsonOf(collection.columns())},
+            {u"rows"_s, rows},
+            {u"position"_s, collection.Position()},
+            {u"primary"_s, jsonOf(collection.primary())}};
+}
+
+QJsonObject jsonOf(const Record& record)
+{
+    QJsonObject children;
+    for (const auto& [name, child] : record.children)
+        children.insert(name, jsonOf(child));
+    QJsonObject json{{u"className"_s, record.className}, {u"children"_s, children}};
+    if (record.parent)
+        json.insert(u"parent"_s, jsonOf(HostObjectPtr(record.parent)));
+    return json;
+}
+
+QJsonObject jsonOf(const HostObjectPtr& part)
+{
+    if (const auto collection = std::dynamic_pointer_cast<Collection>(part))
+        return jsonOf(*collection);
+    if (const auto record = std::dynamic_pointer_cast<Record>(part))
+        return jsonOf(*record);
+    if (const auto row = std::dynamic_pointer_cast<Row>(part))
+        return {{u"columns"_s, jsonOf(row->columns())},
+                {u"isNew"_s, row->IsNew()},
+                {u"fields"_s, fieldsOf(*row)}};
+    throw CallError(TV_E_NOINTERFACE, u"The object is no record of the library's"_s);
+}
+
+} // namespace
+
+HostObjectPtr recordFromText(const QString& json)
+{
+    QJsonParseError error{};
+    const QJsonDocument document = QJsonDocument::fromJson(json.toUtf8(), &error);
+    if (error.error != QJsonParseError::NoError)
+        throw wrong(u"byte %1"_s.arg(error.offset), error.errorString());
+    if (!document.isObject())
+        throw wrong({}, u"no object"_s);
+    try {
+        return partFrom(document.object(), {}, 0);
+    } catch (const CallError&) {
+        throw;
+    } catch (const Error& raised) {
+        throw wrong({}, raised.Description);
+    }
+}
+
+QString textOfRecord(const HostObjectPtr& record)
+{
+    return QString::fromUtf8(QJsonDocument(jsonOf(record)).toJson(QJsonDocument::Compact));
+}
+
+tvBusinessObjectPtr parentOfRecord(const tvBusinessObjectPtr& record)
+{
+    const auto own = std::dynamic_pointer_cast<Record>(record);
+    return own ? own->parent : nullptr;
+}
+
+tvTableCollectionPtr newEmptyCollection()
+{
+    return std::make_shared<Collection>(u"SeqNo"_s, Columns{{u"SeqNo"_s, true}});
+}
+
+} // namespace tavrin

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "frame/host_contracts/Records.h"
+
+#include <QString>
+
+namespace tavrin {
+
+// Records as JSON, in the shape that TVBoundControls.h tells at NewRecord.
+
+/// A record, or a collection alone. Raises TV_E_INVALIDARG with what is wrong and where.
+HostObjectPtr recordFromText(const QString& json);
+
+/// Of what `recordFromText` has made, as it is now.
+QString textOfRecord(const HostObjectPtr& record);
+
+/// The record that the text gave as its parent; nullptr for none and for records of others.
+tvBusinessObjectPtr parentOfRecord(const tvBusinessObjectPtr& record);
+
+/// A new empty collection of no record; its rows have the columns that attachments and lists ask for by name.
+tvTableCollectionPtr newEmptyCollection();
+
+} // namespace tavrin
