@@ -2,7 +2,7 @@
 #include "component/ClassMembers.h"
 #include "component/ClassRegister.h"
 #include "frame/host_contracts/Contracts.h"
-#include "support/FakeHost.h"
+#include "testing/FakeHost.h"
 #include "support/TestCase.h"
 
 #include <QFile>

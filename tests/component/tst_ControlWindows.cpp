@@ -1,7 +1,7 @@
 #include "base/LiveObject.h"
 #include "component/ComponentClient.h"
 #include "frame/control_frame/UserControl.h"
-#include "support/FakeHost.h"
+#include "testing/FakeHost.h"
 #include "support/TestCase.h"
 #include "widgets/panels/Form.h"
 

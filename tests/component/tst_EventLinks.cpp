@@ -2,7 +2,7 @@
 #include "component/SetterRow.h"
 #include "lookup/EmployeePicker.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 
 #include <QPointer>
 

@@ -7,7 +7,7 @@
 #include "lookup/FlatPickerForm.h"
 #include "support/RaisedError.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 
 #include <QMetaProperty>
 

@@ -5,7 +5,7 @@
 #include "support/FailingRecords.h"
 #include "support/RaisedError.h"
 #include "support/TestCase.h"
-#include "support/Unhandled.h"
+#include "testing/Unhandled.h"
 
 #include <limits>
 
