@@ -2,6 +2,7 @@
 
 #include "base/LiveObject.h"
 #include "base/failure/Guard.h"
+#include "base/values/FormConverters.h"
 #include "frame/control_frame/ContainerWatch.h"
 #include "frame/control_frame/FailurePolicy.h"
 #include "widgets/boxes/KeyCodes.h"
@@ -51,6 +52,7 @@ UserControl::UserControl(QWidget* parent, const ControlSite& site)
     : QWidget(parent)
     , d(std::make_unique<Private>(*this, site))
 {
+    registerFormConverters(); // for the properties that a form puts next
     setObjectName(site.name);
 }
 

@@ -1,0 +1,35 @@
+#include "base/values/FormConverters.h"
+
+#include "base/values/Color.h"
+#include "base/values/Font.h"
+
+#include <QGuiApplication>
+
+namespace tavrin {
+
+namespace {
+
+bool registerAll()
+{
+    return QMetaType::registerConverter<QColor, Color>(
+               [](const QColor& color) { return Color::rgb(color.red(), color.green(), color.blue()); }) &&
+           QMetaType::registerConverter<Color, QColor>(
+               [](Color color) { return color.resolve(QGuiApplication::palette()); }) &&
+           QMetaType::registerConverter<int, Color>(
+               [](int number) { return Color(static_cast<quint32>(number)); }) &&
+           QMetaType::registerConverter<uint, Color>([](uint number) { return Color(number); }) &&
+           QMetaType::registerConverter<QFont, FontPtr>(
+               [](const QFont& font) { return std::make_shared<Font>(font); }) &&
+           QMetaType::registerConverter<FontPtr, QFont>(
+               [](const FontPtr& font) { return font ? font->toQFont() : QFont(); });
+}
+
+} // namespace
+
+void registerFormConverters()
+{
+    static const bool registered = registerAll(); // Qt warns of a converter that comes twice
+    Q_UNUSED(registered)
+}
+
+} // namespace tavrin
