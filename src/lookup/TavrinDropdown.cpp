@@ -195,7 +195,10 @@ void TavrinDropdown::UserControl_AmbientChanged(const QString& propertyName)
 void TavrinDropdown::UserControl_Show()
 {
     const QPointer<TavrinDropdown> self(this); // a follower of the first selection may delete the control
-    d->BuildList();
+    if (ambient().UserMode())
+        d->BuildList();
+    else
+        continueOnError([this] { d->BuildList(); }); // the designer may have no host
     if (self)
         d->LayoutControls();
 }

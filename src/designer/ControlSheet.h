@@ -1,0 +1,77 @@
+#pragma once
+
+#include "designer/EditorValue.h"
+#include "frame/control_frame/UserControl.h"
+
+#include <QtDesigner/QDesignerPropertySheetExtension>
+
+#include <vector>
+
+namespace tavrin::designer {
+
+/// A control in the property editor: its saved properties, in the order in which they are saved, each with an
+/// editor that fits; and those of any widget, but for the ones that the control has under its own name.
+///
+/// The place of the widget comes behind them, for a form is loaded in this order and a control may take its
+/// size from what is put. A saved property counts as changed when a new control on that place would have
+/// another value, or when a form must hold it in any case.
+class ControlSheet : public QObject, public QDesignerPropertySheetExtension
+{
+    Q_OBJECT
+    Q_INTERFACES(QDesignerPropertySheetExtension)
+
+public:
+    /// `widgetSheet` is the designer's own sheet of the control, and `standInSheet` of its stand-in. Both
+    /// live as long as the control.
+    ControlSheet(UserControl& control, QDesignerPropertySheetExtension& widgetSheet,
+                 QDesignerPropertySheetExtension& standInSheet, QObject* parent);
+
+    int count() const override;
+    int indexOf(const QString& name) const override;
+    QString propertyName(int index) const override;
+    QString propertyGroup(int index) const override;
+    void setPropertyGroup(int index, const QString& group) override;
+    bool hasReset(int index) const override;
+    bool reset(int index) override;
+    bool isVisible(int index) const override;
+    void setVisible(int index, bool visible) override;
+    bool isAttribute(int index) const override;
+    void setAttribute(int index, bool attribute) override;
+    QVariant property(int index) const override;
+    void setProperty(int index, const QVariant& value) override;
+    bool isChanged(int index) const override;
+    void setChanged(int index, bool changed) override;
+    bool isEnabled(int index) const override;
+
+private:
+    struct Entry
+    {
+        QString name;
+        Editor editor;
+    };
+    /// The saved property at an index of this sheet; nullptr for all others.
+    const Entry* savedAt(int index) const;
+    bool isSaved(const QString& name) const;
+    /// The index in the widget's sheet.
+    int below(int index) const;
+    /// Whether it is a property of the control itself, saved or not.
+    bool isOwn(int index) const;
+    QVariant valueOf(const Entry& entry) const;
+    QVariant startOf(const Entry& entry) const;
+    /// False where the editor's value needs no sheet of the designer's.
+    bool hasStandIn(const Entry& entry) const;
+    void refuse(const Entry& entry, const QVariant& value) const;
+
+    UserControl& m_control;
+    QDesignerPropertySheetExtension& m_widgetSheet;
+    QDesignerPropertySheetExtension& m_standInSheet;
+    std::vector<Entry> m_saved;
+    /// The declared properties of the widget's sheet in the order of this one; those that follow have the
+    /// same place in both.
+    std::vector<int> m_order;
+    /// Where those of the control begin in this order.
+    int m_ownBegin = 0;
+    int m_ownEnd = 0;
+};
+
+} // namespace tavrin::designer
