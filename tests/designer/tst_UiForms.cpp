@@ -1,0 +1,168 @@
+#include "designer/UiForms.h"
+#include "support/TestCase.h"
+#include "ui_AllControls.h"
+
+#include <QFile>
+
+using namespace tavrin;
+using namespace tavrin::test;
+
+namespace {
+
+/// A host that is installed, and a folder.
+struct Application
+{
+    Application()
+        : installation(host)
+    {
+        fillHost(host);
+        modUtils::ReleaseNibrsModule();
+        QImage picture(16, 16, QImage::Format_ARGB32);
+        picture.fill(QColor(200, 40, 40));
+        pictureFile = folder.filePath(QStringLiteral("icon.png"));
+        picture.save(pictureFile);
+    }
+    ~Application() { modUtils::ReleaseNibrsModule(); }
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
+
+    /// What the host was asked since the last time, each question once.
+    QSet<QString> questions()
+    {
+        const QStringList log = std::exchange(host.state().log, {});
+        modUtils::ReleaseNibrsModule(); // the next one asks for it again
+        return {log.begin(), log.end()};
+    }
+
+    FakeHost host;
+    HostInstallation installation;
+    QTemporaryDir folder;
+    QString pictureFile;
+};
+
+/// The same control made by a bag, on a form of the same size.
+struct FromBag
+{
+    FromBag(const QString& control, const PropertyBag& bag)
+    {
+        form.resize(640, 480);
+        made = publicControls().create(QStringLiteral("TVBoundControls.") + control, &form,
+                                       {QStringLiteral("it"), &bag});
+        made->setGeometry(10, 10, 500, 100);
+    }
+    QWidget form;
+    UserControl* made;
+};
+
+QImage shown(QWidget& form, QWidget& control)
+{
+    form.show();
+    return control.grab().toImage();
+}
+
+std::unique_ptr<UserControl> dropped(const QString& control)
+{
+    const DesignTime designer;
+    return std::unique_ptr<UserControl>(
+        publicControls().create(QStringLiteral("TVBoundControls.") + control, nullptr, {}));
+}
+
+} // namespace
+
+class tst_UiForms : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aFormWithEverySavedPropertyIsThatOfABag_data() { addControlRows(); }
+    void aFormWithEverySavedPropertyIsThatOfABag()
+    {
+        QFETCH(QString, control);
+        Application application;
+        PropertyBag bag;
+        QString properties;
+        const std::unique_ptr<UserControl> fresh = dropped(control);
+        for (const SavedProperty& property : fresh->SavedPropertyTable()) {
+            const OtherValue other = otherValue(*fresh, property, application.pictureFile);
+            bag.WriteProperty(property.key, other.bag, QVariant());
+            properties += uiProperty(property.key, other.ui);
+        }
+        FromBag restored(control, bag);
+        const QSet<QString> askedByBag = application.questions();
+        // As the designer saves it: the place comes behind what the control may take its size from.
+        const std::unique_ptr<QWidget> form = loadByQt(uiForm(uiControl(control, properties)));
+        QVERIFY(form);
+        auto* loaded = form->findChild<UserControl*>(QStringLiteral("it"));
+        QVERIFY(loaded);
+        QVERIFY(loaded->ambient().UserMode());
+        QCOMPARE(loaded->typeName(), control);
+        QCOMPARE(savedState(*loaded), savedState(*restored.made));
+        QCOMPARE(application.questions(), askedByBag);
+        QCOMPARE(shown(*form, *loaded), shown(restored.form, *restored.made));
+    }
+
+    void aFormWithWhatTheDesignerSavesOfADroppedControlIsThatOfItsBag_data() { addControlRows(); }
+    void aFormWithWhatTheDesignerSavesOfADroppedControlIsThatOfItsBag()
+    {
+        QFETCH(QString, control);
+        Application application;
+        PropertyBag bag;
+        dropped(control)->WriteProperties(bag);
+        QString properties;
+        if (control == QLatin1String("AgencyPicker"))
+            properties = uiProperty(QStringLiteral("ListAllAgencies"), QStringLiteral("<bool>false</bool>"));
+        if (control == QLatin1String("AutoCompleteField"))
+            properties = uiProperty(QStringLiteral("TableNo"), QStringLiteral("<number>0</number>"));
+        FromBag restored(control, bag);
+        const QSet<QString> askedByBag = application.questions();
+        const std::unique_ptr<QWidget> form = loadByQt(uiForm(uiControl(control, properties)));
+        QVERIFY(form);
+        auto* loaded = form->findChild<UserControl*>(QStringLiteral("it"));
+        QVERIFY(loaded);
+        QCOMPARE(application.questions(), askedByBag);
+        QCOMPARE(shown(*form, *loaded), shown(restored.form, *restored.made));
+        // The flat pickers have the theme's colours from the beginning when new, and once they show when
+        // restored.
+        QCOMPARE(savedState(*loaded), savedState(*restored.made));
+    }
+
+    void aCompiledFormIsTheLoadedOne_data() { addControlRows(); }
+    void aCompiledFormIsTheLoadedOne()
+    {
+        QFETCH(QString, control);
+        Application application;
+        QWidget compiled;
+        Ui::AllControls ui;
+        ui.setupUi(&compiled);
+        QFile file(QStringLiteral(TAVRIN_FORMS "/AllControls.ui"));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const std::unique_ptr<QWidget> loaded = loadByQt(file.readAll());
+        QVERIFY(loaded);
+        const QString name = control.left(1).toLower() + control.mid(1);
+        auto* ofCompiled = compiled.findChild<UserControl*>(name);
+        auto* ofLoaded = loaded->findChild<UserControl*>(name);
+        QVERIFY(ofCompiled && ofLoaded);
+        QCOMPARE(ofCompiled->typeName(), control);
+        QCOMPARE(savedState(*ofCompiled), savedState(*ofLoaded));
+        compiled.show(); // until then a control need not have the size that it gives itself
+        loaded->show();
+        QCOMPARE(ofCompiled->geometry(), ofLoaded->geometry());
+        // A control of the form has what the form says, and not what it began with.
+        if (control != QLatin1String("MultiValue") && !ofCompiled->SavedPropertyTable().empty())
+            QVERIFY(savedState(*ofCompiled) != savedState(*dropped(control)));
+    }
+
+    void aSystemColorTravelsAsItsNumber()
+    {
+        Application application;
+        const std::unique_ptr<QWidget> form = loadByQt(uiForm(uiControl(
+            QStringLiteral("EmployeePicker"),
+            uiProperty(QStringLiteral("BackColor"), QStringLiteral("<number>-2147483633</number>")))));
+        QCOMPARE(
+            form->findChild<UserControl*>(QStringLiteral("it"))->property("BackColor").value<Color>().value(),
+            SystemColor::ButtonFace.value());
+    }
+};
+
+TAVRIN_TEST_MAIN(tst_UiForms)
+#include "tst_UiForms.moc"
