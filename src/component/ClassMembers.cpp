@@ -98,7 +98,6 @@ std::vector<ClassMember> membersOf(const QMetaObject& meta)
         ClassMember member{
             ClassMember::Property, QString::fromLatin1(property.name()), typeName(property.metaType()), {}};
         member.isReadOnly = !property.isWritable();
-        member.isSaved = property.isStored();
         member.index = i;
         members.push_back(std::move(member));
     }

@@ -29,8 +29,6 @@ struct ClassMember
     QString parameters;
     int parameterCount = 0;
     bool isReadOnly = false;
-    /// Whether forms save the property.
-    bool isSaved = false;
     /// Of the property or method in the meta-object.
     int index = -1;
 };

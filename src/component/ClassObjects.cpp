@@ -67,9 +67,8 @@ TvResult member(const TvClassObject* self, int32_t index, TvMember* out)
         if (index < 0 || static_cast<size_t>(index) >= members.size())
             return TV_S_FALSE;
         const ClassObject::Member& one = members[static_cast<size_t>(index)];
-        *out = {one.member.kind,           one.member.isReadOnly, one.member.isSaved,
-                one.member.parameterCount, one.name.constData(),  one.type.constData(),
-                one.parameters.constData()};
+        *out = {one.member.kind,      one.member.isReadOnly, one.member.parameterCount, 0,
+                one.name.constData(), one.type.constData(),  one.parameters.constData()};
         return TV_S_OK;
     });
 }

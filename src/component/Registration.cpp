@@ -156,9 +156,9 @@ void writeGroups(const QString& path, const Groups& groups)
             lines << QString();
         lines << group.lines;
     }
-    const bool isEmpty =
-        std::all_of(lines.begin(), lines.end(), [](const QString& line) { return line.trimmed().isEmpty(); });
-    if (!isEmpty)
+    while (!lines.isEmpty() && lines.last().trimmed().isEmpty())
+        lines.removeLast();
+    if (!lines.isEmpty())
         replaceFile(path, (lines.join(QLatin1Char('\n')) + QLatin1Char('\n')).toUtf8());
     else if (QFile::exists(path) && !QFile::remove(path))
         throw Error(QStringLiteral("%1 cannot be removed").arg(path));

@@ -163,8 +163,8 @@ typedef struct TvMember
 {
     int32_t kind;
     int32_t readOnly;       /* of a property */
-    int32_t saved;          /* a property that forms save */
     int32_t parameterCount; /* of an operation or event */
+    int32_t reserved;
     const char* name;
     const char* type; /* "Boolean", "Long", "String", "Variant", "Color", "Font", "Picture" or "Object"; of an
                          operation without a result and an event "" */

@@ -88,7 +88,7 @@ inline TvVariant of(const char* text)
     return variant;
 }
 
-inline TvVariant color(quint32 value)
+inline TvVariant colored(quint32 value)
 {
     TvVariant variant{};
     variant.type = TV_COLOR;

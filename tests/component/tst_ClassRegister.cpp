@@ -34,9 +34,8 @@ QString describe(const ClassMember& member)
 {
     switch (member.kind) {
     case ClassMember::Property:
-        return u"property %1 As %2%3%4"_s.arg(member.name, member.type,
-                                              member.isReadOnly ? u", read-only"_s : QString(),
-                                              member.isSaved ? u", saved"_s : QString());
+        return u"property %1 As %2%3"_s.arg(member.name, member.type,
+                                            member.isReadOnly ? u", read-only"_s : QString());
     case ClassMember::Operation:
         return u"operation %1(%2)%3"_s.arg(member.name, member.parameters,
                                            member.type.isEmpty() ? QString() : u" As "_s + member.type);

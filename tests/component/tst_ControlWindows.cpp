@@ -1,7 +1,11 @@
 #include "base/LiveObject.h"
 #include "component/ComponentClient.h"
 #include "frame/control_frame/UserControl.h"
+<<<<<<< ours
 #include "testing/FakeHost.h"
+=======
+#include "frame/host_contracts/Host.h"
+>>>>>>> theirs
 #include "support/TestCase.h"
 #include "widgets/panels/Form.h"
 
@@ -34,7 +38,9 @@ private Q_SLOTS:
 
     void aControlWithoutAParentStandsInAWindowOfItsOwn()
     {
-        auto made = std::make_unique<Made>("LatLong");
+        tavrin::Host host;
+        const tavrin::HostInstallation installation(host);
+        auto made = std::make_unique<Made>("MultiValue");
         const QPointer<QWidget> window = widget(*made)->window();
         QVERIFY(window != widget(*made));
         QVERIFY(!window->isVisible());

@@ -140,7 +140,7 @@ private Q_SLOTS:
 
     void whatIsUnsubscribedIsNotCalledAgain()
     {
-        const quint64 cookie = subscribe("Change");
+        const uint64_t cookie = subscribe("Change");
         subscribe("Change");
         QCOMPARE(functions().Unsubscribe(m_made->handle, cookie), TV_S_OK);
         QCOMPARE(functions().Unsubscribe(m_made->handle, cookie), TV_S_FALSE);
@@ -150,7 +150,7 @@ private Q_SLOTS:
 
     void aCallbackMayUnsubscribeItself()
     {
-        const quint64 cookie = subscribe("Change");
+        const uint64_t cookie = subscribe("Change");
         m_listener.answer = [&](TvVariant*) { functions().Unsubscribe(m_made->handle, cookie); };
         putValue(11);
         putValue(12);
@@ -189,7 +189,7 @@ private Q_SLOTS:
 
     void anEventThatIsNoneIsRefused()
     {
-        quint64 cookie = 7;
+        uint64_t cookie = 7;
         QCOMPARE(functions().Subscribe(m_made->handle, "Value", Listener::hear, nullptr, &cookie),
                  TV_E_MEMBERNOTFOUND);
         QCOMPARE(cookie, 0U);
@@ -201,9 +201,9 @@ private Q_SLOTS:
 private:
     const TvClassObject& functions() const { return m_made->functions; }
 
-    quint64 subscribe(const char* event)
+    uint64_t subscribe(const char* event)
     {
-        quint64 cookie = 0;
+        uint64_t cookie = 0;
         if (functions().Subscribe(m_made->handle, event, Listener::hear, &m_listener, &cookie) != TV_S_OK)
             qFatal("%s", qPrintable(lastDescription()));
         return cookie;
