@@ -5,7 +5,6 @@ include(CMakePackageConfigHelpers)
 set(TAVRIN_INCLUDE_DIR ${PROJECT_BINARY_DIR}/include)
 set(TAVRIN_LIBEXEC_DIR ${CMAKE_INSTALL_LIBEXECDIR}/tvboundcontrols)
 set(TAVRIN_PLUGIN_DIR ${CMAKE_INSTALL_LIBDIR}/qt6/plugins)
-set(TAVRIN_DESIGNER_FILE ${CMAKE_SHARED_MODULE_PREFIX}TVBoundControlsDesigner${CMAKE_SHARED_MODULE_SUFFIX})
 set(TAVRIN_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/TVBoundControls)
 
 # The headers of src/public_headers.txt, as they are installed.
@@ -43,6 +42,10 @@ endfunction()
 tavrin_install_library(TVBoundControls Controls library)
 tavrin_install_library(TVBoundControlsHost Host workbench)
 tavrin_install_library(TVBoundControlsTesting Testing development)
+tavrin_install_library(TVBoundControlsForms Designer designer)
+file(RELATIVE_PATH to_libraries ${CMAKE_INSTALL_FULL_LIBDIR}/qt6/plugins/designer ${CMAKE_INSTALL_FULL_LIBDIR})
+set_target_properties(TVBoundControlsDesigner PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
+install(TARGETS TVBoundControlsDesigner LIBRARY DESTINATION ${TAVRIN_PLUGIN_DIR}/designer COMPONENT designer)
 
 configure_package_config_file(packaging/TVBoundControlsConfig.cmake.in
   ${PROJECT_BINARY_DIR}/TVBoundControlsConfig.cmake INSTALL_DESTINATION ${TAVRIN_CMAKE_DIR}

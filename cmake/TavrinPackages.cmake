@@ -49,7 +49,7 @@ tavrin_package(development libtvboundcontrols-dev libdevel "development files of
   "Headers, the files by which CMake and pkg-config find the library, and the"
   "component for tests of a host against a fake one.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
-  "libtvboundcontrols1 ${same_version}, tvboundcontrols-workbench ${same_version}, qt6-base-dev")
+  "libtvboundcontrols1 ${same_version}, tvboundcontrols-workbench ${same_version}, tvboundcontrols-designer ${same_version}, qt6-base-dev")
 tavrin_package(workbench tvboundcontrols-workbench database "records application over the reference host"
   "A records application that a person can open and work in: incidents with their"
   "offenses, officers, suspects and attached files. With it comes the reference"

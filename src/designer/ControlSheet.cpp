@@ -23,7 +23,7 @@ ControlSheet::ControlSheet(UserControl& control, QDesignerPropertySheetExtension
             m_order.push_back(index);
     }
     m_ownBegin = static_cast<int>(m_order.size());
-    for (const SavedProperty& property : control.SavedPropertyTable()) {
+    for (const SavedProperty& property : control.savedProperties()) {
         const int index = meta.indexOfProperty(property.key.toLatin1().constData());
         if (index < firstOwn)
             continue;

@@ -1,7 +1,6 @@
 #include "designer/EditorValue.h"
 
 #include "base/values/Variant.h"
-#include "widgets/drawing/ConstituentLook.h"
 
 #include <QFont>
 #include <QImage>
@@ -29,6 +28,13 @@ QVariant toColor(const QVariant& value)
     if (isWholeNumber(value) || value.typeId() == QMetaType::QColor)
         return QVariant::fromValue(value.value<Color>());
     return {};
+}
+
+/// A font that says all of its properties, so that the editor takes none from the form.
+QFont whole(QFont font)
+{
+    font.setResolveMask(QFont::AllPropertiesResolved);
+    return font;
 }
 
 } // namespace
@@ -64,7 +70,7 @@ QVariant editorValue(Editor editor, const QVariant& value, const QVariant& start
     case Editor::Color:
         return colorValue(value, start);
     case Editor::Font:
-        return wholeFont(value.value<QFont>());
+        return whole(value.value<QFont>());
     default:
         return value;
     }

@@ -23,7 +23,7 @@ const Values& valuesOfClass(const UserControl& control)
         const QString className = QStringLiteral("TVBoundControls.") + control.typeName();
         const std::unique_ptr<UserControl> fresh(publicControls().create(className, nullptr, {}));
         Values values;
-        for (const SavedProperty& property : fresh->SavedPropertyTable())
+        for (const SavedProperty& property : fresh->savedProperties())
             values.insert(property.key, fresh->property(property.key.toLatin1().constData()));
         known = classes.insert(control.typeName(), values);
     }

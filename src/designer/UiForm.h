@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/export/Export.h"
+
 #include <QString>
 #include <QStringList>
 #include <QWidget>
@@ -16,6 +18,6 @@ namespace tavrin {
 /// control does not have is a problem when its name begins with a capital; others are the form's own. A file
 /// that is no form gives nullptr and one sentence. The form belongs to the caller, or to `parent` where there
 /// is one.
-QWidget* loadUiForm(const QString& fileName, QWidget* parent, QStringList& problems);
+TAVRIN_EXPORT QWidget* loadUiForm(const QString& fileName, QWidget* parent, QStringList& problems);
 
 } // namespace tavrin

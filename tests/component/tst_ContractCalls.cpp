@@ -1,6 +1,6 @@
 #include "component/ComponentClient.h"
 #include "component/SetterRow.h"
-#include "support/FakeDesktop.h"
+#include "testing/FakeDesktop.h"
 #include "support/TestCase.h"
 #include "widgets/boxes/TextBox.h"
 

@@ -1,12 +1,9 @@
 #include "base/LiveObject.h"
 #include "component/ComponentClient.h"
 #include "frame/control_frame/UserControl.h"
-<<<<<<< ours
-#include "testing/FakeHost.h"
-=======
 #include "frame/host_contracts/Host.h"
->>>>>>> theirs
 #include "support/TestCase.h"
+#include "testing/FakeHost.h"
 #include "widgets/panels/Form.h"
 
 #include <QApplication>

@@ -82,7 +82,7 @@ inline QVariant withoutOrigin(const QVariant& value)
 inline QByteArray savedState(UserControl& control)
 {
     QJsonObject state;
-    for (const SavedProperty& property : control.SavedPropertyTable()) {
+    for (const SavedProperty& property : control.savedProperties()) {
         PropertyBag bag;
         bag.WriteProperty(property.key, withoutOrigin(property.get()), QVariant());
         const QJsonObject one = bag.toJson();

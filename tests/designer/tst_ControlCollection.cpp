@@ -156,7 +156,7 @@ private Q_SLOTS:
             made.reset(publicControls().create(QStringLiteral("TVBoundControls.") + control, &form, {}));
         }
         made->setObjectName(QStringLiteral("named"));
-        for (const SavedProperty& property : made->SavedPropertyTable()) {
+        for (const SavedProperty& property : made->savedProperties()) {
             if (property.kind == PropertyKind::Long)
                 made->setProperty(property.key.toLatin1().constData(), 302);
             if (property.kind == PropertyKind::Boolean)

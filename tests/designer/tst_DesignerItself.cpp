@@ -73,7 +73,7 @@ QStringList savedProperties(const QString& fileName, const QString& name)
 QStringList keysOf(const QString& control)
 {
     QStringList keys;
-    for (const SavedProperty& property : dropped(control)->SavedPropertyTable())
+    for (const SavedProperty& property : dropped(control)->savedProperties())
         keys << property.key;
     return keys;
 }
@@ -201,7 +201,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, control);
         const QJsonObject types = noted(control).value(QStringLiteral("types")).toObject();
-        for (const SavedProperty& property : dropped(control)->SavedPropertyTable()) {
+        for (const SavedProperty& property : dropped(control)->savedProperties()) {
             const QString type = types.value(property.key).toString();
             const QString said = property.key + QStringLiteral(" is shown as ") + type;
             switch (property.kind) {

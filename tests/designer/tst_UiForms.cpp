@@ -82,7 +82,7 @@ private Q_SLOTS:
         PropertyBag bag;
         QString properties;
         const std::unique_ptr<UserControl> fresh = dropped(control);
-        for (const SavedProperty& property : fresh->SavedPropertyTable()) {
+        for (const SavedProperty& property : fresh->savedProperties()) {
             const OtherValue other = otherValue(*fresh, property, application.pictureFile);
             bag.WriteProperty(property.key, other.bag, QVariant());
             properties += uiProperty(property.key, other.ui);
@@ -148,7 +148,7 @@ private Q_SLOTS:
         loaded->show();
         QCOMPARE(ofCompiled->geometry(), ofLoaded->geometry());
         // A control of the form has what the form says, and not what it began with.
-        if (control != QLatin1String("MultiValue") && !ofCompiled->SavedPropertyTable().empty())
+        if (control != QLatin1String("MultiValue") && !ofCompiled->savedProperties().empty())
             QVERIFY(savedState(*ofCompiled) != savedState(*dropped(control)));
     }
 

@@ -70,16 +70,14 @@ public:
     /// The constituents.
     QList<QWidget*> Controls() const;
 
-    /// The saved properties in their order.
+    /// The saved properties in their order, with which a form designer shows and puts them one by one. Not to be
+    /// kept beyond the life of the control.
     virtual SavedProperties savedProperties() { return {}; }
 
     /// Restores the saved properties, each through its setter.
     void ReadProperties(const PropertyBag& bag) { UserControl_ReadProperties(bag); }
     /// Saves the properties, each through its getter. For the designer.
     void WriteProperties(PropertyBag& bag) { UserControl_WriteProperties(bag); }
-    /// The saved properties in their order, with which a form designer shows and puts them one by one. Not to
-    /// be kept beyond the life of the control.
-    SavedProperties SavedPropertyTable() { return savedProperties(); }
 
 Q_SIGNALS:
     /// The design-time value that is saved under `key` has changed, and the form must be saved again. A slot
