@@ -42,10 +42,12 @@ endfunction()
 tavrin_install_library(TVBoundControls Controls library)
 tavrin_install_library(TVBoundControlsHost Host workbench)
 tavrin_install_library(TVBoundControlsTesting Testing development)
-tavrin_install_library(TVBoundControlsForms Designer designer)
-file(RELATIVE_PATH to_libraries ${CMAKE_INSTALL_FULL_LIBDIR}/qt6/plugins/designer ${CMAKE_INSTALL_FULL_LIBDIR})
-set_target_properties(TVBoundControlsDesigner PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
-install(TARGETS TVBoundControlsDesigner LIBRARY DESTINATION ${TAVRIN_PLUGIN_DIR}/designer COMPONENT designer)
+if(TARGET TVBoundControlsDesigner)
+  tavrin_install_library(TVBoundControlsForms Designer designer)
+  file(RELATIVE_PATH to_libraries ${CMAKE_INSTALL_FULL_LIBDIR}/qt6/plugins/designer ${CMAKE_INSTALL_FULL_LIBDIR})
+  set_target_properties(TVBoundControlsDesigner PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
+  install(TARGETS TVBoundControlsDesigner LIBRARY DESTINATION ${TAVRIN_PLUGIN_DIR}/designer COMPONENT designer)
+endif()
 
 configure_package_config_file(packaging/TVBoundControlsConfig.cmake.in
   ${PROJECT_BINARY_DIR}/TVBoundControlsConfig.cmake INSTALL_DESTINATION ${TAVRIN_CMAKE_DIR}
@@ -77,3 +79,8 @@ install(FILES packaging/workbench/org.tavrin.workbench.metainfo.xml
   DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo COMPONENT workbench)
 install(FILES packaging/workbench/org.tavrin.workbench.svg
   DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps COMPONENT workbench)
+
+# The documents, and the examples that they quote.
+install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tvboundcontrols-doc COMPONENT documents)
+install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tvboundcontrols-doc COMPONENT documents
+  PATTERN build EXCLUDE PATTERN .gitignore EXCLUDE)

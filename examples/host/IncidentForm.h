@@ -18,8 +18,6 @@ class SuspRelList;
 /// One incident on the screen: an agency, its weapons, and how the suspect is related to the victims.
 class IncidentForm : public QWidget
 {
-    Q_OBJECT
-
 public:
     explicit IncidentForm(QWidget* parent = nullptr);
 

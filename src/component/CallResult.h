@@ -1,7 +1,6 @@
 #pragma once
 
 #include "base/LiveObject.h"
-#include "base/export/Export.h"
 #include "base/failure/Error.h"
 
 #define TV_NO_LOADER
@@ -27,7 +26,7 @@ public:
 };
 
 /// Notes the exception that is being handled as the thread's last failure and returns its code.
-TAVRIN_COMPANION_EXPORT TvResult noteFailure() noexcept;
+TvResult noteFailure() noexcept;
 
 /// The last failure on this thread; its texts stay valid until the next one.
 TvError lastFailure();
@@ -42,7 +41,7 @@ void forgetRaised();
 
 /// Counts the calls of the library that are under way on this thread. The end of the outermost one ends what
 /// was destroyed inside a callback.
-class TAVRIN_COMPANION_EXPORT CallScope
+class CallScope
 {
 public:
     CallScope();

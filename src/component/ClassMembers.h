@@ -1,7 +1,5 @@
 #pragma once
 
-#include "base/export/Export.h"
-
 #include <QMetaMethod>
 #include <QMetaProperty>
 #include <QString>
@@ -36,7 +34,7 @@ struct ClassMember
 /// The properties, the operations and the events that the class publishes, each in the order of their
 /// declaration. Of a control what it has beyond its frame; of any other object all that can be called by
 /// name.
-TAVRIN_COMPANION_EXPORT std::vector<ClassMember> membersOf(const QMetaObject& meta);
+std::vector<ClassMember> membersOf(const QMetaObject& meta);
 
 /// The member of that kind and name, compared without case. Raises TV_E_MEMBERNOTFOUND with both names when
 /// there is none. The frame's own event "PropertyChanged" is found too.

@@ -6,8 +6,7 @@ namespace tavrin {
 
 /// The structure of functions for a class and an interface. Raises TV_E_POINTER, TV_E_CLASSNOTAVAILABLE and
 /// TV_E_NOINTERFACE; `*object` is null then.
-TAVRIN_COMPANION_EXPORT TvResult getClassObject(const char* className, const char* interfaceName,
-                                                void** object);
+TvResult getClassObject(const char* className, const char* interfaceName, void** object);
 
 /// The functions that belong to no class.
 const TvLibrary& libraryObject();

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "base/export/Export.h"
-
 #include <QString>
 
 namespace tavrin {
@@ -18,16 +16,16 @@ namespace tavrin {
 ///     Contract=TavrinControl
 ///
 /// Lines that begin with ';' or '#' are comments.
-TAVRIN_COMPANION_EXPORT QString registrationPath();
+QString registrationPath();
 
 /// Enters the public classes for the library at this path, in place of what stands there for them, and takes
 /// out what it has entered before for others. The file is replaced as a whole; entries of other libraries and
 /// comments stay. Raises TV_E_REGISTRATION for a damaged file, with the line, and TV_E_CANNOTWRITE; the file
 /// then stands as it was.
-TAVRIN_COMPANION_EXPORT void registerClasses(const QString& library);
+void registerClasses(const QString& library);
 
 /// Takes out what was entered for the library at this path, and the file when nothing is left. Raises as
 /// `registerClasses`.
-TAVRIN_COMPANION_EXPORT void unregisterClasses(const QString& library);
+void unregisterClasses(const QString& library);
 
 } // namespace tavrin

@@ -56,16 +56,16 @@ public:
 
     LatLong& q;
     tvBusinessObjectPtr m_bo;
-    Label* Label13;
-    TextBox* txtLat;
-    Label* Label14;
-    TextBox* txtLong;
-    GroupBox* grpGeocoding;
-    FlatOptionButton* optGeocodeOnSave[2]; // by index
-    GroupBox* grpWarning;
-    BoxShape* shpWarning;
-    FontIconLabel* lblWarning;
-    TextLink* lnkViewDetails;
+    Label* Label13 = nullptr;
+    TextBox* txtLat = nullptr;
+    Label* Label14 = nullptr;
+    TextBox* txtLong = nullptr;
+    GroupBox* grpGeocoding = nullptr;
+    FlatOptionButton* optGeocodeOnSave[2] = {}; // by index
+    GroupBox* grpWarning = nullptr;
+    BoxShape* shpWarning = nullptr;
+    FontIconLabel* lblWarning = nullptr;
+    TextLink* lnkViewDetails = nullptr;
     PopupMenu* mnuCoordinates = nullptr;
     MenuItem* mnuCopyCoordinates = nullptr;
     QPointer<QMenu> m_openMenu;

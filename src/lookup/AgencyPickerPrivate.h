@@ -20,6 +20,8 @@ public:
     static constexpr int ActiveColumn = 3;
 
     explicit Private(AgencyPicker& picker);
+    Private(const Private&) = delete;
+    Private& operator=(const Private&) = delete;
 
     void InitDefaults();
     void LoadAgencies(const QVariant& value);

@@ -14,6 +14,8 @@ class TextBox;
 
 class AutoCompleteField::Private
 {
+    Q_DISABLE_COPY_MOVE(Private)
+
 public:
     explicit Private(AutoCompleteField& field);
 

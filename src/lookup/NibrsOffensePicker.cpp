@@ -35,6 +35,8 @@ QString displayText(const QPair<QString, QString>& entry)
 
 class NibrsOffensePicker::Private
 {
+    Q_DISABLE_COPY_MOVE(Private)
+
 public:
     explicit Private(NibrsOffensePicker& picker);
 

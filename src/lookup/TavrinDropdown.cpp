@@ -18,6 +18,8 @@ constexpr Twips UsualWidth = 3073;
 
 class TavrinDropdown::Private
 {
+    Q_DISABLE_COPY_MOVE(Private)
+
 public:
     explicit Private(TavrinDropdown& dropdown);
 

@@ -60,6 +60,8 @@ void designLink(TextLink& link, const char* name, QLatin1Char sign, const char* 
 
 class MultiValue::Private
 {
+    Q_DISABLE_COPY_MOVE(Private)
+
 public:
     explicit Private(MultiValue& control)
         : q(control)

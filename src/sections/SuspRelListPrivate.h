@@ -38,6 +38,8 @@ public:
     };
 
     explicit Private(SuspRelList& control);
+    Private(const Private&) = delete;
+    Private& operator=(const Private&) = delete;
 
     void build();
     tvTableCollectionPtr ParseOtherCollectionTag(const tvBusinessObjectPtr& record, bool& resolved);

@@ -176,6 +176,7 @@ bool TavrinSpellcheck::Private::initialize()
     if (!self)
         return false;
     loadDictionaries();
+    // cppcheck-suppress identicalConditionAfterEarlyExit; the host may have deleted the control
     if (!self)
         return false;
     m_initialized = true;

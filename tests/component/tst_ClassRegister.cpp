@@ -2,8 +2,8 @@
 #include "component/ClassMembers.h"
 #include "component/ClassRegister.h"
 #include "frame/host_contracts/Contracts.h"
-#include "testing/FakeHost.h"
 #include "support/TestCase.h"
+#include "testing/FakeHost.h"
 
 #include <QFile>
 #include <QJsonDocument>

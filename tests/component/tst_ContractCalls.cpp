@@ -1,7 +1,7 @@
 #include "component/ComponentClient.h"
 #include "component/SetterRow.h"
-#include "testing/FakeDesktop.h"
 #include "support/TestCase.h"
+#include "testing/FakeDesktop.h"
 #include "widgets/boxes/TextBox.h"
 
 #include <QJsonArray>

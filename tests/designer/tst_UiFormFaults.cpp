@@ -151,9 +151,11 @@ private Q_SLOTS:
         QStringList problems;
         const std::unique_ptr<QWidget> form(loadUiForm(fileName, nullptr, problems));
         QVERIFY(form && form->findChild<QLineEdit*>(QStringLiteral("o")));
-        QCOMPARE(problems, QStringList(fileName +
-                                       QStringLiteral(
-                                           ": control \"it\": The host has no component NIBRS.Singletons.")));
+        QCOMPARE(
+            problems,
+            QStringList(
+                fileName +
+                QStringLiteral(": control \"it\": The host does not offer the component NIBRS.Singletons.")));
         modUtils::ReleaseNibrsModule();
     }
 

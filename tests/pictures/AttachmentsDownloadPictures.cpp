@@ -108,7 +108,7 @@ private:
 
 } // namespace
 
-int main(int argc, char** argv)
+TAVRIN_PICTURES(AttachmentsDownload)(int argc, char** argv)
 {
     return test::writePictures(argc, argv, [](const QString& folder, bool isLarge) {
         for (const bool dark : {false, true}) {

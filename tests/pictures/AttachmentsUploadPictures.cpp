@@ -94,7 +94,7 @@ void writeStates(bool dark, const QString& folder, const QString& ending)
 
 } // namespace
 
-int main(int argc, char** argv)
+TAVRIN_PICTURES(AttachmentsUpload)(int argc, char** argv)
 {
     return test::writePictures(argc, argv, [](const QString& folder, bool isLarge) {
         const QString whole = QDir(folder).absolutePath(); // the current folder changes

@@ -64,7 +64,7 @@ void write(const State& state, const QString& folder)
 
 } // namespace
 
-int main(int argc, char** argv)
+TAVRIN_PICTURES(AutoCompleteField)(int argc, char** argv)
 {
     return test::writePictures(argc, argv, [](const QString& folder, bool) {
         for (const State& state : States)

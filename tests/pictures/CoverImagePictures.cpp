@@ -99,7 +99,7 @@ void writeCover(const QString& folder, const QString& name, const QSize& size, b
 
 } // namespace
 
-int main(int argc, char** argv)
+TAVRIN_PICTURES(CoverImage)(int argc, char** argv)
 {
     return test::writePictures(argc, argv, [](const QString& folder, bool isLarge) {
         const HostWithThumbnail host;

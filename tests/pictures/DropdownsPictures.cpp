@@ -122,7 +122,7 @@ const State States[] = {
 
 } // namespace
 
-int main(int argc, char** argv)
+TAVRIN_PICTURES(Dropdowns)(int argc, char** argv)
 {
     return test::writePictures(argc, argv, [](const QString& folder, bool) {
         for (const auto& kind : {QStringLiteral("TavrinDropdown"), QStringLiteral("NibrsOffensePicker")}) {

@@ -156,7 +156,7 @@ void writeDialog(bool dark, const QString& folder, const QString& name, bool onL
 
 } // namespace
 
-int main(int argc, char** argv)
+TAVRIN_PICTURES(MultiValue)(int argc, char** argv)
 {
     return test::writePictures(argc, argv, [](const QString& folder, bool isLarge) {
         const QString ending = isLarge ? QStringLiteral("-200") : QString();

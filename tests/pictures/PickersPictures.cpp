@@ -198,7 +198,7 @@ const State States[] = {
 
 } // namespace
 
-int main(int argc, char** argv)
+TAVRIN_PICTURES(Pickers)(int argc, char** argv)
 {
     return test::writePictures(argc, argv, [](const QString& folder, bool isLarge) {
         for (const Kind& kind : Kinds) {

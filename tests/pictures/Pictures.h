@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/failure/Error.h"
+#include "support/TestCase.h"
 
 #include <QApplication>
 #include <QDir>
@@ -60,3 +61,9 @@ int writePictures(int argc, char** argv, Write write, const QByteArray& platform
 }
 
 } // namespace tavrin::test
+
+/// The head of the function that writes one subject's pictures: "pictures AgencyPicker FOLDER" runs it.
+#define TAVRIN_PICTURES(Subject)                                                                             \
+    static int picturesOf##Subject(int argc, char** argv);                                                   \
+    TAVRIN_TEST_UNIT(tst_##Subject, picturesOf##Subject)                                                     \
+    static int picturesOf##Subject

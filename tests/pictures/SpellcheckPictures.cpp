@@ -128,7 +128,7 @@ void writeControl(bool dark, const QString& folder, const QString& name)
 
 } // namespace
 
-int main(int argc, char** argv)
+TAVRIN_PICTURES(Spellcheck)(int argc, char** argv)
 {
     return test::writePictures(argc, argv, [](const QString& folder, bool isLarge) {
         const QString ending = isLarge ? QStringLiteral("-200") : QString();

@@ -143,7 +143,7 @@ const State States[] = {
 
 } // namespace
 
-int main(int argc, char** argv)
+TAVRIN_PICTURES(SuspRelList)(int argc, char** argv)
 {
     return test::writePictures(argc, argv, [](const QString& folder, bool isLarge) {
         for (const State& state : States) {

@@ -169,7 +169,7 @@ void write(const QString& folder, ThemeChoice theme)
 
 } // namespace
 
-int main(int argc, char** argv)
+TAVRIN_PICTURES(Workbench)(int argc, char** argv)
 {
     QTemporaryFile screen; // larger than the platform's own, so that a list opens at its place
     screen.open();

@@ -108,6 +108,7 @@ void Attachments::Private::uploadAndAdd(const QStringList& paths)
     const auto unload = qScopeGuard([&alive] { delete alive.data(); });
     dialog->SetFiles(paths);
     dialog->Start(&q);
+    // cppcheck-suppress identicalConditionAfterEarlyExit; the dialog has run meanwhile
     if (!self || !alive)
         return;
     ShowUpdating(true);

@@ -70,8 +70,8 @@ public:
     /// The constituents.
     QList<QWidget*> Controls() const;
 
-    /// The saved properties in their order, with which a form designer shows and puts them one by one. Not to be
-    /// kept beyond the life of the control.
+    /// The saved properties in their order, with which a form designer shows and puts them one by one. Not to
+    /// be kept beyond the life of the control.
     virtual SavedProperties savedProperties() { return {}; }
 
     /// Restores the saved properties, each through its setter.

@@ -29,6 +29,7 @@ HostServices::~HostServices() = default;
 TableValues HostServices::GetTableValues(TableNumber table, bool includeInactive, const QVariant& leftOut,
                                          bool reserved)
 {
+    // cppcheck-suppress missingReturn
     Q_UNUSED(table)
     Q_UNUSED(includeInactive)
     Q_UNUSED(leftOut)
