@@ -62,7 +62,7 @@ int writePictures(int argc, char** argv, Write write, const QByteArray& platform
 
 } // namespace tavrin::test
 
-/// The head of the function that writes one subject's pictures: "pictures AgencyPicker FOLDER" runs it.
+/// The head of the function that writes one subject's pictures: "tests_pictures AgencyPicker FOLDER" runs it.
 #define TAVRIN_PICTURES(Subject)                                                                             \
     static int picturesOf##Subject(int argc, char** argv);                                                   \
     TAVRIN_TEST_UNIT(tst_##Subject, picturesOf##Subject)                                                     \
