@@ -15,6 +15,8 @@ set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/packaging/debian/finish.cmake)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS # the packages' own libraries, whose packages are named below
+  ${PROJECT_BINARY_DIR}/src/component ${PROJECT_BINARY_DIR}/src/host)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY "=") # libraries of one version belong together
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS OFF)
@@ -54,16 +56,16 @@ tavrin_package(workbench tvboundcontrols-workbench database "records application
   "A records application that a person can open and work in: incidents with their"
   "offenses, officers, suspects and attached files. With it comes the reference"
   "host of TVBoundControls, which keeps records in a database.")
-set(CPACK_DEBIAN_WORKBENCH_PACKAGE_DEPENDS "libqt6sql6-sqlite, hunspell-en-us")
+set(CPACK_DEBIAN_WORKBENCH_PACKAGE_DEPENDS
+  "libtvboundcontrols1 ${same_version}, libqt6sql6-sqlite, hunspell-en-us")
 tavrin_package(designer tvboundcontrols-designer devel "TVBoundControls in Qt Designer"
   "The plugin by which Qt Designer, and programs that load its forms, know the"
   "controls of TVBoundControls.")
 tavrin_package(documents tvboundcontrols-doc doc "documents of TVBoundControls"
   "The guide for the developer of a host, a page for each control, the reference"
   "of the headers, and an example host.")
-foreach(content IN ITEMS DEVELOPMENT DOCUMENTS)
-  set(CPACK_DEBIAN_${content}_PACKAGE_SHLIBDEPS OFF)
-endforeach()
+set(CPACK_DEBIAN_DESIGNER_PACKAGE_DEPENDS "libtvboundcontrols1 ${same_version}")
+set(CPACK_DEBIAN_DOCUMENTS_PACKAGE_SHLIBDEPS OFF)
 set(CPACK_DEBIAN_DOCUMENTS_PACKAGE_ARCHITECTURE all)
 
 include(CPack)
