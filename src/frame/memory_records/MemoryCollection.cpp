@@ -67,6 +67,17 @@ MemoryCollection::MemoryCollection(const QList<MemoryColumn>& columns)
         d->keyColumn = key->Name;
 }
 
+MemoryCollection::MemoryCollection(const QList<MemoryColumn>& columns, const QString& keyColumn)
+    : MemoryCollection(columns)
+{
+    const auto key = std::find_if(columns.begin(), columns.end(), [&](const auto& column) {
+        return column.Name.compare(keyColumn, Qt::CaseInsensitive) == 0;
+    });
+    if (key == columns.end())
+        throw Error(QStringLiteral("The collection has no column %1 for its key").arg(keyColumn));
+    d->keyColumn = key->Name;
+}
+
 MemoryCollection::MemoryCollection(const QStringList& columns)
     : MemoryCollection(columnsOf(columns))
 {
@@ -181,6 +192,11 @@ tvTableRowPtr MemoryCollection::Item(qint32 index)
 void MemoryCollection::SetItemClass(const QString& name)
 {
     d->itemClass = name;
+}
+
+QList<MemoryColumn> MemoryCollection::Columns() const
+{
+    return d->columns;
 }
 
 QString MemoryCollection::ItemClass() const

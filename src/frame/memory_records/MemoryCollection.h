@@ -25,6 +25,9 @@ class TAVRIN_EXPORT MemoryCollection : public tvTableCollection,
 public:
     /// New rows have these columns, of which the first key is the key column.
     explicit MemoryCollection(const QList<MemoryColumn>& columns);
+    /// New rows have these columns, and the one named `keyColumn` is the key column, also where its fields
+    /// are no key. Raises an `Error` when there is none of this name.
+    MemoryCollection(const QList<MemoryColumn>& columns, const QString& keyColumn);
     /// New rows have these columns, of which the first is the key.
     explicit MemoryCollection(const QStringList& columns);
     ~MemoryCollection() override;
@@ -50,6 +53,8 @@ public:
     void SetPrimaryValue(const QVariant& key) override;
     qint32 PrimaryIndex() const override;
 
+    /// The columns of new rows.
+    QList<MemoryColumn> Columns() const;
     /// What `SetItemClass` was given last; "" at first.
     QString ItemClass() const;
     /// Whether a new row has a key, the number above the highest one so far. True at first; else the key of a

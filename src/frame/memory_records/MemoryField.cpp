@@ -87,8 +87,8 @@ bool MemoryField::refersTo(const MemoryField* field) const
     return false;
 }
 
-MemoryLinkField::MemoryLinkField(const QString& name, const QVariant& value, bool isKey)
-    : m_field(name, value, isKey)
+MemoryLinkField::MemoryLinkField(const QString& name, const QVariant& value, bool isKey, qint32 maxLength)
+    : m_field(name, value, isKey, maxLength)
 {
 }
 

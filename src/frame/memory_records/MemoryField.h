@@ -47,7 +47,8 @@ private:
 class TAVRIN_EXPORT MemoryLinkField : public tvLinkField
 {
 public:
-    explicit MemoryLinkField(const QString& name, const QVariant& value = {}, bool isKey = false);
+    explicit MemoryLinkField(const QString& name, const QVariant& value = {}, bool isKey = false,
+                             qint32 maxLength = 0);
     ~MemoryLinkField() override;
 
     QVariant Value() const override;

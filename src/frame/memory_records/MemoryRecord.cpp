@@ -3,14 +3,21 @@
 #include "frame/memory_records/MemoryCollection.h"
 #include "frame/memory_records/MemoryRow.h"
 
-#include <QHash>
+#include <QMap>
 
 namespace tavrin {
 
 struct MemoryRecord::Private
 {
+    struct Child
+    {
+        QString name;
+        HostObjectPtr object;
+    };
+
     QString className;
-    QHash<QString, HostObjectPtr> children;
+    /// By their names in lower case.
+    QMap<QString, Child> children;
     std::weak_ptr<tvBusinessObject> owner;
 };
 
@@ -24,7 +31,7 @@ MemoryRecord::~MemoryRecord() = default;
 
 HostObjectPtr MemoryRecord::Item(const QString& name)
 {
-    return d->children.value(name.toLower());
+    return d->children.value(name.toLower()).object;
 }
 
 void MemoryRecord::SetItem(const QString& name, const HostObjectPtr& child)
@@ -33,13 +40,21 @@ void MemoryRecord::SetItem(const QString& name, const HostObjectPtr& child)
         d->children.remove(name.toLower());
         return;
     }
-    d->children.insert(name.toLower(), child);
+    d->children.insert(name.toLower(), {name, child});
     if (const auto record = std::dynamic_pointer_cast<MemoryRecord>(child))
         record->d->owner = weak_from_this();
     else if (const auto row = std::dynamic_pointer_cast<MemoryRow>(child))
         row->SetOwner(weak_from_this());
     else if (const auto rows = std::dynamic_pointer_cast<MemoryCollection>(child))
         rows->SetOwner(weak_from_this());
+}
+
+QStringList MemoryRecord::ChildNames() const
+{
+    QStringList names;
+    for (const Private::Child& child : qAsConst(d->children))
+        names << child.name;
+    return names;
 }
 
 QString MemoryRecord::ClassName() const
@@ -67,7 +82,7 @@ tvBusinessObjectPtr MemoryRecord::OwnerOf(const tvBusinessObjectPtr& part)
 
 void MemoryRecord::MarkSaved()
 {
-    for (const HostObjectPtr& child : qAsConst(d->children)) {
+    for (const auto& [name, child] : qAsConst(d->children)) {
         if (const auto record = std::dynamic_pointer_cast<MemoryRecord>(child))
             record->MarkSaved();
         else if (const auto row = std::dynamic_pointer_cast<MemoryRow>(child))

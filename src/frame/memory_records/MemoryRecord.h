@@ -4,6 +4,7 @@
 #include "frame/host_contracts/Records.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 
@@ -27,6 +28,8 @@ public:
     /// Gives the record a child in the place of the one of this name; nullptr takes that away. The child
     /// learns of its owner when this record is held by a `std::shared_ptr`.
     void SetItem(const QString& name, const HostObjectPtr& child);
+    /// As `SetItem` was given them last, ordered without case.
+    QStringList ChildNames() const;
     QString ClassName() const override;
     void SetClassName(const QString& name);
 

@@ -13,7 +13,8 @@ QList<tvFieldPtr> fieldsOf(const QList<MemoryColumn>& columns)
     QList<tvFieldPtr> fields;
     for (const MemoryColumn& column : columns) {
         if (column.IsLink)
-            fields << std::make_shared<MemoryLinkField>(column.Name, QVariant(), column.IsKey);
+            fields << std::make_shared<MemoryLinkField>(column.Name, QVariant(), column.IsKey,
+                                                        column.MaxLength);
         else
             fields << std::make_shared<MemoryField>(column.Name, QVariant(), column.IsKey, column.MaxLength);
     }
@@ -57,6 +58,16 @@ tvFieldPtr MemoryRow::Item(int index)
 int MemoryRow::FieldCount() const
 {
     return static_cast<int>(d->fields.size());
+}
+
+QList<MemoryColumn> MemoryRow::Columns() const
+{
+    QList<MemoryColumn> columns;
+    for (const tvFieldPtr& field : qAsConst(d->fields)) {
+        const bool isLink = dynamic_cast<const tvLinkField*>(field.get()) != nullptr;
+        columns.append({field->Name(), field->IsKey(), field->MaxLength(), isLink});
+    }
+    return columns;
 }
 
 bool MemoryRow::IsNew() const

@@ -34,6 +34,8 @@ public:
     HostObjectPtr Item(const QString& name) override;
     tvFieldPtr Item(int index) override;
     int FieldCount() const override;
+    /// What its fields tell of themselves, in their order. A row made of these columns has fields like them.
+    QList<MemoryColumn> Columns() const;
     bool IsNew() const override;
     void SetNew(bool isNew);
 

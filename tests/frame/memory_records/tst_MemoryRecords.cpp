@@ -30,6 +30,17 @@ QVariantList column(tvTableCollection& rows, const QString& name)
     return values;
 }
 
+QStringList told(const QList<MemoryColumn>& columns)
+{
+    QStringList list;
+    for (const MemoryColumn& each : columns)
+        list << u"%1 key %2 length %3 link %4"_s.arg(each.Name)
+                    .arg(each.IsKey)
+                    .arg(each.MaxLength)
+                    .arg(each.IsLink);
+    return list;
+}
+
 void removeAt(tvTableCollection& rows, qint16 position, bool immediately = false)
 {
     rows.SetPosition(position);
@@ -154,7 +165,36 @@ private Q_SLOTS:
         QVERIFY(!row.IsNew());
     }
 
+    void aRowListsItsColumns()
+    {
+        const QList<MemoryColumn> columns{
+            {u"SeqNo"_s, true}, {u"Notes"_s, false, 40}, {u"IncidentNo"_s, true, 12, true}};
+        QCOMPARE(told(MemoryRow(columns).Columns()), told(columns));
+        const MemoryRow ofFields(QList<tvFieldPtr>{std::make_shared<MemoryField>(u"Name"_s, u"x"_s, false, 7),
+                                                   std::make_shared<MemoryLinkField>(u"No"_s)});
+        QCOMPARE(told(ofFields.Columns()), told({{u"Name"_s, false, 7}, {u"No"_s, false, 0, true}}));
+    }
+
     // Collections
+
+    void aCollectionListsTheColumnsOfItsNewRows()
+    {
+        const QList<MemoryColumn> columns{{u"No"_s, true, 0, true}, {u"Notes"_s, false, 40}};
+        QCOMPARE(told(MemoryCollection(columns).Columns()), told(columns));
+        QCOMPARE(told(weapons()->Columns()), told({{u"SeqNo"_s, true}, {u"WeaponNo"_s}}));
+    }
+
+    void theKeyColumnMayBeAnyColumn()
+    {
+        const QList<MemoryColumn> columns{{u"IncidentNo"_s, true}, {u"SeqNo"_s}};
+        MemoryCollection rows(columns, u"sEQnO"_s);
+        QCOMPARE(rows.KeyColumn(), u"SeqNo"_s);
+        rows.AddNew();
+        const tvTableRowPtr second = rows.AddNew();
+        QCOMPARE(column(rows, u"SeqNo"_s), QVariantList({1, 2}));
+        QVERIFY(!fieldOf(*second, u"SeqNo"_s)->IsKey());
+        QVERIFY(raisedBy([&] { MemoryCollection(columns, u"Nothing"_s); }).Number != 0);
+    }
 
     void anEmptyCollectionHasNoPosition()
     {
@@ -330,6 +370,18 @@ private Q_SLOTS:
         record.SetItem(u"WEAPONS"_s, nullptr);
         QVERIFY(!record.Item(u"Weapons"_s));
         QCOMPARE(record.ClassName(), u"tvIncidentBO"_s);
+    }
+
+    void childrenAreListedByTheNamesThatTheyWereGiven()
+    {
+        MemoryRecord record;
+        QCOMPARE(record.ChildNames(), QStringList());
+        for (const QString& name : {u"suspects"_s, u"Weapons"_s, u"Incident"_s})
+            record.SetItem(name, weapons());
+        QCOMPARE(record.ChildNames(), QStringList({u"Incident"_s, u"suspects"_s, u"Weapons"_s}));
+        record.SetItem(u"Suspects"_s, weapons());
+        record.SetItem(u"WEAPONS"_s, nullptr);
+        QCOMPARE(record.ChildNames(), QStringList({u"Incident"_s, u"Suspects"_s}));
     }
 
     void partsKnowTheirOwnerAndDoNotKeepItAlive()
