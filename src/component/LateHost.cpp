@@ -3,6 +3,7 @@
 #include "base/values/Variant.h"
 #include "component/RecordText.h"
 #include "frame/control_frame/SavedProperty.h"
+#include "frame/memory_records/MemoryField.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -107,10 +108,7 @@ public:
         return booleanOr(port().ask("Session", "IsFieldRequired", {module, table, field, extra}),
                          [&] { return Session::IsFieldRequired(module, table, field, extra); });
     }
-    QVariant MakeFieldReference(const tvFieldPtr& field) override
-    {
-        return QVariant::fromValue<HostObjectPtr>(field);
-    }
+    QVariant MakeFieldReference(const tvFieldPtr& field) override { return MemoryField::ReferenceTo(field); }
 };
 
 Color colorFrom(const QVariant& value)

@@ -2,7 +2,10 @@
 
 #include "base/values/Variant.h"
 #include "component/CallResult.h"
-#include "component/Records.h"
+#include "frame/memory_records/MemoryCollection.h"
+#include "frame/memory_records/MemoryField.h"
+#include "frame/memory_records/MemoryRecord.h"
+#include "frame/memory_records/MemoryRow.h"
 
 #include <QDateTime>
 #include <QJsonArray>
@@ -19,13 +22,8 @@ namespace tavrin {
 
 namespace {
 
-using component::Collection;
-using component::Column;
-using component::Columns;
-using component::Record;
-using component::Row;
-
 constexpr int Deepest = 32;
+constexpr qsizetype MostRows = std::numeric_limits<qint16>::max();
 
 CallError wrong(const QString& where, const QString& what)
 {
@@ -86,38 +84,48 @@ QJsonValue jsonOf(const QVariant& value)
     return json;
 }
 
-/// Where the JSON names none, the names of the fields.
-Columns columnsFrom(const QJsonValue& value, const QJsonObject& fields, const QString& where)
+/// A record whose text told its parent. The parent need not hold it, and the record keeps it alive.
+class TextRecord final : public MemoryRecord
 {
-    Columns columns;
+public:
+    using MemoryRecord::MemoryRecord;
+
+    tvBusinessObjectPtr parent; // nullptr for none
+};
+
+/// Where the JSON names none, the names of the fields.
+QList<MemoryColumn> columnsFrom(const QJsonValue& value, const QJsonObject& fields, const QString& where)
+{
+    QList<MemoryColumn> columns;
     if (value.isUndefined()) {
         for (const QString& name : fields.keys())
-            columns.push_back({name});
+            columns.append({name});
         return columns;
     }
     for (const QJsonValue& one : arrayAt(value, where + u".columns"_s)) {
         const QString name = one.isString() ? one.toString() : one[u"name"].toString();
         if (name.isEmpty())
             throw wrong(where + u".columns"_s, u"a column without a name"_s);
-        columns.push_back({name, one[u"isKey"].toBool(), one[u"maxLength"].toInt(), one[u"isLink"].toBool()});
+        columns.append({name, one[u"isKey"].toBool(), one[u"maxLength"].toInt(), one[u"isLink"].toBool()});
     }
     return columns;
 }
 
-QJsonArray jsonOf(const Columns& columns)
+QJsonArray jsonOf(const QList<MemoryColumn>& columns)
 {
     QJsonArray list;
-    for (const Column& column : columns)
-        list.append(QJsonObject{{u"name"_s, column.name},
-                                {u"isKey"_s, column.isKey},
-                                {u"maxLength"_s, column.maxLength},
-                                {u"isLink"_s, column.isLink}});
+    for (const MemoryColumn& column : columns)
+        list.append(QJsonObject{{u"name"_s, column.Name},
+                                {u"isKey"_s, column.IsKey},
+                                {u"maxLength"_s, column.MaxLength},
+                                {u"isLink"_s, column.IsLink}});
     return list;
 }
 
-std::shared_ptr<Row> rowFrom(const QJsonObject& json, const Columns& columns, const QString& where)
+std::shared_ptr<MemoryRow> rowFrom(const QJsonObject& json, const QList<MemoryColumn>& columns,
+                                   const QString& where)
 {
-    auto row = std::make_shared<Row>(columns, json[u"isNew"].toBool());
+    auto row = std::make_shared<MemoryRow>(columns, json[u"isNew"].toBool());
     const QJsonObject fields = objectAt(json[u"fields"], where + u".fields"_s);
     for (auto field = fields.begin(); field != fields.end(); ++field) {
         const QString place = where + u".fields."_s + field.key();
@@ -138,48 +146,78 @@ QJsonObject fieldsOf(tvTableRow& row)
 }
 
 /// The name of the key column; where none is told, that of the first key, or else of the first column.
-QString keyFrom(const QJsonObject& json, Columns& columns, const QString& where)
+QString keyFrom(const QJsonObject& json, QList<MemoryColumn>& columns, const QString& where)
 {
     const QString told = json[u"key"].toString();
-    if (columns.empty())
-        columns.push_back({told.isEmpty() ? u"SeqNo"_s : told, true});
-    const auto found = std::find_if(columns.begin(), columns.end(), [&](const Column& column) {
-        return told.isEmpty() ? column.isKey : column.name.compare(told, Qt::CaseInsensitive) == 0;
+    if (columns.isEmpty())
+        columns.append({told.isEmpty() ? u"SeqNo"_s : told, true});
+    const auto found = std::find_if(columns.begin(), columns.end(), [&](const MemoryColumn& column) {
+        return told.isEmpty() ? column.IsKey : column.Name.compare(told, Qt::CaseInsensitive) == 0;
     });
     if (found == columns.end() && !told.isEmpty())
         throw wrong(where + u".key"_s, u"no such column"_s);
-    return found == columns.end() ? columns.front().name : found->name;
+    return found == columns.end() ? columns.front().Name : found->Name;
 }
 
-std::shared_ptr<Collection> collectionFrom(const QJsonObject& json, const QString& where)
+void setPosition(MemoryCollection& collection, int position, const QString& where)
+{
+    if (position < (collection.Count() == 0 ? 0 : 1) || position > collection.Count())
+        throw wrong(where, u"The collection has no row %1"_s.arg(position));
+    collection.SetPosition(static_cast<qint16>(position));
+}
+
+/// The key of a row that the text does not hold makes none primary.
+void setPrimary(MemoryCollection& collection, const QVariant& key)
+{
+    for (const tvTableRowPtr& row : collection) {
+        if (!IsNull(key) && SameValue(fieldOf(*row, collection.KeyColumn())->Value(), key)) {
+            collection.SetPrimaryValue(key);
+            return;
+        }
+    }
+}
+
+QVariant primaryOf(MemoryCollection& collection)
+{
+    const qint32 index = collection.PrimaryIndex();
+    return index == 0 ? Null() : fieldOf(*collection.Item(index), collection.KeyColumn())->Value();
+}
+
+std::shared_ptr<MemoryCollection> collectionFrom(const QJsonObject& json, const QString& where)
 {
     const QJsonArray rows = arrayAt(json[u"rows"], where + u".rows"_s);
     const QJsonObject first = rows.isEmpty() ? QJsonObject() : rows.at(0)[u"fields"].toObject();
-    Columns columns = columnsFrom(json[u"columns"], first, where);
+    QList<MemoryColumn> columns = columnsFrom(json[u"columns"], first, where);
     const QString key = keyFrom(json, columns, where);
-    auto collection = std::make_shared<Collection>(key, columns);
+    if (rows.size() > MostRows)
+        throw wrong(where + u".rows"_s, u"more rows than a collection has positions for"_s);
+    auto collection = std::make_shared<MemoryCollection>(columns, key);
+    collection->SetNumbersRows(false); // rows keep the keys that the text gives them
     for (qsizetype i = 0; i < rows.size(); ++i) {
         const QString place = u"%1.rows[%2]"_s.arg(where).arg(i);
         collection->Add(rowFrom(objectAt(rows.at(i), place), columns, place));
     }
+    collection->SetNumbersRows(true);
     if (json.contains(u"position"))
-        collection->SetPosition(static_cast<qint16>(json[u"position"].toInt()));
+        setPosition(*collection, json[u"position"].toInt(), where);
     if (json.contains(u"primary"))
-        collection->SetPrimaryValue(fieldValue(json[u"primary"], where + u".primary"_s));
+        setPrimary(*collection, fieldValue(json[u"primary"], where + u".primary"_s));
     return collection;
 }
 
 HostObjectPtr partFrom(const QJsonValue& value, const QString& where, int depth);
 
-std::shared_ptr<Record> businessObjectFrom(const QJsonObject& json, const QString& where, int depth)
+std::shared_ptr<MemoryRecord> businessObjectFrom(const QJsonObject& json, const QString& where, int depth)
 {
-    auto record = std::make_shared<Record>();
-    record->className = json[u"className"].toString();
+    auto record = std::make_shared<TextRecord>(json[u"className"].toString());
     const QJsonObject children =
         json.contains(u"children") ? objectAt(json[u"children"], where + u".children"_s) : QJsonObject();
-    for (auto child = children.begin(); child != children.end(); ++child)
-        record->children.emplace_back(
-            child.key(), partFrom(child.value(), where + u".children."_s + child.key(), depth + 1));
+    for (auto child = children.begin(); child != children.end(); ++child) {
+        const QString place = where + u".children."_s + child.key();
+        if (record->Item(child.key()))
+            throw wrong(place, u"another child has this name"_s);
+        record->SetItem(child.key(), partFrom(child.value(), place, depth + 1));
+    }
     if (json.contains(u"parent"))
         record->parent = std::dynamic_pointer_cast<tvBusinessObject>(
             partFrom(json[u"parent"], where + u".parent"_s, depth + 1));
@@ -200,37 +238,37 @@ HostObjectPtr partFrom(const QJsonValue& value, const QString& where, int depth)
 
 QJsonObject jsonOf(const HostObjectPtr& part);
 
-QJsonObject jsonOf(Collection& collection)
+QJsonObject jsonOf(MemoryCollection& collection)
 {
     QJsonArray rows;
     for (const tvTableRowPtr& row : collection)
         rows.append(QJsonObject{{u"isNew"_s, row->IsNew()}, {u"fields"_s, fieldsOf(*row)}});
     return {{u"key"_s, collection.KeyColumn()},
-            {u"columns"_s, jsonOf(collection.columns())},
+            {u"columns"_s, jsonOf(collection.Columns())},
             {u"rows"_s, rows},
             {u"position"_s, collection.Position()},
-            {u"primary"_s, jsonOf(collection.primary())}};
+            {u"primary"_s, jsonOf(primaryOf(collection))}};
 }
 
-QJsonObject jsonOf(const Record& record)
+QJsonObject jsonOf(const std::shared_ptr<MemoryRecord>& record)
 {
     QJsonObject children;
-    for (const auto& [name, child] : record.children)
-        children.insert(name, jsonOf(child));
-    QJsonObject json{{u"className"_s, record.className}, {u"children"_s, children}};
-    if (record.parent)
-        json.insert(u"parent"_s, jsonOf(HostObjectPtr(record.parent)));
+    for (const QString& name : record->ChildNames())
+        children.insert(name, jsonOf(record->Item(name)));
+    QJsonObject json{{u"className"_s, record->ClassName()}, {u"children"_s, children}};
+    if (const tvBusinessObjectPtr parent = parentOfRecord(record))
+        json.insert(u"parent"_s, jsonOf(HostObjectPtr(parent)));
     return json;
 }
 
 QJsonObject jsonOf(const HostObjectPtr& part)
 {
-    if (const auto collection = std::dynamic_pointer_cast<Collection>(part))
+    if (const auto collection = std::dynamic_pointer_cast<MemoryCollection>(part))
         return jsonOf(*collection);
-    if (const auto record = std::dynamic_pointer_cast<Record>(part))
-        return jsonOf(*record);
-    if (const auto row = std::dynamic_pointer_cast<Row>(part))
-        return {{u"columns"_s, jsonOf(row->columns())},
+    if (const auto record = std::dynamic_pointer_cast<MemoryRecord>(part))
+        return jsonOf(record);
+    if (const auto row = std::dynamic_pointer_cast<MemoryRow>(part))
+        return {{u"columns"_s, jsonOf(row->Columns())},
                 {u"isNew"_s, row->IsNew()},
                 {u"fields"_s, fieldsOf(*row)}};
     throw CallError(TV_E_NOINTERFACE, u"The object is no record of the library's"_s);
@@ -262,13 +300,13 @@ QString textOfRecord(const HostObjectPtr& record)
 
 tvBusinessObjectPtr parentOfRecord(const tvBusinessObjectPtr& record)
 {
-    const auto own = std::dynamic_pointer_cast<Record>(record);
+    const auto own = std::dynamic_pointer_cast<TextRecord>(record);
     return own ? own->parent : nullptr;
 }
 
 tvTableCollectionPtr newEmptyCollection()
 {
-    return std::make_shared<Collection>(u"SeqNo"_s, Columns{{u"SeqNo"_s, true}});
+    return std::make_shared<MemoryCollection>(QStringList{u"SeqNo"_s});
 }
 
 } // namespace tavrin

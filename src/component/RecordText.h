@@ -17,7 +17,7 @@ QString textOfRecord(const HostObjectPtr& record);
 /// The record that the text gave as its parent; nullptr for none and for records of others.
 tvBusinessObjectPtr parentOfRecord(const tvBusinessObjectPtr& record);
 
-/// A new empty collection of no record; its rows have the columns that attachments and lists ask for by name.
+/// A new empty collection of no record; its rows have the column SeqNo alone, which numbers them.
 tvTableCollectionPtr newEmptyCollection();
 
 } // namespace tavrin

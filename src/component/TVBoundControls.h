@@ -297,12 +297,14 @@ typedef struct TvLibrary
 
        A record: {"className": "tvIncidentBO", "children": {"Attachments": COLLECTION, "Location": ROW, ...},
                   "parent": RECORD}; the parent is what GetParentObject gives, and is not needed.
+       The names of children differ in more than case.
        A row: {"fields": {"SeqNo": 1, "FileName": null, ...}, "isNew": false, "columns": COLUMNS}. A row
        without columns has its fields in the order of their names. A collection: {"key": "SeqNo", "columns":
        COLUMNS, "rows": [ROW, ...], "position": 1, "primary": 1}, the primary being a value of the key or
-       null. New rows have the columns; without columns, those of the first row. COLUMNS: [{"name": "SeqNo",
-       "isKey": true, "maxLength": 0, "isLink": false}, or just "SeqNo", ...]. A moment is {"date":
-       "2024-01-31T10:15:00"}. Where only a collection is wanted, it is the record. */
+       null; one that no row has becomes null. It has at most 32767 rows. New rows have the columns; without
+       columns, those of the first row. COLUMNS: [{"name": "SeqNo", "isKey": true, "maxLength": 0, "isLink":
+       false}, or just "SeqNo", ...]. A moment is {"date": "2024-01-31T10:15:00"}. Where only a collection is
+       wanted, it is the record. */
     TvResult (*NewRecord)(const char* json, TvRecord* record);
     TvResult (*RecordText)(TvRecord record, TvVariant* json);
     TvResult (*ReleaseRecord)(TvRecord record);

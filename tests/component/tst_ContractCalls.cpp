@@ -158,6 +158,46 @@ private Q_SLOTS:
         QCOMPARE(library().ReleaseRecord(record), TV_S_OK);
     }
 
+    void whatARecordHoldsIsKeptAsItIs_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::newRow("key that is marked on another column") << R"({"key":"B","columns":[
+            {"name":"A","isKey":true,"maxLength":0,"isLink":false},
+            {"name":"B","isKey":false,"maxLength":0,"isLink":false}],
+            "rows":[{"isNew":false,"fields":{"A":1,"B":2}}],"position":1,"primary":2})"_ba;
+        QTest::newRow("new rows without keys or of one key") << R"({"key":"A","columns":[
+            {"name":"A","isKey":true,"maxLength":0,"isLink":false}],
+            "rows":[{"isNew":true,"fields":{"A":3}},{"isNew":true,"fields":{"A":3}},
+                    {"isNew":true,"fields":{"A":null}}],"position":3,"primary":null})"_ba;
+        QTest::newRow("row with a link of some length") << R"({"columns":[
+            {"name":"Z","isKey":true,"maxLength":9,"isLink":true},
+            {"name":"A","isKey":false,"maxLength":3,"isLink":false}],
+            "isNew":true,"fields":{"A":"x","Z":"y"}})"_ba;
+        QTest::newRow("parent, and children in it") << R"({"className":"a","children":{},"parent":{
+            "className":"b","children":{"One":{"className":"","children":{}},"tWO":{"className":"c",
+            "children":{}}}}})"_ba;
+    }
+    void whatARecordHoldsIsKeptAsItIs()
+    {
+        QFETCH(QByteArray, json);
+        TvRecord record = 0;
+        QCOMPARE(library().NewRecord(json, &record), TV_S_OK);
+        Answer back;
+        QCOMPARE(library().RecordText(record, back.out()), TV_S_OK);
+        QCOMPARE(parsed(back.text()), parsed(QString::fromUtf8(json)));
+        QCOMPARE(library().ReleaseRecord(record), TV_S_OK);
+    }
+
+    void aPrimaryThatNoRowHasIsNone()
+    {
+        TvRecord record = 0;
+        QCOMPARE(library().NewRecord(R"({"rows": [{"fields": {"A": 1}}], "primary": 9})", &record), TV_S_OK);
+        Answer back;
+        QCOMPARE(library().RecordText(record, back.out()), TV_S_OK);
+        QVERIFY(parsed(back.text())[u"primary"].isNull());
+        QCOMPARE(library().ReleaseRecord(record), TV_S_OK);
+    }
+
     void aTextThatIsNoRecordIsRefused_data()
     {
         QTest::addColumn<QByteArray>("json");
@@ -175,6 +215,13 @@ private Q_SLOTS:
                                 << u".columns: a column without a name"_s;
         QTest::newRow("position") << R"({"rows": [], "position": 2})"_ba
                                   << u"its top: The collection has no row 2"_s;
+        QTest::newRow("position in a part") << R"({"children": {"A": {"rows": [], "position": 65537}}})"_ba
+                                            << u".children.A: The collection has no row 65537"_s;
+        QTest::newRow("children of one name")
+            << R"({"children": {"A": {}, "a": {}}})"_ba << u".children.a: another child has this name"_s;
+        QTest::newRow("too many rows")
+            << R"({"rows": [)" + QByteArray(R"({"fields": {}},)").repeated(32767) + R"({"fields": {}}]})"
+            << u".rows: more rows than a collection has positions for"_s;
         QTest::newRow("deep") << QByteArray("{\"children\": {\"A\": ").repeated(40) + "{}" +
                                      QByteArray("}}").repeated(40)
                               << u"records too deep in one another"_s;
