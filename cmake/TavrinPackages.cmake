@@ -64,6 +64,9 @@ tavrin_package(designer tvboundcontrols-designer devel "TVBoundControls in Qt De
 tavrin_package(documents tvboundcontrols-doc doc "documents of TVBoundControls"
   "The guide for the developer of a host, a page for each control, the reference"
   "of the headers, and an example host.")
+foreach(content IN ITEMS LIBRARY DEVELOPMENT WORKBENCH DESIGNER)
+  set(CPACK_DEBIAN_${content}_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/debian/triggers)
+endforeach()
 set(CPACK_DEBIAN_DESIGNER_PACKAGE_DEPENDS "libtvboundcontrols1 ${same_version}")
 set(CPACK_DEBIAN_DOCUMENTS_PACKAGE_SHLIBDEPS OFF)
 set(CPACK_DEBIAN_DOCUMENTS_PACKAGE_ARCHITECTURE all)
