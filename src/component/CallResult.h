@@ -6,6 +6,7 @@
 #define TV_NO_LOADER
 #include "component/TVBoundControls.h"
 
+#include <QObject>
 #include <QString>
 
 #include <utility>

@@ -119,6 +119,7 @@ QWidget* parentFor(const TvSite& site, std::unique_ptr<ControlWindow>& made)
     case TV_PARENT_QWIDGET:
         if (site.parent == 0)
             throw CallError(TV_E_HANDLE, QStringLiteral("There is no parent"));
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): the border knows handles as numbers only
         return reinterpret_cast<QWidget*>(static_cast<quintptr>(site.parent));
     default:
         throw CallError(TV_E_INVALIDARG,

@@ -131,7 +131,7 @@ public:
         const auto answer = port().ask("Downloader", "Download", {path});
         if (!answer)
             return Downloader::Download(path);
-        const QString copy = ToText(*answer);
+        QString copy = ToText(*answer);
         DownloadComplete.raise(path, false);
         return copy;
     }
@@ -216,7 +216,7 @@ std::shared_ptr<NibrsModuleService> makeLateNibrsModule(const HostPortPtr& port,
     if (!list)
         return nullptr;
     QList<QPair<QString, QString>> codes;
-    for (const QJsonValue& code : list->array())
+    for (const QJsonValue code : list->array())
         codes.append({code[0].toString(), code[1].toString()});
     return std::make_shared<LateNibrsModule>(codes);
 }

@@ -61,7 +61,7 @@ public:
         if (!items)
             return HostServices::GetTableValues(table, includeInactive, leftOut, reserved);
         TableValues values;
-        for (const QJsonValue& item : items->array())
+        for (const QJsonValue item : items->array())
             values.Items.append(tableValueFrom(item));
         return values;
     }
@@ -196,7 +196,7 @@ protected:
         if (!entries)
             return ListFilling::listedValues(table, includeInactive, value);
         QList<ListedValue> listed;
-        for (const QJsonValue& entry : entries->array())
+        for (const QJsonValue entry : entries->array())
             listed.append({tableValueFrom(entry), entry[QStringLiteral("Active")].toBool(true)});
         return listed;
     }

@@ -78,7 +78,7 @@ QJsonValue jsonOf(const QVariant& value)
         return QJsonValue::Null;
     if (value.typeId() == QMetaType::QDateTime || value.typeId() == QMetaType::QDate)
         return QJsonObject{{u"date"_s, value.toDateTime().toString(Qt::ISODate)}};
-    const QJsonValue json = QJsonValue::fromVariant(value);
+    QJsonValue json = QJsonValue::fromVariant(value);
     if (json.isNull() || json.isObject() || json.isArray())
         throw CallError(TV_E_TYPEMISMATCH, u"A field holds a value that no text can hold"_s);
     return json;
@@ -102,7 +102,7 @@ QList<MemoryColumn> columnsFrom(const QJsonValue& value, const QJsonObject& fiel
             columns.append({name});
         return columns;
     }
-    for (const QJsonValue& one : arrayAt(value, where + u".columns"_s)) {
+    for (const QJsonValue one : arrayAt(value, where + u".columns"_s)) {
         const QString name = one.isString() ? one.toString() : one[u"name"].toString();
         if (name.isEmpty())
             throw wrong(where + u".columns"_s, u"a column without a name"_s);

@@ -66,9 +66,9 @@ int FakeHost::calls() const
     return d->state->calls;
 }
 
-void FakeHost::setTable(TableNumber table, QList<TableValue> values)
+void FakeHost::setTable(TableNumber table, const QList<TableValue>& values)
 {
-    d->state->tables.insert(table, std::move(values));
+    d->state->tables.insert(table, values);
 }
 
 void FakeHost::failWith(std::optional<Error> error)

@@ -115,7 +115,7 @@ public:
     FakeHostState& state();
     int calls() const;
     /// Gives a code table its values, all of them active.
-    void setTable(TableNumber table, QList<TableValue> values);
+    void setTable(TableNumber table, const QList<TableValue>& values);
     /// Whatever is called from now on raises this; `{}` ends that.
     void failWith(std::optional<Error> error);
 

@@ -57,7 +57,7 @@ public:
             step(path, read, total);
             DownloadProgress.raise(path, read, total);
         }
-        const QString copy = m_cancelled ? QString() : temporaryCopy(path);
+        QString copy = m_cancelled ? QString() : temporaryCopy(path);
         DownloadComplete.raise(path, m_cancelled);
         return copy;
     }
@@ -77,7 +77,7 @@ private:
             state()->copies = std::make_unique<QTemporaryDir>();
         QTemporaryDir folder(state()->copies->filePath(QStringLiteral("copy")));
         folder.setAutoRemove(false); // it goes with all the others
-        const QString copy = folder.filePath(QStringLiteral("copy.tmp"));
+        QString copy = folder.filePath(QStringLiteral("copy.tmp"));
         copyFile(file.filePath(), copy);
         return copy;
     }

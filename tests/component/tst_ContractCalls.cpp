@@ -137,7 +137,8 @@ private Q_SLOTS:
             u"43.5"_s);
         QCOMPARE(library().ReleaseRecord(record), TV_S_OK);
         QCOMPARE(library().ReleaseRecord(record), TV_E_HANDLE);
-        QCOMPARE(library().RecordText(record, text.out()), TV_E_HANDLE);
+        Answer none;
+        QCOMPARE(library().RecordText(record, none.out()), TV_E_HANDLE);
         QCOMPARE(call(made, "WriteData", {objectOf(record)}), TV_E_HANDLE);
         QCOMPARE(call(made, "WriteData", {}), TV_S_OK); // the control keeps it
     }

@@ -1,4 +1,5 @@
 #include "component/CallResult.h"
+#include "support/SanitizedLibrary.h"
 #include "support/TestCase.h"
 
 #include <QDir>
@@ -193,6 +194,9 @@ private:
     {
         QProcess process;
         process.setProcessChannelMode(QProcess::MergedChannels);
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        tavrin::test::letLoadSanitizedLibrary(environment);
+        process.setProcessEnvironment(environment);
         if (!folder.isEmpty())
             process.setWorkingDirectory(folder);
         process.start(name, arguments);

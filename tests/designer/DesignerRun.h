@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/SanitizedLibrary.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -104,6 +106,7 @@ private:
         environment.insert(QStringLiteral("XDG_CONFIG_HOME"), path(QStringLiteral("config")));
         environment.insert(QStringLiteral("XDG_DATA_HOME"), path(QStringLiteral("data")));
         environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_folder.path());
+        letLoadSanitizedLibrary(environment);
         return environment;
     }
 

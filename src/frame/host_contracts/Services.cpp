@@ -151,7 +151,7 @@ QString Environment::GetDownloadsFolder()
 
 QString Environment::madeFolder(const QString& path, const QString& name)
 {
-    const QString folder = QDir::cleanPath(path);
+    QString folder = QDir::cleanPath(path);
     if (!QDir().mkpath(folder))
         throw Error(QStringLiteral("%1 %2 cannot be made").arg(name, QDir::toNativeSeparators(folder)));
     return folder;

@@ -118,7 +118,7 @@ tvTableRowPtr MemoryCollection::AddNew()
 {
     if (Count() >= MostRows)
         throw Error(QStringLiteral("A collection has positions for %1 rows").arg(MostRows));
-    const tvTableRowPtr row = NewItem();
+    tvTableRowPtr row = NewItem();
     append(row);
     d->position = static_cast<qint16>(Count());
     return row;

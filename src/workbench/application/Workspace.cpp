@@ -55,7 +55,7 @@ bool fill(Database& database, const QString& dataFolder)
 QString thumbnailer()
 {
     const QDir programs(QCoreApplication::applicationDirPath());
-    const QString beside = programs.filePath(QStringLiteral("tavrin_thumbnailer"));
+    QString beside = programs.filePath(QStringLiteral("tavrin_thumbnailer"));
     if (QFileInfo::exists(beside))
         return beside;
     return programs.filePath(QStringLiteral("../" TAVRIN_LIBEXEC_DIR "/tavrin_thumbnailer"));
