@@ -416,16 +416,18 @@ TV_EXPORT TvResult DllCanUnloadNow(void);
 extern "C" {
 #endif
 
+#define TV_LOAD_PROBLEM_SIZE 8192 /* a path and a sentence */
+
 /* Why TvLoad of this source file failed last; valid until it is called again. */
 static inline char* TvLoadProblem(void)
 {
-    static char problem[1024];
+    static char problem[TV_LOAD_PROBLEM_SIZE];
     return problem;
 }
 
 static inline TvResult TvLoadFailed(TvResult result, const char* what, const char* detail)
 {
-    snprintf(TvLoadProblem(), 1024, "%s: %s", what, detail);
+    snprintf(TvLoadProblem(), TV_LOAD_PROBLEM_SIZE, "%s: %s", what, detail);
     return result;
 }
 
