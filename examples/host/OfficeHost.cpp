@@ -73,11 +73,6 @@ QVariant OfficeSession::MakeFieldReference(const tvFieldPtr& field)
 {
     return MemoryField::ReferenceTo(field);
 }
-
-std::unique_ptr<TableCodeCache> OfficeHost::newTableCodeCache()
-{
-    return std::make_unique<TableCodeCache>(); // the plain one lists what GetTableValues gives
-}
 //! [/services]
 
 //! [record]

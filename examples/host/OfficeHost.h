@@ -36,7 +36,6 @@ class OfficeHost : public tavrin::Host
 public:
     tavrin::HostServices& hostServices() override { return m_services; }
     tavrin::Session& session() override { return m_session; }
-    std::unique_ptr<tavrin::TableCodeCache> newTableCodeCache() override;
 
 private:
     OfficeServices m_services;

@@ -79,7 +79,7 @@ private Q_SLOTS:
             {u"Nothing can be added to this list yet: it has not been filled from a record."_s});
         row("NibrsOffensePicker", u"The host does not offer the component NIBRS.Singletons"_s, {});
         row("OffensePicker", {}, {u"The host does not offer Host.newOffenseListCache"_s});
-        row("SuspRelList", u"The host does not offer Host.newTableCodeCache"_s, {});
+        row("SuspRelList", {}, {});
         row("TavrinDropdown", {}, {});
         row("TavrinSpellcheck", {}, {});
     }

@@ -71,7 +71,7 @@ Environment& Host::environment()
 
 std::unique_ptr<TableCodeCache> Host::newTableCodeCache()
 {
-    notOffered(QStringLiteral("Host.newTableCodeCache"));
+    return std::make_unique<TableCodeCache>();
 }
 
 std::unique_ptr<EmployeeListCache> Host::newEmployeeListCache()

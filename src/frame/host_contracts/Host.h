@@ -44,6 +44,7 @@ public:
     virtual Images& images();
     virtual Environment& environment();
 
+    /// By default the plain one, over `HostServices::GetTableValues` of the installed host.
     virtual std::unique_ptr<TableCodeCache> newTableCodeCache();
     virtual std::unique_ptr<EmployeeListCache> newEmployeeListCache();
     virtual std::unique_ptr<OffenseListCache> newOffenseListCache();

@@ -120,7 +120,6 @@ private Q_SLOTS:
             [](Host& host) { host.hostServices().GetTableValues(Tables::Team, false); });
         row("Session.MakeFieldReference", [](Host& host) { host.session().MakeFieldReference(nullptr); });
         row("Environment.GetDictionaryFolder", [](Host& host) { host.environment().GetDictionaryFolder(); });
-        row("Host.newTableCodeCache", [](Host& host) { host.newTableCodeCache(); });
         row("Host.newEmployeeListCache", [](Host& host) { host.newEmployeeListCache(); });
         row("Host.newOffenseListCache", [](Host& host) { host.newOffenseListCache(); });
         row("Host.newUsersCache", [](Host& host) { host.newUsersCache(); });
@@ -162,7 +161,7 @@ private Q_SLOTS:
                      host.listFilling().FillTableCombo(228, combo, false, Null(), false);
                  }).Description,
                  expected);
-        QCOMPARE(raisedBy([] { TableCodeCache().Document(228); }).Description, expected);
+        QCOMPARE(raisedBy([&] { host.newTableCodeCache()->Document(228); }).Description, expected);
         QCOMPARE(raisedBy([] { TableCodeCache().GetDescription(228, 1); }).Description, expected);
     }
 
@@ -297,14 +296,14 @@ private Q_SLOTS:
     {
         TableHost host;
         const HostInstallation installed(host);
-        TableCodeCache cache;
+        const auto cache = host.newTableCodeCache();
         QStringList found;
-        for (const XmlNode& code : cache.Document(302).selectNodes(u"TableCodes/TableCode"_s)) {
+        for (const XmlNode& code : cache->Document(302).selectNodes(u"TableCodes/TableCode"_s)) {
             found << code.childElement(u"ValueNo"_s).text() + code.childElement(u"ValueCode"_s).text() +
                          code.childElement(u"ValueDesc"_s).text() + code.childElement(u"ActiveFlag"_s).text();
         }
         QCOMPARE(found, QStringList({u"1HHandgun1"_s, u"2RRifle0"_s, u"3KKnife1"_s, u"4PPoison0"_s}));
-        QCOMPARE(cache.GetDescription(302, 2), u"Rifle"_s);
+        QCOMPARE(cache->GetDescription(302, 2), u"Rifle"_s);
     }
 
     void textsOfAListAreLookedForInItsDocument_data()
