@@ -32,6 +32,11 @@ void removeSecondVictim(MemoryRecord& incident)
     victims->RemoveCurrent(false);
 }
 
+QVariant savedAgency(MemoryRecord& incident)
+{
+    return fieldOf(*childOf<tvTableRow>(incident, u"Incident"_s), u"AgencyNo"_s)->Value();
+}
+
 //! [left-out]
 /// This host has no list of employees. Whoever asks for it gets one clear error, and nobody else does.
 void askForWhatIsLeftOut()
@@ -64,7 +69,9 @@ int check()
 
     const bool isRefused = !form.save();
     expect(isRefused, u"refused: "_s + form.reason().simplified());
-    expect(form.isWindowModified(), u"refused: what was entered is still there"_s);
+    expect(form.isWindowModified() && form.agency().GetValue() == 2,
+           u"refused: what was entered is still there"_s);
+    expect(savedAgency(*incident) == 1, u"refused: nothing is written"_s);
 
     removeSecondVictim(*incident);
     const bool isSaved = form.save();
@@ -74,6 +81,7 @@ int check()
     IncidentForm again;
     again.open(incident);
     expect(again.agency().ShortText() == u"MPD", u"reopened: "_s + again.agency().FullText());
+    expect(again.weapons().Count() == 1, u"reopened: %1 weapon"_s.arg(again.weapons().Count()));
     expect(again.save(), u"reopened: it can be saved as it is"_s);
 
     askForWhatIsLeftOut();

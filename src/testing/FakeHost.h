@@ -62,6 +62,7 @@ struct TAVRIN_EXPORT FakeHostState
     QString dateDisplayFormat = QStringLiteral("MM/dd/yyyy");
     QString dictionaryFolder;
     QString downloadsFolder;
+    /// The records that own others; one in memory that is not among them is owned as it says itself.
     QHash<HostObject*, tvBusinessObjectPtr> parents;
     QHash<QString, QString> thumbnails;
     QHash<QString, QString> folders;

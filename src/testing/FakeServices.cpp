@@ -1,6 +1,7 @@
 #include "testing/FakeServices.h"
 
 #include "base/values/Variant.h"
+#include "frame/memory_records/MemoryRecord.h"
 
 #include <algorithm>
 
@@ -28,7 +29,7 @@ public:
     QString DateDisplayFormat() override { return asked(u"DateDisplayFormat"_s).dateDisplayFormat; }
     tvBusinessObjectPtr GetParentObject(const tvBusinessObjectPtr& record) override
     {
-        return asked(u"GetParentObject"_s).parents.value(record.get());
+        return asked(u"GetParentObject"_s).parents.value(record.get(), MemoryRecord::OwnerOf(record));
     }
     void SyncCustomDictionaryFile() override { asked(u"SyncCustomDictionaryFile"_s); }
     void NotifyFileUploaded() override { asked(u"NotifyFileUploaded"_s); }
