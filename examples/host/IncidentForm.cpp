@@ -60,11 +60,13 @@ IncidentForm::IncidentForm(QWidget* parent)
     //! [/edited]
 }
 
+//! [field-edited]
 void IncidentForm::fieldEdited()
 {
     if (!m_isOpening) // a value that comes from the record is no edit
         setWindowModified(true);
 }
+//! [/field-edited]
 
 //! [open]
 void IncidentForm::open(const std::shared_ptr<MemoryRecord>& incident)
