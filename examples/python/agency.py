@@ -15,12 +15,14 @@ EMPTY, NULL, LONG, DOUBLE, TEXT, BOOLEAN = 0, 1, 3, 5, 8, 11
 MEMBER_NOT_FOUND = -2147352573
 
 
+#! [variant]
 class Value(ctypes.Union):
     _fields_ = [("integer", c_int32), ("number", c_double), ("text", c_char_p), ("pointer", c_void_p)]
 
 
 class Variant(ctypes.Structure):
     _fields_ = [("type", c_int32), ("reserved", c_int32), ("value", Value)]
+#! [/variant]
 
 
 class Error(ctypes.Structure):
@@ -31,8 +33,10 @@ def function(*arguments):
     return CFUNCTYPE(c_int32, *arguments)
 
 
+#! [calls]
 EventCall = function(c_uint64, c_char_p, POINTER(Variant), c_int32, c_void_p)
 HostCall = function(c_char_p, c_char_p, POINTER(Variant), c_int32, POINTER(Variant), c_void_p)
+#! [/calls]
 any_call = function()
 
 
@@ -58,6 +62,7 @@ class ClassObject(ctypes.Structure):
                 ("Subscribe", function(c_uint64, c_char_p, EventCall, c_void_p, POINTER(c_uint64)))]
 
 
+#! [load]
 def load(class_name):
     """The two structures of functions, by what is registered for the class."""
     data = Path(os.environ.get("XDG_DATA_HOME") or Path.home() / ".local/share")
@@ -74,15 +79,19 @@ def load(class_name):
         return ctypes.cast(found, POINTER(kind)).contents
 
     return structure("TVBoundControls.Library", "TvLibrary", Library), structure(class_name, "TvClassObject", ClassObject)
+#! [/load]
 
 
+#! [must]
 def must(result):
     if result < 0:
         error = Error()
         library.LastError(byref(error))
         sys.exit(f"{result & 0xFFFFFFFF:08X} {error.description.decode()}")
+#! [/must]
 
 
+#! [get]
 def get(control, name):
     variant = Variant()
     must(agencies.Get(control, name.encode(), byref(variant)))
@@ -90,8 +99,10 @@ def get(control, name):
              BOOLEAN: bool(variant.value.integer)}.get(variant.type)
     library.VariantClear(byref(variant))
     return value
+#! [/get]
 
 
+#! [host]
 @HostCall
 def host(service, operation, arguments, count, result, context):
     """The one callback by which controls ask their host. This one knows a single list."""
@@ -100,19 +111,23 @@ def host(service, operation, arguments, count, result, context):
                    {"ID": "SSO", "DisplayText": "South Sheriff's Office", "Value": 2}]
         return library.SetText(result, json.dumps(entries).encode())
     return MEMBER_NOT_FOUND
+#! [/host]
 
 
+#! [event]
 @EventCall
 def changed(control, event, arguments, count, context):
     events.append(event.decode())
     print(f"{events[-1]}: \"{get(control, 'FullText')}\"", flush=True)
     return 0
+#! [/event]
 
 
 checks = "--check" in sys.argv
 if checks:
     os.environ.setdefault("QT_QPA_PLATFORM", "offscreen")
 events = []
+#! [make]
 library, agencies = load("TVBoundControls.AgencyPicker")
 agency = c_uint64()
 must(library.SetHost(host, None))
@@ -121,6 +136,7 @@ must(agencies.Subscribe(agency, b"Change", changed, None, None))
 must(agencies.Move(agency, 100, 100, 400, 30))
 must(agencies.Show(agency, 1))
 must(agencies.Put(agency, b"Value", byref(Variant(LONG, 0, Value(integer=2)))))
+#! [/make]
 if checks:
     must(library.ProcessEvents(1))
     print(f"Value: {get(agency, 'Value')}, text: {get(agency, 'ShortText')}, events: {events}")
