@@ -7,12 +7,13 @@
 #include <optional>
 
 class QLineEdit;
-class QListWidget;
 class QPushButton;
+class QTreeWidget;
 
 namespace tavrin::designer {
 
-/// Lets a form's developer choose a code table by its name.
+/// Lets a form's developer choose a code table by its name or number. What is typed goes to the search,
+/// whichever part has the focus, and the arrows go through what it finds.
 class CodeTableDialog : public QDialog
 {
     Q_OBJECT
@@ -23,12 +24,16 @@ public:
     /// The chosen table's number, once the dialog was accepted; nothing when there is none.
     std::optional<int> chosenTable() const;
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
+    void addTables(const QList<CodeTable>& tables, int current);
     void showMatches();
     void showState();
 
     QLineEdit* m_search;
-    QListWidget* m_list;
+    QTreeWidget* m_list;
     QPushButton* m_ok;
 };
 

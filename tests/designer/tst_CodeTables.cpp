@@ -5,9 +5,11 @@
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
-#include <QListWidget>
+#include <QPushButton>
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTreeWidget>
 
 using namespace tavrin::designer;
 using namespace tavrin::test;
@@ -50,6 +52,14 @@ QStringList installed()
 void expectComplaint(int line)
 {
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("tables\\.csv:%1: ").arg(line)));
+}
+
+QList<CodeTable> someTables()
+{
+    return {{7, QStringLiteral("Highway 302")},
+            {45, QStringLiteral("Race")},
+            {302, QStringLiteral("Weapon")},
+            {1302, QStringLiteral("Offense")}};
 }
 
 } // namespace
@@ -108,6 +118,103 @@ private Q_SLOTS:
         QVERIFY(!dialog.isVisible());
         QCOMPARE(dialog.result(), static_cast<int>(QDialog::Accepted));
         QCOMPARE(dialog.chosenTable(), std::optional(312));
+    }
+
+    void theNumbersStandFlushRightInAColumnOfTheirOwn()
+    {
+        CodeTableDialog dialog(someTables(), 302, nullptr);
+        dialog.show();
+        const auto* list = dialog.findChild<QTreeWidget*>();
+        QCOMPARE(list->columnCount(), 2);
+        for (int row = 0; row < list->topLevelItemCount(); ++row) {
+            const QTreeWidgetItem* item = list->topLevelItem(row);
+            QCOMPARE(item->text(0), QString::number(someTables().at(row).number));
+            QCOMPARE(item->text(1), someTables().at(row).name);
+            QVERIFY(item->textAlignment(0) & Qt::AlignRight);
+        }
+        QVERIFY2(list->columnWidth(0) >= list->fontMetrics().horizontalAdvance(QStringLiteral("Number")),
+                 "a number is cut");
+    }
+
+    void aWholeNumberIsFoundBeforeNamesAndNumbersThatHoldIt()
+    {
+        CodeTableDialog dialog(someTables(), 7, nullptr);
+        dialog.show();
+        auto* search = dialog.findChild<QLineEdit*>();
+        QTest::keyClicks(search, QStringLiteral("302"));
+        QCOMPARE(dialog.chosenTable(), std::optional(302));
+        search->clear();
+        QTest::keyClicks(search, QStringLiteral("of"));
+        QCOMPARE(dialog.chosenTable(), std::optional(1302));
+    }
+
+    void whatIsTypedOverTheListSearches()
+    {
+        CodeTableDialog dialog(someTables(), 7, nullptr);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        auto* search = dialog.findChild<QLineEdit*>();
+        auto* list = dialog.findChild<QTreeWidget*>();
+        list->setFocus();
+        QTest::keyClick(list, Qt::Key_R);
+        QCOMPARE(search->text(), QStringLiteral("r"));
+        QVERIFY(search->hasFocus());
+        QCOMPARE(dialog.chosenTable(), std::optional(45));
+    }
+
+    void theArrowsGoThroughWhatIsFoundWhileTheSearchHasTheFocus()
+    {
+        CodeTableDialog dialog(someTables(), 7, nullptr);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        auto* search = dialog.findChild<QLineEdit*>();
+        search->setFocus();
+        QTest::keyClicks(search, QStringLiteral("e"));
+        QCOMPARE(dialog.chosenTable(), std::optional(45));
+        QTest::keyClick(search, Qt::Key_Down);
+        QCOMPARE(dialog.chosenTable(), std::optional(302));
+        QTest::keyClick(search, Qt::Key_Up);
+        QCOMPARE(dialog.chosenTable(), std::optional(45));
+        QVERIFY(search->hasFocus());
+        QCOMPARE(search->text(), QStringLiteral("e"));
+    }
+
+    void enterTakesOnceAndEscLeavesWhereverTheFocusIs_data()
+    {
+        QTest::addColumn<bool>("inList");
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("result");
+        QTest::newRow("Enter in the list") << true << int(Qt::Key_Return) << int(QDialog::Accepted);
+        QTest::newRow("Enter in the search") << false << int(Qt::Key_Return) << int(QDialog::Accepted);
+        QTest::newRow("Esc in the list") << true << int(Qt::Key_Escape) << int(QDialog::Rejected);
+        QTest::newRow("Esc in the search") << false << int(Qt::Key_Escape) << int(QDialog::Rejected);
+    }
+    void enterTakesOnceAndEscLeavesWhereverTheFocusIs()
+    {
+        QFETCH(bool, inList);
+        QFETCH(int, key);
+        CodeTableDialog dialog(someTables(), 302, nullptr);
+        dialog.show();
+        QWidget* at =
+            inList ? static_cast<QWidget*>(dialog.findChild<QTreeWidget*>()) : dialog.findChild<QLineEdit*>();
+        at->setFocus();
+        const QSignalSpy finished(&dialog, &QDialog::finished);
+        QTest::keyClick(at, static_cast<Qt::Key>(key));
+        QCOMPARE(finished.size(), 1);
+        QTEST(finished.first().first().toInt(), "result");
+        QCOMPARE(dialog.chosenTable(), std::optional(302));
+    }
+
+    void aDoubleClickTakesARow()
+    {
+        CodeTableDialog dialog(someTables(), 7, nullptr);
+        dialog.show();
+        auto* list = dialog.findChild<QTreeWidget*>();
+        const QPoint place = list->visualItemRect(list->topLevelItem(1)).center();
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, place);
+        QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, place);
+        QCOMPARE(dialog.result(), int(QDialog::Accepted));
+        QCOMPARE(dialog.chosenTable(), std::optional(45));
     }
 };
 
