@@ -2,7 +2,8 @@
 
 # Compiler options and sanitizers for one target.
 function(tavrin_options target)
-  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic
+                                           $<IF:$<CXX_COMPILER_ID:GNU>,-Wshadow=local,-Wshadow> -Wnon-virtual-dtor
                                            -Woverloaded-virtual -Wold-style-cast -Wcast-qual)
   target_compile_definitions(${target} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
                                                QT_NO_FOREACH QT_NO_KEYWORDS)

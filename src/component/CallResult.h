@@ -84,7 +84,7 @@ TvResult borderCall(Body&& body) noexcept
 template <typename... Pointers>
 void wantPointers(Pointers... pointers)
 {
-    if (((pointers == nullptr) || ...))
+    if ((!pointers || ...))
         throw CallError(TV_E_POINTER, QStringLiteral("A pointer is null"));
 }
 

@@ -164,7 +164,7 @@ void ListView::Model::setText(const QString& key, int column, const QString& tex
         return;
     cellOf(changed, column).text = text;
     if (column == m_sortColumn)
-        sort();
+        sortRows();
     else
         noteChanged(changed, column);
 }
@@ -188,10 +188,10 @@ void ListView::Model::setToolTip(const QString& key, int column, const QString& 
 void ListView::Model::sortBy(int column)
 {
     m_sortColumn = column;
-    sort();
+    sortRows();
 }
 
-void ListView::Model::sort()
+void ListView::Model::sortRows()
 {
     Q_EMIT layoutAboutToBeChanged();
     const QModelIndexList before = persistentIndexList();

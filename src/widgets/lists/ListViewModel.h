@@ -84,7 +84,7 @@ private:
     int rowOf(const Item& item) const;
     bool standsBefore(const Item& a, const Item& b) const;
     Rows::const_iterator placeOf(const Item& item) const;
-    void sort();
+    void sortRows();
 
     std::vector<Column> m_columns;
     std::vector<int> m_shown; // columns of the model
