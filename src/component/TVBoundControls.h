@@ -171,12 +171,19 @@ typedef struct TvMember
     const char* parameters; /* as in "OfficerNo As Long, ByRef Exclude As Boolean" */
 } TvMember;
 
-/* Where a new control stands. */
+/* Where a new control stands.
+
+   In a window of the platform's the control keeps the place that Move gives it, whatever becomes of the size
+   of that window. On X11 it gets the keys while that window has the keyboard and the pointer is over the
+   control, and wherever the pointer is once the window's program hands it the keyboard (XSetInputFocus for
+   the inner window); it never takes the keyboard itself. Its lists and dialogs are windows of their own,
+   which the window manager does not keep above that window. When that window ends, the control is no longer
+   seen; it can still be driven, Run goes on, and Destroy is the caller's as ever. */
 enum
 {
     TV_PARENT_NONE = 0,    /* in a window of its own, which the library makes, hidden until Show */
-    TV_PARENT_NATIVE = 1,  /* in the window with this handle of the platform's, such as an X11 window;
-                              TV_E_NOTIMPL  where the platform cannot embed */
+    TV_PARENT_NATIVE = 1,  /* in the window with this handle of the platform's, such as an X11 window, which
+                              may be  another program's; TV_E_NOTIMPL where the platform cannot embed */
     TV_PARENT_CONTROL = 2, /* beside another control, whose handle this is, in the same window or parent */
     TV_PARENT_QWIDGET = 3  /* on a QWidget, for programs that use Qt, and this library's Qt */
 };
