@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/OwnDisplay.h"
 #include "support/SanitizedLibrary.h"
 
 #include <QDir>
@@ -10,7 +11,6 @@
 #include <QJsonObject>
 #include <QLibraryInfo>
 #include <QProcess>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 
 namespace tavrin::test {
@@ -22,10 +22,8 @@ class DesignerRun
 public:
     ~DesignerRun()
     {
-        for (QProcess* process : {&m_designer, &m_display}) {
-            process->kill();
-            process->waitForFinished();
-        }
+        m_designer.kill();
+        m_designer.waitForFinished();
     }
 
     /// What the machine lacks; "" when nothing.
@@ -33,9 +31,7 @@ public:
     {
         if (designerProgram().isEmpty())
             return QStringLiteral("Qt Designer is not installed (package designer-qt6)");
-        if (QStandardPaths::findExecutable(QStringLiteral("Xvfb")).isEmpty())
-            return QStringLiteral("Xvfb is not installed (package xvfb)");
-        return {};
+        return OwnDisplay::missing();
     }
 
     QString path(const QString& name) const { return m_folder.filePath(name); }
@@ -49,10 +45,9 @@ public:
         if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(script).toJson()) < 0)
             return file.errorString();
         file.close();
-        const QString display = startDisplay();
+        const QString display = m_display.start();
         if (display.isEmpty())
-            return QStringLiteral("There is no display: ") +
-                   QString::fromLocal8Bit(m_display.readAllStandardError());
+            return QStringLiteral("There is no display: ") + m_display.output();
         m_designer.setProcessEnvironment(environment(display, scriptFile));
         m_designer.start(designerProgram(), {form});
         const bool ended = m_designer.waitForFinished(120000);
@@ -79,20 +74,6 @@ private:
         return QFileInfo(program).isExecutable() ? program : QString();
     }
 
-    /// Its name; "" when it does not come up.
-    QString startDisplay()
-    {
-        m_display.start(QStringLiteral("Xvfb"),
-                        {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                         QStringLiteral("0"), QStringLiteral("1680x1050x24"), QStringLiteral("-nolisten"),
-                         QStringLiteral("tcp")});
-        while (!m_display.canReadLine()) {
-            if (!m_display.waitForReadyRead(30000))
-                return {};
-        }
-        return u':' + QString::fromLatin1(m_display.readLine()).trimmed();
-    }
-
     QProcessEnvironment environment(const QString& display, const QString& scriptFile) const
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -101,6 +82,7 @@ private:
         environment.insert(QStringLiteral("QT_PLUGIN_PATH"),
                            QStringLiteral(TAVRIN_DESIGNER_PLUGINS ":" TAVRIN_PROBE_PLUGINS));
         environment.insert(QStringLiteral("TAVRIN_PROBE_SCRIPT"), scriptFile);
+        environment.insert(QStringLiteral("TAVRIN_INPUT"), QStringLiteral(TAVRIN_INPUT));
         // Nothing of the person's own comes in.
         environment.insert(QStringLiteral("HOME"), m_folder.path());
         environment.insert(QStringLiteral("XDG_CONFIG_HOME"), path(QStringLiteral("config")));
@@ -111,7 +93,7 @@ private:
     }
 
     QTemporaryDir m_folder;
-    QProcess m_display;
+    OwnDisplay m_display;
     QProcess m_designer;
 };
 

@@ -8,6 +8,7 @@
 #include <QFont>
 #include <QJsonDocument>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPixmap>
 #include <QTreeView>
 #include <QTreeWidget>
@@ -102,7 +103,7 @@ void DesignerProbe::initialize(QDesignerFormEditorInterface* core)
 
 void DesignerProbe::planSteps()
 {
-    m_steps = {[this] { return isReady(); }, [this] { return notePalette(); },
+    m_steps = {[this] { return isReady(); }, [this] { return notePalette(); }, [this] { return drag(); },
                [this] {
                    planControls();
                    return true;
@@ -126,8 +127,33 @@ void DesignerProbe::planControls()
     });
 }
 
+void DesignerProbe::answerBox()
+{
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (!box || !box->isVisible())
+        return;
+    QJsonArray boxes = m_report.value(QStringLiteral("boxes")).toArray();
+    boxes.append(QString(box->text() + u' ' + box->informativeText()).trimmed());
+    m_report.insert(QStringLiteral("boxes"), boxes);
+    box->accept();
+}
+
+bool DesignerProbe::drag()
+{
+    const QString control = m_script.value(QStringLiteral("drag")).toString();
+    if (control.isEmpty())
+        return true;
+    if (!m_drag)
+        m_drag = std::make_unique<PaletteDrag>(*m_core, control);
+    if (!m_drag->goOn())
+        return false;
+    m_report.insert(QStringLiteral("dropped"), m_drag->dropped());
+    return true;
+}
+
 void DesignerProbe::goOn()
 {
+    answerBox();
     if (m_busy || m_next >= m_steps.size())
         return;
     m_busy = true; // a step may open a dialog

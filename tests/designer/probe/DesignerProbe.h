@@ -1,5 +1,7 @@
 #pragma once
 
+#include "designer/probe/PaletteDrag.h"
+
 #include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonObject>
@@ -8,6 +10,7 @@
 #include <QtDesigner/QDesignerFormEditorPluginInterface>
 
 #include <functional>
+#include <memory>
 #include <vector>
 
 class QDesignerFormWindowInterface;
@@ -37,7 +40,10 @@ private:
     void planSteps();
     void planControls();
     bool isReady();
+    /// What a box says, which then gets its ordinary answer.
+    void answerBox();
     bool notePalette();
+    bool drag();
     bool noteControl(QWidget* control);
     bool edit();
     bool chooseTable();
@@ -59,6 +65,7 @@ private:
     QTimer m_timer;
     QElapsedTimer m_stepTime;
     std::vector<Step> m_steps;
+    std::unique_ptr<PaletteDrag> m_drag;
     std::size_t m_next = 0;
     bool m_busy = false;
 };
