@@ -19,7 +19,6 @@ constexpr int GeneralPageNo = 0;
 constexpr int OffensesPageNo = 2;
 constexpr int LocationPageNo = 6;
 constexpr int PortAnselmPolice = 4;
-constexpr int Rifle = 13;
 constexpr int Knife = 20;
 
 const QString Offenses = QStringLiteral("Offenses");
