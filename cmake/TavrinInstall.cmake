@@ -79,6 +79,10 @@ install(FILES packaging/workbench/org.tavrin.workbench.metainfo.xml
   DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo COMPONENT workbench)
 install(FILES packaging/workbench/org.tavrin.workbench.svg
   DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps COMPONENT workbench)
+foreach(size IN ITEMS 16 24 32 48 64 128 256)
+  install(FILES packaging/workbench/icons/${size}.png RENAME org.tavrin.workbench.png
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps COMPONENT workbench)
+endforeach()
 
 # The documents, and the examples that they quote.
 install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tvboundcontrols-doc COMPONENT documents)

@@ -2,6 +2,7 @@
 #include "frame/desktop/Desktop.h"
 #include "workbench/application/Application.h"
 #include "workbench/application/Options.h"
+#include "workbench/application/ProgramIcon.h"
 #include "workbench/application/Theme.h"
 #include "workbench/application/Workspace.h"
 #include "workbench/tour/Tour.h"
@@ -73,6 +74,8 @@ int main(int argc, char** argv)
     QApplication::setApplicationName(QStringLiteral("tavrin-workbench"));
     QApplication::setApplicationDisplayName(QStringLiteral("Incident records"));
     QApplication::setApplicationVersion(QStringLiteral("1.0"));
+    QApplication::setWindowIcon(programIcon());
+    QApplication::setDesktopFileName(QStringLiteral("org.tavrin.workbench"));
 
     int exitCode = 0;
     const std::optional<Options> options = parseOptions(QApplication::arguments(), exitCode);
