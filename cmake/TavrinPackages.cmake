@@ -9,7 +9,10 @@ set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_COMPONENTS_ALL library development workbench designer documents)
+set(CPACK_COMPONENTS_ALL library development workbench documents)
+if(TARGET TVBoundControlsDesigner)
+  list(APPEND CPACK_COMPONENTS_ALL designer)
+endif()
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/packaging/debian/finish.cmake)
 
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
@@ -51,16 +54,21 @@ tavrin_package(development libtvboundcontrols-dev libdevel "development files of
   "Headers, the files by which CMake and pkg-config find the library, and the"
   "component for tests of a host against a fake one.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
-  "libtvboundcontrols1 ${same_version}, tvboundcontrols-workbench ${same_version}, tvboundcontrols-designer ${same_version}, qt6-base-dev")
+  "libtvboundcontrols1 ${same_version}, tvboundcontrols-workbench ${same_version}, qt6-base-dev")
+if(TARGET TVBoundControlsDesigner)
+  string(APPEND CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS ", tvboundcontrols-designer ${same_version}")
+endif()
 tavrin_package(workbench tvboundcontrols-workbench database "records application over the reference host"
   "A records application that a person can open and work in: incidents with their"
   "offenses, officers, suspects and attached files. With it comes the reference"
   "host of TVBoundControls, which keeps records in a database.")
 set(CPACK_DEBIAN_WORKBENCH_PACKAGE_DEPENDS
   "libtvboundcontrols1 ${same_version}, libqt6sql6-sqlite, hunspell-en-us")
-tavrin_package(designer tvboundcontrols-designer devel "TVBoundControls in Qt Designer"
-  "The plugin by which Qt Designer, and programs that load its forms, know the"
-  "controls of TVBoundControls.")
+if(TARGET TVBoundControlsDesigner)
+  tavrin_package(designer tvboundcontrols-designer devel "TVBoundControls in Qt Designer"
+    "The plugin by which Qt Designer, and programs that load its forms, know the"
+    "controls of TVBoundControls.")
+endif()
 tavrin_package(documents tvboundcontrols-doc doc "documents of TVBoundControls"
   "The guide for the developer of a host, a page for each control, the reference"
   "of the headers, and an example host.")
