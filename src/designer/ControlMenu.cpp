@@ -65,8 +65,11 @@ void ControlMenu::addColorMenu(const char* property)
         sample.fill(QVariant::fromValue(entry.color).value<QColor>());
         QAction* action = menu->addAction(QIcon(sample), QString::fromLatin1(entry.name));
         const int number = static_cast<int>(entry.color.value());
+        action->setCheckable(true);
+        action->setData(number);
         connect(action, &QAction::triggered, this, [this, name, number] { put(name, number); });
     }
+    menu->menuAction()->setData(name);
     m_actions << menu->menuAction();
 }
 
@@ -74,7 +77,17 @@ QList<QAction*> ControlMenu::taskActions() const
 {
     if (m_chooseTable) // a host may have installed its names meanwhile
         m_chooseTable->setVisible(!installedCodeTables().isEmpty());
+    for (const auto& menu : m_menus)
+        markColor(*menu);
     return m_actions;
+}
+
+void ControlMenu::markColor(const QMenu& menu) const
+{
+    const QByteArray property = menu.menuAction()->data().toByteArray();
+    const auto color = m_control.property(property.constData()).value<Color>();
+    for (QAction* action : menu.actions())
+        action->setChecked(color.isSystem() && action->data().toInt() == static_cast<int>(color.value()));
 }
 
 void ControlMenu::chooseTable(const QString& property)

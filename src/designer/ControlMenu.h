@@ -28,6 +28,8 @@ public:
 private:
     void addTableAction(const char* property);
     void addColorMenu(const char* property);
+    /// The editor shows a system colour as its number; the menu tells which it is.
+    void markColor(const QMenu& menu) const;
     void chooseTable(const QString& property);
     /// As the property editor does: it can be undone.
     void put(const QString& property, const QVariant& value);

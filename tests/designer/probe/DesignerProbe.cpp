@@ -72,6 +72,7 @@ QPalette darkPalette()
     dark.setColor(QPalette::Button, QColor(0x3A, 0x3B, 0x3F));
     for (QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         dark.setColor(role, QColor(0xEC, 0xEC, 0xEC));
+    dark.setColor(QPalette::PlaceholderText, QColor(0x90, 0x90, 0x90));
     return dark;
 }
 
@@ -285,15 +286,21 @@ bool DesignerProbe::chooseTable()
     if (!choose)
         return false;
     QTimer answer;
-    connect(&answer, &QTimer::timeout, this, [this] {
+    connect(&answer, &QTimer::timeout, this, [this, &answer] {
         auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
         auto* search = dialog ? dialog->findChild<QLineEdit*>() : nullptr;
         if (!search)
             return;
+        answer.stop();
         const QString picture = m_script.value(QStringLiteral("tablePicture")).toString();
         if (!picture.isEmpty()) {
             search->setText(QStringLiteral("off"));
             dialog->grab().save(picture);
+            const QPalette light = QApplication::palette();
+            QApplication::setPalette(darkPalette());
+            QApplication::processEvents();
+            dialog->grab().save(QString(picture).replace(QLatin1String(".png"), QLatin1String("-dark.png")));
+            QApplication::setPalette(light);
         }
         search->setText(m_script.value(QStringLiteral("table")).toString());
         dialog->accept();
