@@ -10,9 +10,9 @@ Prints the window's number, then does what each line of its input says, and answ
     type TEXT         presses the keys of small letters and digits
     key NAME          presses one key, as in "Return"
     children          "X Y WIDTH HEIGHT shown" of each window inside
+    others            "X Y WIDTH HEIGHT" of each other window on the screen that is shown, from this window's corner
     focused           "own", "inside" or "elsewhere"
     colors            how many colours the window shows
-    picture FILE      writes the screen as a PPM file
     close             ends the window; the program goes on
 """
 import ctypes as c
@@ -48,7 +48,8 @@ x11.XGetImage.argtypes = [c.c_void_p, ulong, c.c_int, c.c_int, c.c_uint, c.c_uin
 
 root = x11.XDefaultRootWindow(display)
 WIDTH, HEIGHT = 600, 300
-window = x11.XCreateSimpleWindow(display, root, 0, 0, WIDTH, HEIGHT, 0, 0, 0x3060A0)
+ZPIXMAP = 2
+window = x11.XCreateSimpleWindow(display, root, 150, 80, WIDTH, HEIGHT, 0, 0, 0x3060A0)
 x11.XStoreName(display, ulong(window), b"A window without Qt")
 x11.XMapWindow(display, ulong(window))
 x11.XSync(display, 0)
@@ -70,13 +71,6 @@ def place(of):
     x, y, ignored = c.c_int(), c.c_int(), ulong()
     x11.XTranslateCoordinates(display, ulong(of), ulong(root), 0, 0, c.byref(x), c.byref(y), c.byref(ignored))
     return x.value, y.value
-
-
-def pixels(of):
-    size = attributes(of)
-    image = x11.XGetImage(display, of, 0, 0, size.width, size.height, 0xFFFFFFFF, 2).contents
-    rows = [c.string_at(image.data + y * image.bytes_per_line, image.width * 4) for y in range(image.height)]
-    return image.width, image.height, b"".join(rows)
 
 
 def point(x, y):
@@ -108,6 +102,12 @@ def children():
     return "; ".join(f"{a.x} {a.y} {a.width} {a.height} {'shown' if a.map_state == 2 else 'hidden'}" for a in found)
 
 
+def others():
+    left, top = place(window)
+    found = [attributes(other) for other in inside(root) if other != window]
+    return "; ".join(f"{a.x - left} {a.y - top} {a.width} {a.height}" for a in found if a.map_state == 2)
+
+
 def focused():
     found, ignored = ulong(), c.c_int()
     x11.XGetInputFocus(display, c.byref(found), c.byref(ignored))
@@ -117,23 +117,17 @@ def focused():
 
 
 def colors():
-    data = pixels(window)[2]
+    image = x11.XGetImage(display, window, 0, 0, WIDTH, HEIGHT, 0xFFFFFFFF, ZPIXMAP).contents
+    data = c.string_at(image.data, image.bytes_per_line * image.height)
     return len({data[i:i + 3] for i in range(0, len(data), 4)})
-
-
-def picture(name):
-    width, height, data = pixels(root)
-    with open(name, "wb") as file:
-        file.write(b"P6 %d %d 255\n" % (width, height))
-        file.write(b"".join(data[i + 2:i + 3] + data[i + 1:i + 2] + data[i:i + 1] for i in range(0, len(data), 4)))
 
 
 def close():
     x11.XDestroyWindow(display, ulong(window))
 
 
-COMMANDS = {"focus": focus, "hand": hand, "click": click, "point": point, "type": type_, "key": x11_input.key, "children": children,
-            "focused": focused, "colors": colors, "picture": picture,
+COMMANDS = {"focus": focus, "hand": hand, "click": click, "point": point, "type": type_,
+            "key": x11_input.key, "children": children, "others": others, "focused": focused, "colors": colors,
             "close": close}
 
 print(window, flush=True)

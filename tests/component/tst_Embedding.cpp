@@ -137,6 +137,20 @@ private Q_SLOTS:
         chooseByKeys();
     }
 
+    void itsListOpensBelowIt()
+    {
+        QCOMPARE(m_foreign->tell(u"focus"_s), u"done"_s);
+        QTRY_COMPARE(m_foreign->tell(u"children"_s), u"100 100 400 30 shown"_s);
+        QCOMPARE(m_foreign->tell(u"others"_s), QString());
+        QCOMPARE(m_foreign->tell(u"click 200 115"_s), u"done"_s);
+        QTRY_VERIFY(!m_foreign->tell(u"others"_s).isEmpty());
+        const QStringList list = m_foreign->tell(u"others"_s).split(u' ');
+        QCOMPARE(list.size(), 4);
+        QCOMPARE(list.at(0), u"100"_s);
+        const int top = list.at(1).toInt();
+        QVERIFY2(top > 115 && top <= 130, qPrintable(list.join(u' ')));
+    }
+
     void aProgramHandsTheKeyboardOverWhereverThePointerIs()
     {
         QTRY_COMPARE(m_foreign->tell(u"children"_s), u"100 100 400 30 shown"_s);
