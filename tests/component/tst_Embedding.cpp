@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QProcess>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -77,6 +78,8 @@ private Q_SLOTS:
     {
         if (const QString missing = OwnDisplay::missingForInput(); !missing.isEmpty())
             QSKIP(qPrintable(missing));
+        if (QStandardPaths::findExecutable(u"cc"_s).isEmpty())
+            QSKIP("cc is not installed");
         QVERIFY(m_folder.isValid());
         QProcess compiler;
         compiler.setProcessChannelMode(QProcess::MergedChannels);

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -21,6 +22,11 @@ struct Outcome
 
 const QString Root = QStringLiteral(TAVRIN_TESTS "/..");
 
+bool isMissing(const char* program)
+{
+    return QStandardPaths::findExecutable(QString::fromLatin1(program)).isEmpty();
+}
+
 } // namespace
 
 /// Programs that know the library by nothing but what is registered: those of the examples, and one that
@@ -32,6 +38,10 @@ class tst_Programs : public tavrin::test::TestCase
 private Q_SLOTS:
     void initTestCase()
     {
+        for (const auto* needed : {"cc", "c++", "python3"}) {
+            if (isMissing(needed))
+                QSKIP(qPrintable(QString::fromLatin1(needed) + u" is not installed"_s));
+        }
         QVERIFY(m_folder.isValid());
         const Outcome made =
             run(u"cc"_s, {u"-std=c99"_s, u"-pedantic"_s, u"-Wall"_s, u"-Wextra"_s, u"-Werror"_s,
@@ -99,6 +109,8 @@ private Q_SLOTS:
 
     void theExampleInCRuns()
     {
+        if (isMissing("make"))
+            QSKIP("make is not installed");
         const Outcome made = run(u"make"_s,
                                  {u"-B"_s, u"-f"_s, Root + u"/examples/c/Makefile"_s, u"CFLAGS=-Werror"_s,
                                   u"HEADERS="_s + Root + u"/src/component"_s},
