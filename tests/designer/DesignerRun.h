@@ -63,6 +63,8 @@ public:
         return fault;
     }
 
+    /// Without, Designer knows none of the controls.
+    bool hasPlugin = true;
     QJsonObject report;
     /// What Designer wrote to its standard error.
     QString output;
@@ -80,7 +82,8 @@ private:
         environment.insert(QStringLiteral("DISPLAY"), display);
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
         environment.insert(QStringLiteral("QT_PLUGIN_PATH"),
-                           QStringLiteral(TAVRIN_DESIGNER_PLUGINS ":" TAVRIN_PROBE_PLUGINS));
+                           hasPlugin ? QStringLiteral(TAVRIN_DESIGNER_PLUGINS ":" TAVRIN_PROBE_PLUGINS)
+                                     : QStringLiteral(TAVRIN_PROBE_PLUGINS));
         environment.insert(QStringLiteral("TAVRIN_PROBE_SCRIPT"), scriptFile);
         environment.insert(QStringLiteral("TAVRIN_INPUT"), QStringLiteral(TAVRIN_INPUT));
         // Nothing of the person's own comes in.

@@ -43,13 +43,34 @@ QString savedProperty(const QString& fileName, const QString& widgetName, const 
     return {};
 }
 
+/// The saved properties of all controls, with their values as the form holds them.
+QMap<QString, QString> ownProperties(const QString& fileName)
+{
+    QFile file(fileName);
+    QDomDocument document;
+    if (!file.open(QIODevice::ReadOnly) || !document.setContent(&file))
+        return {};
+    QMap<QString, QString> properties;
+    const QDomNodeList elements = document.elementsByTagName(QStringLiteral("property"));
+    for (int i = 0; i < elements.size(); ++i) {
+        const QDomElement element = elements.at(i).toElement();
+        const QDomElement value = element.firstChildElement();
+        const QString name = element.attribute(QStringLiteral("name"));
+        if (name.at(0).isUpper())
+            properties.insert(element.parentNode().toElement().attribute(QStringLiteral("name")) + u'.' +
+                                  name,
+                              value.tagName() + u' ' + value.text().simplified());
+    }
+    return properties;
+}
+
 bool write(const QString& fileName, const QByteArray& content)
 {
     QFile file(fileName);
     return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
-/// The probe chooses a table of it in each run.
+/// One that Designer knows.
 QString field()
 {
     return uiControl(QStringLiteral("AutoCompleteField"), {}, QStringLiteral("autoCompleteField"));
@@ -138,6 +159,30 @@ private Q_SLOTS:
                  QStringLiteral("tavrin::AutoCompleteField"));
         QCOMPARE(savedProperty(fileName, QStringLiteral("other"), QStringLiteral("caseNumber")),
                  QStringLiteral("7"));
+    }
+
+    void aFormThatIsSavedWhereThePluginIsMissingKeepsWhatItHolds()
+    {
+        DesignerRun run;
+        run.hasPlugin = false;
+        const QString fileName = run.path(QStringLiteral("AllControls.ui"));
+        const QString original = QStringLiteral(TAVRIN_FORMS "/AllControls.ui");
+        QVERIFY(QFile::copy(original, fileName));
+        QVERIFY(QFile::setPermissions(fileName, QFile::ReadOwner | QFile::WriteOwner));
+        const QString fault = run.run(fileName, {});
+        QVERIFY2(fault.isEmpty(), qPrintable(fault));
+        QVERIFY(!run.report.value(QStringLiteral("palette"))
+                     .toObject()
+                     .contains(QStringLiteral("Tavrin Bound User Controls")));
+        QVERIFY(run.report.value(QStringLiteral("boxes")).isUndefined());
+        QCOMPARE(savedWidgets(fileName), savedWidgets(original));
+        const QMap<QString, QString> before = ownProperties(original);
+        QVERIFY(before.size() > 30);
+        const QMap<QString, QString> after = ownProperties(fileName);
+        for (auto property = before.begin(); property != before.end(); ++property) {
+            QVERIFY2(after.contains(property.key()), qPrintable(property.key()));
+            QCOMPARE(after.value(property.key()), property.value());
+        }
     }
 
     void aPropertyThatNobodyKnowsIsKeptAndTheOthersStand()

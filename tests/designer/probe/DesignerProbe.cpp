@@ -280,6 +280,8 @@ bool DesignerProbe::edit()
 
 bool DesignerProbe::chooseTable()
 {
+    if (!m_script.contains(QStringLiteral("table")))
+        return true;
     QWidget* control = widget(QStringLiteral("autoCompleteField"));
     auto* menu = qt_extension<QDesignerTaskMenuExtension*>(m_core->extensionManager(), control);
     QAction* choose = menu ? menu->preferredEditAction() : nullptr;
