@@ -16,6 +16,7 @@ struct PublicClass
 {
     /// As in "TVBoundControls.AgencyPicker".
     QString name;
+    /// Its properties, operations and events, by Qt.
     const QMetaObject* meta;
     /// The contract by which a host drives it: "TavrinControl", "BoundControl", "BoundSection" or "".
     QString contract;

@@ -57,7 +57,13 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    /// Shows the row `bo->Item("LocationName")`, and keeps the record for the person's clicks. A failure is
+    /// told in a box, and nothing is raised: the control shows nothing then. It may have been deleted by
+    /// then.
     void BoundSection_ReadData(const tvBusinessObjectPtr& bo) override;
+    /// Puts the person's choice into the row, and in manual mode the coordinates as texts. A failure is told
+    /// in a box, and nothing is raised; without a record that could be read nothing is written, and a box
+    /// says so.
     void BoundSection_WriteData(const tvBusinessObjectPtr& bo) override;
 
     class Q_DECL_HIDDEN Private;

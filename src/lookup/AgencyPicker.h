@@ -41,6 +41,8 @@ class TAVRIN_EXPORT AgencyPicker final : public UserControl, public TavrinContro
     Q_PROPERTY(QString ShortText READ tellShortText STORED false)
 
 public:
+    /// Nothing is chosen, and a new picker has no list yet. With saved properties the list is loaded at run
+    /// time; a failure of the host at that is passed over.
     explicit AgencyPicker(QWidget* parent = nullptr, const ControlSite& site = {});
     ~AgencyPicker() override;
 
@@ -50,8 +52,8 @@ public:
     Color ForeColor() const;
     void SetForeColor(Color color);
 
-    /// Of combo, list and label. Shared by reference; a change inside it shows at once. By default the
-    /// container's.
+    /// The font of combo, list and label, shared by reference; a change inside it shows at once. By default
+    /// the container's.
     FontPtr Font() const;
     void SetFont(const FontPtr& font);
 
@@ -107,6 +109,9 @@ protected:
 
 private:
     QVariant TavrinControl_GetValue() const override { return Value(); }
+    /// Loads a record's value as `SetValue` with one argument does. While `RemoveUsedValues` is true the
+    /// values of the sibling fields are taken out of the list, but for `value` itself, which stays listed
+    /// though inactive.
     void TavrinControl_SetValue(const QVariant& value, const UsedValues& usedValues) override;
 
     // The ways in by a property's name.

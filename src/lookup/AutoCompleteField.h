@@ -42,6 +42,8 @@ class TAVRIN_EXPORT AutoCompleteField final : public UserControl
     Q_PROPERTY(tavrin::Color ForeColor READ ForeColor WRITE SetForeColor)
 
 public:
+    /// An empty field. Asks nothing of the host, unless saved properties name a table: what the host fails
+    /// with at that is passed over.
     explicit AutoCompleteField(QWidget* parent = nullptr, const ControlSite& site = {});
     ~AutoCompleteField() override;
 

@@ -29,6 +29,7 @@ public:
     QSize minimumSizeHint() const override;
 
 protected:
+    // For `EmployeePicker` and `OffensePicker`.
     ComboPicker(QWidget* parent, const ControlSite& site);
 
     void UserControl_AmbientChanged(const QString& propertyName) override;

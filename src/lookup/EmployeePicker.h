@@ -37,6 +37,7 @@ class TAVRIN_EXPORT EmployeePicker final : public ComboPicker
     Q_PROPERTY(QString ShortText READ tellShortText STORED false)
 
 public:
+    /// Nothing is chosen. Asks nothing of the host before the first search or value.
     explicit EmployeePicker(QWidget* parent = nullptr, const ControlSite& site = {});
     ~EmployeePicker() override;
 

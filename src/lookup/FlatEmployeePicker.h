@@ -39,6 +39,7 @@ class TAVRIN_EXPORT FlatEmployeePicker final : public FlatPicker
     Q_PROPERTY(QString ShortText READ tellShortText STORED false)
 
 public:
+    /// Nothing is chosen. Asks the host's theme for its colours; a failure of it is passed over.
     explicit FlatEmployeePicker(QWidget* parent = nullptr, const ControlSite& site = {});
     ~FlatEmployeePicker() override;
 

@@ -43,6 +43,7 @@ public:
     QSize minimumSizeHint() const override { return sizeHint(); }
 
 protected:
+    // For the two flat pickers.
     FlatPicker(QWidget* parent, const ControlSite& site);
 
     void UserControl_InitProperties() override;

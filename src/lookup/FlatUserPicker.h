@@ -41,6 +41,9 @@ class TAVRIN_EXPORT FlatUserPicker final : public FlatPicker
     Q_PROPERTY(QString ShortText READ tellShortText STORED false)
 
 public:
+    /// Nothing is chosen. Follows the host's refreshed caches from now on, which takes a host: raises an
+    /// `Error` where none is installed, but in the designer. Asks the host's theme for its colours; a failure
+    /// of it is passed over.
     explicit FlatUserPicker(QWidget* parent = nullptr, const ControlSite& site = {});
     ~FlatUserPicker() override;
 

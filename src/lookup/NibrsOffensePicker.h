@@ -36,6 +36,8 @@ class TAVRIN_EXPORT NibrsOffensePicker final : public UserControl, public Tavrin
     Q_PROPERTY(tavrin::Color BackColor READ BackColor WRITE SetBackColor)
 
 public:
+    /// Builds the list, "(None)" selected. Raises what the host raises at that; the designer does without a
+    /// list.
     explicit NibrsOffensePicker(QWidget* parent = nullptr, const ControlSite& site = {});
     ~NibrsOffensePicker() override;
 
@@ -55,8 +57,8 @@ public:
     /// Whether `Value` is Null; asks the host's module as `Value` does, and raises what it raises.
     bool ValueIsNull() const;
 
-    /// Shared by reference. A change inside it shows at the next resize. By default the container's in a
-    /// new picker, and the application's in one that was restored without a saved font.
+    /// The box's font, shared by reference; a change inside it shows at the next resize. By default the
+    /// container's in a new picker, and the application's in one that was restored without a saved font.
     FontPtr Font() const;
     void SetFont(const FontPtr& font);
     /// The box's colours; by default the system's for windows and their text.
@@ -82,7 +84,7 @@ protected:
 
 private:
     QVariant TavrinControl_GetValue() const override { return Value(); }
-    /// The used values are not heeded.
+    /// Loads a record's value as `SetValue` with one argument does. The used values are not heeded.
     void TavrinControl_SetValue(const QVariant& value, const UsedValues& usedValues) override;
 
     // The ways in by a property's name.

@@ -35,6 +35,7 @@ class TAVRIN_EXPORT OffensePicker final : public ComboPicker
     Q_PROPERTY(QString ShortText READ tellShortText STORED false)
 
 public:
+    /// Nothing is chosen. Asks nothing of the host before the first search or value.
     explicit OffensePicker(QWidget* parent = nullptr, const ControlSite& site = {});
     ~OffensePicker() override;
 

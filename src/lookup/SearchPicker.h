@@ -23,9 +23,9 @@ public:
     Color ForeColor() const;
     void SetForeColor(Color color);
 
-    /// Shared by reference; a change inside it shows at once. By default the container's. A flat picker asks
-    /// the host's theme for its colours at that; a failure of it reaches the caller, and the font is the new
-    /// one then.
+    /// The font of the whole control, shared by reference; a change inside it shows at once. By default the
+    /// container's. A flat picker asks the host's theme for its colours at that; a failure of it reaches the
+    /// caller, and the font is the new one then.
     FontPtr Font() const;
     void SetFont(const FontPtr& font);
 
@@ -62,7 +62,7 @@ Q_SIGNALS:
     void ItemSelect();
 
 protected:
-    /// The derived control sets `d` in its constructor, before `begin`.
+    // The derived control sets `d` in its constructor, before `begin`.
     SearchPicker(QWidget* parent, const ControlSite& site);
 
     void UserControl_InitProperties() override;
@@ -78,6 +78,8 @@ protected:
 
 private:
     QVariant TavrinControl_GetValue() const final { return Value(); }
+    /// Loads a record's value as `SetValue` with one argument does, and keeps it as the host's, which stays
+    /// listed though inactive. The values of the sibling fields count from the next search on.
     void TavrinControl_SetValue(const QVariant& value, const UsedValues& usedValues) final;
 };
 

@@ -33,14 +33,16 @@ class TAVRIN_EXPORT TavrinDropdown final : public UserControl
     Q_PROPERTY(QVariant Value READ Value WRITE SetValue STORED false)
 
 public:
+    /// An empty list until the control shows. Asks nothing of the host.
     explicit TavrinDropdown(QWidget* parent = nullptr, const ControlSite& site = {});
     ~TavrinDropdown() override;
 
-    /// Shared by reference; the height follows it, and each change inside it. By default the container's.
+    /// The font, shared by reference; the height follows it, and each change inside it. By default the
+    /// container's.
     FontPtr Font() const;
     void SetFont(const FontPtr& font);
 
-    /// Shown before the text, as high as the line; a null image, the default, for none.
+    /// The picture before the text, as high as the line; a null image, the default, for none.
     QImage Icon() const;
     void SetIcon(const QImage& icon);
 

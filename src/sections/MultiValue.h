@@ -75,8 +75,13 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    /// Shows the codes in the field of each row, in their order; Null is left out. Nothing without a binding
+    /// or rows. Keeps neither the binding nor the rows. Raises what the host raises.
     void BoundControl_FillControl(const BoundBinding* binding, const QVariant& ignored,
                                   const tvTableCollectionPtr& rows) override;
+    /// Writes the codes into the rows, in their order; adds rows where there are too few and removes those
+    /// that are left. Nothing without a binding or rows. Raises an `Error` behind a fill that has failed, and
+    /// what the host raises.
     void BoundControl_SetValue(const BoundBinding* binding, const QVariant& ignored,
                                const tvTableCollectionPtr& rows) override;
 

@@ -74,7 +74,12 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    /// Shows the relationships of the suspect `record->Item("SuspectBO")`. Raises error 91 where the record,
+    /// the suspect, its incident or the incident's suspects are missing, and what the host raises: the
+    /// section is empty then.
     void BoundSection_ReadData(const tvBusinessObjectPtr& record) override;
+    /// Writes the link rows. Raises `CompletenessErrorNumber` while required relationships are missing, an
+    /// `Error` before the first read and behind one that has failed, error 91 and what the host raises.
     void BoundSection_WriteData(const tvBusinessObjectPtr& record) override;
 
     class Q_DECL_HIDDEN Private;

@@ -38,15 +38,14 @@ public:
     /// itself, since a widget of this platform has no window handle of its own; it may die meanwhile.
     virtual void CheckWindow(QWidget* textBox) = 0;
 
-    // During the dialog:
-    /// The whole text that is being checked.
+    /// The whole text that is being checked. Asked for during the dialog only, as the two below.
     virtual QString CheckedText() const = 0;
     /// Offset of the word at issue in that text, from 0, in UTF-16 code units.
     virtual qsizetype BadWordStart() const = 0;
     /// Its length in UTF-16 code units.
     virtual qsizetype BadWordLength() const = 0;
 
-    /// A check has ended; not 0 when it was abandoned.
+    /// A check has ended: 0 when the person went through to the end, another number when it was abandoned.
     Event<int&> CheckEnded;
     /// The person has done something in the dialog; the action's code. What is at issue then is still the
     /// word acted upon.
@@ -56,9 +55,10 @@ public:
     Event<const QString&> WordTakenBack;
 };
 
+/// Makes an engine, which the caller owns. What it raises, the constructor of the spell-check control raises.
 using SpellingEngineFactory = std::function<std::unique_ptr<SpellingEngine>()>;
 
-/// Makes the engine of each spell-check control of this thread; at first a `HunspellEngine`. Another one may
+/// Makes the engine of each spell-check control of this thread; at first one over Hunspell. Another may
 /// be put in its place.
 TAVRIN_EXPORT SpellingEngineFactory& spellingEngineFactory();
 

@@ -21,11 +21,11 @@ namespace tavrin::testing {
 /// One message box that was shown.
 struct ShownBox
 {
-    QString text;
-    BoxIcon icon;
-    QString title;
-    BoxButtons buttons;
-    QWidget* parent;
+    QString text;       ///< its exact words
+    BoxIcon icon;       ///< the sign beside them
+    QString title;      ///< of its window
+    BoxButtons buttons; ///< what the person could answer
+    QWidget* parent;    ///< may be nullptr, and may have died since
 };
 
 /// Answers message boxes by a script and keeps their exact words.
@@ -49,7 +49,9 @@ public:
 
     /// The boxes that were shown since the last `take`.
     const QList<ShownBox>& shown() const;
+    /// The same, and forgets them.
     QList<ShownBox> take();
+    /// The words of `shown`.
     QStringList texts() const;
     /// Scripted answers that no box has asked for yet.
     qsizetype answersLeft() const;
@@ -89,6 +91,7 @@ public:
 
     /// What the next files are answered with, see `Shell::execute`; 33 at first.
     void answerWith(qint64 result);
+    /// The paths that were to be opened.
     const QStringList& opened() const;
 
 private:
@@ -100,11 +103,13 @@ private:
 class TAVRIN_EXPORT FakeClock
 {
 public:
+    /// It stands at `now`, in local time.
     explicit FakeClock(const QDateTime& now);
     FakeClock(const FakeClock&) = delete;
     FakeClock& operator=(const FakeClock&) = delete;
     ~FakeClock();
 
+    /// Sets it to another time.
     void setNow(const QDateTime& now);
 
 private:

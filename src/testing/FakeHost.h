@@ -37,18 +37,22 @@ struct TAVRIN_EXPORT FakeHostState
     /// The operations that raise, by their name in the log, and what they raise.
     std::map<QString, Error> failures;
 
+    /// The values of each code table, in their order.
     QMap<TableNumber, QList<TableValue>> tables;
     /// Numeric codes of each table that count as inactive.
     QMap<TableNumber, QSet<int>> inactive;
+    /// The lists of people and offenses, in the form that `EmployeeListCache` and its like tell.
     XmlDocument employees;
     XmlDocument offenses;
     XmlDocument users;
+    /// What the caches say of a number, or of a sign-on name, by its text; "" for what is not here.
     QHash<QString, QString> employeeShortTexts;
     QHash<QString, QString> employeeFullTexts;
     QHash<QString, QString> offenseShortTexts;
     QHash<QString, QString> offenseFullTexts;
     QHash<QString, QString> userNames;
 
+    /// `Session::CurrentUserId`.
     QString userId = QStringLiteral("tester");
     /// By "section/key".
     QHash<QString, QString> settings;
@@ -58,14 +62,20 @@ struct TAVRIN_EXPORT FakeHostState
     QSet<QString> missingFields;
     /// By "module/table/field", or "module/table/field/extra" where the question has an extra.
     QSet<QString> requiredFields;
+    /// `UiServices::TextBoxColors`.
     tavrin::TextBoxColors textBoxColors;
+    /// `HostServices::DateDisplayFormat`.
     QString dateDisplayFormat = QStringLiteral("MM/dd/yyyy");
+    /// The folders of `Environment`.
     QString dictionaryFolder;
     QString downloadsFolder;
     /// The records that own others; one in memory that is not among them is owned as it says itself.
     QHash<HostObject*, tvBusinessObjectPtr> parents;
+    /// Paths of thumbnails by the paths of their pictures.
     QHash<QString, QString> thumbnails;
+    /// Attachments folders by their numbers.
     QHash<QString, QString> folders;
+    /// Pictures by the paths that `Images::LoadPicture` is asked for.
     QHash<QString, QImage> pictures;
     /// How a picture is fitted into a height and a width, on a ground; without it a fitted picture has one
     /// colour.
@@ -84,11 +94,14 @@ struct TAVRIN_EXPORT FakeHostState
     std::weak_ptr<FakeCollection> madeCollection;
     /// Where downloaded copies lie; made with the first.
     std::unique_ptr<QTemporaryDir> copies;
+    /// What `tvCustomDictionary::AddWord` was given.
     QStringList addedWords;
+    /// Code and description of each offense of NIBRS.
     QList<QPair<QString, QString>> nibrsCodes;
     /// Without it the host has no component of the name "NIBRS.Singletons".
     bool hasNibrs = true;
 
+    /// A test raises its events here.
     EventHub hub;
 
     /// Counts the call, and raises the failure while one is set.
@@ -96,6 +109,7 @@ struct TAVRIN_EXPORT FakeHostState
     /// The values of a table without the inactive ones, unless these are asked for.
     QList<TableValue> valuesOf(TableNumber table, bool includeInactive,
                                const QVariant& alwaysIncluded = {}) const;
+    /// Whether the value is not among `inactive`.
     bool isActive(TableNumber table, const TableValue& value) const;
 };
 
@@ -113,7 +127,9 @@ public:
     FakeHost();
     ~FakeHost() override;
 
+    /// What it answers and what it was asked, for a test to read and to change at any time.
     FakeHostState& state();
+    /// `FakeHostState::calls`.
     int calls() const;
     /// Gives a code table its values, all of them active.
     void setTable(TableNumber table, const QList<TableValue>& values);

@@ -28,16 +28,21 @@ public:
     /// The host does not offer a component.
     static constexpr int NoSuchComponentNumber = 429;
 
+    /// `description` is the text for a person; `source` names what raised it, "" where that is not said.
     explicit Error(QString description, int number = OrdinaryNumber, QString source = {});
 
     /// The exception that is being handled, as an `Error`: itself when it is one, else number 5 with its
     /// text. To be called inside a catch block only.
     static Error fromCurrentException();
 
+    /// The description in UTF-8.
     const char* what() const noexcept override { return m_what.c_str(); }
 
+    /// One of the numbers above, or one of the host's own.
     int Number;
+    /// What raised it; "" where that is not said.
     QString Source;
+    /// The text for a person.
     QString Description;
 
 private:

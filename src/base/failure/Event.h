@@ -33,6 +33,7 @@ public:
             *alive = false;
     }
 
+    /// False after `cancel`, when the event has died, and for a default-constructed one.
     bool isActive() const { return m_alive && *m_alive; }
 
 private:
@@ -54,15 +55,16 @@ private:
 ///
 /// While the event is raised a handler may subscribe (the new handler is called from the next raise on),
 /// unsubscribe itself or others, raise again, or destroy the sender (the handlers behind it are then not
-/// called).
+/// called). An event and its subscriptions belong to one thread.
 ///
 ///     Event<const QString&, bool&> Closing;
-///     Subscription keep = Closing.subscribe([](const QString& name, bool& cancel) { cancel = name.isEmpty();
-///     });
+///     Subscription keep = Closing.subscribe(
+///         [](const QString& name, bool& cancel) { cancel = name.isEmpty(); });
 template <typename... Args>
 class Event
 {
 public:
+    /// What is called; it may raise.
     using Handler = std::function<void(Args...)>;
 
     Event() = default;
@@ -83,6 +85,7 @@ public:
         return Subscription(std::move(alive));
     }
 
+    /// Calls the handlers and returns when the last of them has.
     void raise(Args... args)
     {
         // The copy of the list keeps the slots alive if a handler destroys the sender.
@@ -93,6 +96,7 @@ public:
         }
     }
 
+    /// Whether a raise would call anybody.
     bool hasHandlers() const
     {
         return std::any_of(m_slots.begin(), m_slots.end(), [](const auto& slot) { return *slot->alive; });

@@ -14,14 +14,16 @@ namespace tavrin {
 /// Takes a failure that nobody caught. `where` names the place at which Qt called us.
 using UnhandledErrorHandler = std::function<void(const Error& error, const QString& where)>;
 
-/// Installs the application's handler of unhandled errors and returns the one before.
-/// Without one, the failure is printed as a warning.
+/// Installs this thread's handler of unhandled errors and returns the one before; an empty one at first.
+/// Without one, the failure is printed as a warning. What the handler itself raises is dropped with a
+/// warning.
 TAVRIN_EXPORT UnhandledErrorHandler setUnhandledErrorHandler(UnhandledErrorHandler handler);
 
 /// Hands the exception that is being handled to the installed handler. Never throws.
 TAVRIN_EXPORT void reportUnhandledError(const QString& where) noexcept;
 
-/// Runs `body` at a place where Qt calls us; no exception leaves it.
+/// Runs `body` at a place where Qt calls us. No exception leaves it: what `body` raises goes to the handler
+/// of unhandled errors, with `where`.
 template <typename Body>
 void guard(const char* where, Body&& body) noexcept
 {
@@ -42,7 +44,9 @@ void callWith(Handler& handler, Args&... args)
         handler();
 }
 
-/// Connects a Qt signal with a handler that may throw. The handler takes the signal's arguments or none.
+/// Connects a Qt signal with a handler that may raise; what it raises goes to the handler of unhandled
+/// errors, with `where`, a text that must live as long as the connection. The handler takes the signal's
+/// arguments or none. The connection ends with `sender` or `context`, whichever dies first.
 template <typename Sender, typename Signal, typename Handler>
 QMetaObject::Connection connectGuarded(const Sender* sender, Signal signal, const QObject* context,
                                        const char* where, Handler handler)

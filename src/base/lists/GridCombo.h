@@ -15,19 +15,23 @@ namespace tavrin {
 class TAVRIN_EXPORT GridArray
 {
 public:
+    /// Short text, long text, number of the code, and "1" or "0" for one in use or not.
     static constexpr int ColumnCount = 4;
+    /// The values of one row by their columns; a column that was not set is Empty.
     using Row = std::array<QVariant, ColumnCount>;
 
     /// Number of the last row; 0 while the array is empty.
     int UpperBound() const { return static_cast<int>(m_rows.size()); }
     /// Raises an `Error` outside the array.
     QVariant Value(int row, int column) const;
+    /// Appends a row; it gets the number behind the last.
     void AppendRow(Row row) { m_rows.push_back(std::move(row)); }
     /// Raises an `Error` outside the array.
     void DeleteRow(int row);
     /// Whether two values are equal as numbers or texts, as `Find` compares them. Null equals Null only.
     static bool IsSame(const QVariant& a, const QVariant& b);
-    /// The first row from `fromRow` on whose cell is the same as `value`; 0 when there is none.
+    /// The first row from `fromRow` on whose cell is the same as `value`; 0 when there is none. Raises an
+    /// `Error` for a column that is not there.
     int Find(int fromRow, int column, const QVariant& value) const;
     /// Deletes for each of the values, in their order, the first row from `fromRow` on that `Find` gives for
     /// it: a value that stands twice in the list takes two rows with it. One pass over the rows where the
@@ -54,8 +58,10 @@ public:
     virtual void Rebind() = 0;
     /// The current row; Null when there is none.
     virtual QVariant Bookmark() const = 0;
-    /// A widget may raise its row change before it returns, and a follower may delete the widget.
+    /// Makes a row the current one by its number; Null makes none. A widget may raise its row change before
+    /// it returns, and a follower may delete the widget.
     virtual void SetBookmark(const QVariant& row) = 0;
+    /// Puts a text into the box, whatever the current row is.
     virtual void SetText(const QString& text) = 0;
 };
 

@@ -18,23 +18,27 @@ class TAVRIN_EXPORT Font
 public:
     /// The application's font at the time of creation.
     Font();
+    /// A copy of the font; it is not changed itself.
     explicit Font(const QFont& font);
     ~Font();
 
+    /// The family's name. One that is not installed is kept; the platform's nearest shows.
     QString Name() const;
     void SetName(const QString& name);
-    /// Size in points.
+    /// Size in points; below 1 counts as 1.
     double Size() const;
     void SetSize(double points);
+    /// Whether the weight is above 500; setting it puts 700 or 400.
     bool Bold() const;
     void SetBold(bool bold);
+    /// Whether texts are slanted, underlined, struck through; false by default.
     bool Italic() const;
     void SetItalic(bool italic);
     bool Underline() const;
     void SetUnderline(bool underline);
     bool Strikethrough() const;
     void SetStrikethrough(bool strikethrough);
-    /// 100 (thin) to 900 (black); 400 is normal, 700 bold.
+    /// 100 (thin) to 900 (black); 400 is normal, 700 bold. What lies below 1 or above 1000 becomes that.
     int Weight() const;
     void SetWeight(int weight);
 
@@ -43,6 +47,7 @@ public:
     int Charset() const;
     void SetCharset(int charset);
 
+    /// A copy, which does not follow later changes. Qt's fonts have no character set.
     QFont toQFont() const;
 
     /// Raised with "Name", "Size", "Bold", "Italic", "Underline", "Strikethrough",
@@ -54,6 +59,7 @@ private:
     std::unique_ptr<Private> d;
 };
 
+/// A font and all who use it; controls never hold nullptr.
 using FontPtr = std::shared_ptr<Font>;
 
 } // namespace tavrin

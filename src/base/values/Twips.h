@@ -11,15 +11,17 @@ namespace tavrin {
 /// scales for dense screens.
 using Twips = float;
 
-inline constexpr Twips TwipsPerInch = 1440;
-inline constexpr Twips TwipsPerPixel = 15;
-inline constexpr Twips TwipsPerPoint = 20;
+inline constexpr Twips TwipsPerInch = 1440; ///< on paper and screen alike
+inline constexpr Twips TwipsPerPixel = 15;  ///< 96 pixels to the inch
+inline constexpr Twips TwipsPerPoint = 20;  ///< 72 points to the inch
 
+/// Pixels, rounded to the nearest; halves away from 0.
 inline int toPixels(Twips twips)
 {
     return static_cast<int>(std::lround(twips / TwipsPerPixel));
 }
 
+/// Exact.
 constexpr Twips toTwips(int pixels)
 {
     return static_cast<Twips>(pixels) * TwipsPerPixel;

@@ -33,7 +33,9 @@ class TAVRIN_EXPORT XmlNode
 public:
     XmlNode() = default;
 
+    /// Whether it names no node: made so, not found, or gone with what stood around it.
     bool isNull() const;
+    /// The element's name; "" for a text and for a null node.
     QString nodeName() const;
 
     /// The texts of the node and of everything below it, in document order.
@@ -43,10 +45,14 @@ public:
 
     /// "" when there is none.
     QString attribute(const QString& name) const;
+    /// Tells an empty attribute from a missing one.
     bool hasAttribute(const QString& name) const;
+    /// Adds the attribute, or replaces its value.
     void setAttribute(const QString& name, const QString& value);
 
+    /// The element that holds this node; null for a root and for a node that stands in no document.
     XmlNode parentNode() const;
+    /// Elements and texts in their order, as they are at the call.
     XmlNodeList childNodes() const;
     /// The first child element of this name; null when there is none.
     XmlNode childElement(const QString& name) const;
@@ -72,8 +78,10 @@ public:
     /// The first of them in document order; null when there is none.
     XmlNode selectSingleNode(const QString& expression) const;
 
+    /// The document that the node stands in or was made by; an empty one of its own for a null node.
     XmlDocument ownerDocument() const;
 
+    // Equal when they name the same node.
     friend bool operator==(const XmlNode& a, const XmlNode& b);
     friend bool operator!=(const XmlNode& a, const XmlNode& b) { return !(a == b); }
 
@@ -93,6 +101,7 @@ template <typename Nodes>
 class XmlNodeIterator
 {
 public:
+    // What loops and the standard's algorithms ask of an iterator.
     using iterator_category = std::input_iterator_tag;
     using value_type = XmlNode;
     using difference_type = std::ptrdiff_t;
@@ -127,12 +136,14 @@ private:
 class TAVRIN_EXPORT XmlNodeList
 {
 public:
-    using Iterator = XmlNodeIterator<XmlNodeList>;
+    using Iterator = XmlNodeIterator<XmlNodeList>; ///< goes through the nodes in their order
 
+    /// Number of the nodes, and whether there are none.
     std::size_t size() const;
     bool empty() const { return size() == 0; }
     /// The node at `index`, counted from 0; null outside the list.
     XmlNode at(std::size_t index) const;
+    /// For range-based loops, in which `node` is an `XmlNode`.
     Iterator begin() const { return {this, 0}; }
     Iterator end() const { return {this, size()}; }
 
@@ -169,7 +180,9 @@ public:
     /// An element that stands in no document until it is appended.
     XmlNode createElement(const QString& name) const;
 
+    /// As `XmlNode::selectNodes`, from the document itself: paths begin with the root element's name.
     XmlNodeList selectNodes(const QString& expression) const;
+    /// The first of them in document order; null when there is none.
     XmlNode selectSingleNode(const QString& expression) const;
 
     /// A document of its own with the same properties; with the same content when `deep`, else empty.
@@ -178,6 +191,7 @@ public:
     /// Properties are kept and travel with clones. "SelectionLanguage" is the one that callers set, always
     /// to "XPath", which is the only language there is; any other raises an `Error`.
     void setProperty(const QString& name, const QVariant& value);
+    /// What was set last; Empty for a property that was not.
     QVariant property(const QString& name) const;
 
     /// What searches keep beside the tree to be fast, in bytes; all documents that share the tree share it.

@@ -16,6 +16,7 @@ namespace tavrin {
 class TAVRIN_EXPORT Ambient
 {
 public:
+    /// What the parent of `control` tells; the control must outlive the object.
     explicit Ambient(const QWidget& control);
     ~Ambient();
 
@@ -23,6 +24,7 @@ public:
     bool UserMode() const;
     /// The name that the designer gave the instance.
     QString DisplayName() const;
+    /// A copy of the container's font; the control's own font without a container.
     FontPtr Font() const;
     /// The container's property "BackColor", else the colour that it shows; the button face without one.
     Color BackColor() const;
@@ -43,6 +45,7 @@ public:
     ~DesignTime();
     DesignTime(const DesignTime&) = delete;
     DesignTime& operator=(const DesignTime&) = delete;
+    /// Whether one lives on the calling thread.
     static bool isActive();
 };
 

@@ -11,6 +11,7 @@ namespace tavrin {
 class TAVRIN_EXPORT Container
 {
 public:
+    /// `widget` stays its owner's; nullptr is a container that offers nothing.
     explicit Container(QWidget* widget)
         : m_widget(widget)
     {
@@ -20,6 +21,7 @@ public:
     bool HasBackColor() const;
     /// The container's property "BackColor". Raises error 438 when it has none.
     Color BackColor() const;
+    /// The widget itself; nullptr for a control without a parent.
     QWidget* widget() const { return m_widget; }
 
 private:
@@ -27,21 +29,29 @@ private:
 };
 
 /// The container's wrapper around a control: its place, in the container's units of length.
+///
+/// The unit is the container's property "ScaleUnits", twips where it has none. Another unit is the host's to
+/// know: what `UiServices::ScaleModeFromUnits` raises reaches the caller. Places are kept in whole pixels.
 class TAVRIN_EXPORT Extender
 {
 public:
+    /// The control must outlive the object.
     explicit Extender(QWidget& control)
         : m_control(control)
     {
     }
 
+    /// Place of the upper left corner in the container.
     float Left() const;
     float Top() const;
+    /// Outer size.
     float Width() const;
     void SetWidth(float width);
     float Height() const;
     void SetHeight(float height);
+    /// Place and outer size in one step.
     void Move(float left, float top, float width, float height);
+    /// The control's parent.
     tavrin::Container Container() const;
 
 private:

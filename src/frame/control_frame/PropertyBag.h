@@ -16,10 +16,11 @@ namespace tavrin {
 class TAVRIN_EXPORT PropertyBag
 {
 public:
+    /// One saved property.
     struct Entry
     {
-        QString key;
-        QVariant value;
+        QString key;    ///< its name, as it was written
+        QVariant value; ///< what was saved
     };
 
     PropertyBag();
@@ -32,7 +33,9 @@ public:
     /// Stores the value; a value that equals `fallback` is not stored, and removes one that is.
     void WriteProperty(const QString& key, const QVariant& value, const QVariant& fallback);
 
+    /// Whether a value is stored, be it Null.
     bool contains(const QString& key) const;
+    /// All of them, in the order in which they were written.
     const std::vector<Entry>& entries() const;
 
     /// Booleans, numbers, texts and Null as JSON has them. Colours, fonts and pictures are objects:

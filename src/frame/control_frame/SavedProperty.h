@@ -16,13 +16,13 @@ namespace tavrin {
 /// is being made, the default takes its place.
 enum class PropertyKind
 {
-    Boolean,
-    Long,
-    Text,
-    Variant,
-    Color,
-    Font,
-    Picture
+    Boolean, ///< as `ToBoolean` converts
+    Long,    ///< as `ToLong` converts
+    Text,    ///< as `ToText` converts; Null raises error 94
+    Variant, ///< anything
+    Color,   ///< a `Color`, or its number
+    Font,    ///< a `FontPtr`
+    Picture  ///< a `QImage`, or Null or Empty for none
 };
 
 /// One saved property of a control.
@@ -30,9 +30,13 @@ struct SavedProperty
 {
     /// The key in the bag; `PropertyChanged` bears it too.
     QString key;
+    /// What the value must be convertible to.
     PropertyKind kind;
+    /// Not saved, and put where nothing is saved.
     QVariant defaultValue;
+    /// Reads the property; it may raise what the getter raises.
     std::function<QVariant()> get;
+    /// Puts the property; it may raise what the setter raises.
     std::function<void(const QVariant&)> put;
     /// Where the key is written in another form than it is read; else empty.
     QString writtenKey = {};

@@ -37,12 +37,15 @@ class TAVRIN_EXPORT UserControl : public QWidget
 public:
     ~UserControl() override;
 
-    /// The window handle of the control, or of the window it stands on while it has none of its own.
+    /// The window handle of the control, or of the window it stands on while it has none of its own; 0 before
+    /// there is a window. Its lower 32 bits where handles are longer.
     qint32 hWnd() const;
     /// The class name without namespace.
     QString typeName() const;
 
+    /// What the control learns of its container; valid as long as the control.
     const Ambient& ambient() const;
+    /// Its place in the container; valid as long as the control.
     Extender& extender();
 
     /// Outer size in twips.
@@ -54,7 +57,7 @@ public:
     /// Inner size in twips.
     Twips ScaleWidth() const { return toTwips(contentsRect().width()); }
     Twips ScaleHeight() const { return toTwips(contentsRect().height()); }
-    /// A length in another unit.
+    /// A length in another unit, across and down: a character is not as wide as high.
     static Twips ScaleX(Twips length, ScaleMode from, ScaleMode to);
     static Twips ScaleY(Twips length, ScaleMode from, ScaleMode to);
     /// The frame's own background, by default the container's. Controls publish a `BackColor` of their own,
@@ -67,7 +70,7 @@ public:
     void TakeContainerBackColor();
     /// The ambient colour, for a look that is made of it: `AmbientChanged` tells of any other one.
     Color TakeAmbientBackColor();
-    /// The constituents.
+    /// The constituents, which are the control's own.
     QList<QWidget*> Controls() const;
 
     /// The saved properties in their order, with which a form designer shows and puts them one by one. Not to
@@ -87,6 +90,7 @@ Q_SIGNALS:
     void PropertyChanged(const QString& key);
 
 protected:
+    /// `parent` owns the control; without one the caller does.
     UserControl(QWidget* parent, const ControlSite& site);
 
     /// Ends construction: `InitProperties` or `ReadProperties`.
@@ -99,11 +103,17 @@ protected:
     /// Whether a property that fails is passed over, the others still restored or saved.
     virtual bool trapsPropertyErrors() const { return true; }
 
+    /// A new instance that was never saved: the properties take their defaults.
     virtual void UserControl_InitProperties() {}
+    /// An instance is restored: each of `savedProperties` is put, in their order.
     virtual void UserControl_ReadProperties(const PropertyBag& bag);
+    /// The form is saved: each of `savedProperties` that differs from its default goes into the bag.
     virtual void UserControl_WriteProperties(PropertyBag& bag);
+    /// The control was shown by the program; not when a window comes back from the task bar.
     virtual void UserControl_Show() {}
+    /// The control was hidden by the program, behind `UserControl_ExitFocus` if the focus was in it.
     virtual void UserControl_Hide() {}
+    /// The control has another size, or its first one.
     virtual void UserControl_Resize() {}
     /// `propertyName` is "DisplayName", "Font", "BackColor" or "ScaleUnits".
     virtual void UserControl_AmbientChanged(const QString& propertyName);
@@ -114,9 +124,10 @@ protected:
     virtual void UserControl_ExitFocus() {}
     /// The frame itself lost the focus.
     virtual void UserControl_LostFocus() {}
-    /// A key on the frame itself; a code of 0 swallows it.
+    /// A key on the frame itself; a code of 0 swallows it. `shift`: bit 0 Shift, bit 1 Ctrl, bit 2 Alt.
     virtual void UserControl_KeyDown(int& keyCode, int shift);
-    /// A mouse button was released over the bare surface. `button`: bit 0 left, bit 1 right, bit 2 middle.
+    /// A mouse button was released over the bare surface. `button`: bit 0 left, bit 1 right, bit 2 middle;
+    /// `shift` as for a key; the place in twips from the upper left corner.
     virtual void UserControl_MouseUp(int button, int shift, Twips x, Twips y);
 
     void showEvent(QShowEvent* event) override;

@@ -12,6 +12,7 @@ class QWidget;
 
 namespace tavrin {
 
+/// The sign beside the text of a message box.
 enum class BoxIcon
 {
     None,
@@ -20,6 +21,7 @@ enum class BoxIcon
     Exclamation,
     Critical
 };
+/// The buttons of a message box.
 enum class BoxButtons
 {
     Ok,
@@ -29,6 +31,7 @@ enum class BoxButtons
     SaveDiscardCancel,
     RetryCancel
 };
+/// The button that ended a message box.
 enum class BoxAnswer
 {
     Ok,
@@ -46,7 +49,8 @@ class TAVRIN_EXPORT MessageBoxes
 public:
     virtual ~MessageBoxes() = default;
     /// Waits for the person's answer. Escape and the window's close button answer Cancel, or No, or Ok:
-    /// the first of these that the box has. `parent` may be nullptr.
+    /// the first of these that the box has, and so does a box that goes with its parent. The text is shown
+    /// plain. `parent` may be nullptr.
     virtual BoxAnswer show(QWidget* parent, const QString& text, BoxIcon icon, const QString& title,
                            BoxButtons buttons) = 0;
 
@@ -62,7 +66,9 @@ class TAVRIN_EXPORT FileDialogs
 {
 public:
     virtual ~FileDialogs() = default;
-    /// The chosen files as absolute paths; empty when the person cancels.
+    /// The chosen files as absolute paths; empty when the person cancels. `folder` is where the dialog
+    /// starts, "" for where the platform does; `filter` is in Qt's form, as in "Pictures (*.png *.jpg)".
+    /// Without `several` one file at most.
     virtual QStringList openFiles(QWidget* parent, const QString& title, const QString& folder,
                                   const QString& filter, bool several) = 0;
 };
@@ -84,6 +90,7 @@ class TAVRIN_EXPORT Clock
 {
 public:
     virtual ~Clock() = default;
+    /// Local time.
     virtual QDateTime now() = 0;
 };
 
@@ -91,12 +98,13 @@ public:
 /// thread. Each has a real default; a test puts its own in place.
 struct Desktop
 {
-    std::shared_ptr<MessageBoxes> messageBoxes;
-    std::shared_ptr<FileDialogs> fileDialogs;
-    std::shared_ptr<Shell> shell;
-    std::shared_ptr<Clock> clock;
+    std::shared_ptr<MessageBoxes> messageBoxes; ///< never nullptr, as the others
+    std::shared_ptr<FileDialogs> fileDialogs;   ///< Qt's own by default
+    std::shared_ptr<Shell> shell;               ///< the desktop's opener by default
+    std::shared_ptr<Clock> clock;               ///< the system's by default
 };
 
+/// The services of the calling thread. What is put there takes effect with the next call of the library.
 TAVRIN_EXPORT Desktop& desktop();
 
 } // namespace tavrin

@@ -10,11 +10,13 @@
 #include <QString>
 #include <QVariant>
 
-// Cache and helper classes of the host: a control makes one with a plain new object and keeps it or throws
-// it away. The caches behind them are the host's.
+// Cache and helper classes of the host: a control asks `Host` for one, which is its own from then on, and
+// keeps it or throws it away. The caches behind them are the host's. A list is an XML document whose root has
+// one element for each entry; its values are texts of child elements.
 //
 // What says nothing of a default raises an `Error` with the number `Error::NoSuchComponentNumber` that names
-// the operation.
+// the operation. Whatever an operation raises reaches the control that called it, which passes it on or tells
+// it in a box, as its page says.
 
 namespace tavrin {
 
@@ -36,7 +38,8 @@ class TAVRIN_EXPORT EmployeeListCache
 {
 public:
     virtual ~EmployeeListCache();
-    /// Elements `Employee` with `OfficerNo`, `OfficerId`, `Name`, `BadgeNo`, `ActiveFlag`, `IsK9Handler`.
+    /// Elements `Employee` with `OfficerNo`, `OfficerId`, `Name`, `BadgeNo`, `ActiveFlag`, `IsK9Handler`. A
+    /// picker clones the document, once.
     virtual XmlDocument Document();
     /// By default the `OfficerId` in `Document`; "" for a number that nobody has.
     virtual QString ShortText(const QVariant& officerNo);
@@ -73,7 +76,8 @@ class TAVRIN_EXPORT ThumbnailService
 {
 public:
     virtual ~ThumbnailService();
-    /// Empty when there is none, and by default.
+    /// Path in the store of a small picture of the one at `path`, as a text, which a `Downloader` then
+    /// fetches; Empty when there is none, and by default.
     virtual QVariant GetThumbnailPath(const QString& path);
 };
 
@@ -82,6 +86,7 @@ class TAVRIN_EXPORT AttachmentFolders
 {
 public:
     virtual ~AttachmentFolders();
+    /// The folder with this number, as the rows hold it, as a path of the store.
     virtual QString GetFolderPath(const QVariant& folderNo);
 };
 
@@ -90,6 +95,8 @@ class TAVRIN_EXPORT tvCustomDictionary
 {
 public:
     virtual ~tvCustomDictionary();
+    /// Adds a word for everybody; one that is there already changes nothing. What it raises, the spelling
+    /// dialog tells the person in a box.
     virtual void AddWord(const QString& word);
 };
 
@@ -100,18 +107,19 @@ public:
     Downloader();
     virtual ~Downloader();
 
-    /// Bytes that are read at a time. Not read by default.
+    /// Bytes that are read at a time; controls set 1 MB. Not read by default.
     virtual void SetBufferSize(qint32 bytes);
-    /// Returns the path of the temporary copy. Raises an `Error` when it fails.
+    /// Copies a file of the store to the workstation and returns the local path of the temporary copy, "" for
+    /// a cancelled download. Raises an `Error` when it fails.
     virtual QString Download(const QString& path);
     /// Ends the download that is under way, within one buffer. By default lets it go on.
     virtual void Cancel();
 
-    /// Path.
+    /// Before the first byte: the path in the store.
     Event<const QString&> DownloadStarted;
-    /// Path, bytes read, bytes in all.
+    /// After each buffer: the path in the store, bytes read, bytes in all.
     Event<const QString&, qint64, qint64> DownloadProgress;
-    /// Path, and whether the download was cancelled.
+    /// At the end of a download that has not failed: the path in the store, and whether it was cancelled.
     Event<const QString&, bool> DownloadComplete;
 };
 
@@ -126,9 +134,10 @@ public:
     /// under the destination's name. `options` is always Empty here.
     virtual void Upload(const QString& source, const QString& destination, const QVariant& options);
 
-    /// Path, bytes written, bytes in all.
+    /// After each part: the path of the local file, bytes written, bytes in all.
     Event<const QString&, qint64, qint64> UploadProgress;
-    /// Path, and a flag of the host's own that no control reads.
+    /// At the end of an upload that has not failed: the path of the local file, and a flag of the host's own
+    /// that no control reads.
     Event<const QString&, bool> UploadComplete;
 };
 

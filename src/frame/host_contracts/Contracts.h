@@ -11,12 +11,12 @@ namespace tavrin {
 /// Number of a code table.
 using TableNumber = qint32;
 
-/// The numbers that the library itself uses.
+/// The numbers of code tables that the library itself uses.
 namespace Tables {
-inline constexpr TableNumber None = -1;
-inline constexpr TableNumber SuspectRelationship = 84;
-inline constexpr TableNumber Team = 228;
-inline constexpr TableNumber Agency = 997;
+inline constexpr TableNumber None = -1;                ///< no table
+inline constexpr TableNumber SuspectRelationship = 84; ///< of a suspect to a party: `SuspRelList`
+inline constexpr TableNumber Team = 228;               ///< `FlatUserPicker`
+inline constexpr TableNumber Agency = 997;             ///< `AgencyPicker`
 } // namespace Tables
 
 /// Values that sibling fields of one list hold. Shared by reference: the control sees what the host adds
@@ -48,7 +48,9 @@ private:
 /// Which field of each row a `BoundControl` reads, and the code table of its values.
 struct BoundBinding
 {
+    /// The row's field that holds the code.
     QString FieldName;
+    /// Where the codes' descriptions come from.
     TableNumber TableNo = Tables::None;
 };
 

@@ -26,11 +26,12 @@ public:
     virtual ~HostObject() = default;
 };
 
+/// A record, a row, a collection or a field, and all who use it; in a `QVariant`, a reference to a field.
 using HostObjectPtr = std::shared_ptr<HostObject>;
-using tvBusinessObjectPtr = std::shared_ptr<tvBusinessObject>;
-using tvFieldPtr = std::shared_ptr<tvField>;
-using tvTableCollectionPtr = std::shared_ptr<tvTableCollection>;
-using tvTableRowPtr = std::shared_ptr<tvTableRow>;
+using tvBusinessObjectPtr = std::shared_ptr<tvBusinessObject>;   ///< nullptr where there is no record
+using tvFieldPtr = std::shared_ptr<tvField>;                     ///< nullptr where there is no column
+using tvTableCollectionPtr = std::shared_ptr<tvTableCollection>; ///< nullptr where there are no rows
+using tvTableRowPtr = std::shared_ptr<tvTableRow>;               ///< nullptr where there is no row
 
 /// A record of the host, such as an incident or a location.
 class TAVRIN_EXPORT tvBusinessObject : public HostObject
@@ -57,6 +58,7 @@ public:
     /// A plain value, or the object from `Session::MakeFieldReference`, which links the two fields: this one
     /// then takes the other's value, also one that is assigned only when the record is saved.
     virtual void SetValue(const QVariant& value) = 0;
+    /// The column's name.
     virtual QString Name() const = 0;
     /// Part of the row's key.
     virtual bool IsKey() const = 0;
@@ -80,6 +82,7 @@ public:
     using tvBusinessObject::Item;
     /// The column at `index`, counted from 1; nullptr outside.
     virtual tvFieldPtr Item(int index) = 0;
+    /// Number of the columns.
     virtual int FieldCount() const = 0;
     /// The row has never been saved.
     virtual bool IsNew() const = 0;
@@ -94,9 +97,12 @@ TAVRIN_EXPORT tvFieldPtr fieldOf(tvTableRow& row, const QString& name);
 class TAVRIN_EXPORT tvTableCollection : public HostObject
 {
 public:
+    /// Goes through the rows by their index, for range-based loops. It asks the collection anew at each step;
+    /// a row that is added or removed meanwhile shifts what is behind it.
     class Iterator
     {
     public:
+        // Made by `begin` and `end`.
         Iterator(tvTableCollection* rows, qint32 index)
             : m_rows(rows)
             , m_index(index)
@@ -129,6 +135,7 @@ public:
     /// Removes the row at `Position`, then raises `ItemRemoved` and `ItemRemovedEx`. With `immediately` the
     /// row leaves the database at once, else with the next save.
     virtual void RemoveCurrent(bool immediately) = 0;
+    /// Number of the rows.
     virtual qint32 Count() const = 0;
     /// The row at `index`, counted from 1. Raises an `Error` outside.
     virtual tvTableRowPtr Item(qint32 index) = 0;
@@ -137,20 +144,22 @@ public:
     /// Index of the current row, counted from 1; 0 while the collection is empty.
     virtual qint16 Position() const = 0;
     virtual void SetPosition(qint16 position) = 0;
+    /// Whether the current row is the primary one.
     virtual bool CurrentIsPrimary() const = 0;
     /// Makes the row with this key the primary one, Null makes none. Raises `PrimaryStatusChanged`.
     virtual void SetPrimaryValue(const QVariant& key) = 0;
     /// Index of the primary row, counted from 1; 0 for none.
     virtual qint32 PrimaryIndex() const = 0;
 
+    /// For range-based loops, in which `row` is a `tvTableRowPtr`.
     Iterator begin() { return {this, 1}; }
     Iterator end() { return {this, Count() + 1}; }
 
-    /// Key value of the removed row.
+    /// A row was removed: its key's value.
     Event<const QVariant&> ItemRemoved;
-    /// Index that the row had, counted from 1, and the row.
+    /// The same, behind `ItemRemoved`: the index that the row had, counted from 1, and the row.
     Event<qint32, const tvTableRowPtr&> ItemRemovedEx;
-    /// Key value of the primary row, Null when there is none any more.
+    /// Another row is the primary one: its key's value, Null when there is none any more.
     Event<const QVariant&> PrimaryStatusChanged;
 };
 

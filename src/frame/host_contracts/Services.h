@@ -15,7 +15,7 @@
 
 #include <memory>
 
-// The host's global services: each comes into being on first use and lives as long as the host's thread.
+// The host's global services. They live as long as the host is installed, and are called on its thread.
 //
 // A host derives from those that it has something of its own for, and overrides what it needs. Every
 // operation has a default: a sensible answer where there is one without a host, else an `Error` with the
@@ -38,27 +38,28 @@ struct TableValue
 /// The values of one code table, in their order.
 struct TableValues
 {
-    QList<TableValue> Items;
+    QList<TableValue> Items; ///< empty for a table without values
 };
 
 /// A value of a code table as it stands in a list.
 struct ListedValue
 {
-    TableValue Entry;
-    bool IsActive = true;
+    TableValue Entry;     ///< what it says
+    bool IsActive = true; ///< whether it is in use
 };
 
 /// What a refresh of the caches brought; no control reads it.
 struct CacheRefreshInfo
 {
-    QStringList Changed;
+    QStringList Changed; ///< names of the caches, in the host's own words
 };
 
 /// Where the host speaks to everybody.
 class TAVRIN_EXPORT EventHub
 {
 public:
-    /// Raised after the host has reloaded its caches.
+    /// Raised by the host after it has reloaded its caches, on its own thread: `FlatUserPicker` clones its
+    /// lists afresh at the next need. Other controls keep what they have.
     Event<const CacheRefreshInfo&> CacheRefreshed;
 };
 
@@ -69,8 +70,9 @@ public:
     HostServices();
     virtual ~HostServices();
 
-    /// The values of a code table; inactive ones only when asked for. The two last arguments are always
-    /// left out and False. By default raises the error of what is not offered.
+    /// The values of a code table, for `AutoCompleteField`, `TavrinDropdown` and `MultiValue`; inactive ones
+    /// only when asked for. The two last arguments are always left out and False. By default raises the error
+    /// of what is not offered.
     virtual TableValues GetTableValues(TableNumber table, bool includeInactive, const QVariant& leftOut = {},
                                        bool reserved = false);
     /// By default a hub of this object's own, on which a host raises what it has to tell.
@@ -104,15 +106,18 @@ class TAVRIN_EXPORT Session
 public:
     virtual ~Session();
 
-    /// "" by default.
+    /// The sign-on name of the person at the workstation, which uploaded files are marked with; "" by
+    /// default.
     virtual QString CurrentUserId();
-    /// "" when the setting is not there, and by default.
+    /// A setting of the installation; "" when it is not there, and by default.
     virtual QString GetSetting(const QString& section, const QString& key);
-    /// False by default: nobody has a right that nobody gave.
+    /// Whether the person has the right with this number in a module: "_Global", or a record's class name
+    /// without "tv" and "BO", as in "Incident". False by default: nobody has a right that nobody gave.
     virtual bool HasPermission(const QString& module, int right);
-    /// False by default.
+    /// Whether the installation's records have a field. False by default.
     virtual bool FieldExists(const QString& module, const QString& table, const QString& field);
-    /// False by default.
+    /// Whether the installation asks for a value in a field before a record may be saved; `extra` tells apart
+    /// what one field asks for. False by default.
     virtual bool IsFieldRequired(const QString& module, const QString& table, const QString& field,
                                  const QString& extra);
     /// An object to assign to another field's `Value`, which links that field to this one. Only the host's
@@ -124,21 +129,21 @@ public:
 /// name. Controls of this library do not read the two of the selection.
 struct TextBoxColorSet
 {
-    Color BackColor = SystemColor::WindowBackground;
-    Color ForeColor = SystemColor::WindowText;
-    Color BorderColor = SystemColor::ButtonFace;
-    Color SelectionBackColor = SystemColor::Highlight;
-    Color SelectionForeColor = SystemColor::HighlightText;
-    Color TagBackColor = SystemColor::ButtonFace;
-    Color TagForeColor = SystemColor::WindowText;
+    Color BackColor = SystemColor::WindowBackground;       ///< of the box
+    Color ForeColor = SystemColor::WindowText;             ///< of the text in it
+    Color BorderColor = SystemColor::ButtonFace;           ///< of the line around it
+    Color SelectionBackColor = SystemColor::Highlight;     ///< behind selected text
+    Color SelectionForeColor = SystemColor::HighlightText; ///< of selected text
+    Color TagBackColor = SystemColor::ButtonFace;          ///< of the tag
+    Color TagForeColor = SystemColor::WindowText;          ///< of the name in it
 };
 
 /// The theme's colour sets by state.
 struct TextBoxColors
 {
-    TextBoxColorSet Normal;
-    TextBoxColorSet Disabled;
-    TextBoxColorSet Focused;
+    TextBoxColorSet Normal;   ///< enabled, the focus elsewhere
+    TextBoxColorSet Disabled; ///< the person cannot use it
+    TextBoxColorSet Focused;  ///< the focus in it
 };
 
 /// Colours and units.
@@ -205,11 +210,12 @@ class TAVRIN_EXPORT Images
 {
 public:
     virtual ~Images();
-    /// By the name alone. By default True for the endings png, jpg, jpeg, gif and bmp, in any case.
+    /// Whether the file is a picture that is shown, by its name alone. By default True for the endings png,
+    /// jpg, jpeg, gif and bmp, in any case.
     virtual bool IsImageFile(const QString& fileName);
-    /// Raises an `Error` when the file cannot be shown. By default it names the file when that is missing,
-    /// longer than 64 MB, of no known format by its content, of more than 50 million pixels, or damaged; all
-    /// but the last is found before anything is decoded.
+    /// The picture in a local file; raises an `Error` when it cannot be shown. By default it names the file
+    /// when that is missing, longer than 64 MB, of no known format by its content, of more than 50 million
+    /// pixels, or damaged; all but the last is found before anything is decoded.
     virtual QImage LoadPicture(const QString& path);
 };
 
@@ -222,15 +228,15 @@ public:
 
     virtual ~Environment();
 
-    /// The workstation's folder, without a separator at its end. By default raises the error of what is not
-    /// offered.
+    /// The workstation's folder for the dictionaries of the spell check, without a separator at its end. By
+    /// default raises the error of what is not offered.
     virtual QString GetDictionaryFolder();
     /// Brings a named support file up to date in that folder. By default leaves it as it is.
     virtual void RefreshSupportFile(const QString& name);
-    /// The host's error number for a code of its own.
+    /// The host's error number for a code of its own; `FirstErrorNumber` + `code` by default.
     virtual int GetErrorNumber(int code);
-    /// By default the platform's own. The folder is made when it is missing; raises an `Error` when that
-    /// fails.
+    /// The person's folder for downloaded files; by default the platform's own. The folder is made when it is
+    /// missing; raises an `Error` when that fails.
     virtual QString GetDownloadsFolder();
 
 protected:

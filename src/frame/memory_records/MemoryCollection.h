@@ -57,8 +57,8 @@ public:
     QList<MemoryColumn> Columns() const;
     /// What `SetItemClass` was given last; "" at first.
     QString ItemClass() const;
-    /// Whether a new row has a key, the number above the highest one so far. True at first; else the key of a
-    /// new row is Null.
+    /// Whether a new row has a key, the number above the highest one so far; true at first. Otherwise the key
+    /// of a new row is Null.
     bool NumbersRows() const;
     void SetNumbersRows(bool numbers);
 

@@ -16,6 +16,7 @@ namespace tavrin {
 class TAVRIN_EXPORT MemoryField : public tvField
 {
 public:
+    /// `maxLength` is in UTF-16 units, 0 where no length is set. Raises what `SetValue` raises.
     explicit MemoryField(const QString& name, const QVariant& value = {}, bool isKey = false,
                          qint32 maxLength = 0);
     ~MemoryField() override;
@@ -47,16 +48,19 @@ private:
 class TAVRIN_EXPORT MemoryLinkField : public tvLinkField
 {
 public:
+    /// As a `MemoryField`.
     explicit MemoryLinkField(const QString& name, const QVariant& value = {}, bool isKey = false,
                              qint32 maxLength = 0);
     ~MemoryLinkField() override;
 
     QVariant Value() const override;
+    /// As `MemoryField::SetValue`.
     void SetValue(const QVariant& value) override;
     QString Name() const override;
     bool IsKey() const override;
     qint32 MaxLength() const override;
 
+    /// As `MemoryField::MarkSaved`.
     void MarkSaved();
 
 private:

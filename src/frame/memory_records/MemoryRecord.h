@@ -21,6 +21,8 @@ namespace tavrin {
 class TAVRIN_EXPORT MemoryRecord : public tvBusinessObject, public std::enable_shared_from_this<MemoryRecord>
 {
 public:
+    /// A record without children; `className` is as in "tvIncidentBO", "" for a part that is no module's
+    /// record.
     explicit MemoryRecord(const QString& className = {});
     ~MemoryRecord() override;
 
@@ -31,6 +33,7 @@ public:
     /// As `SetItem` was given them last, ordered without case.
     QStringList ChildNames() const;
     QString ClassName() const override;
+    /// From now on another class's record; its children stay.
     void SetClassName(const QString& name);
 
     /// The record that this one is a child of; nullptr when it is none's.

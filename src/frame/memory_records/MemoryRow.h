@@ -13,7 +13,9 @@ namespace tavrin {
 /// A column that the rows of a collection in memory have.
 struct MemoryColumn
 {
+    /// Names compare without case.
     QString Name;
+    /// Part of the row's key.
     bool IsKey = false;
     /// In UTF-16 units; 0 where no length is set.
     qint32 MaxLength = 0;
@@ -37,6 +39,7 @@ public:
     /// What its fields tell of themselves, in their order. A row made of these columns has fields like them.
     QList<MemoryColumn> Columns() const;
     bool IsNew() const override;
+    /// A row that is not new counts as saved.
     void SetNew(bool isNew);
 
     /// The record that holds the row, itself or in one of its collections; nullptr when none does.

@@ -9,10 +9,11 @@
 
 namespace tavrin {
 
+/// What `Database::open` does where there is no file.
 enum class OpenMode
 {
-    CreateWhenMissing,
-    ExistingOnly,
+    CreateWhenMissing, ///< makes a new database
+    ExistingOnly,      ///< raises an `Error`
 };
 
 struct DatabaseOptions;
@@ -29,13 +30,15 @@ public:
     /// opened, is locked, read-only, damaged, no database of ours, written by a newer version, or lies on a
     /// network file system. The file is then untouched and nothing new lies beside it.
     static std::unique_ptr<Database> open(const QString& path, OpenMode mode = OpenMode::CreateWhenMissing);
+    // With options that only the library's own parts know.
     static std::unique_ptr<Database> open(const QString& path, OpenMode mode, const DatabaseOptions& options);
     ~Database();
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
+    /// The file's absolute path.
     const QString& path() const;
-    /// The connection itself, for statements of one's own.
+    /// The connection itself, for statements of one's own; it ends with the object.
     QSqlDatabase connection() const;
 
     /// Runs one statement without values. Raises an `Error` that says what went wrong and what to do.

@@ -17,13 +17,13 @@ class Database;
 /// One line of a list of incidents.
 struct IncidentSummary
 {
-    qint64 IncidentNo = 0;
-    QString CaseNo;
-    QDateTime ReportedAt;
-    QString Summary;
-    QString Address;
-    QString City;
-    QString Status;
+    qint64 IncidentNo = 0; ///< its number in the database
+    QString CaseNo;        ///< what people call it by
+    QDateTime ReportedAt;  ///< local time; invalid when it is not known
+    QString Summary;       ///< one line
+    QString Address;       ///< of the place
+    QString City;          ///< of the place
+    QString Status;        ///< as the record holds it, in words
 };
 
 /// The incidents of a database of the reference host, as a form opens and saves them.

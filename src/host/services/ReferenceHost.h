@@ -12,6 +12,7 @@
 
 namespace tavrin {
 
+/// The look of what a host has colours for.
 enum class Theme
 {
     Light,
@@ -65,6 +66,8 @@ public:
     /// their copies of downloads once these are a day old, beside its other work; returns when that is done.
     void waitForSweep();
 
+    /// Which of the two sets of colours `UiServices::TextBoxColors` gives; light at first. A control takes
+    /// them when it shows next or its state changes.
     void setTheme(Theme theme);
     Theme theme() const;
 
