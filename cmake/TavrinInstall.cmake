@@ -23,6 +23,7 @@ foreach(line IN LISTS lines)
       ${PROJECT_SOURCE_DIR}/cmake/PublicHeader.cmake)
   list(APPEND headers ${to})
 endforeach()
+set(TAVRIN_PUBLIC_HEADERS ${headers})
 add_custom_target(tavrin_public_headers ALL DEPENDS ${headers})
 install(FILES ${headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/TVBoundControls COMPONENT development)
 

@@ -130,8 +130,8 @@ typedef struct TvVariant
 {
     int32_t type;     /**< one of TV_EMPTY to TV_LIST: which of `value` holds */
     int32_t reserved; /**< 0 */
-    /** The value itself. */
-    union {
+    /** What a TvVariant holds; its `type` says which of these. */
+    union TvValue {
         int32_t boolean;          /**< 0 is False, all else True */
         int32_t integer;          /**< 32 bits */
         double number;            /**< a number with a fraction, or beyond 32 bits */
@@ -141,7 +141,7 @@ typedef struct TvVariant
         const TvFont* font;       /**< never null */
         const TvPicture* picture; /**< null for none */
         struct TvList* list;      /**< never null */
-    } value;
+    } value;                      /**< the value itself */
 } TvVariant;
 
 /** Values in their order. */
@@ -282,8 +282,8 @@ typedef void (*TvUnhandledCall)(const TvError* error, const char* where, void* c
 typedef struct TvLibrary
 {
     uint32_t size;    /**< in bytes; functions beyond it are not there */
-    uint32_t version; /**< 1. Another number would be another structure; a newer library may only have a
-                         longer one */
+    uint32_t version; /**< always 1: another number would be another structure, while a newer library of
+                           this one may only have a longer one */
 
     /** The last failure on this thread. The error's texts stay valid until the thread's next call of the
         library. */

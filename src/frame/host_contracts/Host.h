@@ -52,8 +52,8 @@ public:
     /// Folders and error numbers.
     virtual Environment& environment();
 
-    /// For the descriptions in `MultiValue` and `SuspRelList`, and for the teams of `FlatUserPicker`. By default
-    /// the plain one, over `HostServices::GetTableValues` of the installed host.
+    /// For the descriptions in `MultiValue` and `SuspRelList`, and for the teams of `FlatUserPicker`. By
+    /// default the plain one, over `HostServices::GetTableValues` of the installed host.
     virtual std::unique_ptr<TableCodeCache> newTableCodeCache();
     /// For the pickers of employees, and the names in that of users. No default.
     virtual std::unique_ptr<EmployeeListCache> newEmployeeListCache();
