@@ -20,7 +20,7 @@ class Declaration:
     def __init__(self, text, comment, follows, aside, access):
         self.text = text
         self.comment = comment  # its own, or the one that it shares
-        self.follows = follows  # another declaration under the same comment
+        self.follows = follows  # the name of the first declaration under the same comment
         self.aside = aside  # stands under a comment for the developers of the library
         self.access = access
 
@@ -45,8 +45,8 @@ class Declaration:
         comment = self.comment
         if self.access == 'private':
             text = CONTRACT.sub('', text)
-        elif self.follows and re.search(r'\b(override|final)\b', text):
-            comment = []  # the base's, which says more than that of the function above
+        elif self.follows and re.search(r'\b(override|final)\b', text) and f' Set{self.follows}(' not in text:
+            comment = []  # the base's, which says more than that of a function above that is not its getter
         return [*comment, *text.split('\n'), '']
 
 
@@ -56,6 +56,10 @@ def is_special(text):
     if text.startswith('virtual ~') or text.startswith('~') or '= delete' in text or re.search(r'\boperator\W', text):
         return True
     return bool(constructor) and re.fullmatch(rf'|(const )?{constructor[1]}&&?( other)?', constructor[2]) is not None
+
+
+def name_of(text):
+    return re.search(r'(\w+)\W*?(?:[({=;]|$)', text)[1]
 
 
 def without_texts(line):
@@ -84,7 +88,7 @@ class Header:
         self.end_run()
 
     def end_run(self):
-        self.comment, self.follows, self.aside, self.in_comment = [], False, False, False
+        self.comment, self.follows, self.aside, self.in_comment = [], '', False, False
 
     def read(self, text):
         gathered = ''
@@ -145,7 +149,7 @@ class Header:
         declaration = Declaration(text, comment, self.follows, self.aside, self.scopes[-1].access)
         if not self.scopes[-1].hidden and not declaration.is_left_out():
             self.out += declaration.lines()
-        self.follows, self.in_comment = True, False
+        self.follows, self.in_comment = self.follows or name_of(text), False
 
 
 def with_code(text, mark):

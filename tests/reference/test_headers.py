@@ -35,6 +35,11 @@ class HeaderTest(unittest.TestCase):
         self.assertEqual(shown('/// Raises.\nvoid Remove() override;\nint Count() const override;'),
                          ['/// Raises.', 'void Remove() override;', 'int Count() const override;'])
 
+    def test_theSetterOfAnOverriddenGetterSharesItsComment(self):
+        self.assertEqual(shown('/// Own state.\nbool Enabled() const override;\nvoid SetEnabled(bool on) override;'),
+                         ['/// Own state.', 'bool Enabled() const override;',
+                          '/// Own state.', 'void SetEnabled(bool on) override;'])
+
     def test_aFunctionOverSeveralLinesIsOneDeclaration(self):
         self.assertEqual(shown('/// Makes.\nint make(int a,\n         int b)\n{\n    return a;\n}\nint other();'),
                          ['/// Makes.', 'int make(int a,', 'int b)', '{', 'return a;', '}', '/// Makes.',

@@ -21,7 +21,7 @@ inline int toPixels(Twips twips)
     return static_cast<int>(std::lround(twips / TwipsPerPixel));
 }
 
-/// Exact.
+/// Twips, without rounding.
 constexpr Twips toTwips(int pixels)
 {
     return static_cast<Twips>(pixels) * TwipsPerPixel;

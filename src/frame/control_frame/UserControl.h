@@ -66,7 +66,7 @@ public:
     void SetFrameBackColor(Color color);
     /// The container's property "BackColor"; the ambient one when the container has none.
     Color ContainerBackColor() const;
-    /// The frame has that colour; where the container offers none, the container itself is seen.
+    /// Gives the frame the container's colour; where the container offers none, the container itself is seen.
     void TakeContainerBackColor();
     /// The ambient colour, for a look that is made of it: `AmbientChanged` tells of any other one.
     Color TakeAmbientBackColor();
