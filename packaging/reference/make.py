@@ -14,10 +14,12 @@ import pages
 
 EXAMPLES = {
     'examples/host': 'A host of your own',
+    'examples/testing': 'Tests of a form and of a host',
     'examples/c': 'A control in a program in C',
     'examples/python': 'A control in a program in Python',
 }
-FIRST_PAGES = ['docs/README.md', 'docs/host-guide.md', 'docs/component.md', 'docs/designer.md']
+FIRST_PAGES = ['docs/README.md', 'docs/host-guide.md', 'docs/reference-host.md', 'docs/component.md', 'docs/designer.md',
+               'docs/pickers.md']
 
 
 def components(sources):
@@ -69,6 +71,9 @@ def write_folder(to, name, title, parts):
 
 
 def write_examples(sources, to):
+    unnamed = {f'examples/{folder.name}' for folder in (sources / 'examples').iterdir()} - EXAMPLES.keys()
+    if unnamed:
+        sys.exit(f'No title in {__file__}: {", ".join(sorted(unnamed))}')
     out, parts = [], []
     for folder, title in EXAMPLES.items():
         texts = [(file.name, file.read_text()) for file in examples_of(sources / folder)]

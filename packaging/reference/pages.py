@@ -13,6 +13,8 @@ FENCE = re.compile(r'^( *)(```|~~~).*?^\1\2 *$', re.S | re.M)
 HEADING = re.compile(r'^(#{1,6}) +(.+?) *$', re.M)
 CODE_OR_LINK = re.compile(r'(?P<code>`+)(?!`)(?:(?!\n\n).)*?(?<!`)(?P=code)(?!`)|'
                           r'(?P<picture>!?)\[(?P<text>(?:`[^`]*`|[^\]`])*)\]\((?P<target>[^)\s]+)\)', re.S)
+COMMENT = re.compile(r'^<!--.*?-->\n', re.S | re.M)
+MARK = re.compile(r'^ *(?://!|#!|/\*!) \[/?[\w-]+\].*\n', re.M)  # of lines that documents quote
 LANGUAGES = {'.h': 'cpp', '.cpp': 'cpp', '.c': 'c', '.py': 'python', '.json': 'json', '.sql': 'sql'}
 
 
@@ -68,6 +70,7 @@ class Page:
         return ''.join([*out, self.prose(self.text[end:])])
 
     def prose(self, text):
+        text = COMMENT.sub('', text)
         return CODE_OR_LINK.sub(self.link, HEADING.sub(self.heading, text))
 
     def heading(self, match):
@@ -88,6 +91,7 @@ class Page:
         if match['code'] or re.match(r'[a-z]+:', target):
             return match[0]
         text = ' '.join(text.split())  # Doxygen ends it with the line
+        named = text.replace('`', '')  # and knows no code in it
         file, _, slug = target.partition('#')
         path = resolved(self.path, file) if file else self.path
         if picture or path.endswith('.png'):
@@ -96,7 +100,7 @@ class Page:
         if path.rstrip('/') not in self.known:
             return text
         name = name_of(path.rstrip('/'))
-        return f'[{text}](@ref {name}-{slug})' if slug else f'[{text}](@ref {name})'
+        return f'[{named}](@ref {name}-{slug})' if slug else f'[{named}](@ref {name})'
 
 
 def folder_page(name, title, parts):
@@ -110,5 +114,5 @@ def example_page(folder, title, files):
     out = [f'# {title} {{#{name_of(folder)}}}\n']
     for name, text in files:
         language = LANGUAGES.get(PurePosixPath(name).suffix, 'txt')
-        out.append(f'## {name} {{#{name_of(folder + "/" + name)}}}\n\n```{language}\n{text.rstrip()}\n```\n')
+        out.append(f'## {name} {{#{name_of(folder + "/" + name)}}}\n\n```{language}\n{MARK.sub("", text).rstrip()}\n```\n')
     return '\n'.join(out)

@@ -45,6 +45,9 @@ class PageTest(unittest.TestCase):
     def test_aLinkWhoseTextGoesOverTheLineStandsOnOne(self):
         self.assertEqual(shown('[what\nelse](b-c.md)'), '[what else](@ref page_b_c)')
 
+    def test_aLinkBearsNoMarkOfCode(self):
+        self.assertEqual(shown('[the `x`](b-c.md)'), '[the x](@ref page_b_c)')
+
     def test_picturesAreNamedByTheirFolderToo(self):
         one = page('![a](pictures/LatLong/good.png) ![b](pictures/CoverImage/good.png)')
         self.assertEqual(one.for_doxygen(), '![a](LatLong-good.png) ![b](CoverImage-good.png)')
@@ -56,6 +59,10 @@ class PageTest(unittest.TestCase):
 
     def test_aBarInCodeOfATableIsABar(self):
         self.assertEqual(shown(r'| `--to a\|<b>` |'), r'| <code>\--to a\|&lt;b&gt;</code> |')
+
+    def test_whatOnlyTheToolsOfTheSourcesReadIsLeftOut(self):
+        self.assertEqual(shown('<!-- quote: a b -->\n```cpp\nx;\n```\n'), '```cpp\nx;\n```\n')
+        self.assertIn('\na;\nb;\n```', pages.example_page('examples/host', 'T', [('a.cpp', 'a;\n//! [x]\nb;\n')]))
 
     def test_theFirstSentenceIsWhatAPageIsAbout(self):
         self.assertEqual(page('# A\n\nOne thing,\nand its end. More.\n').first_sentence(), 'One thing, and its end.')
