@@ -4,6 +4,7 @@
 What Doxygen reads lies in BUILD/reference, by BUILD/reference/Doxyfile; its warnings are in warnings.txt there.
 """
 
+import re
 import shutil
 import subprocess
 import sys
@@ -41,6 +42,13 @@ def write_headers(sources, build, to):
         staged = headers.c_for_doxygen(text) if name == 'TVBoundControls.h' else \
             headers.for_doxygen(text, name, component, reference)
         (to / name).write_text(staged)
+
+
+def classes_of(folder):
+    """The classes of the headers, but for those whose name a property bears too: pages mean that."""
+    text = '\n'.join(header.read_text() for header in folder.iterdir())
+    names = set(re.findall(r'^(?:class|struct) (\w+)', text, re.M))
+    return {name for name in names if not re.search(rf'\b{name}\(\)', text) and not name.startswith('Tv')}
 
 
 def examples_of(folder):
@@ -91,7 +99,9 @@ def write_pages(sources, to):
     for folder in EXAMPLES:
         known |= {folder, *(f'{folder}/{file.name}' for file in examples_of(sources / folder))}
     controls = {Path(header).stem for header in components(sources)}
-    read = [pages.Page(sources, path, (sources / path).read_text(), known) for path in paths]
+    classes = classes_of(to.parent / 'headers/TVBoundControls')
+    read = [pages.Page(sources, path, (sources / path).read_text(), known, classes - {Path(path).stem})
+            for path in paths]
     first = [page for page in read if page.path in FIRST_PAGES]
     of_controls = [page for page in read if Path(page.path).stem in controls]
     others = [page for page in read if page not in first and page not in of_controls]

@@ -48,11 +48,12 @@ def resolved(page, target):
 
 
 class Page:
-    def __init__(self, sources, path, text, known):
+    def __init__(self, sources, path, text, known, classes=()):
         self.sources = sources
         self.path = path
         self.text = text
         self.known = known  # the files and folders that have pages
+        self.classes = set(classes)  # those that the page may lead to, each where it is first named
         self.below_title = ''
         self.pictures = []
         self.slugs = {}
@@ -83,12 +84,21 @@ class Page:
         name += f'-{slug}-{count}' if count else f'-{slug}'
         return f'{match[1]} {match[2]} {{#{name}}}'
 
+    def code(self, text):
+        content = text.strip('`')
+        if content in self.classes:
+            self.classes.remove(content)
+            return f'<code>@ref tavrin::{content} "{content}"</code>'
+        if r'\|' not in text:
+            return text
+        content = html.escape(content, False).replace('--', r'\--')  # Doxygen takes a bar in code as it stands
+        return f'<code>{content}</code>'
+
     def link(self, match):
         picture, text, target = match['picture'], match['text'], match['target']
-        if match['code'] and r'\|' in match[0]:  # in code of a table, which Doxygen takes as it stands
-            code = html.escape(match[0].strip('`'), False).replace('--', r'\--')
-            return f'<code>{code}</code>'
-        if match['code'] or re.match(r'[a-z]+:', target):
+        if match['code']:
+            return self.code(match[0])
+        if re.match(r'[a-z]+:', target):
             return match[0]
         text = ' '.join(text.split())  # Doxygen ends it with the line
         named = text.replace('`', '')  # and knows no code in it

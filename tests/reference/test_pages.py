@@ -64,6 +64,10 @@ class PageTest(unittest.TestCase):
         self.assertEqual(shown('<!-- quote: a b -->\n```cpp\nx;\n```\n'), '```cpp\nx;\n```\n')
         self.assertIn('\na;\nb;\n```', pages.example_page('examples/host', 'T', [('a.cpp', 'a;\n//! [x]\nb;\n')]))
 
+    def test_aClassIsALinkWhereItIsFirstNamed(self):
+        one = pages.Page(None, 'docs/a.md', '`Host` and `Host`, `Other`', KNOWN, {'Host'})
+        self.assertEqual(one.for_doxygen(), '<code>@ref tavrin::Host "Host"</code> and `Host`, `Other`')
+
     def test_theFirstSentenceIsWhatAPageIsAbout(self):
         self.assertEqual(page('# A\n\nOne thing,\nand its end. More.\n').first_sentence(), 'One thing, and its end.')
 

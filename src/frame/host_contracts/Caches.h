@@ -100,7 +100,8 @@ public:
     virtual void AddWord(const QString& word);
 };
 
-/// Fetches a file of the store. `Download` blocks; its events come inside the call.
+/// Fetches a file of the store. `Download` blocks; its events come inside the call, on its thread. The
+/// dialogs let the person act inside them, so that `Cancel` comes from there.
 class TAVRIN_EXPORT Downloader
 {
 public:
@@ -110,7 +111,8 @@ public:
     /// Bytes that are read at a time; controls set 1 MB. Not read by default.
     virtual void SetBufferSize(qint32 bytes);
     /// Copies a file of the store to the workstation and returns the local path of the temporary copy, "" for
-    /// a cancelled download. Raises an `Error` when it fails.
+    /// a cancelled download. The copy is the caller's: a control renames it in its folder where a person
+    /// opens it, and removes it otherwise. Raises an `Error` when it fails.
     virtual QString Download(const QString& path);
     /// Ends the download that is under way, within one buffer. By default lets it go on.
     virtual void Cancel();
@@ -123,7 +125,7 @@ public:
     Event<const QString&, bool> DownloadComplete;
 };
 
-/// Brings a file into the store. `Upload` blocks; its events come inside the call.
+/// Brings a file into the store. `Upload` blocks; its events come inside the call, on its thread.
 class TAVRIN_EXPORT Uploader
 {
 public:
@@ -136,8 +138,8 @@ public:
 
     /// After each part: the path of the local file, bytes written, bytes in all.
     Event<const QString&, qint64, qint64> UploadProgress;
-    /// At the end of an upload that has not failed: the path of the local file, and a flag of the host's own
-    /// that no control reads.
+    /// At the end of each upload that has not failed, for by it a file counts as stored: the path of the
+    /// local file, which the person knows it by, and a flag of the host's own that no control reads.
     Event<const QString&, bool> UploadComplete;
 };
 
