@@ -19,8 +19,8 @@ EXAMPLES = {
     'examples/c': 'A control in a program in C',
     'examples/python': 'A control in a program in Python',
 }
-FIRST_PAGES = ['docs/README.md', 'docs/host-guide.md', 'docs/reference-host.md', 'docs/component.md', 'docs/designer.md',
-               'docs/pickers.md']
+FIRST_PAGES = [f'docs/{name}.md' for name in
+               ('README', 'host-guide', 'reference-host', 'component', 'designer', 'pickers')]
 
 
 def components(sources):

@@ -124,5 +124,6 @@ def example_page(folder, title, files):
     out = [f'# {title} {{#{name_of(folder)}}}\n']
     for name, text in files:
         language = LANGUAGES.get(PurePosixPath(name).suffix, 'txt')
-        out.append(f'## {name} {{#{name_of(folder + "/" + name)}}}\n\n```{language}\n{MARK.sub("", text).rstrip()}\n```\n')
+        code = MARK.sub('', text).rstrip()
+        out.append(f'## {name} {{#{name_of(f"{folder}/{name}")}}}\n\n```{language}\n{code}\n```\n')
     return '\n'.join(out)
