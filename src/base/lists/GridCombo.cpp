@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <utility>
+#include <vector>
 
 namespace tavrin {
 
@@ -88,11 +90,55 @@ private:
 
 } // namespace
 
+struct GridArray::Private
+{
+    std::vector<Row> rows;
+};
+
+GridArray::GridArray()
+    : d(std::make_unique<Private>())
+{
+}
+
+GridArray::GridArray(const GridArray& other)
+    : d(std::make_unique<Private>(*other.d))
+{
+}
+
+GridArray& GridArray::operator=(const GridArray& other)
+{
+    *d = Private(*other.d);
+    return *this;
+}
+
+GridArray::GridArray(GridArray&& other) noexcept
+    : d(std::make_unique<Private>(std::move(*other.d)))
+{
+}
+
+GridArray& GridArray::operator=(GridArray&& other) noexcept
+{
+    *d = std::move(*other.d);
+    return *this;
+}
+
+GridArray::~GridArray() = default;
+
+int GridArray::UpperBound() const
+{
+    return static_cast<int>(d->rows.size());
+}
+
+void GridArray::AppendRow(Row row)
+{
+    d->rows.push_back(std::move(row));
+}
+
 const GridArray::Row& GridArray::rowAt(int row) const
 {
     if (row < 1 || row > UpperBound())
         throw Error(QStringLiteral("The grid has no row %1").arg(row));
-    return m_rows[static_cast<std::size_t>(row - 1)];
+    return d->rows[static_cast<std::size_t>(row - 1)];
 }
 
 QVariant GridArray::Value(int row, int column) const
@@ -105,7 +151,7 @@ QVariant GridArray::Value(int row, int column) const
 void GridArray::DeleteRow(int row)
 {
     rowAt(row);
-    m_rows.erase(m_rows.begin() + (row - 1));
+    d->rows.erase(d->rows.begin() + (row - 1));
 }
 
 bool GridArray::IsSame(const QVariant& a, const QVariant& b)
@@ -125,7 +171,7 @@ int GridArray::Find(int fromRow, int column, const QVariant& value) const
 
 void GridArray::DeleteFirstOfEach(int fromRow, int column, const QVariantList& values)
 {
-    const auto first = m_rows.begin() + std::clamp(fromRow - 1, 0, UpperBound());
+    const auto first = d->rows.begin() + std::clamp(fromRow - 1, 0, UpperBound());
     const auto cellOf = [column](const Row& row) -> const QVariant& {
         return row.at(static_cast<std::size_t>(column));
     };
@@ -133,7 +179,7 @@ void GridArray::DeleteFirstOfEach(int fromRow, int column, const QVariantList& v
     const bool arePlain =
         column >= 0 && column < ColumnCount && std::all_of(values.begin(), values.end(), hasKey) &&
         std::none_of(values.begin(), values.end(), IsNull) &&
-        std::all_of(first, m_rows.end(), [&](const Row& row) { return hasKey(cellOf(row)); });
+        std::all_of(first, d->rows.end(), [&](const Row& row) { return hasKey(cellOf(row)); });
     if (!arePlain) {
         for (const QVariant& value : values) {
             if (const int row = Find(fromRow, column, value); row != 0)
@@ -148,7 +194,7 @@ void GridArray::DeleteFirstOfEach(int fromRow, int column, const QVariantList& v
         const auto key = plainKey(cellOf(row));
         return key && wanted.take(*key);
     };
-    m_rows.erase(std::remove_if(first, m_rows.end(), isTaken), m_rows.end());
+    d->rows.erase(std::remove_if(first, d->rows.end(), isTaken), d->rows.end());
 }
 
 } // namespace tavrin

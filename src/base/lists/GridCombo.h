@@ -7,7 +7,7 @@
 #include <QVariantList>
 
 #include <array>
-#include <vector>
+#include <memory>
 
 namespace tavrin {
 
@@ -20,12 +20,20 @@ public:
     /// The values of one row by their columns; a column that was not set is Empty.
     using Row = std::array<QVariant, ColumnCount>;
 
+    GridArray();
+    GridArray(const GridArray& other);
+    GridArray& operator=(const GridArray& other);
+    /// Leaves the other array empty, and in use.
+    GridArray(GridArray&& other) noexcept;
+    GridArray& operator=(GridArray&& other) noexcept;
+    ~GridArray();
+
     /// Number of the last row; 0 while the array is empty.
-    int UpperBound() const { return static_cast<int>(m_rows.size()); }
+    int UpperBound() const;
     /// Raises an `Error` outside the array.
     QVariant Value(int row, int column) const;
     /// Appends a row; it gets the number behind the last.
-    void AppendRow(Row row) { m_rows.push_back(std::move(row)); }
+    void AppendRow(Row row);
     /// Raises an `Error` outside the array.
     void DeleteRow(int row);
     /// Whether two values are equal as numbers or texts, as `Find` compares them. Null equals Null only.
@@ -40,7 +48,9 @@ public:
 
 private:
     const Row& rowAt(int row) const;
-    std::vector<Row> m_rows;
+
+    struct Private;
+    std::unique_ptr<Private> d;
 };
 
 /// A combo box whose list is a grid over a `GridArray`. What fills it and selects in it needs no more than

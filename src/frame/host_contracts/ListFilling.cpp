@@ -11,10 +11,18 @@
 
 namespace tavrin {
 
-ListFilling::ListFilling() = default;
+struct ListFilling::Private
+{
+    Host* host = nullptr;
+};
+
+ListFilling::ListFilling()
+    : d(std::make_unique<Private>())
+{
+}
 
 ListFilling::ListFilling(Host& host)
-    : m_host(&host)
+    : d(std::make_unique<Private>(Private{&host}))
 {
 }
 
@@ -22,7 +30,7 @@ ListFilling::~ListFilling() = default;
 
 QList<ListedValue> ListFilling::listedValues(TableNumber table, bool includeInactive, const QVariant& value)
 {
-    HostServices& services = (m_host ? *m_host : currentHost()).hostServices();
+    HostServices& services = (d->host ? *d->host : currentHost()).hostServices();
     const QList<TableValue> active = services.GetTableValues(table, false).Items;
     const auto isValue = [&value](const TableValue& entry) { return SameValue(entry.Value, value); };
     const bool mayBeInactive =

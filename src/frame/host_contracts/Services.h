@@ -202,7 +202,8 @@ protected:
     virtual QList<ListedValue> listedValues(TableNumber table, bool includeInactive, const QVariant& value);
 
 private:
-    Host* m_host = nullptr;
+    struct Private;
+    std::unique_ptr<Private> d;
 };
 
 /// Pictures from files that nobody vouches for.

@@ -29,6 +29,30 @@ class tst_GridCombo : public tavrin::test::TestCase
     Q_OBJECT
 
 private Q_SLOTS:
+    void anArrayThatIsMovedFromIsEmptyAndInUse()
+    {
+        GridArray from = arrayOf({1, 2});
+        GridArray to = std::move(from);
+        QCOMPARE(to.UpperBound(), 2);
+        QCOMPARE(from.UpperBound(), 0); // NOLINT: a use behind the move is what is tested
+        from.AppendRow({3});
+        QCOMPARE(from.Value(1, 0), QVariant(3));
+        to = std::move(from);
+        QCOMPARE(to.UpperBound(), 1);
+        QCOMPARE(from.UpperBound(), 0); // NOLINT
+    }
+
+    void aCopyStandsAlone()
+    {
+        GridArray array = arrayOf({1, 2});
+        GridArray copy = array;
+        copy.DeleteRow(1);
+        QCOMPARE(array.UpperBound(), 2);
+        array = copy;
+        copy.AppendRow({5});
+        QCOMPARE(array.UpperBound(), 1);
+    }
+
     void rowsCountFromOneAndColumnsFromZero()
     {
         GridArray array;
