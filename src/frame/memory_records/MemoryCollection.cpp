@@ -11,6 +11,7 @@ namespace tavrin {
 
 namespace {
 
+constexpr qint32 LastKey = std::numeric_limits<qint32>::max();
 constexpr qint32 MostRows = std::numeric_limits<qint16>::max();
 
 QList<MemoryColumn> columnsOf(const QStringList& names)
@@ -47,6 +48,13 @@ struct MemoryCollection::Private
     {
         return keyColumn.isEmpty() ? Null() : fieldOf(*row, keyColumn)->Value();
     }
+    /// Another record may have taken the row by now.
+    void setOwnerOfRemoved(const tvTableRowPtr& row, const std::weak_ptr<tvBusinessObject>& next) const
+    {
+        if (const auto own = std::dynamic_pointer_cast<MemoryRow>(row); own && own->Owner() == owner.lock())
+            own->SetOwner(next);
+    }
+    void letGo(const tvTableRowPtr& row) const { setOwnerOfRemoved(row, {}); }
     qint32 indexOfKey(const QVariant& key) const
     {
         for (qsizetype i = 0; i < rows.size() && !IsNull(key); ++i) {
@@ -97,9 +105,13 @@ QVariant MemoryCollection::nextKey()
     // Somebody may have given rows their keys.
     for (const tvTableRowPtr& row : d->rows) {
         const QVariant key = d->keyOf(row);
-        if (key.canConvert<qint32>())
-            d->lastKey = std::max(d->lastKey, key.value<qint32>());
+        bool isNumber = false;
+        const double number = IsNull(key) ? 0 : key.toDouble(&isNumber);
+        if (isNumber && number > d->lastKey)
+            d->lastKey = number < LastKey ? static_cast<qint32>(number) : LastKey;
     }
+    if (d->lastKey == LastKey)
+        throw Error(QStringLiteral("The rows have used up the numbers of %1").arg(d->keyColumn));
     return ++d->lastKey;
 }
 
@@ -139,8 +151,9 @@ void MemoryCollection::Add(const tvTableRowPtr& row)
         throw Error(QStringLiteral("There is no row to add"));
     if (d->rows.contains(row))
         throw Error(QStringLiteral("The row is in the collection already"));
-    if (d->removed.removeOne(row) || (d->numbersRows && row->IsNew()))
+    if (d->removed.contains(row) || (d->numbersRows && row->IsNew()))
         giveKey(*row);
+    d->removed.removeOne(row);
     append(row);
 }
 
@@ -165,7 +178,9 @@ void MemoryCollection::RemoveCurrent(bool immediately)
     const bool wasPrimary = !IsNull(key) && SameValue(key, d->primary);
     if (wasPrimary)
         d->primary = Null();
-    if (!immediately)
+    if (immediately)
+        d->letGo(row);
+    else
         d->removed << row;
     d->position = static_cast<qint16>(std::min<qint32>(index, Count()));
     ItemRemoved.raise(key);
@@ -253,12 +268,21 @@ void MemoryCollection::MarkSaved()
         if (const auto own = std::dynamic_pointer_cast<MemoryRow>(row))
             own->MarkSaved();
     }
-    for (const tvTableRowPtr& row : std::exchange(d->removed, {}))
+    for (const tvTableRowPtr& row : std::exchange(d->removed, {})) {
         setNew(row, true); // it is deleted: whoever puts it back makes a new one
+        d->letGo(row);
+    }
+}
+
+tvBusinessObjectPtr MemoryCollection::Owner() const
+{
+    return d->owner.lock();
 }
 
 void MemoryCollection::SetOwner(const std::weak_ptr<tvBusinessObject>& owner)
 {
+    for (const tvTableRowPtr& row : d->removed)
+        d->setOwnerOfRemoved(row, owner);
     d->owner = owner;
     for (const tvTableRowPtr& row : d->rows) {
         if (const auto own = std::dynamic_pointer_cast<MemoryRow>(row))

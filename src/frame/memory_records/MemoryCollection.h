@@ -33,12 +33,14 @@ public:
     ~MemoryCollection() override;
 
     QString KeyColumn() const override;
-    /// Raises an `Error` when the collection has no columns.
+    /// Raises an `Error` when the collection has no columns, and behind the key 2147483647, which is the
+    /// last.
     tvTableRowPtr NewItem() override;
-    /// Raises an `Error` beyond 32,767 rows, the last that a position counts.
+    /// Raises an `Error` beyond 32,767 rows, the last that a position counts, and as `NewItem`.
     tvTableRowPtr AddNew() override;
-    /// Takes rows of other makers too, and any number. Raises an `Error` for nullptr and for a row that is
-    /// there already. A removed row that a save has deleted becomes a new one.
+    /// Takes rows of other makers too, and any number. Raises an `Error` for nullptr, for a row that is
+    /// there already, and for one that needs a key when the last is used up. A removed row that a save has
+    /// deleted becomes a new one.
     void Add(const tvTableRowPtr& row) override;
     /// Raises an `Error` when there is no current row.
     void RemoveCurrent(bool immediately) override;
@@ -64,6 +66,8 @@ public:
 
     /// Everything has been saved: no row is new, and what was removed is deleted.
     void MarkSaved();
+    /// The record that holds the collection; nullptr when none does.
+    tvBusinessObjectPtr Owner() const;
     /// The record that holds the rows. The collection does not keep it alive. `MemoryRecord` calls this
     /// itself.
     void SetOwner(const std::weak_ptr<tvBusinessObject>& owner);

@@ -37,7 +37,7 @@ void MemoryField::SetValue(const QVariant& value)
         if (!field)
             throw Error(QStringLiteral("The field %1 takes a value, not an object").arg(d->name),
                         Error::TypeMismatchNumber);
-        const auto* target = dynamic_cast<const MemoryField*>(field.get());
+        const MemoryField* target = within(field.get());
         if (target && target->refersTo(this))
             throw Error(QStringLiteral("The field %1 cannot refer to itself").arg(d->name));
         d->linked = field;
@@ -79,49 +79,60 @@ void MemoryField::MarkSaved()
 
 bool MemoryField::refersTo(const MemoryField* field) const
 {
-    for (const MemoryField* next = this; next;
-         next = dynamic_cast<const MemoryField*>(next->d->linked.get())) {
+    for (const MemoryField* next = this; next; next = within(next->d->linked.get())) {
         if (next == field)
             return true;
     }
     return false;
 }
 
-MemoryLinkField::MemoryLinkField(const QString& name, const QVariant& value, bool isKey, qint32 maxLength)
-    : m_field(name, value, isKey, maxLength)
+struct MemoryLinkField::Private
 {
+    MemoryField field;
+};
+
+MemoryLinkField::MemoryLinkField(const QString& name, const QVariant& value, bool isKey, qint32 maxLength)
+    : d(new Private{MemoryField(name, value, isKey, maxLength)})
+{
+}
+
+const MemoryField* MemoryField::within(const tvField* field)
+{
+    if (const auto* link = dynamic_cast<const MemoryLinkField*>(field))
+        return &link->d->field;
+    return dynamic_cast<const MemoryField*>(field);
 }
 
 MemoryLinkField::~MemoryLinkField() = default;
 
 QVariant MemoryLinkField::Value() const
 {
-    return m_field.Value();
+    return d->field.Value();
 }
 
 void MemoryLinkField::SetValue(const QVariant& value)
 {
-    m_field.SetValue(value);
+    d->field.SetValue(value);
 }
 
 QString MemoryLinkField::Name() const
 {
-    return m_field.Name();
+    return d->field.Name();
 }
 
 bool MemoryLinkField::IsKey() const
 {
-    return m_field.IsKey();
+    return d->field.IsKey();
 }
 
 qint32 MemoryLinkField::MaxLength() const
 {
-    return m_field.MaxLength();
+    return d->field.MaxLength();
 }
 
 void MemoryLinkField::MarkSaved()
 {
-    m_field.MarkSaved();
+    d->field.MarkSaved();
 }
 
 } // namespace tavrin

@@ -38,6 +38,9 @@ public:
     void MarkSaved();
 
 private:
+    /// The field that holds the value: a link column's own stands inside it. nullptr for fields of other
+    /// makers, which nobody can look into.
+    static const MemoryField* within(const tvField* field);
     bool refersTo(const MemoryField* field) const;
 
     struct Private;
@@ -64,7 +67,10 @@ public:
     void MarkSaved();
 
 private:
-    MemoryField m_field;
+    friend class MemoryField; // follows links through it
+
+    struct Private;
+    std::unique_ptr<Private> d;
 };
 
 } // namespace tavrin

@@ -5,6 +5,8 @@
 
 #include <QMap>
 
+#include <algorithm>
+
 namespace tavrin {
 
 struct MemoryRecord::Private
@@ -19,6 +21,23 @@ struct MemoryRecord::Private
     /// By their names in lower case.
     QMap<QString, Child> children;
     std::weak_ptr<tvBusinessObject> owner;
+
+    // Of a child of any kind in memory.
+    static tvBusinessObjectPtr ownerOf(const HostObjectPtr& child)
+    {
+        if (const auto rows = std::dynamic_pointer_cast<MemoryCollection>(child))
+            return rows->Owner();
+        return OwnerOf(std::dynamic_pointer_cast<tvBusinessObject>(child));
+    }
+    static void setOwner(const HostObjectPtr& child, const std::weak_ptr<tvBusinessObject>& owner)
+    {
+        if (const auto record = std::dynamic_pointer_cast<MemoryRecord>(child))
+            record->d->owner = owner;
+        else if (const auto row = std::dynamic_pointer_cast<MemoryRow>(child))
+            row->SetOwner(owner);
+        else if (const auto rows = std::dynamic_pointer_cast<MemoryCollection>(child))
+            rows->SetOwner(owner);
+    }
 };
 
 MemoryRecord::MemoryRecord(const QString& className)
@@ -36,17 +55,15 @@ HostObjectPtr MemoryRecord::Item(const QString& name)
 
 void MemoryRecord::SetItem(const QString& name, const HostObjectPtr& child)
 {
-    if (!child) {
-        d->children.remove(name.toLower());
-        return;
-    }
-    d->children.insert(name.toLower(), {name, child});
-    if (const auto record = std::dynamic_pointer_cast<MemoryRecord>(child))
-        record->d->owner = weak_from_this();
-    else if (const auto row = std::dynamic_pointer_cast<MemoryRow>(child))
-        row->SetOwner(weak_from_this());
-    else if (const auto rows = std::dynamic_pointer_cast<MemoryCollection>(child))
-        rows->SetOwner(weak_from_this());
+    const QString key = name.toLower();
+    const HostObjectPtr before = d->children.take(key).object;
+    if (child)
+        d->children.insert(key, {name, child});
+    const bool isGone = std::none_of(d->children.cbegin(), d->children.cend(),
+                                     [&](const Private::Child& each) { return each.object == before; });
+    if (isGone && Private::ownerOf(before).get() == this) // another record may have taken it by now
+        Private::setOwner(before, {});
+    Private::setOwner(child, weak_from_this());
 }
 
 QStringList MemoryRecord::ChildNames() const

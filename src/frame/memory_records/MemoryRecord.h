@@ -28,7 +28,8 @@ public:
 
     HostObjectPtr Item(const QString& name) override;
     /// Gives the record a child in the place of the one of this name; nullptr takes that away. The child
-    /// learns of its owner when this record is held by a `std::shared_ptr`.
+    /// learns of its owner when this record is held by a `std::shared_ptr`; what is taken away has none from
+    /// then on.
     void SetItem(const QString& name, const HostObjectPtr& child);
     /// As `SetItem` was given them last, ordered without case.
     QStringList ChildNames() const;

@@ -42,7 +42,8 @@ public:
     /// A row that is not new counts as saved.
     void SetNew(bool isNew);
 
-    /// The record that holds the row, itself or in one of its collections; nullptr when none does.
+    /// The record that holds the row, itself or in one of its collections; nullptr when none does. A removed
+    /// row is the record's until the save that deletes it.
     tvBusinessObjectPtr Owner() const;
     /// The row does not keep its owner alive. Records and collections in memory call this themselves.
     void SetOwner(const std::weak_ptr<tvBusinessObject>& owner);

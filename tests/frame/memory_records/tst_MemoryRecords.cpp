@@ -2,6 +2,7 @@
 #include "frame/memory_records/MemoryCollection.h"
 #include "frame/memory_records/MemoryField.h"
 #include "frame/memory_records/MemoryRecord.h"
+#include "frame/memory_records/Weapons.h"
 #include "support/RaisedError.h"
 #include "support/TestCase.h"
 
@@ -13,13 +14,11 @@ using namespace tavrin::test;
 
 namespace {
 
-std::shared_ptr<MemoryCollection> weapons(const QVariantList& values = {})
+tvFieldPtr fieldInMemory(const QString& name, const QVariant& value, bool isLink)
 {
-    auto rows = std::make_shared<MemoryCollection>(QStringList{u"SeqNo"_s, u"WeaponNo"_s});
-    for (const QVariant& value : values)
-        fieldOf(*rows->AddNew(), u"WeaponNo"_s)->SetValue(value);
-    rows->MarkSaved();
-    return rows;
+    if (isLink)
+        return std::make_shared<MemoryLinkField>(name, value);
+    return std::make_shared<MemoryField>(name, value);
 }
 
 QVariantList column(tvTableCollection& rows, const QString& name)
@@ -39,12 +38,6 @@ QStringList told(const QList<MemoryColumn>& columns)
                     .arg(each.MaxLength)
                     .arg(each.IsLink);
     return list;
-}
-
-void removeAt(tvTableCollection& rows, qint16 position, bool immediately = false)
-{
-    rows.SetPosition(position);
-    rows.RemoveCurrent(immediately);
 }
 
 /// What a collection tells, in order.
@@ -121,16 +114,28 @@ private Q_SLOTS:
         QCOMPARE(linked->Value(), QVariant(7));
     }
 
+    void aLinkThatLeadsBackIsRefused_data()
+    {
+        QTest::addColumn<bool>("oneIsLinkColumn");
+        QTest::addColumn<bool>("otherIsLinkColumn");
+        QTest::newRow("fields") << false << false;
+        QTest::newRow("a field by a link column") << false << true;
+        QTest::newRow("a link column by a field") << true << false;
+        QTest::newRow("link columns") << true << true;
+    }
     void aLinkThatLeadsBackIsRefused()
     {
-        const auto one = std::make_shared<MemoryField>(u"One"_s, 1);
-        const auto other = std::make_shared<MemoryField>(u"Other"_s, 2);
+        QFETCH(bool, oneIsLinkColumn);
+        QFETCH(bool, otherIsLinkColumn);
+        const tvFieldPtr one = fieldInMemory(u"One"_s, 1, oneIsLinkColumn);
+        const tvFieldPtr other = fieldInMemory(u"Other"_s, 2, otherIsLinkColumn);
         other->SetValue(MemoryField::ReferenceTo(one));
         for (const auto& target : {one, other}) {
             QCOMPARE(raisedBy([&] { one->SetValue(MemoryField::ReferenceTo(target)); }).Description,
                      u"The field One cannot refer to itself"_s);
         }
         QCOMPARE(one->Value(), QVariant(1));
+        QCOMPARE(other->Value(), QVariant(1));
         QVERIFY(raisedBy([] { MemoryField::ReferenceTo(nullptr); }).Number != 0);
     }
 
@@ -181,7 +186,7 @@ private Q_SLOTS:
     {
         const QList<MemoryColumn> columns{{u"No"_s, true, 0, true}, {u"Notes"_s, false, 40}};
         QCOMPARE(told(MemoryCollection(columns).Columns()), told(columns));
-        QCOMPARE(told(weapons()->Columns()), told({{u"SeqNo"_s, true}, {u"WeaponNo"_s}}));
+        QCOMPARE(told(weaponRows()->Columns()), told({{u"SeqNo"_s, true}, {u"WeaponNo"_s}}));
     }
 
     void theKeyColumnMayBeAnyColumn()
@@ -213,7 +218,7 @@ private Q_SLOTS:
 
     void aNewRowIsAppendedMadeCurrentAndNumbered()
     {
-        const auto rows = weapons({11, 12});
+        const auto rows = weaponRows({11, 12});
         QCOMPARE(rows->Position(), qint16(2));
         const tvTableRowPtr item = rows->NewItem();
         QCOMPARE(rows->Count(), 2);
@@ -234,7 +239,7 @@ private Q_SLOTS:
 
     void aRowIsNotAddedTwice()
     {
-        const auto rows = weapons({11});
+        const auto rows = weaponRows({11});
         QVERIFY(raisedBy([&] { rows->Add(rows->Item(1)); }).Number != 0);
         QVERIFY(raisedBy([&] { rows->Add(nullptr); }).Number != 0);
         QCOMPARE(rows->Count(), 1);
@@ -254,44 +259,68 @@ private Q_SLOTS:
         QCOMPARE(rows.Position(), qint16(32767));
     }
 
+    void noKeyIsGivenBehindTheLastNumber_data()
+    {
+        QTest::addColumn<QVariant>("highest");
+        QTest::newRow("the last") << QVariant(2147483647);
+        QTest::newRow("behind it") << QVariant(Q_INT64_C(3000000000));
+        QTest::newRow("behind it as a text") << QVariant(u"3000000000"_s);
+    }
+    void noKeyIsGivenBehindTheLastNumber()
+    {
+        QFETCH(QVariant, highest);
+        const auto rows = weaponRows({11, 12});
+        const tvTableRowPtr removed = rows->Item(1);
+        removeRowAt(*rows, 1);
+        fieldOf(*rows->Item(1), u"SeqNo"_s)->SetValue(highest);
+        const QString text = u"The rows have used up the numbers of SeqNo"_s;
+        QCOMPARE(raisedBy([&] { rows->AddNew(); }).Description, text);
+        QCOMPARE(raisedBy([&] { rows->NewItem(); }).Description, text);
+        fieldOf(*removed, u"SeqNo"_s)->SetValue(Null());
+        QCOMPARE(raisedBy([&] { rows->Add(removed); }).Description, text);
+        QCOMPARE(rows->Count(), 1);
+        rows->MarkSaved();
+        QVERIFY(removed->IsNew()); // it was still among those that a save deletes
+    }
+
     void removingTellsTheKeyThenTheRowThenThatThereIsNoPrimary()
     {
-        const auto rows = weapons({11, 12, 13});
+        const auto rows = weaponRows({11, 12, 13});
         rows->SetPrimaryValue(2);
         Told told(*rows);
-        removeAt(*rows, 2);
+        removeRowAt(*rows, 2);
         QCOMPARE(told.log, QStringList({u"removed 2"_s, u"row 2 of key 2"_s, u"no primary"_s}));
         QCOMPARE(rows->Position(), qint16(2));
         told.log.clear();
-        removeAt(*rows, 2);
+        removeRowAt(*rows, 2);
         QCOMPARE(told.log, QStringList({u"removed 3"_s, u"row 2 of key 3"_s}));
         QCOMPARE(rows->Position(), qint16(1));
     }
 
     void whoeverChoosesAnotherPrimaryInAHandlerIsNotOverridden()
     {
-        const auto rows = weapons({11, 12});
+        const auto rows = weaponRows({11, 12});
         rows->SetPrimaryValue(1);
         const Subscription choose =
             rows->ItemRemoved.subscribe([&](const QVariant&) { rows->SetPrimaryValue(2); });
         Told told(*rows);
-        removeAt(*rows, 1);
+        removeRowAt(*rows, 1);
         QCOMPARE(told.log, QStringList({u"primary 2"_s, u"removed 1"_s, u"row 1 of key 1"_s}));
         QCOMPARE(rows->PrimaryIndex(), 1);
     }
 
     void theFailureOfAHandlerReachesWhoeverRemoves()
     {
-        const auto rows = weapons({11, 12});
+        const auto rows = weaponRows({11, 12});
         const Subscription fail =
             rows->ItemRemoved.subscribe([](const QVariant&) { throw Error(u"no"_s, 77); });
-        QCOMPARE(raisedBy([&] { removeAt(*rows, 1); }).Number, 77);
+        QCOMPARE(raisedBy([&] { removeRowAt(*rows, 1); }).Number, 77);
         QCOMPARE(rows->Count(), 1);
     }
 
     void aHandlerMayLetTheCollectionGo()
     {
-        auto rows = weapons({11, 12});
+        auto rows = weaponRows({11, 12});
         MemoryCollection& collection = *rows;
         const Subscription drop = rows->ItemRemoved.subscribe([&](const QVariant&) { rows.reset(); });
         collection.SetPosition(1);
@@ -312,9 +341,9 @@ private Q_SLOTS:
     {
         QFETCH(bool, immediately);
         QFETCH(bool, saved);
-        const auto rows = weapons({11, 12});
+        const auto rows = weaponRows({11, 12});
         const tvTableRowPtr row = rows->Item(1);
-        removeAt(*rows, 1, immediately);
+        removeRowAt(*rows, 1, immediately);
         QCOMPARE(fieldOf(*row, u"WeaponNo"_s)->Value(), QVariant(11));
         if (saved)
             rows->MarkSaved();
@@ -325,9 +354,9 @@ private Q_SLOTS:
 
     void aRowPutBackGetsAnotherKeyWhereItsOwnIsTaken()
     {
-        const auto rows = weapons({11, 12});
+        const auto rows = weaponRows({11, 12});
         const tvTableRowPtr row = rows->Item(1);
-        removeAt(*rows, 1);
+        removeRowAt(*rows, 1);
         fieldOf(*rows->AddNew(), u"SeqNo"_s)->SetValue(1);
         rows->Add(row);
         QCOMPARE(column(*rows, u"SeqNo"_s), QVariantList({2, 1, 4}));
@@ -335,12 +364,12 @@ private Q_SLOTS:
 
     void thePrimaryRowGoesByItsKey()
     {
-        const auto rows = weapons({11, 12, 13});
+        const auto rows = weaponRows({11, 12, 13});
         Told told(*rows);
         rows->SetPrimaryValue(3);
         QCOMPARE(rows->PrimaryIndex(), 3);
         QVERIFY(rows->CurrentIsPrimary());
-        removeAt(*rows, 1);
+        removeRowAt(*rows, 1);
         QCOMPARE(rows->PrimaryIndex(), 2);
         QVERIFY(!rows->CurrentIsPrimary());
         QVERIFY(raisedBy([&] { rows->SetPrimaryValue(9); }).Number != 0);
@@ -363,7 +392,7 @@ private Q_SLOTS:
     void childrenAreFoundByNameWithoutCase()
     {
         MemoryRecord record(u"tvIncidentBO"_s);
-        const auto rows = weapons();
+        const auto rows = weaponRows();
         record.SetItem(u"Weapons"_s, rows);
         QCOMPARE(record.Item(u"wEAPONS"_s), HostObjectPtr(rows));
         QVERIFY(!record.Item(u"Suspects"_s));
@@ -377,30 +406,11 @@ private Q_SLOTS:
         MemoryRecord record;
         QCOMPARE(record.ChildNames(), QStringList());
         for (const QString& name : {u"suspects"_s, u"Weapons"_s, u"Incident"_s})
-            record.SetItem(name, weapons());
+            record.SetItem(name, weaponRows());
         QCOMPARE(record.ChildNames(), QStringList({u"Incident"_s, u"suspects"_s, u"Weapons"_s}));
-        record.SetItem(u"Suspects"_s, weapons());
+        record.SetItem(u"Suspects"_s, weaponRows());
         record.SetItem(u"WEAPONS"_s, nullptr);
         QCOMPARE(record.ChildNames(), QStringList({u"Incident"_s, u"Suspects"_s}));
-    }
-
-    void partsKnowTheirOwnerAndDoNotKeepItAlive()
-    {
-        auto record = std::make_shared<MemoryRecord>();
-        const auto part = std::make_shared<MemoryRecord>();
-        const auto row = std::make_shared<MemoryRow>(QList<MemoryColumn>());
-        const auto rows = weapons({11});
-        record->SetItem(u"SuspectBO"_s, part);
-        record->SetItem(u"Incident"_s, row);
-        record->SetItem(u"Weapons"_s, rows);
-        const QList<tvBusinessObjectPtr> parts{part, row, rows->Item(1), rows->AddNew()};
-        for (const tvBusinessObjectPtr& each : parts)
-            QCOMPARE(MemoryRecord::OwnerOf(each), tvBusinessObjectPtr(record));
-        QVERIFY(!MemoryRecord::OwnerOf(record));
-        QVERIFY(!MemoryRecord::OwnerOf(nullptr));
-        record.reset();
-        for (const tvBusinessObjectPtr& each : parts)
-            QVERIFY(!MemoryRecord::OwnerOf(each));
     }
 
     void aSaveReachesEverythingInTheRecord()
@@ -408,7 +418,7 @@ private Q_SLOTS:
         const auto record = std::make_shared<MemoryRecord>();
         const auto part = std::make_shared<MemoryRecord>();
         const auto row = std::make_shared<MemoryRow>(QList<MemoryColumn>());
-        const auto rows = weapons();
+        const auto rows = weaponRows();
         rows->AddNew();
         record->SetItem(u"SuspectBO"_s, part);
         record->SetItem(u"Incident"_s, row);
