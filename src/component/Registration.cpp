@@ -50,7 +50,8 @@ public:
 
     Groups read(const QByteArray& content)
     {
-        QStringDecoder decoder(QStringDecoder::Utf8);
+        // Stateless, so that a text that is cut inside a character is an error.
+        QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
         const QString text = decoder(content);
         m_groups.emplace_back();
         if (decoder.hasError() || text.contains(QChar(0)))
@@ -124,6 +125,33 @@ void remove(Groups& groups, const std::function<bool(const Group&)>& isGone)
         group = groups.erase(group);
     }
 }
+
+/// Whether entries are those of the library at a path. The loader may know one file by several names: by
+/// links to it and to its folders.
+class SameLibrary
+{
+public:
+    explicit SameLibrary(const QString& library)
+        : m_library(library)
+        , m_file(fileAt(library))
+    {
+    }
+
+    bool operator()(const Group& group) const
+    {
+        return group.library == m_library || (!m_file.isEmpty() && fileAt(group.library) == m_file);
+    }
+
+private:
+    /// "" for what does not exist, and for a name that the loader looks for in its own folders.
+    static QString fileAt(const QString& path)
+    {
+        return QDir::isAbsolutePath(path) ? QFileInfo(path).canonicalFilePath() : QString();
+    }
+
+    QString m_library;
+    QString m_file;
+};
 
 QStringList entry(const PublicClass& one, const QString& library)
 {
@@ -207,8 +235,8 @@ void registerClasses(const QString& library)
                         QStringLiteral("The library's path cannot be registered: %1").arg(library));
     change(
         [&](Groups& groups) {
-            remove(groups, [&](const Group& group) {
-                return group.library == library || findPublicClass(group.name);
+            remove(groups, [isOwn = SameLibrary(library)](const Group& group) {
+                return isOwn(group) || findPublicClass(group.name);
             });
             for (const PublicClass& one : publicClasses())
                 groups.push_back({one.name, entry(one, library), library});
@@ -218,9 +246,7 @@ void registerClasses(const QString& library)
 
 void unregisterClasses(const QString& library)
 {
-    change(
-        [&](Groups& groups) { remove(groups, [&](const Group& group) { return group.library == library; }); },
-        false);
+    change([&](Groups& groups) { remove(groups, SameLibrary(library)); }, false);
 }
 
 } // namespace tavrin

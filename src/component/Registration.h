@@ -24,8 +24,8 @@ QString registrationPath();
 /// then stands as it was.
 void registerClasses(const QString& library);
 
-/// Takes out what was entered for the library at this path, and the file when nothing is left. Raises as
-/// `registerClasses`.
+/// Takes out what was entered for the library at this path, also under another name of the same file, and
+/// the file of registrations when nothing is left. Raises as `registerClasses`.
 void unregisterClasses(const QString& library);
 
 } // namespace tavrin

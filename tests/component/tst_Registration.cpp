@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QSettings>
 #include <QTemporaryDir>
 
@@ -115,6 +116,56 @@ private Q_SLOTS:
         QCOMPARE(content(), before);
     }
 
+    void entriesUnderAnotherNameOfTheFileAreItsOwn_data()
+    {
+        QTest::addColumn<QString>("registered"); // both in the folder of the test
+        QTest::addColumn<QString>("loaded");
+        QTest::newRow("shorter name") << u"/lib/libX.so.1"_s << u"/lib/libX.so"_s;
+        QTest::newRow("the file itself") << u"/lib/libX.so"_s << u"/lib/libX.so.1.0.0"_s;
+        QTest::newRow("link to the folder") << u"/linked/libX.so.1"_s << u"/lib/libX.so.1"_s;
+        QTest::newRow("both") << u"/lib/libX.so.1"_s << u"/linked/libX.so.1.0.0"_s;
+    }
+    void entriesUnderAnotherNameOfTheFileAreItsOwn()
+    {
+        QFETCH(QString, registered);
+        QFETCH(QString, loaded);
+        makeLibrary();
+        tavrin::registerClasses(m_folder->path() + registered);
+        write(content() + "\n[TVBoundControls.Old]\nLibrary=" + (m_folder->path() + registered).toUtf8() +
+              "\n");
+        tavrin::registerClasses(m_folder->path() + loaded);
+        QVERIFY(!content().contains("Old"));
+        tavrin::registerClasses(m_folder->path() + registered);
+        tavrin::unregisterClasses(m_folder->path() + loaded);
+        QVERIFY(!QFile::exists(path()));
+    }
+
+    void whatExistsNoLongerIsComparedByItsText()
+    {
+        makeLibrary();
+        const QString gone = m_folder->path() + u"/lib/libY.so"_s;
+        tavrin::registerClasses(gone);
+        const QByteArray before = content();
+        tavrin::unregisterClasses(m_folder->path() + u"/lib/libZ.so"_s);
+        QCOMPARE(content(), before);
+        tavrin::unregisterClasses(m_folder->path() + u"/lib/libX.so"_s);
+        QCOMPARE(content(), before);
+        tavrin::unregisterClasses(gone);
+        QVERIFY(!QFile::exists(path()));
+    }
+
+    void anEntryWithoutAFolderIsAnotherLibrarys()
+    {
+        makeLibrary();
+        const QString here = QDir::currentPath();
+        const auto back = qScopeGuard([&] { QDir::setCurrent(here); });
+        QVERIFY(QDir::setCurrent(m_folder->path() + u"/lib"_s));
+        const QByteArray other = "[Other.Thing]\nLibrary=libX.so\n"_ba;
+        write(other);
+        tavrin::unregisterClasses(m_folder->path() + u"/lib/libX.so"_s);
+        QCOMPARE(content(), other);
+    }
+
     void unregisteringTheLastRemovesTheFile()
     {
         QCOMPARE(DllRegisterServer(), TV_S_OK);
@@ -189,6 +240,18 @@ private Q_SLOTS:
     }
 
 private:
+    /// lib/libX.so.1.0.0, two links to it, and a link to its folder.
+    void makeLibrary() const
+    {
+        const QString folder = m_folder->path() + u"/lib"_s;
+        QVERIFY(QDir().mkpath(folder));
+        QFile file(folder + u"/libX.so.1.0.0"_s);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(QFile::link(u"libX.so.1.0.0"_s, folder + u"/libX.so.1"_s));
+        QVERIFY(QFile::link(u"libX.so.1"_s, folder + u"/libX.so"_s));
+        QVERIFY(QFile::link(u"lib"_s, m_folder->path() + u"/linked"_s));
+    }
+
     QString path() const { return m_folder->filePath(u"TVBoundControls/components.ini"_s); }
 
     QByteArray content() const
