@@ -3,6 +3,9 @@
 #include "base/values/Variant.h"
 #include "component/Values.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QScopeGuard>
 
 namespace tavrin {
@@ -39,20 +42,30 @@ std::optional<QVariant> HostPort::ask(const char* service, const char* operation
     return toValue(answer);
 }
 
-std::optional<QJsonDocument> HostPort::askJson(const char* service, const char* operation,
-                                               const QVariantList& arguments)
+std::optional<HostJson> HostPort::askJson(const char* service, const char* operation,
+                                          const QVariantList& arguments)
 {
     const auto answer = ask(service, operation, arguments);
     if (!answer)
         return std::nullopt;
     QJsonParseError error{};
-    QJsonDocument document = QJsonDocument::fromJson(ToText(*answer).toUtf8(), &error);
+    const QJsonDocument document = QJsonDocument::fromJson(ToText(*answer).toUtf8(), &error);
     if (error.error != QJsonParseError::NoError)
         throw Error(QStringLiteral("The host's answer to %1 is no JSON: %2, byte %3")
                         .arg(nameOf(service, operation), error.errorString())
                         .arg(error.offset),
                     Error::TypeMismatchNumber);
-    return document;
+    const QJsonValue value = document.isArray() ? QJsonValue(document.array()) : document.object();
+    return HostJson(nameOf(service, operation), value);
+}
+
+std::optional<QImage> HostPort::askPicture(const char* service, const char* operation,
+                                           const QVariantList& arguments)
+{
+    const auto answer = ask(service, operation, arguments);
+    if (!answer)
+        return std::nullopt;
+    return pictureFrom(*answer, nameOf(service, operation));
 }
 
 std::optional<XmlDocument> HostPort::askDocument(const char* service, const QVariantList& arguments)

@@ -2,9 +2,10 @@
 
 #include "base/xml/XmlDocument.h"
 #include "component/CallResult.h"
+#include "component/HostJson.h"
 
 #include <QHash>
-#include <QJsonDocument>
+#include <QImage>
 #include <QString>
 #include <QVariant>
 #include <QVariantList>
@@ -28,8 +29,11 @@ public:
     std::optional<QVariant> ask(const char* service, const char* operation,
                                 const QVariantList& arguments = {});
     /// As `ask`, for answers that are texts of JSON. Raises error 13 for one that is not.
-    std::optional<QJsonDocument> askJson(const char* service, const char* operation,
-                                         const QVariantList& arguments = {});
+    std::optional<HostJson> askJson(const char* service, const char* operation,
+                                    const QVariantList& arguments = {});
+    /// As `ask`, for answers that are pictures. Raises error 13 for one that is none.
+    std::optional<QImage> askPicture(const char* service, const char* operation,
+                                     const QVariantList& arguments = {});
     /// Asks for a list. A text that was answered before gives the same document again, which then costs
     /// nothing.
     std::optional<XmlDocument> askDocument(const char* service, const QVariantList& arguments = {});

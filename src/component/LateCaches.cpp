@@ -1,8 +1,6 @@
 #include "base/values/Variant.h"
 #include "component/LateHost.h"
 
-#include <QJsonArray>
-
 namespace tavrin {
 
 namespace {
@@ -216,8 +214,12 @@ std::shared_ptr<NibrsModuleService> makeLateNibrsModule(const HostPortPtr& port,
     if (!list)
         return nullptr;
     QList<QPair<QString, QString>> codes;
-    for (const QJsonValue code : list->array())
-        codes.append({code[0].toString(), code[1].toString()});
+    for (const HostJson& code : list->items()) {
+        const QList<HostJson> pair = code.isList() ? code.items() : QList<HostJson>();
+        if (pair.size() != 2)
+            code.refuse(QStringLiteral("no list of two texts"));
+        codes.append({pair.at(0).text(), pair.at(1).text()});
+    }
     return std::make_shared<LateNibrsModule>(codes);
 }
 

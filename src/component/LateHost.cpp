@@ -5,9 +5,6 @@
 #include "frame/control_frame/SavedProperty.h"
 #include "frame/memory_records/MemoryField.h"
 
-#include <QJsonArray>
-#include <QJsonObject>
-
 #include <optional>
 
 namespace tavrin {
@@ -43,10 +40,10 @@ private:
     HostPortPtr m_port;
 };
 
-TableValue tableValueFrom(const QJsonValue& json)
+ListedValue listedValueFrom(const HostJson& json)
 {
-    return {json[QStringLiteral("ID")].toString(), json[QStringLiteral("DisplayText")].toString(),
-            json[QStringLiteral("Value")].toInt()};
+    return {{json.member("ID").text(), json.member("DisplayText").text(), json.member("Value").number()},
+            json.member("Active").boolean(true)};
 }
 
 class LateHostServices final : public HostServices, Part
@@ -61,8 +58,11 @@ public:
         if (!items)
             return HostServices::GetTableValues(table, includeInactive, leftOut, reserved);
         TableValues values;
-        for (const QJsonValue item : items->array())
-            values.Items.append(tableValueFrom(item));
+        for (const HostJson& item : items->items()) {
+            const ListedValue value = listedValueFrom(item);
+            if (includeInactive || value.IsActive)
+                values.Items.append(value.Entry);
+        }
         return values;
     }
     QString DateDisplayFormat() override
@@ -116,8 +116,10 @@ Color colorFrom(const QVariant& value)
     return convertProperty(PropertyKind::Color, value).value<Color>();
 }
 
-void readColors(const QJsonValue& json, TextBoxColorSet& set)
+void readColors(const HostJson& json, TextBoxColorSet& set)
 {
+    if (!json.isThere())
+        return;
     const std::pair<const char*, Color*> members[] = {{"BackColor", &set.BackColor},
                                                       {"ForeColor", &set.ForeColor},
                                                       {"BorderColor", &set.BorderColor},
@@ -126,8 +128,8 @@ void readColors(const QJsonValue& json, TextBoxColorSet& set)
                                                       {"TagBackColor", &set.TagBackColor},
                                                       {"TagForeColor", &set.TagForeColor}};
     for (const auto& [name, color] : members) {
-        if (const QJsonValue value = json[QLatin1String(name)]; value.isDouble())
-            *color = colorFrom(value.toDouble());
+        if (const HostJson value = json.member(name); value.isThere())
+            *color = Color(value.color());
     }
 }
 
@@ -150,9 +152,9 @@ public:
     {
         tavrin::TextBoxColors colors = UiServices::TextBoxColors();
         if (const auto json = port().askJson("UiServices", "TextBoxColors")) {
-            readColors((*json)[QStringLiteral("Normal")], colors.Normal);
-            readColors((*json)[QStringLiteral("Disabled")], colors.Disabled);
-            readColors((*json)[QStringLiteral("Focused")], colors.Focused);
+            readColors(json->member("Normal"), colors.Normal);
+            readColors(json->member("Disabled"), colors.Disabled);
+            readColors(json->member("Focused"), colors.Focused);
         }
         return colors;
     }
@@ -183,9 +185,10 @@ public:
     QImage FitPicture(const QImage& picture, int height, int width, int mode, bool flag, Color backColor,
                       bool reserved) override
     {
-        const auto answer = port().ask("ListFilling", "FitPicture",
-                                       {picture, height, width, mode, flag, QVariant::fromValue(backColor)});
-        return answer ? answer->value<QImage>()
+        const auto answer =
+            port().askPicture("ListFilling", "FitPicture",
+                              {picture, height, width, mode, flag, QVariant::fromValue(backColor)});
+        return answer ? *answer
                       : ListFilling::FitPicture(picture, height, width, mode, flag, backColor, reserved);
     }
 
@@ -196,8 +199,8 @@ protected:
         if (!entries)
             return ListFilling::listedValues(table, includeInactive, value);
         QList<ListedValue> listed;
-        for (const QJsonValue entry : entries->array())
-            listed.append({tableValueFrom(entry), entry[QStringLiteral("Active")].toBool(true)});
+        for (const HostJson& entry : entries->items())
+            listed.append(listedValueFrom(entry));
         return listed;
     }
 
@@ -217,8 +220,8 @@ public:
     }
     QImage LoadPicture(const QString& path) override
     {
-        const auto answer = port().ask("Images", "LoadPicture", {path});
-        return answer ? answer->value<QImage>() : Images::LoadPicture(path);
+        const auto answer = port().askPicture("Images", "LoadPicture", {path});
+        return answer ? *answer : Images::LoadPicture(path);
     }
 };
 

@@ -1,13 +1,8 @@
-#include "component/ComponentClient.h"
+#include "component/Program.h"
 #include "frame/host_contracts/Host.h"
 #include "support/RaisedError.h"
 #include "support/TestCase.h"
 
-#include <QBuffer>
-#include <QImage>
-
-#include <functional>
-#include <map>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -16,38 +11,6 @@ using tavrin::currentHost;
 using tavrin::Error;
 
 namespace {
-
-using Answering = std::function<TvResult(const TvVariant* arguments, TvVariant* result)>;
-
-/// A program that is a host of the operations that a test gives it.
-struct Program
-{
-    Program() { library().SetHost(ask, this); }
-    ~Program() { library().SetHost(nullptr, nullptr); }
-    Program(const Program&) = delete;
-    Program& operator=(const Program&) = delete;
-
-    static TvResult ask(const char* service, const char* operation, const TvVariant* arguments, int32_t count,
-                        TvVariant* result, void* context)
-    {
-        auto& self = *static_cast<Program*>(context);
-        const QString name =
-            u"%1.%2/%3"_s.arg(QString::fromLatin1(service), QString::fromLatin1(operation)).arg(count);
-        self.asked << name;
-        const auto found = self.answers.find(name);
-        return found == self.answers.end() ? TV_E_MEMBERNOTFOUND : found->second(arguments, result);
-    }
-
-    void answer(const QString& name, const char* text)
-    {
-        answers[name] = [text](const TvVariant*, TvVariant* result) {
-            return library().SetText(result, text);
-        };
-    }
-
-    std::map<QString, Answering> answers;
-    QStringList asked;
-};
 
 const auto Agencies = R"([{"ID": "N", "DisplayText": "North", "Value": 1},
                           {"ID": "S", "DisplayText": "South", "Value": 2, "Active": false}])";
@@ -90,13 +53,7 @@ private Q_SLOTS:
         QVERIFY(currentHost().session().HasPermission(u"tvIncidentBO"_s, 20));
         QVERIFY(!currentHost().session().HasPermission(u"tvIncidentBO"_s, 10));
         program.answers[u"Images.LoadPicture/1"_s] = [](const TvVariant*, TvVariant* result) {
-            QImage image(2, 2, QImage::Format_RGB32);
-            image.fill(Qt::blue);
-            QBuffer png;
-            image.save(&png, "PNG");
-            return library().SetPicture(result,
-                                        reinterpret_cast<const unsigned char*>(png.data().constData()),
-                                        static_cast<quint64>(png.size()));
+            return Program::setBlue(result);
         };
         QCOMPARE(currentHost().images().LoadPicture(u"a.png"_s).pixelColor(1, 1), QColor(Qt::blue));
         program.answer(u"UiServices.TextBoxColors/0"_s, R"({"Focused": {"BackColor": 2147483653}})");
