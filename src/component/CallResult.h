@@ -80,6 +80,19 @@ TvResult borderCall(Body&& body) noexcept
     }
 }
 
+/// Runs what is the controls' or the host's own. What that raises, also with a code of the host's, gets the
+/// code TV_E_EXCEPTION.
+template <typename Body>
+auto raisingException(Body&& body)
+{
+    try {
+        return std::forward<Body>(body)();
+    } catch (...) {
+        const Error error = Error::fromCurrentException();
+        throw CallError(TV_E_EXCEPTION, error.Description, error.Number, error.Source);
+    }
+}
+
 /// Raises TV_E_POINTER, naming what is missing, when one is null.
 template <typename... Pointers>
 void wantPointers(Pointers... pointers)

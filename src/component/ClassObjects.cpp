@@ -11,6 +11,7 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QScopeGuard>
 
 #include <list>
 
@@ -147,15 +148,24 @@ TvResult put(TvHandle object, const char* property, const TvVariant* value)
     });
 }
 
+/// The arguments of a call, of which one may be the variant that takes the result; that one is Empty from
+/// here on.
+QVariantList takeArguments(const TvVariant* arguments, int32_t count, TvVariant* result)
+{
+    const auto empty = qScopeGuard([result] {
+        if (result)
+            *result = {};
+    });
+    return toValues(arguments, count);
+}
+
 TvResult call(TvHandle object, const char* operation, const TvVariant* arguments, int32_t argumentCount,
               TvVariant* result)
 {
     return borderCall([&] {
-        if (result)
-            *result = {};
+        const QVariantList values = takeArguments(arguments, argumentCount, result);
         const QString name = toText(operation);
-        const QVariant answer =
-            callOperation(handles().object(object), name, toValues(arguments, argumentCount));
+        const QVariant answer = callOperation(handles().object(object), name, values);
         if (result)
             putValue(answer, *result);
         return TV_S_OK;
@@ -187,8 +197,9 @@ TvResult savedProperties(TvControl control, TvVariant* json)
     return borderCall([&] {
         wantPointers(json);
         *json = {};
+        UserControl& written = handles().control(control);
         PropertyBag bag;
-        handles().control(control).WriteProperties(bag);
+        raisingException([&] { written.WriteProperties(bag); });
         putText(*json, QString::fromUtf8(QJsonDocument(bag.toJson()).toJson(QJsonDocument::Compact)));
         return TV_S_OK;
     });
@@ -201,7 +212,8 @@ TvResult restoreProperties(TvControl control, const char* json)
         const QJsonDocument document = QJsonDocument::fromJson(toText(json).toUtf8());
         if (!document.isObject())
             throw CallError(TV_E_INVALIDARG, QStringLiteral("The saved properties are no JSON object"));
-        restored.ReadProperties(PropertyBag::fromJson(document.object()));
+        const PropertyBag bag = PropertyBag::fromJson(document.object());
+        raisingException([&] { restored.ReadProperties(bag); });
         return TV_S_OK;
     });
 }
@@ -210,9 +222,8 @@ TvResult callOfContract(TvControl control, const char* operation, const TvVarian
                         int32_t argumentCount, TvVariant* result)
 {
     return borderCall([&] {
-        if (result)
-            *result = {};
-        const QVariant answer = callContract(control, toText(operation), toValues(arguments, argumentCount));
+        const QVariantList values = takeArguments(arguments, argumentCount, result);
+        const QVariant answer = callContract(control, toText(operation), values);
         if (result)
             putValue(answer, *result);
         return TV_S_OK;

@@ -8,6 +8,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <limits>
 #include <optional>
 
 namespace tavrin {
@@ -66,23 +67,11 @@ struct ContractCall
     }
 };
 
-/// Runs a contract's method; what it raises gets its code.
-template <typename Body>
-auto runContract(Body&& body)
-{
-    try {
-        return std::forward<Body>(body)();
-    } catch (...) {
-        const Error error = Error::fromCurrentException();
-        throw CallError(TV_E_EXCEPTION, error.Description, error.Number, error.Source);
-    }
-}
-
 QVariant callField(TavrinControl& contract, const ContractCall& call)
 {
     if (call.is("GetValue")) {
         call.wantArguments(0, 0);
-        return runContract([&] { return contract.GetValue(); });
+        return raisingException([&] { return contract.GetValue(); });
     }
     if (!call.is("SetValue"))
         call.refuse(QStringLiteral("TavrinControl"));
@@ -93,7 +82,7 @@ QVariant callField(TavrinControl& contract, const ContractCall& call)
         used = std::make_shared<QVariantList>(values.toList());
     else if (!IsEmpty(values) && !IsNull(values))
         call.refuseArgument(QStringLiteral("a list of the used values"));
-    runContract([&] { contract.SetValue(call.arguments.first(), used); });
+    raisingException([&] { contract.SetValue(call.arguments.first(), used); });
     return {};
 }
 
@@ -107,8 +96,15 @@ std::optional<BoundBinding> bindingFrom(const ContractCall& call)
                                    : QJsonDocument();
     if (!json.isObject())
         call.refuseArgument(QStringLiteral("a binding as the JSON {\"FieldName\": ..., \"TableNo\": ...}"));
-    return BoundBinding{json[QStringLiteral("FieldName")].toString(),
-                        json[QStringLiteral("TableNo")].toInt(Tables::None)};
+    const QJsonValue field = json[QStringLiteral("FieldName")];
+    if (!field.isUndefined() && !field.isString())
+        call.refuseArgument(QStringLiteral("a text as the binding's FieldName"));
+    const QJsonValue table = json[QStringLiteral("TableNo")];
+    constexpr qint64 noNumber = std::numeric_limits<qint64>::max();
+    const qint64 number = table.isUndefined() ? Tables::None : table.toInteger(noNumber);
+    if (number < std::numeric_limits<TableNumber>::min() || number > std::numeric_limits<TableNumber>::max())
+        call.refuseArgument(QStringLiteral("a whole number as the binding's TableNo"));
+    return BoundBinding{field.toString(), static_cast<TableNumber>(number)};
 }
 
 QVariant callRows(BoundControl& contract, const ContractCall& call)
@@ -119,7 +115,7 @@ QVariant callRows(BoundControl& contract, const ContractCall& call)
     call.wantArguments(3, 3);
     const std::optional<BoundBinding> binding = bindingFrom(call);
     const auto rows = call.as<tvTableCollection>(call.record(2), QStringLiteral("a collection"));
-    runContract([&] {
+    raisingException([&] {
         if (fills)
             contract.FillControl(binding ? &*binding : nullptr, call.arguments.at(1), rows);
         else
@@ -135,7 +131,7 @@ QVariant callSection(BoundSection& contract, const ContractCall& call)
         call.wantArguments(1, 1);
         const auto record = call.as<tvBusinessObject>(call.record(0), wanted);
         handles().lastRecord(call.handle) = record;
-        runContract([&] { contract.ReadData(record); });
+        raisingException([&] { contract.ReadData(record); });
         return {};
     }
     if (!call.is("WriteData"))
@@ -143,7 +139,7 @@ QVariant callSection(BoundSection& contract, const ContractCall& call)
     call.wantArguments(0, 1);
     const HostObjectPtr given = call.arguments.isEmpty() ? handles().lastRecord(call.handle) : call.record(0);
     const auto record = call.as<tvBusinessObject>(given, wanted);
-    runContract([&] { contract.WriteData(record); });
+    raisingException([&] { contract.WriteData(record); });
     return record ? QVariant(textOfRecord(record)) : QVariant();
 }
 

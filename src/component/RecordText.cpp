@@ -2,6 +2,7 @@
 
 #include "base/values/Variant.h"
 #include "component/CallResult.h"
+#include "component/Values.h"
 #include "frame/memory_records/MemoryCollection.h"
 #include "frame/memory_records/MemoryField.h"
 #include "frame/memory_records/MemoryRecord.h"
@@ -45,6 +46,17 @@ QJsonArray arrayAt(const QJsonValue& value, const QString& where)
     return value.toArray();
 }
 
+/// A whole number becomes a Long, one that no double can hold an integer of 64 bits, any other a double.
+QVariant numberFrom(const QJsonValue& value)
+{
+    const double number = value.toDouble();
+    if (std::floor(number) == number && std::abs(number) <= std::numeric_limits<qint32>::max())
+        return static_cast<qint32>(number);
+    constexpr qint64 none = 0;
+    const qint64 whole = value.toInteger(none);
+    return std::abs(number) >= LastExact && whole != none ? QVariant(whole) : QVariant(number);
+}
+
 QVariant fieldValue(const QJsonValue& value, const QString& where)
 {
     switch (value.type()) {
@@ -54,12 +66,8 @@ QVariant fieldValue(const QJsonValue& value, const QString& where)
         return value.toBool();
     case QJsonValue::String:
         return value.toString();
-    case QJsonValue::Double: {
-        const double number = value.toDouble();
-        const bool isLong =
-            std::floor(number) == number && std::abs(number) <= std::numeric_limits<qint32>::max();
-        return isLong ? QVariant(static_cast<qint32>(number)) : QVariant(number);
-    }
+    case QJsonValue::Double:
+        return numberFrom(value);
     case QJsonValue::Object: {
         const QDateTime moment = QDateTime::fromString(value[u"date"].toString(), Qt::ISODate);
         if (moment.isValid())
@@ -77,10 +85,14 @@ QJsonValue jsonOf(const QVariant& value)
     if (IsNull(value) || IsEmpty(value))
         return QJsonValue::Null;
     if (value.typeId() == QMetaType::QDateTime || value.typeId() == QMetaType::QDate)
-        return QJsonObject{{u"date"_s, value.toDateTime().toString(Qt::ISODate)}};
+        return QJsonObject{{u"date"_s, isoText(value.toDateTime())}};
+    const CallError refused(TV_E_TYPEMISMATCH, u"A field holds a value that no text can hold"_s);
+    if (value.typeId() == QMetaType::ULongLong &&
+        value.toULongLong() > static_cast<quint64>(std::numeric_limits<qint64>::max()))
+        throw refused;
     QJsonValue json = QJsonValue::fromVariant(value);
     if (json.isNull() || json.isObject() || json.isArray())
-        throw CallError(TV_E_TYPEMISMATCH, u"A field holds a value that no text can hold"_s);
+        throw refused;
     return json;
 }
 
@@ -256,8 +268,9 @@ QJsonObject jsonOf(const std::shared_ptr<MemoryRecord>& record)
     for (const QString& name : record->ChildNames())
         children.insert(name, jsonOf(record->Item(name)));
     QJsonObject json{{u"className"_s, record->ClassName()}, {u"children"_s, children}};
-    if (const tvBusinessObjectPtr parent = parentOfRecord(record))
-        json.insert(u"parent"_s, jsonOf(HostObjectPtr(parent)));
+    // The one that holds the record writes it itself.
+    if (const auto own = std::dynamic_pointer_cast<TextRecord>(record); own && own->parent)
+        json.insert(u"parent"_s, jsonOf(HostObjectPtr(own->parent)));
     return json;
 }
 
@@ -301,7 +314,7 @@ QString textOfRecord(const HostObjectPtr& record)
 tvBusinessObjectPtr parentOfRecord(const tvBusinessObjectPtr& record)
 {
     const auto own = std::dynamic_pointer_cast<TextRecord>(record);
-    return own ? own->parent : nullptr;
+    return own && own->parent ? own->parent : MemoryRecord::OwnerOf(record);
 }
 
 tvTableCollectionPtr newEmptyCollection()

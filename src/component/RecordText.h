@@ -14,7 +14,8 @@ HostObjectPtr recordFromText(const QString& json);
 /// Of what `recordFromText` has made, as it is now.
 QString textOfRecord(const HostObjectPtr& record);
 
-/// The record that the text gave as its parent; nullptr for none and for records of others.
+/// The record that the text gave as its parent, or else the one that holds it; nullptr for none and for
+/// records of others.
 tvBusinessObjectPtr parentOfRecord(const tvBusinessObjectPtr& record);
 
 /// A new empty collection of no record; its rows have the column SeqNo alone, which numbers them.

@@ -5,10 +5,10 @@
 #include "frame/control_frame/SavedProperty.h"
 
 #include <QBuffer>
-#include <QDateTime>
 #include <QImage>
 #include <QStringDecoder>
 
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -129,6 +129,8 @@ void putNumber(const QVariant& value, TvVariant& variant)
 {
     const double number = value.toDouble();
     const bool isFloat = value.typeId() == QMetaType::Double || value.typeId() == QMetaType::Float;
+    if (!isFloat && std::abs(number) >= LastExact)
+        return putText(variant, value.toString()); // a double would lose digits
     if (!isFloat && number >= std::numeric_limits<qint32>::min() &&
         number <= std::numeric_limits<qint32>::max()) {
         variant.type = TV_LONG;
@@ -206,7 +208,7 @@ void putInto(const QVariant& value, TvVariant& variant)
     case QMetaType::QDate:
         return putText(variant, value.toDate().toString(Qt::ISODate));
     case QMetaType::QDateTime:
-        return putText(variant, value.toDateTime().toString(Qt::ISODate));
+        return putText(variant, isoText(value.toDateTime()));
     case QMetaType::QImage:
         return putImage(value.value<QImage>(), variant);
     case QMetaType::QStringList:
@@ -244,6 +246,11 @@ QVariantList toValues(const TvVariant* variants, qint32 count)
     for (qint32 i = 0; i < count; ++i)
         values << toValue(variants[i]);
     return values;
+}
+
+QString isoText(const QDateTime& moment)
+{
+    return moment.toString(moment.time().msec() == 0 ? Qt::ISODate : Qt::ISODateWithMs);
 }
 
 void putValue(const QVariant& value, TvVariant& variant)

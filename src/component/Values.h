@@ -2,6 +2,7 @@
 
 #include "component/CallResult.h"
 
+#include <QDateTime>
 #include <QString>
 #include <QVariant>
 #include <QVariantList>
@@ -24,6 +25,12 @@ QVariantList toValues(const TvVariant* variants, qint32 count);
 /// Puts a value into a variant of which the content is not looked at. Raises TV_E_TYPEMISMATCH for a value
 /// that has no place in one; the variant is Empty then.
 void putValue(const QVariant& value, TvVariant& variant);
+
+/// From here on a double does not hold every integer.
+inline constexpr double LastExact = 9007199254740992.0;
+
+/// The moment as texts hold it, with milliseconds where it has some.
+QString isoText(const QDateTime& moment);
 
 /// Ends what the variant holds and makes it Empty.
 void clearVariant(TvVariant& variant) noexcept;

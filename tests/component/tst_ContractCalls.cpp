@@ -1,8 +1,9 @@
-#include "component/ComponentClient.h"
-#include "component/SetterRow.h"
-#include "support/TestCase.h"
+#include "component/HostedTest.h"
+#include "component/Program.h"
+#include "sections/SuspRelList.h"
 #include "testing/FakeDesktop.h"
 #include "widgets/boxes/TextBox.h"
+#include "widgets/grid_combo/GridComboBox.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -25,6 +26,13 @@ const auto WeaponRows = R"({"key": "SeqNo", "columns": [{"name": "SeqNo", "isKey
 
 const auto Binding = R"({"FieldName": "WeaponNo", "TableNo": 302})";
 
+const auto SuspectPage = R"({"className": "tvIncidentBO", "children": {
+    "SuspectBO": {"children": {"SuspectVictims": {"columns": ["LinkNo", "VictimSeqNo", "SeqNo", "RelationNo"],
+        "rows": []}}},
+    "Suspects": {"rows": [{"fields": {"SeqNo": 7, "SuspectName": "Moss, Ada"}}]},
+    "IncidentBO": {"children": {"Victims": {"rows": [{"fields": {"SeqNo": 1, "VictimName": "Ash, Ann"}},
+        {"fields": {"SeqNo": 2, "VictimName": "Birch, Ben"}}]}}}}})";
+
 QJsonValue parsed(const QString& json)
 {
     return QJsonDocument::fromJson(json.toUtf8()).object();
@@ -33,26 +41,21 @@ QJsonValue parsed(const QString& json)
 } // namespace
 
 /// The contracts by name, with records as texts.
-class tst_ContractCalls : public tavrin::test::TestCase
+class tst_ContractCalls : public tavrin::test::HostedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void init() override
     {
-        failOnUnexpectedWarnings();
         m_boxes = std::make_unique<FakeMessageBoxes>();
-        m_host = std::make_unique<FakeHost>();
-        fillHost(*m_host);
-        m_installation = std::make_unique<tavrin::HostInstallation>(*m_host);
+        HostedTest::init();
     }
     void cleanup() override
     {
-        m_installation.reset();
-        m_host.reset();
         QCOMPARE(m_boxes->texts(), QStringList());
+        HostedTest::cleanup();
         m_boxes.reset();
-        TestCase::cleanup();
     }
 
     void aFieldTakesAndGivesItsValue()
@@ -70,14 +73,30 @@ private Q_SLOTS:
         const Made made("AgencyPicker");
         TvVariant remove = of(true);
         QCOMPARE(made.functions.Put(made.handle, "RemoveUsedValues", &remove), TV_S_OK);
-        TvVariant item = of(1);
+        TvVariant item = of(10);
         TvList list{1, &item};
         TvVariant used{};
         used.type = TV_LIST;
         used.value.list = &list;
-        QCOMPARE(call(made, "SetValue", {null(), used}), TV_S_OK);
-        QCOMPARE(call(made, "SetValue", {null(), of(1)}), TV_E_TYPEMISMATCH);
-        QCOMPARE(call(made, "SetValue", {null(), null()}), TV_S_OK);
+        QCOMPARE(call(made, "SetValue", {of(30), used}), TV_S_OK);
+        QCOMPARE(listedIn(made), QVariantList({tavrin::Null(), 30, 40}));
+        QCOMPARE(call(made, "SetValue", {of(30), of(1)}), TV_E_TYPEMISMATCH);
+        QCOMPARE(call(made, "SetValue", {of(30), null()}), TV_S_OK);
+        QCOMPARE(listedIn(made), QVariantList({tavrin::Null(), 10, 30, 40}));
+    }
+
+    void anArgumentMayTakeTheResult()
+    {
+        const Made made("FlatUserPicker");
+        TvVariant both = of("user:asmith");
+        QCOMPARE(made.functions.Contract(made.handle, "SetValue", &both, 1, &both), TV_S_OK);
+        QCOMPARE(both.type, int(TV_EMPTY));
+        Answer answer;
+        QCOMPARE(call(made, "GetValue", {}, &answer), TV_S_OK);
+        QCOMPARE(answer.text(), u"user:asmith"_s);
+        both = of("a text");
+        QCOMPARE(made.functions.Contract(made.handle, nullptr, &both, 1, &both), TV_E_POINTER);
+        QCOMPARE(both.type, int(TV_EMPTY));
     }
 
     void severalCodesAreReadFromRowsAndWrittenBack()
@@ -143,115 +162,57 @@ private Q_SLOTS:
         QCOMPARE(call(made, "WriteData", {}), TV_S_OK); // the control keeps it
     }
 
-    void aRecordComesBackAsItWent()
-    {
-        const auto text = R"({"className":"tvIncidentBO","children":{"Rows":{"key":"SeqNo","columns":[
-            {"name":"SeqNo","isKey":true,"maxLength":0,"isLink":false},
-            {"name":"Name","isKey":false,"maxLength":20,"isLink":false},
-            {"name":"Parent","isKey":false,"maxLength":0,"isLink":true}],
-            "rows":[{"isNew":false,"fields":{"SeqNo":7,"Name":"a 'b'","Parent":null}},
-                    {"isNew":true,"fields":{"SeqNo":8,"Name":null,"Parent":1.5}}],"position":2,"primary":7}}})";
-        TvRecord record = 0;
-        QCOMPARE(library().NewRecord(text, &record), TV_S_OK);
-        Answer back;
-        QCOMPARE(library().RecordText(record, back.out()), TV_S_OK);
-        QCOMPARE(parsed(back.text()), parsed(QString::fromUtf8(text)));
-        QCOMPARE(library().ReleaseRecord(record), TV_S_OK);
-    }
-
-    void whatARecordHoldsIsKeptAsItIs_data()
-    {
-        QTest::addColumn<QByteArray>("json");
-        QTest::newRow("key that is marked on another column") << R"({"key":"B","columns":[
-            {"name":"A","isKey":true,"maxLength":0,"isLink":false},
-            {"name":"B","isKey":false,"maxLength":0,"isLink":false}],
-            "rows":[{"isNew":false,"fields":{"A":1,"B":2}}],"position":1,"primary":2})"_ba;
-        QTest::newRow("new rows without keys or of one key") << R"({"key":"A","columns":[
-            {"name":"A","isKey":true,"maxLength":0,"isLink":false}],
-            "rows":[{"isNew":true,"fields":{"A":3}},{"isNew":true,"fields":{"A":3}},
-                    {"isNew":true,"fields":{"A":null}}],"position":3,"primary":null})"_ba;
-        QTest::newRow("row with a link of some length") << R"({"columns":[
-            {"name":"Z","isKey":true,"maxLength":9,"isLink":true},
-            {"name":"A","isKey":false,"maxLength":3,"isLink":false}],
-            "isNew":true,"fields":{"A":"x","Z":"y"}})"_ba;
-        QTest::newRow("parent, and children in it") << R"({"className":"a","children":{},"parent":{
-            "className":"b","children":{"One":{"className":"","children":{}},"tWO":{"className":"c",
-            "children":{}}}}})"_ba;
-    }
-    void whatARecordHoldsIsKeptAsItIs()
-    {
-        QFETCH(QByteArray, json);
-        TvRecord record = 0;
-        QCOMPARE(library().NewRecord(json, &record), TV_S_OK);
-        Answer back;
-        QCOMPARE(library().RecordText(record, back.out()), TV_S_OK);
-        QCOMPARE(parsed(back.text()), parsed(QString::fromUtf8(json)));
-        QCOMPARE(library().ReleaseRecord(record), TV_S_OK);
-    }
-
-    void aPrimaryThatNoRowHasIsNone()
-    {
-        TvRecord record = 0;
-        QCOMPARE(library().NewRecord(R"({"rows": [{"fields": {"A": 1}}], "primary": 9})", &record), TV_S_OK);
-        Answer back;
-        QCOMPARE(library().RecordText(record, back.out()), TV_S_OK);
-        QVERIFY(parsed(back.text())[u"primary"].isNull());
-        QCOMPARE(library().ReleaseRecord(record), TV_S_OK);
-    }
-
-    void aTextThatIsNoRecordIsRefused_data()
-    {
-        QTest::addColumn<QByteArray>("json");
-        QTest::addColumn<QString>("why");
-        QTest::newRow("no JSON") << "{"_ba << u"byte 1: unterminated object"_s;
-        QTest::newRow("list") << "[]"_ba << u"its top: no object"_s;
-        QTest::newRow("children") << R"({"children": []})"_ba << u".children: no object"_s;
-        QTest::newRow("rows") << R"({"children": {"A": {"rows": 1}}})"_ba << u".children.A.rows: no list"_s;
-        QTest::newRow("key") << R"({"key": "B", "columns": ["A"], "rows": []})"_ba
-                             << u".key: no such column"_s;
-        QTest::newRow("field") << R"({"columns": ["A"], "fields": {"B": 1}})"_ba
-                               << u".fields.B: no such column"_s;
-        QTest::newRow("value") << R"({"fields": {"B": []}})"_ba << u".fields.B: no value of a field"_s;
-        QTest::newRow("column") << R"({"columns": [1], "fields": {}})"_ba
-                                << u".columns: a column without a name"_s;
-        QTest::newRow("position") << R"({"rows": [], "position": 2})"_ba
-                                  << u"its top: The collection has no row 2"_s;
-        QTest::newRow("position in a part") << R"({"children": {"A": {"rows": [], "position": 65537}}})"_ba
-                                            << u".children.A: The collection has no row 65537"_s;
-        QTest::newRow("children of one name")
-            << R"({"children": {"A": {}, "a": {}}})"_ba << u".children.a: another child has this name"_s;
-        QTest::newRow("too many rows")
-            << R"({"rows": [)" + QByteArray(R"({"fields": {}},)").repeated(32767) + R"({"fields": {}}]})"
-            << u".rows: more rows than a collection has positions for"_s;
-        QTest::newRow("deep") << QByteArray("{\"children\": {\"A\": ").repeated(40) + "{}" +
-                                     QByteArray("}}").repeated(40)
-                              << u"records too deep in one another"_s;
-    }
-    void aTextThatIsNoRecordIsRefused()
-    {
-        QFETCH(QByteArray, json);
-        QFETCH(QString, why);
-        TvRecord record = 7;
-        QCOMPARE(library().NewRecord(json, &record), TV_E_INVALIDARG);
-        QCOMPARE(record, TvRecord(0));
-        QVERIFY2(lastDescription().startsWith(u"The record's text is wrong at "_s) &&
-                     lastDescription().endsWith(why),
-                 qPrintable(lastDescription()));
-    }
-
-    void nullPointersOfRecordsAreRefused()
-    {
-        TvRecord record = 0;
-        QCOMPARE(library().NewRecord(nullptr, &record), TV_E_POINTER);
-        QCOMPARE(library().NewRecord("{}", nullptr), TV_E_POINTER);
-        QCOMPARE(library().RecordText(1, nullptr), TV_E_POINTER);
-    }
-
     void aSaveIsRefusedWithTheControlsText()
     {
+        Program program;
+        program.answers[u"Session.IsFieldRequired/4"_s] = [](const TvVariant*, TvVariant* result) {
+            *result = of(true);
+            return TV_S_OK;
+        };
         const Made made("SuspRelList");
-        QCOMPARE(call(made, "WriteData", {of(R"({"className": "tvSuspectBO"})")}), TV_E_EXCEPTION);
-        QVERIFY(!lastDescription().isEmpty());
+        for (const auto& [property, text] :
+             {std::pair("OtherItemName", "Victim"), std::pair("OtherItemSeqName", "VictimSeqNo"),
+              std::pair("OtherCollectionTag", "IncidentBO.Victims")}) {
+            const TvVariant value = of(text);
+            QCOMPARE(made.functions.Put(made.handle, property, &value), TV_S_OK);
+        }
+        // The suspect's incident is the record that holds it.
+        QVERIFY2(call(made, "ReadData", {of(SuspectPage)}) == TV_S_OK, qPrintable(lastDescription()));
+        program.asked.clear();
+        QCOMPARE(call(made, "WriteData", {}), TV_E_EXCEPTION);
+        QCOMPARE(program.asked, QStringList({u"Session.IsFieldRequired/4"_s}));
+        QCOMPARE(program.told, QStringList({u"text \"Incident\""_s, u"text \"IncdSuspVictim\""_s,
+                                            u"text \"RelationNo\""_s, u"text \"\""_s}));
+        QCOMPARE(lastDescription(),
+                 u"You must specify the relationship this suspect has to each victim before continuing."
+                 "\r\n\r\nYou need to add 2 more relationships to complete this section."_s);
+        QCOMPARE(lastNumber(), tavrin::SuspRelList::CompletenessErrorNumber);
+    }
+
+    void aBindingOfWrongTypesIsRefused_data()
+    {
+        QTest::addColumn<QByteArray>("binding");
+        QTest::addColumn<QString>("wanted");
+        QTest::newRow("text for the table") << R"({"FieldName": "WeaponNo", "TableNo": "302"})"_ba
+                                            << u"a whole number as the binding's TableNo"_s;
+        QTest::newRow("fraction for the table") << R"({"FieldName": "WeaponNo", "TableNo": 302.5})"_ba
+                                                << u"a whole number as the binding's TableNo"_s;
+        QTest::newRow("number for the field")
+            << R"({"FieldName": 1, "TableNo": 302})"_ba << u"a text as the binding's FieldName"_s;
+        QTest::newRow("list") << R"(["WeaponNo", 302])"_ba
+                              << u"a binding as the JSON {\"FieldName\": ..., \"TableNo\": ...}"_s;
+    }
+    void aBindingOfWrongTypesIsRefused()
+    {
+        QFETCH(QByteArray, binding);
+        QFETCH(QString, wanted);
+        const Made made("MultiValue");
+        for (const char* operation : {"FillControl", "SetValue"}) {
+            QCOMPARE(call(made, operation, {of(binding.constData()), empty(), of(WeaponRows)}),
+                     TV_E_TYPEMISMATCH);
+            QCOMPARE(lastDescription(), u"\"%1\" wants %2"_s.arg(QString::fromLatin1(operation), wanted));
+            QCOMPARE(lastNumber(), tavrin::Error::TypeMismatchNumber);
+        }
     }
 
     void wrongCallsAreRefused()
@@ -279,6 +240,16 @@ private Q_SLOTS:
     }
 
 private:
+    /// The codes in the picker's list.
+    static QVariantList listedIn(const Made& made)
+    {
+        const auto* combo = made.object()->findChild<tavrin::GridComboBox*>(u"tdbcValues"_s);
+        QVariantList codes;
+        for (int row = 1; row <= combo->Array().UpperBound(); ++row)
+            codes << combo->Array().Value(row, 2);
+        return codes;
+    }
+
     static TvResult call(const Made& made, const char* operation, const std::vector<TvVariant>& arguments,
                          Answer* answer = nullptr)
     {
@@ -288,8 +259,6 @@ private:
     }
 
     std::unique_ptr<FakeMessageBoxes> m_boxes;
-    std::unique_ptr<FakeHost> m_host;
-    std::unique_ptr<tavrin::HostInstallation> m_installation;
 };
 
 TAVRIN_TEST_MAIN(tst_ContractCalls)
