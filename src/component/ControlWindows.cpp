@@ -1,6 +1,7 @@
 #include "component/ControlWindows.h"
 
 #include "component/Handles.h"
+#include "component/NativeWindow.h"
 #include "component/Values.h"
 
 #include <QApplication>
@@ -63,15 +64,17 @@ public:
             windowHandle()->setParent(nullptr); // the foreign window is not to take this one with it
     }
 
-    /// False where the platform cannot do it.
-    bool embed(WId window)
+    void embed(WId window)
     {
         m_foreign.reset(QWindow::fromWinId(window));
         if (!m_foreign)
-            return false;
+            throw CallError(
+                TV_E_NOTIMPL,
+                QStringLiteral("The platform cannot show a control in a window of another program part"));
+        if (!mayBeWindow(window))
+            throw CallError(TV_E_HANDLE, QStringLiteral("There is no window %1").arg(window));
         winId();
         windowHandle()->setParent(m_foreign.get());
-        return true;
     }
     bool isEmbedded() const { return m_foreign != nullptr; }
 
@@ -109,10 +112,7 @@ QWidget* parentFor(const TvSite& site, std::unique_ptr<ControlWindow>& made)
         if (site.parent == 0)
             throw CallError(TV_E_HANDLE, QStringLiteral("There is no window 0"));
         made = std::make_unique<ControlWindow>();
-        if (!made->embed(static_cast<WId>(site.parent)))
-            throw CallError(
-                TV_E_NOTIMPL,
-                QStringLiteral("The platform cannot show a control in a window of another program part"));
+        made->embed(static_cast<WId>(site.parent));
         return made.get();
     case TV_PARENT_CONTROL:
         return handles().control(site.parent).parentWidget();
@@ -148,9 +148,9 @@ bool startApplication()
 
 bool endApplication()
 {
+    wantOwnThread();
     if (!ownApplication())
         return false;
-    wantOwnThread();
     if (runningLoops > 0 || CallbackScope::isActive())
         throw CallError(TV_E_UNEXPECTED, QStringLiteral("The application is at work"));
     const QList<UserControl*> controls = handles().controls();
@@ -202,8 +202,9 @@ UserControl* createControl(const PublicClass& controlClass, const TvSite& site)
     std::optional<DesignTime> designTime;
     if (site.designTime != 0)
         designTime.emplace();
-    UserControl* control = publicControls().create(
-        controlClass.name, parent, {site.name ? toText(site.name) : QString(), saved ? &*saved : nullptr});
+    const ControlSite place{site.name ? toText(site.name) : QString(), saved ? &*saved : nullptr};
+    UserControl* control =
+        raisingException([&] { return publicControls().create(controlClass.name, parent, place); });
     if (auto* window = windowOf(*control))
         window->take(*control);
     made.release(); // NOLINT(bugprone-unused-return-value): it is its control's from here on

@@ -133,6 +133,7 @@ TvResult runCall()
 TvResult quitCall()
 {
     return borderCall([] {
+        wantOwnThread();
         if (QCoreApplication::instance())
             QCoreApplication::quit();
         return TV_S_OK;
@@ -144,6 +145,7 @@ TvResult quitCall()
 TvResult setHost(TvHostCall call, void* context)
 {
     return borderCall([&] {
+        wantOwnThread();
         installLateHost(call, context);
         return TV_S_OK;
     });
@@ -152,7 +154,9 @@ TvResult setHost(TvHostCall call, void* context)
 TvResult raiseCacheRefreshed()
 {
     return borderCall([] {
-        lateHostEvents().CacheRefreshed.raise({});
+        wantOwnThread();
+        EventHub& events = lateHostEvents();
+        raisingException([&] { events.CacheRefreshed.raise({}); });
         return TV_S_OK;
     });
 }

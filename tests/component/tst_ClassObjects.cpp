@@ -1,41 +1,21 @@
 #include "component/ClassMembers.h"
 #include "component/ClassRegister.h"
-#include "component/ComponentClient.h"
-#include "component/SetterRow.h"
-#include "support/TestCase.h"
+#include "component/HostedTest.h"
 
 #include <QBuffer>
 #include <QImage>
-
-#include <cmath>
-#include <memory>
-#include <thread>
 
 using namespace Qt::StringLiterals;
 using namespace tavrin::test;
 
 Q_DECLARE_METATYPE(TvVariant)
 
-/// Controls by the functions of their classes: members by name, and every way in which a call can be wrong.
-class tst_ClassObjects : public tavrin::test::TestCase
+/// Controls by the functions of their classes: what is there, and its members by name.
+class tst_ClassObjects : public tavrin::test::HostedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() override
-    {
-        failOnUnexpectedWarnings();
-        m_host = std::make_unique<FakeHost>();
-        fillHost(*m_host);
-        m_installation = std::make_unique<tavrin::HostInstallation>(*m_host);
-    }
-    void cleanup() override
-    {
-        m_installation.reset();
-        m_host.reset();
-        TestCase::cleanup();
-    }
-
     // What is there
 
     void everyClassIsThereUnderItsName()
@@ -211,17 +191,17 @@ private Q_SLOTS:
         const Made made("AutoCompleteField");
         TvVariant table = of(312);
         QCOMPARE(made.functions.Put(made.handle, "TableNo", &table), TV_S_OK);
-        m_host->state().log.clear();
+        host().state().log.clear();
         Answer result;
         QCOMPARE(made.functions.Call(made.handle, "reloadlist", nullptr, 0, result.out()), TV_S_OK);
         QCOMPARE(result.type(), int(TV_EMPTY));
-        QVERIFY(m_host->state().log.contains(u"GetTableValues 312"_s));
+        QVERIFY(host().state().log.contains(u"GetTableValues 312"_s));
     }
 
     void whatAPropertyRaisesReachesTheCaller()
     {
         const Made made("AgencyPicker");
-        m_host->failWith(tavrin::Error(u"No list today"_s, 77, u"the host"_s));
+        host().failWith(tavrin::Error(u"No list today"_s, 77, u"the host"_s));
         TvVariant value = of(1);
         QCOMPARE(made.functions.Put(made.handle, "Value", &value), TV_E_EXCEPTION);
         TvError error{};
@@ -230,7 +210,7 @@ private Q_SLOTS:
         QCOMPARE(error.number, 77);
         QCOMPARE(error.source, "the host");
         QCOMPARE(error.description, "No list today");
-        m_host->failWith({});
+        host().failWith({});
     }
 
     void savedPropertiesTravelAsJson()
@@ -256,200 +236,6 @@ private Q_SLOTS:
         QCOMPARE(other.functions.Destroy(third), TV_S_OK);
     }
 
-    // What is wrong
-
-    void wrongNamesAreRefused()
-    {
-        void* object = this;
-        QCOMPARE(DllGetClassObject("TVBoundControls.Nothing", TV_CLASS_INTERFACE, &object),
-                 TV_E_CLASSNOTAVAILABLE);
-        QVERIFY(!object);
-        QCOMPARE(lastDescription(), u"The library has no class \"TVBoundControls.Nothing\""_s);
-        QCOMPARE(DllGetClassObject("TVBoundControls.LatLong", "IOther", &object), TV_E_NOINTERFACE);
-        QCOMPARE(lastDescription(), u"TVBoundControls.LatLong has no interface \"IOther\""_s);
-        QCOMPARE(DllGetClassObject(TV_LIBRARY_CLASS, TV_CLASS_INTERFACE, &object), TV_E_NOINTERFACE);
-        QCOMPARE(DllGetClassObject("\xff", TV_CLASS_INTERFACE, &object), TV_E_INVALIDARG);
-
-        const Made made("AgencyPicker");
-        Answer answer;
-        QCOMPARE(made.functions.Get(made.handle, "Nothing", answer.out()), TV_E_MEMBERNOTFOUND);
-        QCOMPARE(lastDescription(), u"AgencyPicker has no property \"Nothing\""_s);
-        QCOMPARE(made.functions.Get(made.handle, "objectName", answer.out()),
-                 TV_E_MEMBERNOTFOUND); // not published
-        TvVariant value = of(1);
-        QCOMPARE(made.functions.Put(made.handle, "Nothing", &value), TV_E_MEMBERNOTFOUND);
-        QCOMPARE(made.functions.Call(made.handle, "Change", nullptr, 0, nullptr), TV_E_MEMBERNOTFOUND);
-        QCOMPARE(lastDescription(), u"AgencyPicker has no operation \"Change\""_s);
-        QCOMPARE(made.functions.Call(made.handle, "deleteLater", nullptr, 0, nullptr), TV_E_MEMBERNOTFOUND);
-    }
-
-    void nullPointersAreRefused()
-    {
-        const Made made("AgencyPicker");
-        const TvClassObject& one = made.functions;
-        const TvControl control = made.handle;
-        TvVariant variant{};
-        TvMember member{};
-        TvControl none = 7;
-        void* object = nullptr;
-        QCOMPARE(DllGetClassObject(nullptr, TV_CLASS_INTERFACE, &object), TV_E_POINTER);
-        QCOMPARE(DllGetClassObject(one.className, nullptr, &object), TV_E_POINTER);
-        QCOMPARE(DllGetClassObject(one.className, TV_CLASS_INTERFACE, nullptr), TV_E_POINTER);
-        QCOMPARE(one.Member(nullptr, 0, &member), TV_E_POINTER);
-        QCOMPARE(one.Member(&one, 0, nullptr), TV_E_POINTER);
-        QCOMPARE(one.Create(nullptr, nullptr, &none), TV_E_POINTER);
-        QCOMPARE(none, TvControl(0));
-        QCOMPARE(one.Create(&one, nullptr, nullptr), TV_E_POINTER);
-        QCOMPARE(one.SetTitle(control, nullptr), TV_E_POINTER);
-        QCOMPARE(one.Get(control, nullptr, &variant), TV_E_POINTER);
-        QCOMPARE(one.Get(control, "Value", nullptr), TV_E_POINTER);
-        QCOMPARE(one.Put(control, nullptr, &variant), TV_E_POINTER);
-        QCOMPARE(one.Put(control, "Value", nullptr), TV_E_POINTER);
-        QCOMPARE(one.Call(control, nullptr, nullptr, 0, nullptr), TV_E_POINTER);
-        QCOMPARE(one.Call(control, "Anything", nullptr, 1, nullptr), TV_E_POINTER);
-        QCOMPARE(one.Subscribe(control, nullptr, nullptr, nullptr, nullptr), TV_E_POINTER);
-        QCOMPARE(one.Subscribe(control, "Change", nullptr, nullptr, nullptr), TV_E_POINTER);
-        QCOMPARE(one.SavedProperties(control, nullptr), TV_E_POINTER);
-        QCOMPARE(one.RestoreProperties(control, nullptr), TV_E_POINTER);
-        QCOMPARE(one.Contract(control, nullptr, nullptr, 0, nullptr), TV_E_POINTER);
-        QCOMPARE(one.Contract(control, "SetValue", nullptr, 1, nullptr), TV_E_POINTER);
-        QCOMPARE(one.QtObject(control, nullptr), TV_E_POINTER);
-        QCOMPARE(one.HandleOf(nullptr, &none), TV_E_POINTER);
-        QCOMPARE(one.HandleOf(&object, nullptr), TV_E_POINTER);
-        TvVariant text = of(static_cast<const char*>(nullptr));
-        QCOMPARE(one.Put(control, "Value", &text), TV_E_POINTER);
-        for (const int type : {int(TV_FONT), int(TV_LIST)}) {
-            TvVariant nothing{};
-            nothing.type = type;
-            QCOMPARE(one.Put(control, "Font", &nothing), TV_E_POINTER);
-        }
-        QCOMPARE(lastDescription(), u"A pointer is null"_s);
-    }
-
-    void valuesOfAnotherTypeAreRefused_data()
-    {
-        QTest::addColumn<QByteArray>("control");
-        QTest::addColumn<QByteArray>("property");
-        QTest::addColumn<TvVariant>("value");
-        QTest::addColumn<int>("result");
-        TvVariant unknown{};
-        unknown.type = 4711;
-        QTest::newRow("text for long") << "AutoCompleteField"_ba
-                                       << "TableNo"_ba << of("many") << TV_E_TYPEMISMATCH;
-        QTest::newRow("null for long") << "AutoCompleteField"_ba
-                                       << "TableNo"_ba << null() << TV_E_TYPEMISMATCH;
-        QTest::newRow("too much") << "AutoCompleteField"_ba
-                                  << "TableNo"_ba << of(1e12) << TV_E_OVERFLOW;
-        QTest::newRow("no number") << "AutoCompleteField"_ba
-                                   << "TableNo"_ba << of(std::nan("")) << TV_E_OVERFLOW;
-        QTest::newRow("text for boolean") << "AgencyPicker"_ba
-                                          << "Enabled"_ba << of("maybe") << TV_E_TYPEMISMATCH;
-        QTest::newRow("long for font") << "AgencyPicker"_ba
-                                       << "Font"_ba << of(1) << TV_E_TYPEMISMATCH;
-        QTest::newRow("null for font") << "AgencyPicker"_ba
-                                       << "Font"_ba << null() << TV_E_TYPEMISMATCH;
-        QTest::newRow("text for colour") << "AgencyPicker"_ba
-                                         << "BackColor"_ba << of("red") << TV_E_TYPEMISMATCH;
-        QTest::newRow("long for picture") << "TavrinDropdown"_ba
-                                          << "Icon"_ba << of(1) << TV_E_TYPEMISMATCH;
-        QTest::newRow("null for text") << "SuspRelList"_ba
-                                       << "OtherItemName"_ba << null() << TV_E_TYPEMISMATCH;
-        QTest::newRow("bad UTF-8") << "SuspRelList"_ba
-                                   << "OtherItemName"_ba << of("\xc3") << TV_E_INVALIDARG;
-        QTest::newRow("no type") << "AgencyPicker"_ba
-                                 << "Value"_ba << unknown << TV_E_TYPEMISMATCH;
-        QTest::newRow("dead object") << "AgencyPicker"_ba
-                                     << "Value"_ba << objectOf(999999) << TV_E_HANDLE;
-        QTest::newRow("read-only") << "AgencyPicker"_ba
-                                   << "FullText"_ba << of("x") << TV_E_ACCESSDENIED;
-    }
-    void valuesOfAnotherTypeAreRefused()
-    {
-        QFETCH(QByteArray, control);
-        QFETCH(QByteArray, property);
-        QFETCH(TvVariant, value);
-        QFETCH(int, result);
-        const Made made(control);
-        Answer before;
-        QCOMPARE(made.functions.Get(made.handle, property, before.out()), TV_S_OK);
-        QCOMPARE(made.functions.Put(made.handle, property, &value), result);
-        QVERIFY(!lastDescription().isEmpty());
-        Answer after;
-        QCOMPARE(made.functions.Get(made.handle, property, after.out()), TV_S_OK);
-        QCOMPARE(describe(*after), describe(*before));
-    }
-
-    void aWrongNumberOfArgumentsIsRefused()
-    {
-        const Made made("TavrinSpellcheck");
-        TvVariant arguments[] = {null(), null()};
-        QCOMPARE(made.functions.Call(made.handle, "CheckSpelling", nullptr, 0, nullptr), TV_E_BADPARAMCOUNT);
-        QCOMPARE(lastDescription(), u"\"CheckSpelling\" takes 1 arguments, and not 0"_s);
-        QCOMPARE(made.functions.Call(made.handle, "CheckSpelling", arguments, 2, nullptr),
-                 TV_E_BADPARAMCOUNT);
-        QCOMPARE(made.functions.Call(made.handle, "CheckSpelling", arguments, -1, nullptr), TV_E_INVALIDARG);
-        arguments[0] = of("no object");
-        QCOMPARE(made.functions.Call(made.handle, "CheckSpelling", arguments, 1, nullptr), TV_E_TYPEMISMATCH);
-    }
-
-    void aSiteThatIsWrongIsRefused()
-    {
-        const TvClassObject& one = classObject("AgencyPicker");
-        TvControl control = 0;
-        TvSite site{};
-        QCOMPARE(one.Create(&one, &site, &control), TV_E_INVALIDARG); // no size
-        site.size = sizeof site;
-        site.parentKind = 9;
-        QCOMPARE(one.Create(&one, &site, &control), TV_E_INVALIDARG);
-        site.parentKind = TV_PARENT_NATIVE;
-        QCOMPARE(one.Create(&one, &site, &control), TV_E_HANDLE);
-        site.parent = 12345;
-        QTest::ignoreMessage(QtWarningMsg,
-                             "QWindow::fromWinId(): platform plugin does not support foreign windows.");
-        QCOMPARE(one.Create(&one, &site, &control), TV_E_NOTIMPL); // not on this platform
-        site.parentKind = TV_PARENT_CONTROL;
-        QCOMPARE(one.Create(&one, &site, &control), TV_E_HANDLE);
-        site.parentKind = TV_PARENT_NONE;
-        site.saved = "[]";
-        QCOMPARE(one.Create(&one, &site, &control), TV_E_INVALIDARG);
-        QCOMPARE(control, TvControl(0));
-        TvClassObject copy = one;
-        QCOMPARE(one.Create(&copy, nullptr, &control), TV_E_HANDLE);
-    }
-
-    void anotherThreadIsRefused()
-    {
-        const Made made("AgencyPicker");
-        TvResult results[4] = {};
-        std::thread([&] {
-            TvVariant value{};
-            TvControl control = 0;
-            TvRecord record = 0;
-            results[0] = made.functions.Get(made.handle, "Value", &value);
-            results[1] = made.functions.Create(&made.functions, nullptr, &control);
-            results[2] = library().NewRecord("{}", &record);
-            results[3] = made.functions.Destroy(made.handle);
-        }).join();
-        for (const TvResult result : results)
-            QCOMPARE(result, TV_E_WRONGTHREAD);
-    }
-
-    void theLastErrorBelongsToTheThread()
-    {
-        const Made made("AgencyPicker");
-        Answer answer;
-        QCOMPARE(made.functions.Get(made.handle, "Nothing", answer.out()), TV_E_MEMBERNOTFOUND);
-        QByteArray theirs = "unset";
-        std::thread([&] {
-            TvError error{};
-            library().LastError(&error);
-            theirs = error.description;
-        }).join();
-        QCOMPARE(theirs, ""_ba);
-        QCOMPARE(lastDescription(), u"AgencyPicker has no property \"Nothing\""_s);
-        QCOMPARE(library().LastError(nullptr), TV_E_POINTER);
-    }
-
 private:
     static QString describe(const TvVariant& value)
     {
@@ -472,9 +258,6 @@ private:
             return u"type %1"_s.arg(value.type);
         }
     }
-
-    std::unique_ptr<FakeHost> m_host;
-    std::unique_ptr<tavrin::HostInstallation> m_installation;
 };
 
 TAVRIN_TEST_MAIN(tst_ClassObjects)

@@ -1,7 +1,5 @@
-#include "component/ComponentClient.h"
-#include "component/SetterRow.h"
+#include "component/HostedTest.h"
 #include "lookup/EmployeePicker.h"
-#include "support/TestCase.h"
 #include "testing/Unhandled.h"
 
 #include <QPointer>
@@ -40,26 +38,21 @@ struct Listener
 } // namespace
 
 /// Events of controls, as callbacks of programs get them.
-class tst_EventLinks : public tavrin::test::TestCase
+class tst_EventLinks : public tavrin::test::HostedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void init() override
     {
-        failOnUnexpectedWarnings();
-        m_host = std::make_unique<FakeHost>();
-        fillHost(*m_host);
-        m_installation = std::make_unique<tavrin::HostInstallation>(*m_host);
+        HostedTest::init();
         m_made = std::make_unique<Made>("EmployeePicker");
         m_listener = {};
     }
     void cleanup() override
     {
         m_made.reset();
-        m_installation.reset();
-        m_host.reset();
-        TestCase::cleanup();
+        HostedTest::cleanup();
     }
 
     void anEventReachesItsCallback()
@@ -222,8 +215,6 @@ private:
         return exclude;
     }
 
-    std::unique_ptr<FakeHost> m_host;
-    std::unique_ptr<tavrin::HostInstallation> m_installation;
     std::unique_ptr<Made> m_made;
     Listener m_listener;
 };
