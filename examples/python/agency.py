@@ -63,20 +63,57 @@ class ClassObject(ctypes.Structure):
 
 
 #! [load]
+def registrations():
+    """Where libraries enter their classes: the user's file of registrations."""
+    data = os.environ.get("XDG_DATA_HOME", "")
+    folder = Path(data) if data.startswith("/") else Path.home() / ".local/share"
+    return folder / "TVBoundControls/components.ini"
+
+
+def registered(class_name):
+    """The path of the library that is registered for a class."""
+    path = registrations()
+    damaged = f"The file of registrations is damaged: {path}"
+    groups = configparser.RawConfigParser(delimiters="=", comment_prefixes=(";", "#"))
+    try:
+        text = path.read_text(encoding="utf-8-sig")
+        groups.read_string(text)
+    except FileNotFoundError:
+        sys.exit(f"{path}: No control is registered")
+    except OSError as error:
+        sys.exit(f"The file of registrations cannot be read: {path}: {error.strerror}")
+    except (UnicodeDecodeError, configparser.Error):
+        sys.exit(damaged)
+    if "\0" in text:
+        sys.exit(damaged)
+    if class_name not in groups:
+        sys.exit(f"{class_name}: The class is not registered")
+    for key in ("Library", "Version"):
+        if not groups[class_name].get(key):
+            sys.exit(f"{damaged}: no {key} for {class_name}")
+    if not groups[class_name]["Version"].startswith("1."):
+        sys.exit(f"{class_name}: The registered library is of another version")
+    return groups[class_name]["Library"]
+
+
 def load(class_name):
     """The two structures of functions, by what is registered for the class."""
-    data = Path(os.environ.get("XDG_DATA_HOME") or Path.home() / ".local/share")
-    registered = configparser.RawConfigParser(strict=False, delimiters="=", comment_prefixes=(";", "#"))
-    registered.read(data / "TVBoundControls/components.ini", encoding="utf-8")
-    if class_name not in registered:
-        sys.exit(f"{class_name} is not registered")
-    entry_points = ctypes.CDLL(registered[class_name]["Library"])
+    path = registered(class_name)
+    try:
+        get_class_object = ctypes.CDLL(path).DllGetClassObject
+    except OSError as error:
+        sys.exit(f"{class_name}: {error}")
+    except AttributeError:
+        sys.exit(f"{path}: The library has no DllGetClassObject")
 
     def structure(name, interface, kind):
         found = c_void_p()
-        if entry_points.DllGetClassObject(name.encode(), interface.encode(), byref(found)) != 0:
-            sys.exit(f"The library has no {name}")
-        return ctypes.cast(found, POINTER(kind)).contents
+        if get_class_object(name.encode(), interface.encode(), byref(found)) != 0:
+            sys.exit(f"{path}: The library has no {name}")
+        functions = ctypes.cast(found, POINTER(kind)).contents
+        if functions.version != 1 or functions.size < ctypes.sizeof(kind):
+            sys.exit(f"{path}: The library is older or other than this program expects")
+        return functions
 
     return structure("TVBoundControls.Library", "TvLibrary", Library), structure(class_name, "TvClassObject", ClassObject)
 #! [/load]

@@ -74,7 +74,7 @@ typedef int32_t TvResult;
 #define TV_E_CANNOTWRITE (-2147287011)        /**< 8003001D: the file of registrations */
 #define TV_E_CLASSNOTAVAILABLE (-2147221231)  /**< 80040111: the library has no such class */
 #define TV_E_CLASSNOTREGISTERED (-2147221164) /**< 80040154: nobody has registered the class */
-#define TV_E_REGISTRATION (-2147220991)       /**< 80040201: the file of registrations is damaged */
+#define TV_E_REGISTRATION (-2147220991)       /**< 80040201: the file of registrations cannot be read */
 #define TV_E_VERSION (-2147220990)            /**< 80040202: the library is of another version */
 #define TV_E_ACCESSDENIED (-2147024891)       /**< 80070005: the property is read-only */
 #define TV_E_HANDLE (-2147024890)             /**< 80070006: no such control, object or record any more */
@@ -91,15 +91,16 @@ typedef TvHandle TvRecord;  /**< a handle of a record or of a collection of rows
 /** What a TvVariant holds, as its `type`. */
 enum
 {
-    TV_EMPTY = 0,     /**< no value at all */
-    TV_NULL = 1,      /**< the value Null: nothing is chosen, or the field is empty */
-    TV_LONG = 3,      /**< `value.integer` */
-    TV_DOUBLE = 5,    /**< `value.number` */
-    TV_TEXT = 8,      /**< `value.text` */
-    TV_OBJECT = 9,    /**< `value.object`, 0 for none */
-    TV_BOOLEAN = 11,  /**< `value.boolean`: 0 is False, all else True */
-    TV_COLOR = 100,   /**< `value.color`: 0x00BBGGRR, or 0x80000000 + the index of a system colour */
-    TV_FONT = 101,    /**< `value.font` */
+    TV_EMPTY = 0,    /**< no value at all */
+    TV_NULL = 1,     /**< the value Null: nothing is chosen, or the field is empty */
+    TV_LONG = 3,     /**< `value.integer` */
+    TV_DOUBLE = 5,   /**< `value.number` */
+    TV_TEXT = 8,     /**< `value.text`; also an integer of more digits than a double holds, and a moment as in
+                          "2024-01-31T10:15:00" */
+    TV_OBJECT = 9,   /**< `value.object`, 0 for none */
+    TV_BOOLEAN = 11, /**< `value.boolean`: 0 is False, all else True */
+    TV_COLOR = 100,  /**< `value.color`: 0x00BBGGRR, or 0x80000000 + the index of a system colour */
+    TV_FONT = 101,   /**< `value.font` */
     TV_PICTURE = 102, /**< `value.picture`, or a null pointer for none */
     TV_LIST = 103     /**< `value.list` */
 };
@@ -195,7 +196,9 @@ enum
 {
     TV_PARENT_NONE = 0,    /**< in a window of its own, which the library makes, hidden until Show */
     TV_PARENT_NATIVE = 1,  /**< in the window with this handle of the platform's, such as an X11 window, which
-                                may be another program's; TV_E_NOTIMPL where the platform cannot embed */
+                                may be another program's; TV_E_NOTIMPL where the platform cannot embed,
+                                TV_E_HANDLE for a number that is no window's on X11, while another platform
+                                may not tell */
     TV_PARENT_CONTROL = 2, /**< beside another control, whose handle this is, in the same window or parent */
     TV_PARENT_QWIDGET = 3  /**< on a QWidget, for programs that use Qt, and this library's Qt */
 };
@@ -226,6 +229,7 @@ typedef TvResult (*TvEventCall)(TvControl control, const char* event, TvVariant*
  * is raised to the control, with what RaiseError has noted. `result` is Empty at first, and the library
  * clears it; all else is the library's, and ends with the callback. A code table is best offered by
  * GetTableValues, from which lists are filled by default; the two of ListFilling tell at once what is in use.
+ * An answer of another type or shape than the table says is error 13, raised to the control.
  *
  * | service | operation and arguments | result |
  * |---|---|---|
@@ -261,7 +265,9 @@ typedef TvResult (*TvEventCall)(TvControl control, const char* event, TvVariant*
  * | "Uploader" | Upload(source, destination) | |
  * | "NIBRS.Singletons" | GetNibrsOffenseCodeList() | text: JSON [["13A", "Aggravated Assault"], ...] |
  *
- * Values of a code table: [{"ID": "1", "DisplayText": "...", "Value": 1, "Active": true}, ...].
+ * Values of a code table: [{"ID": "1", "DisplayText": "...", "Value": 1, "Active": true}, ...]. A text that
+ * is left out or null is "", and a value without "Active" is in use; GetTableValues leaves out those that are
+ * not, unless they are asked for.
  */
 typedef TvResult (*TvHostCall)(const char* service, const char* operation, const TvVariant* arguments,
                                int32_t argumentCount, TvVariant* result, void* context);
@@ -329,7 +335,8 @@ typedef struct TvLibrary
     /** The host of this thread, in place of the one that this function has set before. Null ends it, and
         the host before is back. TV_E_UNEXPECTED while the host is being asked. */
     TvResult (*SetHost)(TvHostCall call, void* context);
-    /** Tells the controls that the host has reloaded its caches. TV_E_UNEXPECTED without a host. */
+    /** Tells the controls that the host has reloaded its caches. TV_E_UNEXPECTED without a host,
+        TV_E_EXCEPTION for what a control raises. */
     TvResult (*RaiseCacheRefreshed)(void);
 
     /**
@@ -341,15 +348,15 @@ typedef struct TvLibrary
      *     {"className": "tvIncidentBO", "children": {"Attachments": COLLECTION, "Location": ROW, ...},
      *      "parent": RECORD}
      *
-     * The parent is what GetParentObject gives, and is not needed. The names of children differ in more than
-     * case. Where only a collection is wanted, it is the record.
+     * The parent is what GetParentObject gives; without one, that is the record whose child it is. The names
+     * of children differ in more than case. Where only a collection is wanted, it is the record.
      *
      * A row:
      *
      *     {"fields": {"SeqNo": 1, "FileName": null, ...}, "isNew": false, "columns": COLUMNS}
      *
      * A row without columns has its fields in the order of their names. A moment is
-     * {"date": "2024-01-31T10:15:00"}.
+     * {"date": "2024-01-31T10:15:00"}, also with milliseconds. Integers keep all digits of 64 bits.
      *
      * A collection:
      *
@@ -397,10 +404,11 @@ struct TvClassObject
 
     /** A new control of the class. Without a site it stands in a window of its own. Starts the
         application where there is none, and fails as StartApplication does. TV_E_HANDLE for a parent that
-        is none, TV_E_NOTIMPL for a window of the platform where it cannot embed, TV_E_INVALIDARG for a
-        site without its size, a kind of parents that is none and saved properties that are no JSON
-        object, TV_E_FAIL for what the class raises. The control's owner is its parent; Destroy ends it
-        before. A window of its own ends with the last control in it. */
+        is not there, TV_E_NOINTERFACE for one that is no control, TV_E_NOTIMPL for a window of the
+        platform where it cannot embed, TV_E_INVALIDARG for a site without its size, a kind of parents
+        that is none, a name that is no UTF-8 and saved properties that are no JSON object,
+        TV_E_EXCEPTION for what the control or its host raises. The control's owner is its parent; Destroy
+        ends it before. A window of its own ends with the last control in it. */
     TvResult (*Create)(const TvClassObject* self, const TvSite* site, TvControl* control);
 
     /** Ends a control of any class, and its subscriptions, as all functions from here on take one of any
@@ -427,10 +435,10 @@ struct TvClassObject
         read-only, TV_E_TYPEMISMATCH, TV_E_OVERFLOW, and TV_E_EXCEPTION for what the property raises.
         Takes other objects too. */
     TvResult (*Put)(TvHandle object, const char* property, const TvVariant* value);
-    /** Calls an operation. `arguments` may be null when there are none, `result` when it is not wanted; a
-        result is the caller's. TV_E_MEMBERNOTFOUND, TV_E_BADPARAMCOUNT, TV_E_INVALIDARG for a negative
-        count, TV_E_TYPEMISMATCH, TV_E_OVERFLOW, and TV_E_EXCEPTION for what the operation raises. Takes
-        other objects too. */
+    /** Calls an operation. `arguments` may be null when there are none, `result` when it is not wanted;
+        it may be one of the arguments, which are read before, and a result is the caller's.
+        TV_E_MEMBERNOTFOUND, TV_E_BADPARAMCOUNT, TV_E_INVALIDARG for a negative count, TV_E_TYPEMISMATCH,
+        TV_E_OVERFLOW, and TV_E_EXCEPTION for what the operation raises. Takes other objects too. */
     TvResult (*Call)(TvHandle object, const char* operation, const TvVariant* arguments,
                      int32_t argumentCount, TvVariant* result);
     /** Has an event answered until Unsubscribe or the object's end. `cookie` becomes what Unsubscribe
@@ -442,16 +450,18 @@ struct TvClassObject
     TvResult (*Unsubscribe)(TvHandle object, uint64_t cookie);
 
     /** The saved properties as a JSON object of those that differ from their defaults; the text is the
-        caller's. TV_E_NOINTERFACE for a handle that is no control's. */
+        caller's. TV_E_NOINTERFACE for a handle that is no control's, TV_E_EXCEPTION for what a property
+        raises. */
     TvResult (*SavedProperties)(TvControl control, TvVariant* json);
     /** Puts saved properties, and the default where one is missing. TV_E_INVALIDARG for what is no JSON
         object, TV_E_NOINTERFACE for a handle that is no control's. A property that fails is passed over,
-        or is TV_E_FAIL, as the class has it. */
+        or is TV_E_EXCEPTION, as the class has it. */
     TvResult (*RestoreProperties)(TvControl control, const char* json);
 
     /**
      * Calls the class's contract. Records and rows are objects from NewRecord, or texts of JSON; `arguments`
-     * may be null when there are none, `result` when it is not wanted. A result is the caller's.
+     * may be null when there are none, `result` when it is not wanted; it may be one of the arguments, which
+     * are read before. A result is the caller's.
      *
      * | contract | operation | result |
      * |---|---|---|
@@ -465,7 +475,8 @@ struct TvClassObject
      * The binding is a text {"FieldName": "...", "TableNo": 7}. TV_E_EXCEPTION for what the control raises,
      * by which it also refuses the save; TV_E_NOINTERFACE for a control without a contract,
      * TV_E_MEMBERNOTFOUND for an operation of another one, TV_E_BADPARAMCOUNT, TV_E_TYPEMISMATCH for an
-     * argument of another kind, TV_E_INVALIDARG for JSON that is no record.
+     * argument or a part of the binding of another kind, TV_E_INVALIDARG for JSON that is no record and for a
+     * negative count.
      */
     TvResult (*Contract)(TvControl control, const char* operation, const TvVariant* arguments,
                          int32_t argumentCount, TvVariant* result);
@@ -473,15 +484,17 @@ struct TvClassObject
     /** For programs that use Qt: the QObject behind a handle, which stays its owner's. TV_E_NOINTERFACE
         for a record. */
     TvResult (*QtObject)(TvHandle object, void** qobject);
-    /** For programs that use Qt: a handle for any QObject on this thread, which stays its owner's. */
+    /** For programs that use Qt: a handle for any QObject on this thread, which stays its owner's. It is the
+        same as long as the object lives. */
     TvResult (*HandleOf)(void* qobject, TvHandle* object);
 };
 
 /** Enters the classes into the user's file of registrations, in place of what it or another library has
-    entered for them. TV_E_REGISTRATION for a damaged file, which stays as it is; TV_E_CANNOTWRITE, also
-    while another program holds the file. */
+    entered for them. TV_E_REGISTRATION for a file that is damaged or cannot be read, which stays as it is;
+    TV_E_CANNOTWRITE, also while another program holds the file. */
 TV_EXPORT TvResult DllRegisterServer(void);
-/** Takes what this library has entered out of the file; TV_S_OK also when that is nothing.
+/** Takes what this library has entered out of the file, also under another name of its own file; TV_S_OK
+    also when that is nothing.
     TV_E_REGISTRATION and TV_E_CANNOTWRITE as DllRegisterServer. */
 TV_EXPORT TvResult DllUnregisterServer(void);
 /** The class or the library by its name and its interface: `*object` becomes a `const TvClassObject *` or
@@ -499,133 +512,8 @@ TV_EXPORT TvResult DllCanUnloadNow(void);
 #endif
 
 /* The loader, for C and C++ programs of platforms with dlopen; not where TV_NO_LOADER is defined. */
-#if !defined(TV_NO_LOADER) && !defined(_WIN32)
-
-#include <dlfcn.h>
-#include <stdio.h>
-#include <stdlib.h>
-#include <string.h>
-
-#ifdef __cplusplus
-extern "C" {
-#endif
-
-/** Bytes of the text that TvLoadProblem gives: a path and a sentence. */
-#define TV_LOAD_PROBLEM_SIZE 8192
-
-/** Why TvLoad of this source file failed last; valid until it is called again. */
-static inline char* TvLoadProblem(void)
-{
-    static char problem[TV_LOAD_PROBLEM_SIZE];
-    return problem;
-}
-
-/** Notes why TvLoad fails, and returns `result`. */
-static inline TvResult TvLoadFailed(TvResult result, const char* what, const char* detail)
-{
-    snprintf(TvLoadProblem(), TV_LOAD_PROBLEM_SIZE, "%s: %s", what, detail);
-    return result;
-}
-
-/** Puts the path of the user's file of registrations into `path`; 0 when it has no place. */
-static inline int TvRegistrationPath(char* path, size_t size)
-{
-    const char* data = getenv("XDG_DATA_HOME");
-    const char* home = getenv("HOME");
-    int length = -1;
-    if (data && data[0] == '/')
-        length = snprintf(path, size, "%s/TVBoundControls/components.ini", data);
-#if defined(__APPLE__)
-    else if (home)
-        length = snprintf(path, size, "%s/Library/Application Support/TVBoundControls/components.ini", home);
-#else
-    else if (home)
-        length = snprintf(path, size, "%s/.local/share/TVBoundControls/components.ini", home);
-#endif
-    return length > 0 && (size_t)length < size;
-}
-
-/** Reads what is registered for a class under `key`, such as "Library". TV_E_CLASSNOTREGISTERED where
-    nothing is, or where it does not fit into `size` bytes. */
-static inline TvResult TvRegistered(const char* className, const char* key, char* value, size_t size)
-{
-    char path[4096];
-    char line[8192];
-    FILE* file;
-    const size_t keyLength = strlen(key);
-    const size_t nameLength = strlen(className);
-    int inside = 0;
-    TvResult result = TV_E_CLASSNOTREGISTERED;
-    if (!TvRegistrationPath(path, sizeof path))
-        return TvLoadFailed(TV_E_CLASSNOTREGISTERED, className, "There is no folder for the user's data");
-    file = fopen(path, "r");
-    if (!file)
-        return TvLoadFailed(TV_E_CLASSNOTREGISTERED, path, "No control is registered");
-    while (fgets(line, sizeof line, file)) {
-        line[strcspn(line, "\r\n")] = 0;
-        if (line[0] == '[') {
-            inside = strncmp(line + 1, className, nameLength) == 0 && strcmp(line + 1 + nameLength, "]") == 0;
-        } else if (inside && strncmp(line, key, keyLength) == 0 && line[keyLength] == '=' &&
-                   strlen(line) - keyLength <= size) {
-            strcpy(value, line + keyLength + 1);
-            result = TV_S_OK;
-        }
-    }
-    fclose(file);
-    return result == TV_S_OK ? result : TvLoadFailed(result, className, "The class is not registered");
-}
-
-/** Loads the library that is registered for a class, and gives the class and what belongs to no class.
-    The library stays loaded, and both are its own; on failure, of which TvLoadProblem tells, neither is
-    to be used. TV_E_CLASSNOTREGISTERED for a class that nobody has registered, TV_E_VERSION for a library
-    of another version, TV_E_LIBRARY for one that cannot be loaded, and what DllGetClassObject answers. */
-static inline TvResult TvLoad(const char* className, const TvLibrary** library,
-                              const TvClassObject** classObject)
-{
-    typedef TvResult (*GetClassObject)(const char*, const char*, void**);
-    char path[4096];
-    char version[32];
-    void* module;
-    void* symbol;
-    void* object = NULL;
-    GetClassObject get;
-    TvResult result;
-    if (!className || !library || !classObject)
-        return TvLoadFailed(TV_E_POINTER, "TvLoad", "A pointer is null");
-    *library = NULL;
-    *classObject = NULL;
-    result = TvRegistered(className, "Library", path, sizeof path);
-    if (result == TV_S_OK)
-        result = TvRegistered(className, "Version", version, sizeof version);
-    if (result != TV_S_OK)
-        return result;
-    if (strncmp(version, "1.", 2) != 0)
-        return TvLoadFailed(TV_E_VERSION, className, "The registered library is of another version");
-    module = dlopen(path, RTLD_NOW | RTLD_LOCAL);
-    if (!module)
-        return TvLoadFailed(TV_E_LIBRARY, className, dlerror());
-    symbol = dlsym(module, "DllGetClassObject");
-    if (!symbol)
-        return TvLoadFailed(TV_E_LIBRARY, path, "The library has no DllGetClassObject");
-    memcpy(&get, &symbol, sizeof get);
-    result = get(TV_LIBRARY_CLASS, TV_LIBRARY_INTERFACE, &object);
-    if (result != TV_S_OK)
-        return TvLoadFailed(result, path, "The library has no TvLibrary");
-    *library = (const TvLibrary*)object;
-    result = get(className, TV_CLASS_INTERFACE, &object);
-    if (result != TV_S_OK)
-        return TvLoadFailed(result, path, "The library does not have the class that is registered for it");
-    *classObject = (const TvClassObject*)object;
-    if ((*library)->version != 1 || (*library)->size < sizeof(TvLibrary) || (*classObject)->version != 1 ||
-        (*classObject)->size < sizeof(TvClassObject))
-        return TvLoadFailed(TV_E_VERSION, path, "The library is older or other than this program expects");
-    return TV_S_OK;
-}
-
-#ifdef __cplusplus
-}
-#endif
-
+#if !defined(TV_NO_LOADER)
+#include "component/TVBoundControlsLoader.h"
 #endif
 
 #endif

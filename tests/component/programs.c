@@ -68,18 +68,42 @@ static int valuesWork(const TvLibrary *library)
     return 0;
 }
 
+/* The number of a window that is none. */
+static int isRefused(const char *window, const TvLibrary *library, const TvClassObject *sections)
+{
+    TvSite site = {sizeof(TvSite), TV_PARENT_NATIVE, 0, NULL, NULL, 0};
+    TvControl control = 7;
+    site.parent = strtoull(window, NULL, 10);
+    CHECK(sections->Create(sections, &site, &control) == TV_E_HANDLE);
+    CHECK(control == 0);
+    CHECK(library->EndApplication() == TV_S_OK);
+    return 0;
+}
+
 int main(int argc, char **argv)
 {
+    const char *asWindow = getenv("TV_TEST_WINDOW");
     const char *className = argc > 1 ? argv[1] : "TVBoundControls.LatLong";
-    const TvLibrary *library = NULL;
-    const TvClassObject *sections = NULL;
+    const TvLibrary noLibrary = {0};
+    const TvClassObject noClass = {0};
+    const TvLibrary *library = &noLibrary;
+    const TvClassObject *sections = &noClass;
+    const TvLibrary *other = &noLibrary;
+    const TvClassObject *otherClass = &noClass;
     const TvResult loaded = TvLoad(className, &library, &sections);
+    if (loaded != TV_S_OK)
+        CHECK(!library && !sections);
+    if (loaded == TV_S_OK && asWindow)
+        return isRefused(asWindow, library, sections);
     if (argc > 2) { /* how loading is expected to fail */
         printf("%s\n", TvLoadProblem());
         return loaded == (TvResult)strtol(argv[2], NULL, 10) ? 0 : 1;
     }
     CHECK(loaded == TV_S_OK);
-    CHECK(TvLoad(NULL, &library, &sections) == TV_E_POINTER);
+    CHECK(TvLoad(NULL, &other, &otherClass) == TV_E_POINTER);
+    CHECK(!other && !otherClass);
+    CHECK(TvLoad(className, NULL, &otherClass) == TV_E_POINTER);
+    CHECK(TvLoad(className, &other, NULL) == TV_E_POINTER);
     CHECK(strcmp(sections->className, className) == 0);
     if (valuesWork(library) != 0)
         return 1;
