@@ -1,5 +1,6 @@
 #include "designer/ControlSheet.h"
 
+#include "base/values/Variant.h"
 #include "designer/StartValues.h"
 
 #include <QMetaProperty>
@@ -158,30 +159,74 @@ void ControlSheet::refuse(const Entry& entry, const QVariant& value) const
         value.typeName());
 }
 
-void ControlSheet::setProperty(int index, const QVariant& value)
+void ControlSheet::put(int index, const Entry& entry, const QVariant& value)
 {
-    const Entry* entry = savedAt(index);
-    if (!entry) {
-        m_widgetSheet.setProperty(below(index), value);
-        return;
-    }
-    if (entry->editor == Editor::Plain || hasStandIn(*entry)) {
+    if (entry.editor == Editor::Plain || hasStandIn(entry)) {
         // What is shown tells what is taken; for texts and pictures the designer has types of its own.
         const QVariant shown = property(index);
         const bool isText = shown.typeId() != QMetaType::Bool && shown.typeId() != QMetaType::Int;
         if (value.typeId() != shown.typeId() && !(isText && value.typeId() == QMetaType::QString))
-            refuse(*entry, value);
-        else if (hasStandIn(*entry))
-            m_standInSheet.setProperty(m_standInSheet.indexOf(entry->name), value);
+            refuse(entry, value);
+        else if (hasStandIn(entry))
+            m_standInSheet.setProperty(m_standInSheet.indexOf(entry.name), value);
         else
             m_widgetSheet.setProperty(below(index), value);
         return;
     }
-    const QVariant taken = controlValue(entry->editor, value);
+    const QVariant taken = controlValue(entry.editor, value);
     if (taken.isValid())
-        m_control.setProperty(entry->name.toLatin1().constData(), taken);
+        m_control.setProperty(entry.name.toLatin1().constData(), taken);
     else
-        refuse(*entry, value);
+        refuse(entry, value);
+}
+
+void ControlSheet::putStart(int index, const Entry& entry)
+{
+    // What the designer keeps beside the value, as a picture's file, goes first.
+    if (hasStandIn(entry))
+        m_standInSheet.reset(m_standInSheet.indexOf(entry.name));
+    else if (entry.editor == Editor::Plain)
+        m_widgetSheet.reset(below(index));
+    m_control.setProperty(entry.name.toLatin1().constData(), startOf(entry));
+}
+
+SavedValues ControlSheet::values() const
+{
+    SavedValues values;
+    for (const Entry& entry : m_saved)
+        values.push_back(valueOf(entry));
+    return values;
+}
+
+void ControlSheet::restore(const SavedValues& values)
+{
+    // A second time for what a setter has changed of a property before it.
+    for (int turn = 0; turn < 2; ++turn) {
+        for (std::size_t i = 0; i < m_saved.size(); ++i) {
+            if (!SameValue(valueOf(m_saved[i]), values[i]))
+                m_control.setProperty(m_saved[i].name.toLatin1().constData(), values[i]);
+        }
+    }
+}
+
+template <typename Body>
+void ControlSheet::edit(int index, const QVariant& value, Body&& body)
+{
+    const std::optional<SavedValues> known =
+        m_history.begin({index, property(index), isChanged(index), values()}, value);
+    body();
+    SavedValues natural = values();
+    if (known)
+        restore(*known);
+    m_history.end(std::move(natural), values());
+}
+
+void ControlSheet::setProperty(int index, const QVariant& value)
+{
+    if (const Entry* entry = savedAt(index))
+        edit(index, value, [&] { put(index, *entry, value); });
+    else
+        m_widgetSheet.setProperty(below(index), value);
 }
 
 bool ControlSheet::hasReset(int index) const
@@ -194,12 +239,8 @@ bool ControlSheet::reset(int index)
     const Entry* entry = savedAt(index);
     if (!entry)
         return m_widgetSheet.reset(below(index));
-    // What the designer keeps beside the value, as a picture's file, goes first.
-    if (hasStandIn(*entry))
-        m_standInSheet.reset(m_standInSheet.indexOf(entry->name));
-    else if (entry->editor == Editor::Plain)
-        m_widgetSheet.reset(below(index));
-    return m_control.setProperty(entry->name.toLatin1().constData(), startOf(*entry));
+    edit(index, {}, [&] { putStart(index, *entry); });
+    return true;
 }
 
 bool ControlSheet::isChanged(int index) const
@@ -214,6 +255,14 @@ bool ControlSheet::isChanged(int index) const
 void ControlSheet::setChanged(int index, bool changed)
 {
     m_widgetSheet.setChanged(below(index), changed);
+    const Entry* entry = savedAt(index);
+    if (!entry)
+        return;
+    if (const std::optional<SavedValues> natural = m_history.confirm(index, changed))
+        restore(*natural);
+    if (!changed && !SameValue(valueOf(*entry), startOf(*entry)))
+        putStart(index, *entry);
+    m_history.settle(values());
 }
 
 } // namespace tavrin::designer

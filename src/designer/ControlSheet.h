@@ -1,5 +1,6 @@
 #pragma once
 
+#include "designer/EditHistory.h"
 #include "designer/EditorValue.h"
 #include "frame/control_frame/UserControl.h"
 
@@ -15,6 +16,9 @@ namespace tavrin::designer {
 /// The place of the widget comes behind them, for a form is loaded in this order and a control may take its
 /// size from what is put. A saved property counts as changed when a new control on that place would have
 /// another value, or when a form must hold it in any case.
+///
+/// The designer undoes an edit by putting what was shown before and then saying whether that counted as
+/// changed. One that did not is what a new control begins with; all else is what stood behind what was shown.
 class ControlSheet : public QObject, public QDesignerPropertySheetExtension
 {
     Q_OBJECT
@@ -58,6 +62,15 @@ private:
     bool isOwn(int index) const;
     QVariant valueOf(const Entry& entry) const;
     QVariant startOf(const Entry& entry) const;
+    SavedValues values() const;
+    /// Puts those that differ, through their setters.
+    void restore(const SavedValues& values);
+    /// Puts what the editor gives; what does not fit is told and left out.
+    void put(int index, const Entry& entry, const QVariant& value);
+    void putStart(int index, const Entry& entry);
+    /// Runs an edit of a saved property, as `put` with the value or, without one, as a reset.
+    template <typename Body>
+    void edit(int index, const QVariant& value, Body&& body);
     /// False where the editor's value needs no sheet of the designer's.
     bool hasStandIn(const Entry& entry) const;
     void refuse(const Entry& entry, const QVariant& value) const;
@@ -66,6 +79,7 @@ private:
     QDesignerPropertySheetExtension& m_widgetSheet;
     QDesignerPropertySheetExtension& m_standInSheet;
     std::vector<Entry> m_saved;
+    EditHistory m_history;
     /// The declared properties of the widget's sheet in the order of this one; those that follow have the
     /// same place in both.
     std::vector<int> m_order;

@@ -268,6 +268,8 @@ bool DesignerProbe::edit()
         QWidget* control = widget(name);
         if (kind == QLatin1String("undo"))
             form()->commandHistory()->undo();
+        else if (kind == QLatin1String("redo"))
+            form()->commandHistory()->redo();
         else if (kind == QLatin1String("reset"))
             form()->cursor()->resetWidgetProperty(control, property);
         else
@@ -285,8 +287,8 @@ bool DesignerProbe::chooseTable()
     QWidget* control = widget(QStringLiteral("autoCompleteField"));
     auto* menu = qt_extension<QDesignerTaskMenuExtension*>(m_core->extensionManager(), control);
     QAction* choose = menu ? menu->preferredEditAction() : nullptr;
-    if (!choose)
-        return false;
+    if (!choose) // the host names no tables
+        return true;
     QTimer answer;
     connect(&answer, &QTimer::timeout, this, [this, &answer] {
         auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());

@@ -1,0 +1,221 @@
+#include "designer/DesignerRun.h"
+#include "designer/UiForms.h"
+#include "support/TestCase.h"
+
+#include <QDomDocument>
+
+using namespace Qt::StringLiterals;
+using namespace tavrin;
+using namespace tavrin::test;
+
+namespace {
+
+/// One thing that a person does with a property in the property editor.
+struct Edit
+{
+    const char* property;
+    const char* kind;
+    QJsonValue value = {};
+};
+
+/// A control of the form that is edited, and what is saved of it.
+struct Case
+{
+    const char* name;
+    QString control;
+    QString held; ///< the properties that the form holds before
+    std::vector<Edit> edits;
+    QStringList saved;
+};
+
+const QString ChosenText =
+    uiProperty(u"Value"_s, u"<number>12</number>"_s) + uiProperty(u"Text"_s, u"<string>Handgun</string>"_s);
+const QString White =
+    uiProperty(u"BackColor"_s, u"<color><red>255</red><green>255</green><blue>255</blue></color>"_s);
+const QStringList BothSaved{u"TableNo=0"_s, u"Value=12"_s, u"Text=Handgun"_s};
+constexpr int ButtonFace = static_cast<int>(0x8000000FU);
+
+std::vector<Case> undoCases()
+{
+    return {
+        {"a colour undone",
+         u"EmployeePicker"_s,
+         {},
+         {{"BackColor", "color", u"#f0e090"_s}, {"BackColor", "undo"}},
+         {}},
+        {"a colour undone and done again",
+         u"EmployeePicker"_s,
+         {},
+         {{"BackColor", "color", u"#f0e090"_s}, {"BackColor", "undo"}, {"BackColor", "redo"}},
+         {u"BackColor=240 224 144"_s}},
+        {"a system colour undone",
+         u"EmployeePicker"_s,
+         {},
+         {{"BackColor", "number", ButtonFace}, {"BackColor", "undo"}},
+         {}},
+        {"back to a system colour",
+         u"NibrsOffensePicker"_s,
+         uiProperty(u"BackColor"_s, u"<number>-2147483633</number>"_s),
+         {{"BackColor", "color", u"#112233"_s}, {"BackColor", "undo"}},
+         {u"BackColor=-2147483633"_s}},
+        {"a fixed colour that looks like the start",
+         u"EmployeePicker"_s,
+         White,
+         {{"BackColor", "color", u"#112233"_s}, {"BackColor", "undo"}},
+         {u"BackColor=255 255 255"_s}},
+        {"a fixed colour put anew",
+         u"OffensePicker"_s,
+         White,
+         {{"ShowName", "boolean", false}},
+         {u"ShowName=false"_s, u"BackColor=255 255 255"_s}},
+        {"a reset undone",
+         u"EmployeePicker"_s,
+         White,
+         {{"BackColor", "reset"}, {"BackColor", "undo"}},
+         {u"BackColor=255 255 255"_s}},
+        {"a reset undone and done again",
+         u"EmployeePicker"_s,
+         White,
+         {{"BackColor", "reset"}, {"BackColor", "undo"}, {"BackColor", "redo"}},
+         {}},
+        {"a number undone",
+         u"AutoCompleteField"_s,
+         {},
+         {{"Value", "number", 12}, {"Value", "undo"}},
+         {u"TableNo=0"_s}},
+        {"a zero", u"AutoCompleteField"_s, {}, {{"Value", "number", 0}}, {u"TableNo=0"_s, u"Value=0"_s}},
+        {"a text undone", u"NibrsOffensePicker"_s, {}, {{"Value", "text", u"13A"_s}, {"Value", "undo"}}, {}},
+        {"a font undone",
+         u"FlatUserPicker"_s,
+         {},
+         {{"Font", "font", u"DejaVu Serif,13,-1,5,400,1,0,0,0,0"_s}, {"Font", "undo"}},
+         {}},
+        {"an emptied text takes the value along",
+         u"AutoCompleteField"_s,
+         ChosenText,
+         {{"Text", "text", u""_s}},
+         {u"TableNo=0"_s}},
+        {"an emptied text undone",
+         u"AutoCompleteField"_s,
+         ChosenText,
+         {{"Text", "text", u""_s}, {"Text", "undo"}},
+         BothSaved},
+        {"an emptied text undone and done again",
+         u"AutoCompleteField"_s,
+         ChosenText,
+         {{"Text", "text", u""_s}, {"Text", "undo"}, {"Text", "redo"}},
+         {u"TableNo=0"_s}},
+        {"a text that was reset, undone",
+         u"AutoCompleteField"_s,
+         ChosenText,
+         {{"Text", "reset"}, {"Text", "undo"}},
+         BothSaved},
+        // The designer takes two changes of one property that follow each other for one.
+        {"a text typed anew, undone",
+         u"AutoCompleteField"_s,
+         ChosenText,
+         {{"Text", "text", u""_s}, {"Text", "text", u"Rifle"_s}, {"Text", "undo"}},
+         BothSaved},
+        {"a text typed anew, undone and done again",
+         u"AutoCompleteField"_s,
+         ChosenText,
+         {{"Text", "text", u""_s}, {"Text", "text", u"Rifle"_s}, {"Text", "undo"}, {"Text", "redo"}},
+         {u"TableNo=0"_s, u"Text=Rifle"_s}},
+        {"several changes undone",
+         u"AutoCompleteField"_s,
+         ChosenText,
+         {{"Text", "text", u""_s},
+          {"Enabled", "boolean", false},
+          {"Text", "text", u"Rifle"_s},
+          {"Text", "undo"},
+          {"Text", "undo"},
+          {"Text", "undo"}},
+         BothSaved},
+    };
+}
+
+QString nameOf(std::size_t index)
+{
+    return u"it%1"_s.arg(index);
+}
+
+/// The control's own properties in a saved form: name=value; a text that is offered to translators ends
+/// with an asterisk.
+QStringList savedOf(const QString& fileName, const QString& name)
+{
+    QFile file(fileName);
+    QDomDocument document;
+    if (!file.open(QIODevice::ReadOnly) || !document.setContent(&file))
+        return {u"no form"_s};
+    QStringList saved;
+    const QDomNodeList properties = document.elementsByTagName(u"property"_s);
+    for (int i = 0; i < properties.size(); ++i) {
+        const QDomElement property = properties.at(i).toElement();
+        const QString key = property.attribute(u"name"_s);
+        if (property.parentNode().toElement().attribute(u"name"_s) != name || !key.at(0).isUpper())
+            continue;
+        const QDomElement value = property.firstChildElement();
+        QStringList parts;
+        for (QDomElement part = value.firstChildElement(); !part.isNull(); part = part.nextSiblingElement())
+            parts << part.text();
+        const bool isTranslatable = value.tagName() == "string"_L1 && value.attribute(u"notr"_s) != "true"_L1;
+        saved << key + u'=' + (parts.isEmpty() ? value.text() : parts.join(u' ')) +
+                     (isTranslatable ? u"*"_s : QString());
+    }
+    return saved;
+}
+
+} // namespace
+
+/// What Qt Designer saves of controls whose properties were edited there.
+class tst_DesignerEdits : public TestCase
+{
+    Q_OBJECT
+
+private:
+    const std::vector<Case> m_cases = undoCases();
+    DesignerRun m_run;
+    QString m_form;
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        if (const QString missing = DesignerRun::missing(); !missing.isEmpty())
+            QSKIP(qPrintable(missing));
+        QString widgets;
+        QJsonArray edits;
+        for (std::size_t i = 0; i < m_cases.size(); ++i) {
+            widgets += uiControl(m_cases[i].control, m_cases[i].held, nameOf(i));
+            for (const Edit& edit : m_cases[i].edits)
+                edits.append(QJsonObject{{u"object"_s, nameOf(i)},
+                                         {u"property"_s, QString::fromLatin1(edit.property)},
+                                         {u"kind"_s, QString::fromLatin1(edit.kind)},
+                                         {u"value"_s, edit.value}});
+        }
+        m_form = m_run.path(u"edits.ui"_s);
+        QFile file(m_form);
+        const QByteArray form =
+            uiForm(widgets + uiControl(u"AutoCompleteField"_s, {}, u"autoCompleteField"_s));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(form) == form.size());
+        file.close();
+        const QString fault = m_run.run(m_form, {{u"edits"_s, edits}});
+        QVERIFY2(fault.isEmpty(), qPrintable(fault));
+        QCOMPARE(m_run.output, QString());
+    }
+
+    void whatIsSavedFollowsUndoRedoAndReset_data()
+    {
+        QTest::addColumn<int>("row");
+        for (std::size_t i = 0; i < m_cases.size(); ++i)
+            QTest::newRow(m_cases[i].name) << static_cast<int>(i);
+    }
+    void whatIsSavedFollowsUndoRedoAndReset()
+    {
+        QFETCH(int, row);
+        QStringList saved = savedOf(m_form, nameOf(static_cast<std::size_t>(row)));
+        QCOMPARE(saved.replaceInStrings(u"*"_s, QString()), m_cases.at(static_cast<std::size_t>(row)).saved);
+    }
+};
+
+TAVRIN_TEST_MAIN(tst_DesignerEdits)
+#include "tst_DesignerEdits.moc"
