@@ -1,6 +1,7 @@
 #include "designer/ControlSheet.h"
 
 #include "base/values/Variant.h"
+#include "designer/PlainText.h"
 #include "designer/StartValues.h"
 
 #include <QMetaProperty>
@@ -38,6 +39,8 @@ ControlSheet::ControlSheet(UserControl& control, QDesignerPropertySheetExtension
     m_ownEnd = static_cast<int>(m_order.size());
     if (geometry >= 0)
         m_order.push_back(geometry);
+    for (std::size_t i = 0; i < m_saved.size(); ++i)
+        keepFromTranslators(m_ownBegin + static_cast<int>(i), m_saved[i]);
 }
 
 // Places
@@ -141,6 +144,25 @@ bool ControlSheet::hasStandIn(const Entry& entry) const
     return entry.editor == Editor::Text || entry.editor == Editor::Picture;
 }
 
+bool ControlSheet::isText(const Entry& entry) const
+{
+    const QMetaObject& meta = *m_control.metaObject();
+    return entry.editor == Editor::Text ||
+           (entry.editor == Editor::Plain &&
+            meta.property(meta.indexOfProperty(entry.name.toLatin1().constData())).typeId() ==
+                QMetaType::QString);
+}
+
+void ControlSheet::keepFromTranslators(int index, const Entry& entry)
+{
+    if (!isText(entry))
+        return;
+    QDesignerPropertySheetExtension& sheet = hasStandIn(entry) ? m_standInSheet : m_widgetSheet;
+    const int place = hasStandIn(entry) ? sheet.indexOf(entry.name) : below(index);
+    const QVariant text = valueOf(entry);
+    sheet.setProperty(place, plainText(sheet.property(place), IsNull(text) ? QString() : text.toString()));
+}
+
 QVariant ControlSheet::property(int index) const
 {
     const Entry* entry = savedAt(index);
@@ -161,11 +183,16 @@ void ControlSheet::refuse(const Entry& entry, const QVariant& value) const
 
 void ControlSheet::put(int index, const Entry& entry, const QVariant& value)
 {
+    if (isText(entry) && value.typeId() == QMetaType::QString) { // without a word about translators
+        const QVariant text = entry.editor == Editor::Text ? controlValue(entry.editor, value) : value;
+        m_control.setProperty(entry.name.toLatin1().constData(), text);
+        return;
+    }
     if (entry.editor == Editor::Plain || hasStandIn(entry)) {
         // What is shown tells what is taken; for texts and pictures the designer has types of its own.
         const QVariant shown = property(index);
-        const bool isText = shown.typeId() != QMetaType::Bool && shown.typeId() != QMetaType::Int;
-        if (value.typeId() != shown.typeId() && !(isText && value.typeId() == QMetaType::QString))
+        const bool isFile = entry.editor == Editor::Picture && value.typeId() == QMetaType::QString;
+        if (value.typeId() != shown.typeId() && !isFile)
             refuse(entry, value);
         else if (hasStandIn(entry))
             m_standInSheet.setProperty(m_standInSheet.indexOf(entry.name), value);
@@ -188,6 +215,7 @@ void ControlSheet::putStart(int index, const Entry& entry)
     else if (entry.editor == Editor::Plain)
         m_widgetSheet.reset(below(index));
     m_control.setProperty(entry.name.toLatin1().constData(), startOf(entry));
+    keepFromTranslators(index, entry);
 }
 
 SavedValues ControlSheet::values() const

@@ -17,6 +17,9 @@ namespace tavrin::designer {
 /// size from what is put. A saved property counts as changed when a new control on that place would have
 /// another value, or when a form must hold it in any case.
 ///
+/// Texts are put as they stand and in their order, and are no matter of translators, who would put them
+/// behind all else and at each change of the language anew; a person may say otherwise.
+///
 /// The designer undoes an edit by putting what was shown before and then saying whether that counted as
 /// changed. One that did not is what a new control begins with; all else is what stood behind what was shown.
 class ControlSheet : public QObject, public QDesignerPropertySheetExtension
@@ -73,6 +76,9 @@ private:
     void edit(int index, const QVariant& value, Body&& body);
     /// False where the editor's value needs no sheet of the designer's.
     bool hasStandIn(const Entry& entry) const;
+    bool isText(const Entry& entry) const;
+    /// Takes a text that the control has away from translators.
+    void keepFromTranslators(int index, const Entry& entry);
     void refuse(const Entry& entry, const QVariant& value) const;
 
     UserControl& m_control;
