@@ -3,7 +3,9 @@
 #include "ui_AllControls.h"
 
 #include <QFile>
+#include <QRegularExpression>
 
+using namespace Qt::StringLiterals;
 using namespace tavrin;
 using namespace tavrin::test;
 
@@ -150,6 +152,49 @@ private Q_SLOTS:
         // A control of the form has what the form says, and not what it began with.
         if (control != QLatin1String("MultiValue") && !ofCompiled->savedProperties().empty())
             QVERIFY(savedState(*ofCompiled) != savedState(*dropped(control)));
+    }
+
+    void aCompiledFormPutsThePropertiesInTheOrderOfTheForm_data() { addControlRows(); }
+    void aCompiledFormPutsThePropertiesInTheOrderOfTheForm()
+    {
+        QFETCH(QString, control);
+        const QString name = control.left(1).toLower() + control.mid(1);
+        QFile form(QStringLiteral(TAVRIN_FORMS "/AllControls.ui"));
+        QFile code(QStringLiteral(TAVRIN_COMPILED_FORM));
+        QVERIFY(form.open(QIODevice::ReadOnly) && code.open(QIODevice::ReadOnly));
+        const QString ofForm =
+            QString::fromUtf8(form.readAll()).section(name, 1).section(u"</widget>"_s, 0, 0);
+        const auto found = [](const QString& text, const QString& pattern) {
+            QStringList names;
+            QRegularExpressionMatchIterator matches = QRegularExpression(pattern).globalMatch(text);
+            while (matches.hasNext())
+                names << matches.next().captured(1);
+            return names;
+        };
+        QCOMPARE(found(QString::fromUtf8(code.readAll()), name + u"->setProperty\\(\"(\\w+)\""_s),
+                 found(ofForm, u"<property name=\"([A-Z]\\w*)\""_s));
+    }
+
+    void whatAPersonHasChosenStaysWhenTheLanguageChanges_data() { addControlRows(); }
+    void whatAPersonHasChosenStaysWhenTheLanguageChanges()
+    {
+        QFETCH(QString, control);
+        Application application;
+        QWidget compiled;
+        Ui::AllControls ui;
+        ui.setupUi(&compiled);
+        auto* made = compiled.findChild<UserControl*>(control.left(1).toLower() + control.mid(1));
+        QVERIFY(made);
+        for (const SavedProperty& property : made->savedProperties()) {
+            if (property.kind == PropertyKind::Text)
+                made->setProperty(property.key.toLatin1().constData(), QStringLiteral("chosen"));
+            if (property.kind == PropertyKind::Variant)
+                made->setProperty(property.key.toLatin1().constData(), Null());
+        }
+        const QByteArray chosen = savedState(*made);
+        ui.retranslateUi(&compiled);
+        ui.retranslateUi(&compiled);
+        QCOMPARE(savedState(*made), chosen);
     }
 
     void aSystemColorTravelsAsItsNumber()
