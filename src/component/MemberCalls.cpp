@@ -54,7 +54,7 @@ QVariant getProperty(QObject& object, const QString& name)
     Slot slot(object.metaObject()->property(member.index).metaType());
     runMember([&] {
         void* arguments[] = {slot.data()};
-        const RaiseByName raising;
+        const RaiseByName raising(object, member.name.toLatin1());
         object.qt_metacall(QMetaObject::ReadProperty, member.index, arguments);
     });
     return slot.value();
@@ -72,7 +72,7 @@ void putProperty(QObject& object, const QString& name, const QVariant& value)
         int status = -1;
         int flags = 0;
         void* arguments[] = {slot.data(), nullptr, &status, &flags};
-        const RaiseByName raising;
+        const RaiseByName raising(object, member.name.toLatin1());
         object.qt_metacall(QMetaObject::WriteProperty, member.index, arguments);
     });
 }

@@ -176,25 +176,25 @@ QString AgencyPicker::ShortText() const
 
 void AgencyPicker::putValue(const QVariant& value)
 {
-    byName("AgencyPicker.Value", [&] { SetValue(value); });
+    byName(*this, "AgencyPicker.Value", [&] { SetValue(value); });
 }
 
 void AgencyPicker::putListAllAgencies(bool listAll)
 {
-    byName("AgencyPicker.ListAllAgencies", [&] { SetListAllAgencies(listAll); });
+    byName(*this, "AgencyPicker.ListAllAgencies", [&] { SetListAllAgencies(listAll); });
 }
 
 QString AgencyPicker::tellFullText() const
 {
     QString text;
-    byName("AgencyPicker.FullText", [&] { text = FullText(); });
+    byName(*this, "AgencyPicker.FullText", [&] { text = FullText(); });
     return text;
 }
 
 QString AgencyPicker::tellShortText() const
 {
     QString text;
-    byName("AgencyPicker.ShortText", [&] { text = ShortText(); });
+    byName(*this, "AgencyPicker.ShortText", [&] { text = ShortText(); });
     return text;
 }
 

@@ -183,17 +183,17 @@ void AutoCompleteField::SetForeColor(Color color)
 
 void AutoCompleteField::putTableNo(TableNumber tableNo)
 {
-    byName("AutoCompleteField.TableNo", [&] { SetTableNo(tableNo); });
+    byName(*this, "AutoCompleteField.TableNo", [&] { SetTableNo(tableNo); });
 }
 
 void AutoCompleteField::putIncludeInactiveValues(bool include)
 {
-    byName("AutoCompleteField.IncludeInactiveValues", [&] { SetIncludeInactiveValues(include); });
+    byName(*this, "AutoCompleteField.IncludeInactiveValues", [&] { SetIncludeInactiveValues(include); });
 }
 
 void AutoCompleteField::putText(const QVariant& text)
 {
-    byName("AutoCompleteField.Text", [&] { SetText(text); });
+    byName(*this, "AutoCompleteField.Text", [&] { SetText(text); });
 }
 
 void AutoCompleteField::ReloadList()

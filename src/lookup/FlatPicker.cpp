@@ -150,22 +150,22 @@ QString FlatPicker::ShortText() const
 
 void FlatPicker::putCaption(const QString& caption)
 {
-    byName(d->member("Caption").constData(), [&] { SetCaption(caption); });
+    byName(*this, d->member("Caption").constData(), [&] { SetCaption(caption); });
 }
 
 void FlatPicker::putRequired(bool required)
 {
-    byName(d->member("Required").constData(), [&] { SetRequired(required); });
+    byName(*this, d->member("Required").constData(), [&] { SetRequired(required); });
 }
 
 void FlatPicker::putEnabled(bool enabled)
 {
-    byName(d->member("Enabled").constData(), [&] { SetEnabled(enabled); });
+    byName(*this, d->member("Enabled").constData(), [&] { SetEnabled(enabled); });
 }
 
 void FlatPicker::putFont(const FontPtr& font)
 {
-    byName(d->member("Font").constData(), [&] { SetFont(font); });
+    byName(*this, d->member("Font").constData(), [&] { SetFont(font); });
 }
 
 SavedProperty FlatPicker::Private::captionProperty()

@@ -152,19 +152,19 @@ void NibrsOffensePicker::TavrinControl_SetValue(const QVariant& value, const Use
 QVariant NibrsOffensePicker::tellValue() const
 {
     QVariant value;
-    byName("NibrsOffensePicker.Value", [&] { value = Value(); });
+    byName(*this, "NibrsOffensePicker.Value", [&] { value = Value(); });
     return value;
 }
 
 void NibrsOffensePicker::putValue(const QVariant& value)
 {
-    byName("NibrsOffensePicker.Value", [&] { SetValue(value); });
+    byName(*this, "NibrsOffensePicker.Value", [&] { SetValue(value); });
 }
 
 bool NibrsOffensePicker::tellValueIsNull() const
 {
     bool isNull = false;
-    byName("NibrsOffensePicker.ValueIsNull", [&] { isNull = ValueIsNull(); });
+    byName(*this, "NibrsOffensePicker.ValueIsNull", [&] { isNull = ValueIsNull(); });
     return isNull;
 }
 

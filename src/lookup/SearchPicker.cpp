@@ -158,20 +158,20 @@ QByteArray SearchPicker::Private::member(const char* name) const
 
 void SearchPicker::putValue(const QVariant& value)
 {
-    byName(d->member("Value").constData(), [&] { SetValue(value); });
+    byName(*this, d->member("Value").constData(), [&] { SetValue(value); });
 }
 
 QString SearchPicker::tellFullText() const
 {
     QString text;
-    byName(d->member("FullText").constData(), [&] { text = FullText(); });
+    byName(*this, d->member("FullText").constData(), [&] { text = FullText(); });
     return text;
 }
 
 QString SearchPicker::tellShortText() const
 {
     QString text;
-    byName(d->member("ShortText").constData(), [&] { text = ShortText(); });
+    byName(*this, d->member("ShortText").constData(), [&] { text = ShortText(); });
     return text;
 }
 

@@ -154,7 +154,7 @@ void MultiValue::SetEnabled(bool enabled)
 
 void MultiValue::putEnabled(bool enabled)
 {
-    byName("MultiValue.Enabled", [&] { SetEnabled(enabled); });
+    byName(*this, "MultiValue.Enabled", [&] { SetEnabled(enabled); });
 }
 
 SavedProperties MultiValue::savedProperties()

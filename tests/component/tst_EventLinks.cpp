@@ -131,6 +131,39 @@ private Q_SLOTS:
         QCOMPARE(heard, QStringList({u"9 I have no time Change"_s}));
     }
 
+    void aStrangersPutInsideAPutKeepsItsFailureFromTheProgram_data()
+    {
+        QTest::addColumn<QByteArray>("property");
+        QTest::addColumn<bool>("ofItself");
+        for (const char* property : {"ShowName", "Enabled", "BackColor", "Value"}) {
+            QTest::addRow("%s", property) << QByteArray(property) << false;
+            QTest::addRow("%s of itself", property) << QByteArray(property) << true;
+        }
+    }
+    void aStrangersPutInsideAPutKeepsItsFailureFromTheProgram()
+    {
+        QFETCH(QByteArray, property);
+        QFETCH(bool, ofItself);
+        const Unhandled unhandled;
+        EmployeePicker other;
+        auto* picker = qobject_cast<EmployeePicker*>(m_made->object());
+        QObject* put = ofItself ? static_cast<QObject*>(picker) : &other;
+        bool isInside = false;
+        const auto putWrongly = [&] {
+            if (!std::exchange(isInside, true)) // its own value tells of itself
+                QVERIFY(put->setProperty("Value", u"'"_s));
+        };
+        connect(picker, &EmployeePicker::PropertyChanged, &other, putWrongly);
+        connect(picker, &EmployeePicker::Change, &other, putWrongly);
+        const TvVariant value = property == "Value"       ? of(11)
+                                : property == "BackColor" ? colored(0x112233)
+                                                          : of(false);
+        QCOMPARE(functions().Put(m_made->handle, property.constData(), &value), TV_S_OK);
+        QCOMPARE(unhandled.texts.size(), 1);
+        QVERIFY2(unhandled.texts.constFirst().startsWith(u"EmployeePicker.Value: "_s),
+                 qPrintable(unhandled.texts.constFirst()));
+    }
+
     void whatIsUnsubscribedIsNotCalledAgain()
     {
         const uint64_t cookie = subscribe("Change");

@@ -64,7 +64,7 @@ void call(QObject& object, QMetaObject::Call kind, const char* name, QVariant& v
     int flags = 0;
     void* const data = type == QMetaType::fromType<QVariant>() ? &value : value.data();
     std::array<void*, 4> arguments{data, &value, &status, &flags};
-    const RaiseByName raise;
+    const RaiseByName raise(object, name);
     object.qt_metacall(kind, index, arguments.data());
 }
 

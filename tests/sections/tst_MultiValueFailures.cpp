@@ -122,7 +122,7 @@ private Q_SLOTS:
         form.fill({11, 12});
         form.host.failWith(Error(u"no table"_s, 7));
         QCOMPARE(raisedBy([&] { form.control->SetEnabled(false); }).Number, 7);
-        const RaiseByName raise;
+        const RaiseByName raise(*form.control, "Enabled");
         const int index = form.control->metaObject()->indexOfProperty("Enabled");
         bool enabled = true;
         void* arguments[] = {&enabled};

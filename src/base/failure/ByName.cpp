@@ -3,22 +3,28 @@
 namespace tavrin {
 
 namespace {
-thread_local bool mayRaise = false;
-}
+/// The one that lives and began last.
+thread_local RaiseByName* innermost = nullptr;
+} // namespace
 
-RaiseByName::RaiseByName()
+RaiseByName::RaiseByName(const QObject& object, const QByteArray& property)
+    : m_object(&object)
+    , m_ending('.' + property)
+    , m_outer(std::exchange(innermost, this))
 {
-    mayRaise = true;
 }
 
 RaiseByName::~RaiseByName()
 {
-    mayRaise = false;
+    innermost = m_outer;
 }
 
-bool RaiseByName::take()
+bool RaiseByName::take(const QObject& object, const char* where)
 {
-    return std::exchange(mayRaise, false);
+    if (!innermost || innermost->m_object != &object || !QByteArrayView(where).endsWith(innermost->m_ending))
+        return false;
+    innermost->m_object = nullptr;
+    return true;
 }
 
 } // namespace tavrin

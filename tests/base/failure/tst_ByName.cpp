@@ -10,9 +10,9 @@ using tavrin::test::Unhandled;
 
 namespace {
 
-void putWithoutHost()
+void fail()
 {
-    byName("TableNo", [] { throw Error(u"There is no host"_s); });
+    throw Error(u"There is no host"_s);
 }
 
 } // namespace
@@ -21,35 +21,64 @@ class tst_ByName : public tavrin::test::TestCase
 {
     Q_OBJECT
 
+private:
+    QObject m_field;
+    QObject m_other;
+
+    void putWithoutHost() const { byName(m_field, "Field.TableNo", fail); }
+
 private Q_SLOTS:
     void aFailureGoesToTheHandlerOfUnhandledErrors()
     {
         Unhandled unhandled;
         putWithoutHost();
-        QCOMPARE(unhandled.texts, QStringList{u"TableNo: There is no host"_s});
+        QCOMPARE(unhandled.texts, QStringList{u"Field.TableNo: There is no host"_s});
     }
 
     void aFailurePassesToACallerThatAskedForIt()
     {
         Unhandled unhandled;
-        const RaiseByName raise;
-        QCOMPARE(raisedBy(putWithoutHost).Description, u"There is no host"_s);
+        const RaiseByName raise(m_field, "TableNo");
+        QCOMPARE(raisedBy([this] { putWithoutHost(); }).Description, u"There is no host"_s);
         QCOMPARE(unhandled.texts, QStringList());
     }
 
-    void onlyTheFirstPropertyPassesItsFailureOn()
+    void onlyTheFirstTimeTheFailurePasses()
     {
         Unhandled unhandled;
         {
-            const RaiseByName raise;
-            byName("Value", [] { putWithoutHost(); });
+            const RaiseByName raise(m_field, "TableNo");
+            byName(m_field, "Field.TableNo", [this] { putWithoutHost(); });
         }
-        QCOMPARE(unhandled.texts, QStringList{u"TableNo: There is no host"_s});
+        QCOMPARE(unhandled.texts.size(), 1);
         {
-            const RaiseByName raise;
+            const RaiseByName raise(m_field, "TableNo");
         }
         putWithoutHost();
         QCOMPARE(unhandled.texts.size(), 2);
+    }
+
+    void theFailureOfAnotherPropertyOrObjectDoesNotPass()
+    {
+        Unhandled unhandled;
+        const RaiseByName raise(m_field, "TableNo");
+        byName(m_other, "Field.TableNo", fail);
+        byName(m_field, "Field.Value", fail);
+        byName(m_field, "Field.OtherTableNo", fail);
+        QCOMPARE(unhandled.texts.size(), 3);
+        QVERIFY(raisedBy([this] { putWithoutHost(); }).Number != 0);
+    }
+
+    void anOuterCallerIsAskedForAgainBehindAnInnerOne()
+    {
+        Unhandled unhandled;
+        const RaiseByName outer(m_field, "TableNo");
+        {
+            const RaiseByName inner(m_other, "Value");
+            putWithoutHost();
+            QCOMPARE(unhandled.texts.size(), 1);
+        }
+        QVERIFY(raisedBy([this] { putWithoutHost(); }).Number != 0);
     }
 };
 
