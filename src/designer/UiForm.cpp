@@ -1,17 +1,16 @@
 #include "designer/UiForm.h"
 
 #include "base/failure/Error.h"
-#include "base/values/Color.h"
-#include "base/values/Font.h"
+#include "base/failure/Guard.h"
 #include "component/ClassRegister.h"
+#include "designer/UiFormContent.h"
 
 #include <QBuffer>
 #include <QFile>
-#include <QMetaProperty>
-#include <QXmlStreamReader>
+#include <QFileInfo>
+#include <QPointer>
+#include <QSet>
 #include <QtUiTools/QUiLoader>
-
-#include <vector>
 
 namespace tavrin {
 
@@ -19,172 +18,126 @@ namespace {
 
 constexpr QLatin1String Namespace("tavrin::");
 
-/// Notes what is wrong, with the file before it.
-class Problems
-{
-public:
-    Problems(const QString& fileName, QStringList& texts)
-        : m_fileName(fileName)
-        , m_texts(texts)
-    {
-    }
-    void add(const QString& problem) { m_texts << m_fileName + QStringLiteral(": ") + problem; }
-
-private:
-    QString m_fileName;
-    QStringList& m_texts;
-};
-
 class Loader final : public QUiLoader
 {
 public:
-    explicit Loader(Problems& problems)
-        : m_problems(problems)
+    Loader(const UiFormContent& content, UiFormProblems& problems)
+        : m_content(content)
+        , m_problems(problems)
     {
+        const QStringList known = availableWidgets();
+        m_known = {known.begin(), known.end()};
+        m_known.insert(QStringLiteral("Line")); // Qt's loader makes it and does not name it
     }
 
     QWidget* createWidget(const QString& className, QWidget* parent, const QString& name) override
     {
-        if (!className.startsWith(Namespace))
-            return QUiLoader::createWidget(className, parent, name);
+        m_current = name;
+        if (className.startsWith(Namespace))
+            m_made = createControl(className.mid(Namespace.size()), parent, name);
+        else if (m_known.contains(className))
+            m_made = QUiLoader::createWidget(className, parent, name);
+        else
+            m_made = createInItsPlace(className, parent, name);
+        return m_made;
+    }
+
+    /// A failure that nobody caught while the form is made: the loader puts the properties of a widget once
+    /// it has made it.
+    void noteFailure(const Error& error, const QString& where)
+    {
+        const auto* control = qobject_cast<const UserControl*>(m_made.get());
+        const QString type = control ? control->typeName() + u'.' : QString();
+        if (control && where.startsWith(type))
+            m_problems.addOfControl(
+                m_current,
+                QStringLiteral("The property %1: %2").arg(where.mid(type.size()), error.Description));
+        else
+            m_problems.add(where + QStringLiteral(": ") + error.Description);
+    }
+
+private:
+    QWidget* createControl(const QString& control, QWidget* parent, const QString& name)
+    {
         try {
-            const QString control = className.mid(Namespace.size());
             return publicControls().create(QStringLiteral("TVBoundControls.") + control, parent, {name});
         } catch (...) {
-            m_problems.add(
-                QStringLiteral("control \"%1\": %2.").arg(name, Error::fromCurrentException().Description));
+            m_problems.addOfControl(name, Error::fromCurrentException().Description);
         }
+        return emptyWidget(parent, name);
+    }
+
+    /// Of a class that is not there: what the form says that it extends.
+    QWidget* createInItsPlace(const QString& className, QWidget* parent, const QString& name)
+    {
+        m_problems.addOfWidget(name, QStringLiteral("There is no class %1").arg(className));
+        QSet<QString> seen; // a form may name classes as each other's base
+        QString base = m_content.baseOf(className);
+        while (!base.isEmpty() && !seen.contains(base)) {
+            if (base.startsWith(Namespace) || m_known.contains(base))
+                return createWidget(base, parent, name);
+            seen.insert(base);
+            base = m_content.baseOf(base);
+        }
+        return emptyWidget(parent, name);
+    }
+
+    static QWidget* emptyWidget(QWidget* parent, const QString& name)
+    {
         auto* nothing = new QWidget(parent);
         nothing->setObjectName(name);
         return nothing;
     }
 
+    const UiFormContent& m_content;
+    UiFormProblems& m_problems;
+    QSet<QString> m_known;
+    QString m_current;
+    QPointer<QWidget> m_made;
+};
+
+/// Sends failures that nobody catches to a loader, and no longer than it works.
+class FailuresOfLoading
+{
+public:
+    explicit FailuresOfLoading(Loader& loader)
+        : m_before(setUnhandledErrorHandler(
+              [&loader](const Error& error, const QString& where) { loader.noteFailure(error, where); }))
+    {
+    }
+    ~FailuresOfLoading() { setUnhandledErrorHandler(m_before); }
+    FailuresOfLoading(const FailuresOfLoading&) = delete;
+    FailuresOfLoading& operator=(const FailuresOfLoading&) = delete;
+
 private:
-    Problems& m_problems;
+    UnhandledErrorHandler m_before;
 };
-
-/// One property of a control in the file, with the element that holds its value.
-struct SavedValue
-{
-    QString control;
-    QString property;
-    QString element;
-};
-
-std::vector<SavedValue> controlValues(const QByteArray& content)
-{
-    std::vector<SavedValue> values;
-    QStringList path; // of elements, a widget with its name
-    QXmlStreamReader xml(content);
-    QString property;
-    while (!xml.atEnd()) {
-        xml.readNext();
-        if (xml.isEndElement() && !path.isEmpty())
-            path.removeLast();
-        if (!xml.isStartElement())
-            continue;
-        const QString above = path.value(path.size() - 1);
-        const QString element = xml.name().toString();
-        const QXmlStreamAttributes attributes = xml.attributes();
-        if (above == QLatin1String("property") && path.value(path.size() - 2).startsWith(Namespace)) {
-            const QString control = path.value(path.size() - 2).section(u'/', 1);
-            values.push_back({control, property, element});
-        }
-        if (element == QLatin1String("property"))
-            property = attributes.value(QLatin1String("name")).toString();
-        const bool isControl = element == QLatin1String("widget") &&
-                               attributes.value(QLatin1String("class")).startsWith(Namespace);
-        path << (isControl ? QString(Namespace) + u'/' + attributes.value(QLatin1String("name")).toString()
-                           : element);
-    }
-    return values;
-}
-
-/// What keeps it from being read at all; "" for nothing. Asked first, since Qt's loader prints it besides.
-QString faultOf(const QByteArray& content)
-{
-    QXmlStreamReader xml(content);
-    while (!xml.atEnd())
-        xml.readNext();
-    return xml.hasError() ? QStringLiteral("line %1, column %2: %3")
-                                .arg(xml.lineNumber())
-                                .arg(xml.columnNumber())
-                                .arg(xml.errorString())
-                          : QString();
-}
-
-/// The elements that hold a value of a type.
-QStringList elementsOf(QMetaType type)
-{
-    if (type == QMetaType::fromType<Color>())
-        return {QStringLiteral("color"), QStringLiteral("number"), QStringLiteral("uInt")};
-    if (type == QMetaType::fromType<FontPtr>())
-        return {QStringLiteral("font")};
-    switch (type.id()) {
-    case QMetaType::QImage:
-        return {QStringLiteral("pixmap")};
-    case QMetaType::Bool:
-        return {QStringLiteral("bool")};
-    case QMetaType::Int:
-        return {QStringLiteral("number")};
-    case QMetaType::QString:
-        return {QStringLiteral("string")};
-    default:
-        return {QStringLiteral("string"), QStringLiteral("number"), QStringLiteral("double")};
-    }
-}
-
-void check(const SavedValue& saved, const QWidget& form, Problems& problems)
-{
-    const bool isForm = form.objectName() == saved.control;
-    const QWidget* widget = isForm ? &form : form.findChild<QWidget*>(saved.control);
-    const auto* control = qobject_cast<const UserControl*>(widget);
-    if (!control || !saved.property.at(0).isUpper())
-        return;
-    const QMetaObject& meta = *control->metaObject();
-    const int index = meta.indexOfProperty(saved.property.toLatin1().constData());
-    const QString place = QStringLiteral("control \"%1\": ").arg(saved.control);
-    if (index < 0) {
-        problems.add(place +
-                     QStringLiteral("%1 has no property %2.").arg(control->typeName(), saved.property));
-        return;
-    }
-    const QMetaProperty property = meta.property(index);
-    if (!property.isWritable())
-        problems.add(place + QStringLiteral("The property %1 can only be read.").arg(saved.property));
-    else if (!elementsOf(property.metaType()).contains(saved.element))
-        problems.add(
-            place +
-            QStringLiteral("The property %1 cannot be read from a <%2>.").arg(saved.property, saved.element));
-}
 
 } // namespace
 
 QWidget* loadUiForm(const QString& fileName, QWidget* parent, QStringList& texts)
 {
-    Problems problems(fileName, texts);
+    UiFormProblems problems(fileName, texts);
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly)) {
-        problems.add(file.errorString() + u'.');
+        problems.add(file.errorString());
         return nullptr;
     }
-    QByteArray content = file.readAll();
-    if (const QString fault = faultOf(content); !fault.isEmpty()) {
+    const QDir folder = QFileInfo(fileName).absoluteDir();
+    const UiFormContent content(file.readAll(), folder);
+    if (const QString fault = content.fault(); !fault.isEmpty()) {
         problems.add(fault);
         return nullptr;
     }
-    QBuffer device(&content);
+    QByteArray checked = content.forLoader(problems);
+    QBuffer device(&checked);
     device.open(QIODevice::ReadOnly);
-    Loader loader(problems);
+    Loader loader(content, problems);
+    loader.setWorkingDirectory(folder);
+    const FailuresOfLoading failures(loader);
     QWidget* form = loader.load(&device, parent);
-    if (!form) {
+    if (!form)
         problems.add(loader.errorString());
-        return nullptr;
-    }
-    for (const SavedValue& saved : controlValues(content)) {
-        if (!saved.property.isEmpty())
-            check(saved, *form, problems);
-    }
     return form;
 }
 
