@@ -73,13 +73,24 @@ void ControlMenu::addColorMenu(const char* property)
     m_actions << menu->menuAction();
 }
 
+bool ControlMenu::offersTable() const
+{
+    if (m_chooseTable) // which nobody can trigger while it is hidden
+        m_chooseTable->setVisible(!installedCodeTables().isEmpty());
+    return m_chooseTable && m_chooseTable->isVisible();
+}
+
 QList<QAction*> ControlMenu::taskActions() const
 {
-    if (m_chooseTable) // a host may have installed its names meanwhile
-        m_chooseTable->setVisible(!installedCodeTables().isEmpty());
+    offersTable();
     for (const auto& menu : m_menus)
         markColor(*menu);
     return m_actions;
+}
+
+QAction* ControlMenu::preferredEditAction() const
+{
+    return offersTable() ? m_chooseTable : nullptr;
 }
 
 void ControlMenu::markColor(const QMenu& menu) const

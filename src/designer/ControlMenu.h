@@ -23,13 +23,16 @@ public:
     ~ControlMenu() override;
 
     QList<QAction*> taskActions() const override;
-    QAction* preferredEditAction() const override { return m_chooseTable; }
+    /// For a double click: to choose a table, where there is one to choose.
+    QAction* preferredEditAction() const override;
 
 private:
     void addTableAction(const char* property);
     void addColorMenu(const char* property);
     /// The editor shows a system colour as its number; the menu tells which it is.
     void markColor(const QMenu& menu) const;
+    /// Whether there is a table to choose: a host may have installed its names meanwhile.
+    bool offersTable() const;
     void chooseTable(const QString& property);
     /// As the property editor does: it can be undone.
     void put(const QString& property, const QVariant& value);
