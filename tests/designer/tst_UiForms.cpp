@@ -28,12 +28,15 @@ struct Application
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
 
-    /// What the host was asked since the last time, each question once.
-    QSet<QString> questions()
+    /// What the host was asked since the last time, in its order; but for the theme and its units, for which
+    /// a control asks each time that it is laid out.
+    QStringList questions()
     {
-        const QStringList log = std::exchange(host.state().log, {});
         modUtils::ReleaseNibrsModule(); // the next one asks for it again
-        return {log.begin(), log.end()};
+        static const QRegularExpression ofTheLook(u"^(ScaleModeFromUnits|TextBoxColors|ShadeColor)"_s);
+        QStringList asked = std::exchange(host.state().log, {});
+        asked.removeIf([](const QString& question) { return ofTheLook.match(question).hasMatch(); });
+        return asked;
     }
 
     FakeHost host;
@@ -90,7 +93,7 @@ private Q_SLOTS:
             properties += uiProperty(property.key, other.ui);
         }
         FromBag restored(control, bag);
-        const QSet<QString> askedByBag = application.questions();
+        const QStringList askedByBag = application.questions();
         // As the designer saves it: the place comes behind what the control may take its size from.
         const std::unique_ptr<QWidget> form = loadByQt(uiForm(uiControl(control, properties)));
         QVERIFY(form);
@@ -98,8 +101,9 @@ private Q_SLOTS:
         QVERIFY(loaded);
         QVERIFY(loaded->ambient().UserMode());
         QCOMPARE(loaded->typeName(), control);
+        const QStringList asked = application.questions();
         QCOMPARE(savedState(*loaded), savedState(*restored.made));
-        QCOMPARE(application.questions(), askedByBag);
+        QCOMPARE(asked, askedByBag);
         QCOMPARE(shown(*form, *loaded), shown(restored.form, *restored.made));
     }
 
@@ -116,16 +120,62 @@ private Q_SLOTS:
         if (control == QLatin1String("AutoCompleteField"))
             properties = uiProperty(QStringLiteral("TableNo"), QStringLiteral("<number>0</number>"));
         FromBag restored(control, bag);
-        const QSet<QString> askedByBag = application.questions();
+        const QStringList askedByBag = application.questions();
         const std::unique_ptr<QWidget> form = loadByQt(uiForm(uiControl(control, properties)));
         QVERIFY(form);
         auto* loaded = form->findChild<UserControl*>(QStringLiteral("it"));
         QVERIFY(loaded);
-        QCOMPARE(application.questions(), askedByBag);
+        QStringList expected = askedByBag;
+        if (control == "AutoCompleteField"_L1) // a bag loads it for the inactive values once more
+            expected.remove(0, 2);
+        if (control == "NibrsOffensePicker"_L1) // a bag puts Null, for which it looks among the codes
+            expected.removeLast();
+        QCOMPARE(application.questions(), expected);
         QCOMPARE(shown(*form, *loaded), shown(restored.form, *restored.made));
         // The flat pickers have the theme's colours from the beginning when new, and once they show when
         // restored.
         QCOMPARE(savedState(*loaded), savedState(*restored.made));
+    }
+
+    void aFontThatTheFormDoesNotHoldIsThatOfTheBag_data()
+    {
+        QTest::addColumn<QString>("control");
+        QTest::addColumn<QFont>("ofForm");
+        for (const QString& name : controlNames()) {
+            for (const SavedProperty& property : dropped(name)->savedProperties()) {
+                if (property.kind != PropertyKind::Font)
+                    continue;
+                QTest::addRow("%s", qPrintable(name)) << name << QFont();
+                QTest::addRow("%s on a form with a font", qPrintable(name))
+                    << name << QFont(u"DejaVu Serif"_s, 18);
+            }
+        }
+    }
+    void aFontThatTheFormDoesNotHoldIsThatOfTheBag()
+    {
+        QFETCH(QString, control);
+        QFETCH(QFont, ofForm);
+        Application application;
+        QWidget designed;
+        PropertyBag bag;
+        {
+            const DesignTime designer;
+            designed.setFont(ofForm);
+            publicControls().create(u"TVBoundControls."_s + control, &designed, {})->WriteProperties(bag);
+        }
+        QWidget restored;
+        restored.setFont(ofForm);
+        auto* ofBag = publicControls().create(u"TVBoundControls."_s + control, &restored, {u"it"_s, &bag});
+        QByteArray xml = uiForm(uiControl(control, {}));
+        if (ofForm != QFont())
+            xml.replace("<property name=\"geometry\"><rect><x>0",
+                        "<property name=\"font\"><font><family>DejaVu Serif</family><pointsize>18</pointsize>"
+                        "</font></property><property name=\"geometry\"><rect><x>0");
+        const std::unique_ptr<QWidget> form = loadByQt(xml);
+        const auto fontOf = [](const QObject* made) {
+            return made->property("Font").value<FontPtr>()->toQFont();
+        };
+        QCOMPARE(fontOf(form->findChild<UserControl*>(u"it"_s)), fontOf(ofBag));
     }
 
     void aCompiledFormIsTheLoadedOne_data() { addControlRows(); }
