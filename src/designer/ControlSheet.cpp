@@ -165,6 +165,8 @@ void ControlSheet::keepFromTranslators(int index, const Entry& entry)
 
 QVariant ControlSheet::property(int index) const
 {
+    if (m_kept.contains(index))
+        return m_kept.value(index);
     const Entry* entry = savedAt(index);
     if (!entry || entry->editor == Editor::Plain)
         return m_widgetSheet.property(below(index));
@@ -249,10 +251,22 @@ void ControlSheet::edit(int index, const QVariant& value, Body&& body)
     m_history.end(std::move(natural), values());
 }
 
+void ControlSheet::keep(int index, const QVariant& value)
+{
+    const QMetaProperty property = m_control.metaObject()->property(below(index));
+    if (property.isStored() && property.isWritable())
+        m_kept.insert(index, value);
+    else
+        qWarning("The form gives %s of %s \"%s\" a value, which no form can keep; it is left out.",
+                 property.name(), qPrintable(m_control.typeName()), qPrintable(m_control.objectName()));
+}
+
 void ControlSheet::setProperty(int index, const QVariant& value)
 {
     if (const Entry* entry = savedAt(index))
         edit(index, value, [&] { put(index, *entry, value); });
+    else if (isOwn(index))
+        keep(index, value);
     else
         m_widgetSheet.setProperty(below(index), value);
 }
@@ -275,7 +289,9 @@ bool ControlSheet::isChanged(int index) const
 {
     const Entry* entry = savedAt(index);
     if (!entry)
-        return !isOwn(index) && m_widgetSheet.isChanged(below(index));
+        return isOwn(index) ? m_kept.contains(index) : m_widgetSheet.isChanged(below(index));
+    if (isNeverSaved(m_control, entry->name))
+        return false;
     return isAlwaysSaved(m_control, entry->name) ||
            !saysTheSame(entry->editor, valueOf(*entry), startOf(*entry));
 }

@@ -4,6 +4,7 @@
 #include "designer/EditorValue.h"
 #include "frame/control_frame/UserControl.h"
 
+#include <QHash>
 #include <QtDesigner/QDesignerPropertySheetExtension>
 
 #include <vector>
@@ -16,6 +17,9 @@ namespace tavrin::designer {
 /// The place of the widget comes behind them, for a form is loaded in this order and a control may take its
 /// size from what is put. A saved property counts as changed when a new control on that place would have
 /// another value, or when a form must hold it in any case.
+///
+/// What a form holds of the control's other properties, as the value that its record gives it, is kept for
+/// the form and never put: here it would ask the host.
 ///
 /// Texts are put as they stand and in their order, and are no matter of translators, who would put them
 /// behind all else and at each change of the language anew; a person may say otherwise.
@@ -79,12 +83,16 @@ private:
     bool isText(const Entry& entry) const;
     /// Takes a text that the control has away from translators.
     void keepFromTranslators(int index, const Entry& entry);
+    /// Keeps what the form holds of a property that is not saved, or tells that nothing can.
+    void keep(int index, const QVariant& value);
     void refuse(const Entry& entry, const QVariant& value) const;
 
     UserControl& m_control;
     QDesignerPropertySheetExtension& m_widgetSheet;
     QDesignerPropertySheetExtension& m_standInSheet;
     std::vector<Entry> m_saved;
+    /// What the form holds of properties of the control that are not saved, by index.
+    QHash<int, QVariant> m_kept;
     EditHistory m_history;
     /// The declared properties of the widget's sheet in the order of this one; those that follow have the
     /// same place in both.

@@ -25,9 +25,8 @@ QVariant colorValue(const QVariant& value, const QVariant& start)
 
 QVariant toColor(const QVariant& value)
 {
-    if (isWholeNumber(value) || value.typeId() == QMetaType::QColor)
-        return QVariant::fromValue(value.value<Color>());
-    return {};
+    const bool isColor = value.typeId() == QMetaType::QColor && value.value<QColor>().isValid();
+    return isWholeNumber(value) || isColor ? QVariant::fromValue(value.value<Color>()) : QVariant();
 }
 
 /// A font that says all of its properties, so that the editor takes none from the form.

@@ -49,4 +49,9 @@ bool isAlwaysSaved(const UserControl& control, const QString& property)
     return always.contains({control.typeName(), property});
 }
 
+bool isNeverSaved(const UserControl& control, const QString& property)
+{
+    return control.inherits("tavrin::FlatPicker") && property.endsWith(QLatin1String("Color"));
+}
+
 } // namespace tavrin::designer

@@ -16,4 +16,8 @@ QVariant startValue(UserControl& control, const QString& property);
 /// setters do more than to store: they load a list, or the restored default is another than the start value.
 bool isAlwaysSaved(const UserControl& control, const QString& property);
 
+/// Whether no form holds the property, since a new control takes it from elsewhere in any case: the flat
+/// pickers' colours are the theme's from the first time they show.
+bool isNeverSaved(const UserControl& control, const QString& property);
+
 } // namespace tavrin::designer

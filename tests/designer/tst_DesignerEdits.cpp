@@ -131,6 +131,18 @@ std::vector<Case> undoCases()
           {"Text", "undo"},
           {"Text", "undo"}},
          BothSaved},
+        {"a colour that does not last", u"FlatUserPicker"_s, {}, {{"BackColor", "color", u"#112233"_s}}, {}},
+        // What a form holds and the designer does not know how to edit stays, and no host is asked.
+        {"a value that the record gives",
+         u"EmployeePicker"_s,
+         uiProperty(u"Value"_s, u"<number>12</number>"_s),
+         {{"ShowName", "boolean", false}},
+         {u"ShowName=false"_s, u"Value=12"_s}},
+        {"a value that is a text",
+         u"FlatUserPicker"_s,
+         uiProperty(u"Value"_s, u"<string notr=\"true\">user:asmith</string>"_s),
+         {{"Required", "boolean", true}},
+         {u"Required=true"_s, u"Value=user:asmith"_s}},
         // A text is for translators only where the form says so.
         {"a text that is put",
          u"FlatUserPicker"_s,
@@ -250,6 +262,28 @@ private Q_SLOTS:
         QFETCH(int, row);
         const auto index = static_cast<std::size_t>(row);
         QCOMPARE(savedOf(m_form, nameOf(index)), m_cases.at(index).saved);
+    }
+
+    void whatNoFormCanKeepIsToldAndTheRestStands()
+    {
+        DesignerRun run;
+        const QString fileName = run.path(u"kept.ui"_s);
+        QFile file(fileName);
+        const QByteArray form = uiForm(
+            uiControl(u"TavrinDropdown"_s, uiProperty(u"Value"_s, u"<number>24</number>"_s) +
+                                               uiProperty(u"TableNumber"_s, u"<number>312</number>"_s)) +
+            uiControl(u"EmployeePicker"_s, uiProperty(u"FullText"_s, u"<string>Smith</string>"_s),
+                      u"other"_s) +
+            uiControl(u"AutoCompleteField"_s, {}, u"autoCompleteField"_s));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(form) == form.size());
+        file.close();
+        const QString fault = run.run(fileName, {});
+        QVERIFY2(fault.isEmpty(), qPrintable(fault));
+        const QString words = u"The form gives %1 a value, which no form can keep; it is left out."_s;
+        QCOMPARE(run.output.trimmed().split(u'\n'),
+                 QStringList({words.arg(u"Value of TavrinDropdown \"it\""_s),
+                              words.arg(u"FullText of EmployeePicker \"other\""_s)}));
+        QCOMPARE(savedOf(fileName, u"it"_s), QStringList(u"TableNumber=312"_s));
     }
 };
 

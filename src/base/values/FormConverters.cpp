@@ -9,10 +9,18 @@ namespace tavrin {
 
 namespace {
 
+/// False for a colour that is none.
+bool toColor(const void* from, void* to)
+{
+    const QColor& color = *static_cast<const QColor*>(from);
+    *static_cast<Color*>(to) = Color::rgb(color.red(), color.green(), color.blue());
+    return color.isValid();
+}
+
 bool registerAll()
 {
-    return QMetaType::registerConverter<QColor, Color>(
-               [](const QColor& color) { return Color::rgb(color.red(), color.green(), color.blue()); }) &&
+    return QMetaType::registerConverterFunction(toColor, QMetaType::fromType<QColor>(),
+                                                QMetaType::fromType<Color>()) &&
            QMetaType::registerConverter<Color, QColor>(
                [](Color color) { return color.resolve(QGuiApplication::palette()); }) &&
            QMetaType::registerConverter<int, Color>(

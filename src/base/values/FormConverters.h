@@ -6,9 +6,9 @@ namespace tavrin {
 /// and back, so that `setProperty` takes them: a `QColor` or a number into a `Color`, a `QFont` into a
 /// `FontPtr`.
 ///
-/// A system colour becomes the colour that it has in the application's palette now. A number counts as a
-/// colour as saved ones do, with a sign or without. Every control sees to it when it is made; a second call
-/// does nothing.
+/// A `QColor` that is invalid is refused. A system colour becomes the colour that it has in the application's
+/// palette now. A number counts as a colour as saved ones do, with a sign or without. Every control sees to
+/// it when it is made; a second call does nothing.
 void registerFormConverters();
 
 } // namespace tavrin

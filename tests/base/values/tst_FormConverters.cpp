@@ -63,6 +63,13 @@ private Q_SLOTS:
         QVERIFY(holder.color == SystemColor::WindowBackground);
     }
 
+    void aColorThatIsNoneIsRefused()
+    {
+        Holder holder;
+        QVERIFY(!holder.setProperty("BackColor", QColor()));
+        QVERIFY(holder.color == SystemColor::WindowBackground);
+    }
+
     void aSystemColorShowsAsThePaletteHasIt()
     {
         QCOMPARE(QVariant::fromValue(SystemColor::ButtonFace).value<QColor>(),
