@@ -1,4 +1,6 @@
 #include "attachments/section/Attachments.h"
+#include "base/values/Font.h"
+#include "base/values/Variant.h"
 #include "component/ClassMembers.h"
 #include "component/ClassRegister.h"
 #include "frame/host_contracts/Contracts.h"
@@ -59,10 +61,41 @@ QString membersText()
     return lines.join(u'\n') + u'\n';
 }
 
-QString describe(const QVariant& value)
+QString describe(tavrin::PropertyKind kind)
+{
+    switch (kind) {
+    case tavrin::PropertyKind::Boolean:
+        return u"Boolean"_s;
+    case tavrin::PropertyKind::Long:
+        return u"Long"_s;
+    case tavrin::PropertyKind::Text:
+        return u"String"_s;
+    case tavrin::PropertyKind::Variant:
+        return u"Variant"_s;
+    case tavrin::PropertyKind::Color:
+        return u"Color"_s;
+    case tavrin::PropertyKind::Font:
+        return u"Font"_s;
+    case tavrin::PropertyKind::Picture:
+        break;
+    }
+    return u"Picture"_s;
+}
+
+/// Which font hangs on the workstation; whose it is does not.
+QString describe(const tavrin::Font& font, UserControl& control)
+{
+    if (font.toQFont() == control.ambient().Font()->toQFont())
+        return u"Ambient.Font"_s;
+    return font.toQFont() == tavrin::Font().toQFont() ? u"a new font"_s : u"a font of its own"_s;
+}
+
+QString describe(const QVariant& value, UserControl& control)
 {
     if (value.typeId() == qMetaTypeId<tavrin::FontPtr>())
-        return u"a font"_s; // which one hangs on the workstation
+        return describe(*value.value<tavrin::FontPtr>(), control);
+    if (tavrin::IsEmpty(value))
+        return u"empty"_s; // which a saved form says in the same way as Null
     tavrin::PropertyBag bag;
     bag.WriteProperty(u"value"_s, value, u"another"_s);
     const QJsonObject json = bag.toJson();
@@ -73,13 +106,15 @@ QString savedPropertiesText()
 {
     tavrin::test::FakeHost host;
     const tavrin::HostInstallation installation(host);
+    QWidget container;
+    container.setFont(QFont(u"DejaVu Serif"_s, 23)); // no new font is like it
     QStringList lines;
     for (const PublicClass& one : publicClasses()) {
-        const std::unique_ptr<UserControl> control(
-            publicControls().create(one.name, nullptr, {u"control"_s}));
+        UserControl* control = publicControls().create(one.name, &container, {u"control"_s});
         lines << one.name;
         for (const SavedProperty& property : SavedLook::of(*control)) {
-            QString line = u"  %1 = %2"_s.arg(property.key, describe(property.defaultValue));
+            QString line = u"  %1 = %2, %3"_s.arg(property.key, describe(property.defaultValue, *control),
+                                                  describe(property.kind));
             if (!property.writtenKey.isEmpty())
                 line += u", written as "_s + property.writtenKey;
             if (!property.olderKey.isEmpty())

@@ -56,10 +56,11 @@ inline QByteArray uiForm(const QString& widgets)
         .toUtf8();
 }
 
-/// As an application loads it, with the plugin.
-inline std::unique_ptr<QWidget> loadByQt(QByteArray xml)
+/// As an application loads it, with the plugin; pictures are named from the folder.
+inline std::unique_ptr<QWidget> loadByQt(QByteArray xml, const QString& folder = {})
 {
     QUiLoader loader;
+    loader.setWorkingDirectory(folder);
     loader.clearPluginPaths();
     loader.addPluginPath(QStringLiteral(TAVRIN_DESIGNER_PLUGINS "/designer"));
     QBuffer device(&xml);

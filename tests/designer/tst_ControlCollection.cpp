@@ -145,6 +145,34 @@ private Q_SLOTS:
         QCOMPARE(rect.firstChildElement(QStringLiteral("height")).text().toInt(), size.height());
     }
 
+    void aDroppedControlHasTheWrittenSize_data()
+    {
+        // In twips; 0 where the font decides.
+        QTest::addColumn<QString>("control");
+        QTest::addColumn<int>("width");
+        QTest::addColumn<int>("height");
+        QTest::newRow("TavrinDropdown") << QStringLiteral("TavrinDropdown") << 3073 << 0;
+        QTest::newRow("TavrinSpellcheck") << QStringLiteral("TavrinSpellcheck") << 480 << 480;
+        QTest::newRow("MultiValue") << QStringLiteral("MultiValue") << 2475 << 1620 + 435;
+        QTest::newRow("LatLong") << QStringLiteral("LatLong") << 0 << 720 + 1395;
+    }
+    void aDroppedControlHasTheWrittenSize()
+    {
+        QFETCH(QString, control);
+        QFETCH(int, width);
+        QFETCH(int, height);
+        QDomDocument document;
+        QVERIFY(document.setContent(plugin(control)->domXml()));
+        const QDomElement rect = document.elementsByTagName(QStringLiteral("rect")).at(0).toElement();
+        const auto pixels = [&rect](const char* side) {
+            return rect.firstChildElement(QLatin1String(side)).text().toInt();
+        };
+        if (width > 0)
+            QCOMPARE(pixels("width"), qRound(width / 15.0));
+        if (height > 0)
+            QCOMPARE(pixels("height"), qRound(height / 15.0));
+    }
+
     void aControlLivesInTheDesignerWithoutAHostAndWithoutAWarning_data() { addControlRows(); }
     void aControlLivesInTheDesignerWithoutAHostAndWithoutAWarning()
     {

@@ -146,6 +146,8 @@ private Q_SLOTS:
 
         m_setForm = m_set.path(QStringLiteral("AllControls.ui"));
         QVERIFY(QFile::copy(QStringLiteral(TAVRIN_FORMS "/AllControls.ui"), m_setForm));
+        QVERIFY(
+            QFile::copy(QStringLiteral(TAVRIN_FORMS "/icon.png"), m_set.path(QStringLiteral("icon.png"))));
         QVERIFY(QFile::setPermissions(m_setForm, QFile::ReadOwner | QFile::WriteOwner));
         const QString second = m_set.run(m_setForm, {{QStringLiteral("table"), QStringLiteral("weapon")},
                                                      {QStringLiteral("pictures"), pictures}});
@@ -248,7 +250,8 @@ private Q_SLOTS:
     void aPickerShowsItsName_data()
     {
         QTest::addColumn<QString>("control");
-        for (const char* name : {"EmployeePicker", "OffensePicker", "FlatEmployeePicker", "FlatUserPicker"})
+        for (const char* name : {"EmployeePicker", "OffensePicker", "FlatEmployeePicker", "FlatUserPicker",
+                                 "NibrsOffensePicker"})
             QTest::newRow(name) << QString::fromLatin1(name);
     }
     void aPickerShowsItsName()
@@ -370,7 +373,7 @@ private Q_SLOTS:
         for (const QString& fileName : {m_setForm, QStringLiteral(TAVRIN_FORMS "/AllControls.ui")}) {
             QFile file(fileName);
             QVERIFY(file.open(QIODevice::ReadOnly));
-            const std::unique_ptr<QWidget> form = loadByQt(file.readAll());
+            const std::unique_ptr<QWidget> form = loadByQt(file.readAll(), QStringLiteral(TAVRIN_FORMS));
             QVERIFY(form && form->findChild<UserControl*>(name));
             states[at++] = savedState(*form->findChild<UserControl*>(name));
         }

@@ -2,8 +2,10 @@
 #include "support/TestCase.h"
 #include "ui_AllControls.h"
 
+#include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+#include <QScopeGuard>
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;
@@ -183,12 +185,15 @@ private Q_SLOTS:
     {
         QFETCH(QString, control);
         Application application;
+        // Where a compiled form looks for its pictures.
+        const auto back = qScopeGuard([before = QDir::currentPath()] { QDir::setCurrent(before); });
+        QVERIFY(QDir::setCurrent(QStringLiteral(TAVRIN_FORMS)));
         QWidget compiled;
         Ui::AllControls ui;
         ui.setupUi(&compiled);
         QFile file(QStringLiteral(TAVRIN_FORMS "/AllControls.ui"));
         QVERIFY(file.open(QIODevice::ReadOnly));
-        const std::unique_ptr<QWidget> loaded = loadByQt(file.readAll());
+        const std::unique_ptr<QWidget> loaded = loadByQt(file.readAll(), QStringLiteral(TAVRIN_FORMS));
         QVERIFY(loaded);
         const QString name = control.left(1).toLower() + control.mid(1);
         auto* ofCompiled = compiled.findChild<UserControl*>(name);
@@ -202,6 +207,8 @@ private Q_SLOTS:
         // A control of the form has what the form says, and not what it began with.
         if (control != QLatin1String("MultiValue") && !ofCompiled->savedProperties().empty())
             QVERIFY(savedState(*ofCompiled) != savedState(*dropped(control)));
+        if (control == QLatin1String("TavrinDropdown"))
+            QCOMPARE(ofCompiled->property("Icon").value<QImage>().pixelColor(8, 8), QColor(200, 40, 40));
     }
 
     void aCompiledFormPutsThePropertiesInTheOrderOfTheForm_data() { addControlRows(); }

@@ -250,6 +250,8 @@ bool DesignerProbe::noteControl(QWidget* control)
     QStringList texts;
     for (const QLineEdit* box : control->findChildren<QLineEdit*>())
         texts << box->text();
+    if (control->inherits("tavrin::NibrsOffensePicker")) // whose list is of the library's own
+        texts << control->property("Text").toString();
     report.insert(QStringLiteral("texts"), texts.join(u' '));
     QJsonObject controls = m_report.value(QStringLiteral("controls")).toObject();
     controls.insert(control->objectName(), report);
