@@ -33,6 +33,7 @@ function(tavrin_install_library target component content)
   target_include_directories(${target} INTERFACE
     $<BUILD_INTERFACE:${TAVRIN_INCLUDE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
   add_dependencies(${target} tavrin_public_headers)
+  target_compile_features(${target} INTERFACE cxx_std_20) # which the headers are written in
   set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN")
   install(TARGETS ${target} EXPORT TVBoundControls${component}
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT ${content} NAMELINK_COMPONENT development
@@ -44,7 +45,7 @@ tavrin_install_library(TVBoundControls Controls library)
 tavrin_install_library(TVBoundControlsHost Host workbench)
 tavrin_install_library(TVBoundControlsTesting Testing development)
 if(TARGET TVBoundControlsDesigner)
-  tavrin_install_library(TVBoundControlsForms Designer designer)
+  tavrin_install_library(TVBoundControlsForms Designer forms)
   file(RELATIVE_PATH to_libraries ${CMAKE_INSTALL_FULL_LIBDIR}/qt6/plugins/designer ${CMAKE_INSTALL_FULL_LIBDIR})
   set_target_properties(TVBoundControlsDesigner PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
   install(TARGETS TVBoundControlsDesigner LIBRARY DESTINATION ${TAVRIN_PLUGIN_DIR}/designer COMPONENT designer)
@@ -62,7 +63,11 @@ install(FILES ${PROJECT_BINARY_DIR}/TVBoundControlsConfig.cmake
 # pkg-config's files say where they lie, so that they stay true wherever the prefix is moved to.
 file(RELATIVE_PATH TAVRIN_PREFIX_FROM_PC
   ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
-foreach(name TVBoundControls TVBoundControlsHost TVBoundControlsTesting)
+set(names TVBoundControls TVBoundControlsHost TVBoundControlsTesting)
+if(TARGET TVBoundControlsForms)
+  list(APPEND names TVBoundControlsForms)
+endif()
+foreach(name IN LISTS names)
   configure_file(packaging/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
     COMPONENT development)

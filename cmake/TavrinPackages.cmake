@@ -11,7 +11,7 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_ALL library development workbench documents)
 if(TARGET TVBoundControlsDesigner)
-  list(APPEND CPACK_COMPONENTS_ALL designer)
+  list(APPEND CPACK_COMPONENTS_ALL forms designer)
 endif()
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/packaging/debian/finish.cmake)
 
@@ -56,7 +56,7 @@ tavrin_package(development libtvboundcontrols-dev libdevel "development files of
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
   "libtvboundcontrols1 ${same_version}, tvboundcontrols-workbench ${same_version}, qt6-base-dev")
 if(TARGET TVBoundControlsDesigner)
-  string(APPEND CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS ", tvboundcontrols-designer ${same_version}")
+  string(APPEND CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS ", libtvboundcontrolsforms1 ${same_version}")
 endif()
 tavrin_package(workbench tvboundcontrols-workbench database "records application over the reference host"
   "A records application that a person can open and work in: incidents with their"
@@ -68,16 +68,20 @@ if(TARGET TVBoundControlsDesigner)
   tavrin_package(designer tvboundcontrols-designer devel "TVBoundControls in Qt Designer"
     "The plugin by which Qt Designer, and programs that load its forms, know the"
     "controls of TVBoundControls.")
+  tavrin_package(forms libtvboundcontrolsforms1 libs "forms of Qt Designer with TVBoundControls"
+    "Loads forms with the controls of TVBoundControls, as Qt Designer has saved them,"
+    "while a program runs, and tells what is wrong with them.")
 endif()
 tavrin_package(documents tvboundcontrols-doc doc "documents of TVBoundControls"
   "The guide for the developer of a host, a page for each control, the reference"
   "of the headers, and an example host.")
-foreach(content IN ITEMS LIBRARY DEVELOPMENT WORKBENCH DESIGNER)
+foreach(content IN ITEMS LIBRARY DEVELOPMENT WORKBENCH FORMS DESIGNER)
   set(CPACK_DEBIAN_${content}_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/debian/triggers)
 endforeach()
 set(CPACK_DEBIAN_DESIGNER_PACKAGE_DEPENDS "libtvboundcontrols1 ${same_version}")
 set(CPACK_DEBIAN_DESIGNER_PACKAGE_RECOMMENDS designer-qt6)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS tvboundcontrols-doc)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS "tvboundcontrols-designer, tvboundcontrols-doc")
+set(CPACK_DEBIAN_FORMS_PACKAGE_DEPENDS "libtvboundcontrols1 ${same_version}")
 set(CPACK_DEBIAN_DOCUMENTS_PACKAGE_SHLIBDEPS OFF)
 set(CPACK_DEBIAN_DOCUMENTS_PACKAGE_ARCHITECTURE all)
 

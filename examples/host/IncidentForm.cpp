@@ -13,6 +13,7 @@
 #include <TVBoundControls/HostObjects.h>
 #include <TVBoundControls/MultiValue.h>
 #include <TVBoundControls/SuspRelList.h>
+#include <TVBoundControls/Variant.h>
 
 using namespace Qt::StringLiterals;
 using namespace tavrin;
@@ -73,6 +74,7 @@ void IncidentForm::open(const std::shared_ptr<MemoryRecord>& incident)
 {
     const QScopedValueRollback opening(m_isOpening, true);
     m_agency->SetValue(agencyField(*incident)->Value(), nullptr);
+    m_shownAgency = m_agency->GetValue(); // Null for an agency that the list does not know
     m_weapons->FillControl(&m_weaponBinding, {}, childOf<tvTableCollection>(*incident, u"Weapons"_s));
     m_relations->ReadData(incident);
     m_incident = incident;
@@ -87,11 +89,13 @@ bool IncidentForm::save()
     try {
         m_relations->WriteData(m_incident); // first: it may refuse, and nothing else is written yet
         m_weapons->SetValue(&m_weaponBinding, {}, childOf<tvTableCollection>(*m_incident, u"Weapons"_s));
-        agencyField(*m_incident)->SetValue(m_agency->GetValue());
+        if (!SameValue(m_agency->GetValue(), m_shownAgency)) // else the record keeps what it has
+            agencyField(*m_incident)->SetValue(m_agency->GetValue());
     } catch (const Error& error) {
         tell(error.Description);
         return false;
     }
+    m_shownAgency = m_agency->GetValue();
     m_incident->MarkSaved(); // here a host writes its database
     setWindowModified(false);
     tell(u"Saved"_s);

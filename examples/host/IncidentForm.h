@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QVariant>
 #include <QWidget>
 
 #include <TVBoundControls/Contracts.h>
@@ -42,5 +43,6 @@ private:
     QLabel* m_message;
     const tavrin::BoundBinding m_weaponBinding;
     std::shared_ptr<tavrin::MemoryRecord> m_incident;
+    QVariant m_shownAgency;
     bool m_isOpening = false;
 };

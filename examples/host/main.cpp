@@ -32,9 +32,9 @@ void removeSecondVictim(MemoryRecord& incident)
     victims->RemoveCurrent(false);
 }
 
-QVariant savedAgency(MemoryRecord& incident)
+tvFieldPtr agencyOf(MemoryRecord& incident)
 {
-    return fieldOf(*childOf<tvTableRow>(incident, u"Incident"_s), u"AgencyNo"_s)->Value();
+    return fieldOf(*childOf<tvTableRow>(incident, u"Incident"_s), u"AgencyNo"_s);
 }
 
 //! [left-out]
@@ -71,7 +71,7 @@ int check()
     expect(isRefused, u"refused: "_s + form.reason().simplified());
     expect(form.isWindowModified() && form.agency().GetValue() == 2,
            u"refused: what was entered is still there"_s);
-    expect(savedAgency(*incident) == 1, u"refused: nothing is written"_s);
+    expect(agencyOf(*incident)->Value() == 1, u"refused: nothing is written"_s);
 
     removeSecondVictim(*incident);
     const bool isSaved = form.save();
@@ -83,6 +83,11 @@ int check()
     expect(again.agency().ShortText() == u"MPD", u"reopened: "_s + again.agency().FullText());
     expect(again.weapons().Count() == 1, u"reopened: %1 weapon"_s.arg(again.weapons().Count()));
     expect(again.save(), u"reopened: it can be saved as it is"_s);
+
+    agencyOf(*incident)->SetValue(55);
+    again.open(incident);
+    expect(again.save() && agencyOf(*incident)->Value() == 55,
+           u"saved: an agency that the list does not know stays"_s);
 
     askForWhatIsLeftOut();
     return allAsExpected ? 0 : 1;

@@ -14,6 +14,7 @@ import headers
 import pages
 
 EXAMPLES = {
+    'examples/first': 'A first program',
     'examples/host': 'A host of your own',
     'examples/testing': 'Tests of a form and of a host',
     'examples/c': 'A control in a program in C',

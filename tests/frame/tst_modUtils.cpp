@@ -120,7 +120,8 @@ private Q_SLOTS:
             << u"ResizeTwips error: Error resizing instance of ProbeControl (scale %1 unknown)"_s;
         QTest::newRow("other units and no host")
             << false << u"Pixel"_s
-            << u"ResizeTwips error: Error resizing instance of ProbeControl (No host is installed on this thread)"_s;
+            << u"ResizeTwips error: Error resizing instance of ProbeControl (No host is installed on this "
+               "thread; a HostInstallation must live before the first control is made)"_s;
     }
     void aFailingResizeTwipsNamesTheTypeAndKeepsTheDescription()
     {

@@ -110,9 +110,10 @@ public:
 
     /// Bytes that are read at a time; controls set 1 MB. Not read by default.
     virtual void SetBufferSize(qint32 bytes);
-    /// Copies a file of the store to the workstation and returns the local path of the temporary copy, "" for
-    /// a cancelled download. The copy is the caller's: a control renames it in its folder where a person
-    /// opens it, and removes it otherwise. Raises an `Error` when it fails.
+    /// Copies a file of the store, named by its path as `Uploader::Upload` gets it, to the workstation and
+    /// returns the local path of the temporary copy, "" for a cancelled download. The copy is the caller's: a
+    /// control renames it in its folder where a person opens it, and removes it otherwise. Raises an `Error`
+    /// when it fails.
     virtual QString Download(const QString& path);
     /// Ends the download that is under way, within one buffer. By default lets it go on.
     virtual void Cancel();
@@ -132,8 +133,9 @@ public:
     Uploader();
     virtual ~Uploader();
 
-    /// Copies a local file to a full path in the store. Raises an `Error` when it fails; nothing then stands
-    /// under the destination's name. `options` is always Empty here.
+    /// Copies a local file to a full path in the store, whose folders it makes: the folder as the setting
+    /// spells it, with the date's folders and the name behind it, each behind a backslash. Raises an `Error`
+    /// when it fails; nothing then stands under the destination's name. `options` is always Empty here.
     virtual void Upload(const QString& source, const QString& destination, const QVariant& options);
 
     /// After each part: the path of the local file, bytes written, bytes in all.

@@ -127,7 +127,9 @@ std::shared_ptr<NibrsModuleService> Host::createNibrsModule(const QString& class
 Host& currentHost()
 {
     if (!installedHost)
-        throw Error(QStringLiteral("No host is installed on this thread"));
+        throw Error(
+            QStringLiteral("No host is installed on this thread; a HostInstallation must live before the "
+                           "first control is made"));
     return *installedHost;
 }
 

@@ -82,7 +82,7 @@ std::optional<Options> parseOptions(const QStringList& arguments, int& exitCode)
 
     const bool parsed = parser.parse(arguments);
     exitCode = 0;
-    if (parsed && parser.isSet(help)) {
+    if (parsed && (parser.isSet(help) || parser.isSet(QStringLiteral("help-all")))) {
         print(stdout, parser.helpText() + QStringLiteral("\nWithout --db the database is %1\n")
                                               .arg(QDir::toNativeSeparators(defaultDatabasePath())));
         return std::nullopt;

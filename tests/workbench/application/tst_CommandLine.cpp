@@ -83,9 +83,17 @@ private Q_SLOTS:
         QVERIFY2(outcome.err.contains(QStringLiteral("Usage:")), qPrintable(outcome.err));
     }
 
+    void helpAndVersionGoToStandardOutputAndExitCode0_data()
+    {
+        QTest::addColumn<QString>("option");
+        QTest::newRow("short") << QStringLiteral("-h");
+        QTest::newRow("long") << QStringLiteral("--help");
+        QTest::newRow("as the help itself offers") << QStringLiteral("--help-all");
+    }
     void helpAndVersionGoToStandardOutputAndExitCode0()
     {
-        const Outcome help = start({QStringLiteral("--help")});
+        QFETCH(QString, option);
+        const Outcome help = start({option});
         QCOMPARE(help.exitCode, 0);
         QVERIFY(help.out.contains(QStringLiteral("--tour")));
         QVERIFY(!help.out.contains(QStringLiteral("--tour-elsewhere"))); // not for a person
