@@ -59,14 +59,16 @@ bool isRead(const QString& element, const QString& text)
     static const QStringList numbers{QStringLiteral("number"), QStringLiteral("pointsize"),
                                      QStringLiteral("weight")};
     bool isNumber = true;
-    if (parts.contains(element))
-        return text.toInt(&isNumber) >= 0 && text.toInt() <= 255 && isNumber;
+    if (parts.contains(element)) {
+        const int part = text.toInt(&isNumber);
+        return isNumber && part >= 0 && part <= 255;
+    }
     if (numbers.contains(element))
-        text.toInt(&isNumber);
+        static_cast<void>(text.toInt(&isNumber));
     else if (element == QLatin1String("uInt"))
-        text.toUInt(&isNumber);
+        static_cast<void>(text.toUInt(&isNumber));
     else if (element == QLatin1String("double"))
-        text.toDouble(&isNumber);
+        static_cast<void>(text.toDouble(&isNumber));
     else if (element == QLatin1String("bool"))
         return text == QLatin1String("true") || text == QLatin1String("false");
     return isNumber;
