@@ -33,13 +33,15 @@ public:
     QWidget* createWidget(const QString& className, QWidget* parent, const QString& name) override
     {
         m_current = name;
+        QWidget* made = nullptr;
         if (className.startsWith(Namespace))
-            m_made = createControl(className.mid(Namespace.size()), parent, name);
+            made = createControl(className.mid(Namespace.size()), parent, name);
         else if (m_known.contains(className))
-            m_made = QUiLoader::createWidget(className, parent, name);
+            made = QUiLoader::createWidget(className, parent, name);
         else
-            m_made = createInItsPlace(className, parent, name);
-        return m_made;
+            made = createInItsPlace(className, parent, name);
+        m_made = made;
+        return made;
     }
 
     /// A failure that nobody caught while the form is made: the loader puts the properties of a widget once
