@@ -91,7 +91,7 @@ private Q_SLOTS:
         QVERIFY(install("TableNo,Name\n302,Weapon\n"));
         QAction* action = menu.preferredEditAction();
         QCOMPARE(action != nullptr, hasTable);
-        if (hasTable)
+        if (action)
             QCOMPARE(action->text(), u"Choose Code Table..."_s);
         QVERIFY(install("TableNo,Name\n"));
         QCOMPARE(menu.preferredEditAction(), nullptr);
