@@ -34,25 +34,13 @@ private:
     QVariant m_value;
 };
 
-/// Runs a member; what it raises gets its code.
-template <typename Body>
-void runMember(Body&& body)
-{
-    try {
-        std::forward<Body>(body)();
-    } catch (...) {
-        const Error error = Error::fromCurrentException();
-        throw CallError(TV_E_EXCEPTION, error.Description, error.Number, error.Source);
-    }
-}
-
 } // namespace
 
 QVariant getProperty(QObject& object, const QString& name)
 {
     const ClassMember member = memberOf(*object.metaObject(), ClassMember::Property, name);
     Slot slot(object.metaObject()->property(member.index).metaType());
-    runMember([&] {
+    raisingException([&] {
         void* arguments[] = {slot.data()};
         const RaiseByName raising(object, member.name.toLatin1());
         object.qt_metacall(QMetaObject::ReadProperty, member.index, arguments);
@@ -68,7 +56,7 @@ void putProperty(QObject& object, const QString& name, const QVariant& value)
                         QStringLiteral("The property \"%1\" is read-only").arg(member.name));
     const QMetaType type = object.metaObject()->property(member.index).metaType();
     Slot slot(type, convertTo(type, value, member.name));
-    runMember([&] {
+    raisingException([&] {
         int status = -1;
         int flags = 0;
         void* arguments[] = {slot.data(), nullptr, &status, &flags};
@@ -95,7 +83,8 @@ QVariant callOperation(QObject& object, const QString& name, const QVariantList&
         values.emplace_back(type, convertTo(type, arguments.at(i), member.name));
         pointers.push_back(values.back().data());
     }
-    runMember([&] { object.qt_metacall(QMetaObject::InvokeMetaMethod, member.index, pointers.data()); });
+    raisingException(
+        [&] { object.qt_metacall(QMetaObject::InvokeMetaMethod, member.index, pointers.data()); });
     return result.value();
 }
 

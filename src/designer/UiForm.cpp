@@ -16,8 +16,6 @@ namespace tavrin {
 
 namespace {
 
-constexpr QLatin1String Namespace("tavrin::");
-
 class Loader final : public QUiLoader
 {
 public:
@@ -34,8 +32,8 @@ public:
     {
         m_current = name;
         QWidget* made = nullptr;
-        if (className.startsWith(Namespace))
-            made = createControl(className.mid(Namespace.size()), parent, name);
+        if (className.startsWith(ControlNamespace))
+            made = createControl(className.mid(ControlNamespace.size()), parent, name);
         else if (m_known.contains(className))
             made = QUiLoader::createWidget(className, parent, name);
         else
@@ -73,13 +71,9 @@ private:
     QWidget* createInItsPlace(const QString& className, QWidget* parent, const QString& name)
     {
         m_problems.addOfWidget(name, QStringLiteral("There is no class %1").arg(className));
-        QSet<QString> seen; // a form may name classes as each other's base
-        QString base = m_content.baseOf(className);
-        while (!base.isEmpty() && !seen.contains(base)) {
-            if (base.startsWith(Namespace) || m_known.contains(base))
+        for (const QString& base : m_content.basesOf(className)) {
+            if (base.startsWith(ControlNamespace) || m_known.contains(base))
                 return createWidget(base, parent, name);
-            seen.insert(base);
-            base = m_content.baseOf(base);
         }
         return emptyWidget(parent, name);
     }

@@ -7,7 +7,6 @@
 #include <QFileInfo>
 #include <QImageReader>
 #include <QMetaProperty>
-#include <QSet>
 #include <QStringList>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
@@ -18,8 +17,6 @@
 namespace tavrin {
 
 namespace {
-
-constexpr QLatin1String Namespace("tavrin::");
 
 bool isElement(const QXmlStreamReader& xml, const char* name)
 {
@@ -150,15 +147,24 @@ QString UiFormContent::fault() const
                           : QString();
 }
 
-QString UiFormContent::controlOf(const QString& className) const
+QStringList UiFormContent::basesOf(const QString& className) const
 {
-    QSet<QString> seen; // a form may name classes as each other's base
-    QString base = className;
-    while (!base.startsWith(Namespace) && !base.isEmpty() && !seen.contains(base)) {
-        seen.insert(base);
+    QStringList bases;
+    QString base = m_bases.value(className);
+    while (!base.isEmpty() && base != className && !bases.contains(base)) { // some name each other
+        bases << base;
         base = m_bases.value(base);
     }
-    return base.startsWith(Namespace) ? base.mid(Namespace.size()) : QString();
+    return bases;
+}
+
+QString UiFormContent::controlOf(const QString& className) const
+{
+    for (const QString& name : QStringList(className) + basesOf(className)) {
+        if (name.startsWith(ControlNamespace))
+            return name.mid(ControlNamespace.size());
+    }
+    return {};
 }
 
 UiFormContent::Property UiFormContent::readProperty(QXmlStreamReader& xml) const

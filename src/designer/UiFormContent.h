@@ -5,10 +5,14 @@
 #include <QByteArray>
 #include <QDir>
 #include <QHash>
+#include <QStringList>
 
 class QXmlStreamReader;
 
 namespace tavrin {
+
+/// What the class of a control begins with in a form.
+inline constexpr QLatin1String ControlNamespace("tavrin::");
 
 /// What a form's file holds. Qt's loader puts each value into whatever property has its name, and converts
 /// as it can: a text becomes yes or no, a font becomes Null. So what a control cannot take goes before.
@@ -23,8 +27,8 @@ public:
     /// The content without what a control cannot take and without pictures that cannot be read, each of which
     /// is told.
     QByteArray forLoader(UiFormProblems& problems) const;
-    /// The class that the form itself names as the base of one of its own; "" for none.
-    QString baseOf(const QString& className) const { return m_bases.value(className); }
+    /// What the form itself says that a class of its own extends, and what that extends, and so on.
+    QStringList basesOf(const QString& className) const;
 
 private:
     struct Property;

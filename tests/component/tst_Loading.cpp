@@ -3,6 +3,9 @@
 #include <QDir>
 #include <QScopeGuard>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 using namespace tavrin::test;
 
@@ -174,10 +177,14 @@ private Q_SLOTS:
     void aFileThatThePersonMayNotReadIsToldAsOne()
     {
         QVERIFY(QFile::setPermissions(registrations(), {}));
-        if (QFile file(registrations()); file.open(QIODevice::ReadOnly))
-            QSKIP("whoever runs the tests may read every file");
-        const Outcome outcome =
-            run(program(), {u"TVBoundControls.LatLong"_s, QString::number(TV_E_REGISTRATION)});
+        QStringList words{program(), u"TVBoundControls.LatLong"_s, QString::number(TV_E_REGISTRATION)};
+        if (::getuid() == 0) { // who may read every file: somebody else loads
+            for (const QString& part : {u"."_s, u"TVBoundControls"_s, u"programs"_s})
+                QCOMPARE(::chmod(QFile::encodeName(folderPath(part)).constData(), 0755), 0);
+            words = QStringList{u"setpriv"_s, u"--reuid=65534"_s, u"--regid=65534"_s, u"--clear-groups"_s} +
+                    words;
+        }
+        const Outcome outcome = run(words.takeFirst(), words);
         QCOMPARE(outcome.output, u"The file of registrations cannot be read: "_s + registrations() +
                                      u": Permission denied\n"_s);
     }
